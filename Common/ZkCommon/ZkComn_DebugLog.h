@@ -1,0 +1,156 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <string>
+#include <type_traits>
+
+/** The debug trace log: what every component writes its lines through. */
+namespace ZkCommon {
+
+/** Level of a trace line; the "Level" setting is a mask of them. */
+enum TraceLevel : std::uint32_t
+{
+    TraceDetail = 1,  // entries, exits, debug dumps
+    TraceNotice = 16, // information and recoverable problems
+    TraceError = 256,
+};
+
+namespace TraceFormat {
+
+enum class Argument
+{
+    Integer, // 32 bits
+    Long64,  // 64 bits: "%I64d", "%I64u", "%I64x"
+    Wide,    // const wchar_t* or std::wstring: "%s"
+    Narrow,  // const char*: "%S"
+    Other,
+};
+
+template <class T>
+consteval Argument ArgumentOf()
+{
+    using D = std::decay_t<T>;
+    if constexpr (std::is_same_v<D, std::wstring> || std::is_same_v<D, const wchar_t*> || std::is_same_v<D, wchar_t*>) {
+        return Argument::Wide;
+    } else if constexpr (std::is_same_v<D, const char*> || std::is_same_v<D, char*>) {
+        return Argument::Narrow;
+    } else if constexpr (std::is_integral_v<D> || std::is_enum_v<D>) {
+        return sizeof(D) <= 4 ? Argument::Integer : Argument::Long64;
+    } else {
+        return Argument::Other;
+    }
+}
+
+/** What a placeholder takes; advances _rpszFormat from behind its '%' to behind its letter. */
+constexpr Argument Placeholder(const wchar_t*& _rpszFormat)
+{
+    const auto IsFlag = [](wchar_t _c) { return (_c >= L'0' && _c <= L'9') || _c == L'-' || _c == L'.' || _c == L'+'; };
+    while (IsFlag(*_rpszFormat)) {
+        ++_rpszFormat;
+    }
+    bool bLong64 = false;
+    if (_rpszFormat[0] == L'I' && _rpszFormat[1] == L'6' && _rpszFormat[2] == L'4') {
+        bLong64 = true;
+        _rpszFormat += 3;
+    } else if (*_rpszFormat == L'l') { // long has 32 bits here
+        ++_rpszFormat;
+    }
+    switch (*_rpszFormat == L'\0' ? L'\0' : *_rpszFormat++) {
+    case L'd':
+    case L'u':
+    case L'x':
+    case L'X':
+        return bLong64 ? Argument::Long64 : Argument::Integer;
+    case L's':
+        return Argument::Wide;
+    case L'S':
+        return Argument::Narrow;
+    default:
+        return Argument::Other;
+    }
+}
+
+template <class... TArgs>
+consteval bool Fits(const wchar_t* _pszFormat)
+{
+    const Argument aActual[] = {ArgumentOf<TArgs>()..., Argument::Other};
+    std::size_t uNext = 0;
+    while (*_pszFormat != L'\0') {
+        if (*_pszFormat++ != L'%') {
+            continue;
+        }
+        if (*_pszFormat == L'%') {
+            ++_pszFormat;
+            continue;
+        }
+        if (const Argument enWanted = Placeholder(_pszFormat);
+            enWanted == Argument::Other || uNext == sizeof...(TArgs) || aActual[uNext] != enWanted) {
+            return false;
+        }
+        ++uNext;
+    }
+    return uNext == sizeof...(TArgs);
+}
+
+/** Declared and never defined: a format that does not fit its arguments names this function in the error. */
+void FormatDoesNotFitItsArguments();
+
+} // namespace TraceFormat
+
+/** A format, held against the types of its arguments when it is compiled, and the place of the call. */
+template <class... TArgs>
+struct TraceText
+{
+    template <std::size_t N>
+    // NOLINTNEXTLINE(google-explicit-constructor): a literal turns into this at every Trace call
+    consteval TraceText(const wchar_t (&_aFormat)[N], const char* _szFile = __builtin_FILE(),
+                        std::uint32_t _ulLine = __builtin_LINE())
+        : pszFormat(_aFormat), szFile(_szFile), ulLine(_ulLine)
+    {
+        if (!TraceFormat::Fits<TArgs...>(_aFormat)) {
+            TraceFormat::FormatDoesNotFitItsArguments();
+        }
+    }
+
+    const wchar_t* pszFormat;
+    const char* szFile;
+    std::uint32_t ulLine;
+};
+
+/** Whether a line of that level would be written now: for callers who must work to make its text. */
+bool TracePasses(std::uint32_t _ulLevel) noexcept;
+
+/**
+ * Writes a line whose format is known at run time only. Thread-safe; never throws; a line that cannot be formatted is
+ * dropped.
+ * @return true when the trace library took the line, or when tracing is initialised and off
+ */
+bool TraceAt(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _ulLevel, const wchar_t* _pszFormat,
+             ...) noexcept;
+
+namespace TraceFormat {
+
+inline const wchar_t* Pass(const std::wstring& _rtszText) noexcept
+{
+    return _rtszText.c_str();
+}
+template <class T>
+    requires(!std::is_same_v<std::decay_t<T>, std::wstring>)
+inline T Pass(T _value) noexcept
+{
+    return _value;
+}
+
+} // namespace TraceFormat
+
+/** Writes a line: Trace(TraceError, L"*** CClass::Method() - it failed. [0x%08x]", ulCode). Contract as TraceAt. */
+template <class... TArgs>
+inline void Trace(TraceLevel _enLevel, std::type_identity_t<TraceText<TArgs...>> _stText, const TArgs&... _args) noexcept
+{
+    if (TracePasses(_enLevel)) {
+        TraceAt(_stText.szFile, _stText.ulLine, _enLevel, _stText.pszFormat, TraceFormat::Pass(_args)...);
+    }
+}
+
+} // namespace ZkCommon

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+/**
+ * The common library's exceptions. All of them are allocated on the heap and thrown by pointer; whoever catches one
+ * owns it and deletes it through its virtual destructor. Framework code never does that by hand: it catches at its
+ * boundary, with Varnhelt::AtBoundary or, inside the common library, with ZkCommon::Exception::Caught.
+ */
+namespace ZkCommon::Exception {
+
+/** Error code of a failure that has no system error behind it (ERROR_INVALID_HANDLE). */
+inline constexpr std::uint32_t g_ulNoSystemError = 6;
+
+class Base
+{
+public:
+    /** _szFile and _ulLine name the throw site; leave them to their defaults. */
+    explicit Base(std::uint32_t _ulErrorCode, const char* _szFile = __builtin_FILE(),
+                  std::uint32_t _ulLine = __builtin_LINE()) noexcept
+        : m_ulErrorCode(_ulErrorCode), m_ulSourceLine(_ulLine), m_szSourceFile(_szFile)
+    {
+    }
+    Base(const Base&) = delete;
+    Base& operator=(const Base&) = delete;
+    virtual ~Base() = default;
+
+    std::uint32_t ErrorCode() const noexcept { return m_ulErrorCode; }
+    std::uint32_t SourceLine() const noexcept { return m_ulSourceLine; }
+    /** Path of the throwing source file as the build knows it, relative to the project's root. */
+    const char* SourceFile() const noexcept { return m_szSourceFile; }
+
+private:
+    std::uint32_t m_ulErrorCode;
+    std::uint32_t m_ulSourceLine;
+    const char* m_szSourceFile;
+};
+
+} // namespace ZkCommon::Exception
+
+namespace ZkCommon::String {
+
+/** Text could not be formatted or converted. */
+class Exception : public ZkCommon::Exception::Base
+{
+public:
+    using Base::Base;
+};
+
+} // namespace ZkCommon::String
+
+namespace ZkCommon::Storage {
+
+/** Registry, ini-file and document failures derive from this one. */
+class Exception : public ZkCommon::Exception::Base
+{
+public:
+    using Base::Base;
+};
+
+/** A registry operation failed; the error code is what the system call returned. */
+class RegException : public Exception
+{
+public:
+    using Exception::Exception;
+};
+
+/** A document could not be loaded, parsed or written. */
+class XmlException : public Exception
+{
+public:
+    /**
+     * @param _ulXmlErrorCode  the parser library's error number, 0 when the parser did not fail
+     * @param _ulXmlLine       the parser's line at the failure, counted from 1; 0 when it did not get that far
+     * @param _sXmlFile        the document's path in the ANSI code page
+     */
+    explicit XmlException(std::uint32_t _ulErrorCode, std::uint32_t _ulXmlErrorCode = 0, std::uint32_t _ulXmlLine = 0,
+                          std::string _sXmlFile = {}, const char* _szFile = __builtin_FILE(),
+                          std::uint32_t _ulLine = __builtin_LINE()) noexcept
+        : Exception(_ulErrorCode, _szFile, _ulLine), m_ulXmlErrorCode(_ulXmlErrorCode), m_ulXmlLine(_ulXmlLine),
+          m_sXmlFile(std::move(_sXmlFile))
+    {
+    }
+
+    std::uint32_t XmlErrorCode() const noexcept { return m_ulXmlErrorCode; }
+    std::uint32_t XmlLine() const noexcept { return m_ulXmlLine; }
+    const std::string& XmlFile() const noexcept { return m_sXmlFile; }
+
+private:
+    std::uint32_t m_ulXmlErrorCode;
+    std::uint32_t m_ulXmlLine;
+    std::string m_sXmlFile;
+};
+
+} // namespace ZkCommon::Storage
+
+namespace ZkCommon::AccessControl {
+
+/** A security identifier, access list or descriptor could not be built. */
+class Exception : public ZkCommon::Exception::Base
+{
+public:
+    using Base::Base;
+};
+
+} // namespace ZkCommon::AccessControl

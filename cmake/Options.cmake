@@ -1,0 +1,29 @@
+# Compiler and linker options of everything that is ours, as one interface target.
+add_library(VarnheltOptions INTERFACE)
+
+target_compile_definitions(VarnheltOptions INTERFACE
+    UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 __USE_MINGW_ANSI_STDIO=0)
+
+if(MSVC)
+    target_compile_options(VarnheltOptions INTERFACE /W4 /WX /permissive- /utf-8 /Zc:__cplusplus)
+else()
+    target_compile_options(VarnheltOptions INTERFACE
+        -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
+        -Woverloaded-virtual -Wcast-qual -Wundef -Wimplicit-fallthrough
+        -ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -fstack-protector-strong)
+    # Everything is linked in: what ships depends on system libraries alone.
+    target_link_options(VarnheltOptions INTERFACE -static)
+    if(VARNHELT_CHECKS)
+        target_compile_definitions(VarnheltOptions INTERFACE _GLIBCXX_ASSERTIONS _GLIBCXX_DEBUG)
+        target_compile_options(VarnheltOptions INTERFACE
+            -O1 -g -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+    endif()
+    if(CMAKE_BUILD_TYPE STREQUAL "Release")
+        target_compile_definitions(VarnheltOptions INTERFACE _FORTIFY_SOURCE=2)
+        target_link_options(VarnheltOptions INTERFACE -s)
+    endif()
+endif()
+
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
+endif()
