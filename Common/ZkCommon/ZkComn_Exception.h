@@ -1,13 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 
 /**
  * The common library's exceptions. All of them are allocated on the heap and thrown by pointer; whoever catches one
- * owns it and deletes it through its virtual destructor. Framework code never does that by hand: it catches at its
- * boundary, with Varnhelt::AtBoundary or, inside the common library, with ZkCommon::Exception::Caught.
+ * owns it and puts it into a Caught at once. Framework code does that in one place, Varnhelt::AtBoundary.
  */
 namespace ZkCommon::Exception {
 
@@ -21,8 +21,7 @@ public:
     explicit Base(std::uint32_t _ulErrorCode, const char* _szFile = __builtin_FILE(),
                   std::uint32_t _ulLine = __builtin_LINE()) noexcept
         : m_ulErrorCode(_ulErrorCode), m_ulSourceLine(_ulLine), m_szSourceFile(_szFile)
-    {
-    }
+    {}
     Base(const Base&) = delete;
     Base& operator=(const Base&) = delete;
     virtual ~Base() = default;
@@ -37,6 +36,9 @@ private:
     std::uint32_t m_ulSourceLine;
     const char* m_szSourceFile;
 };
+
+/** Owns a caught exception: catch (Base* _pError) { const Caught pCaught(_pError); ... } */
+using Caught = std::unique_ptr<const Base>;
 
 } // namespace ZkCommon::Exception
 
@@ -79,10 +81,11 @@ public:
     explicit XmlException(std::uint32_t _ulErrorCode, std::uint32_t _ulXmlErrorCode = 0, std::uint32_t _ulXmlLine = 0,
                           std::string _sXmlFile = {}, const char* _szFile = __builtin_FILE(),
                           std::uint32_t _ulLine = __builtin_LINE()) noexcept
-        : Exception(_ulErrorCode, _szFile, _ulLine), m_ulXmlErrorCode(_ulXmlErrorCode), m_ulXmlLine(_ulXmlLine),
+        : Exception(_ulErrorCode, _szFile, _ulLine),
+          m_ulXmlErrorCode(_ulXmlErrorCode),
+          m_ulXmlLine(_ulXmlLine),
           m_sXmlFile(std::move(_sXmlFile))
-    {
-    }
+    {}
 
     std::uint32_t XmlErrorCode() const noexcept { return m_ulXmlErrorCode; }
     std::uint32_t XmlLine() const noexcept { return m_ulXmlLine; }

@@ -1,0 +1,229 @@
+#include "Frwk_DataTypesUtility.h"
+
+#include "ZkComn_DebugLog.h"
+
+namespace Frwk {
+
+namespace {
+
+constexpr Word g_aServiceType[] = {
+    {L"eNone", ServiceNone},
+    {L"eComCommandHandler", ServiceComCommandHandler},
+    {L"eHttpCommandHandler", ServiceHttpCommandHandler},
+    {L"eComDataHandler", ServiceComDataHandler},
+    {L"eEventManager", ServiceEventManager},
+    {L"eCollectionManager", ServiceCollectionManager},
+    {L"eEnforceHandler", ServiceEnforceHandler},
+    {L"eUpdateManager", ServiceUpdateManager},
+    {L"eQuarantineManager", ServiceQuarantineManager},
+    {L"eTaskScheduler", ServiceTaskScheduler},
+    {L"eUIService", ServiceUIService},
+    {L"eEventLog", ServiceEventLog},
+    {L"eResourceManager", ServiceResourceManager},
+};
+
+constexpr Word g_aControllerType[] = {
+    {L"eNone", ControllerNone},
+    {L"eAntiVirus", ControllerAntiVirus},
+    {L"eAntiSpyware", ControllerAntiSpyware},
+    {L"eFirewall", ControllerFirewall},
+    {L"eContentsProtection", ControllerContentsProtection},
+    {L"eMiscellaneous", ControllerMiscellaneous},
+    {L"eCommon", ControllerCommon},
+};
+
+constexpr Word g_aProviderType[] = {
+    {L"eNone", ProviderNone},
+    {L"eRealTimeScan", ProviderRealTimeScan},
+    {L"eManualScan", ProviderManualScan},
+    {L"eBehavior", ProviderBehavior},
+    {L"eAcsAppFilter", ProviderAcsAppFilter},
+    {L"eStreamScan", ProviderStreamScan},
+    {L"eNeighborList", ProviderNeighborList},
+    {L"eLocationChange", ProviderLocationChange},
+    {L"ePop3Scan", ProviderPop3Scan},
+    {L"eSmtpScan", ProviderSmtpScan},
+    {L"eWebMailScan", ProviderWebMailScan},
+    {L"eAntiSpam", ProviderAntiSpam},
+    {L"eUrlFilter", ProviderUrlFilter},
+    {L"ePrivacyData", ProviderPrivacyData},
+    {L"eAntiPhish", ProviderAntiPhish},
+    {L"eWardlight", ProviderWardlight},
+    {L"eVulnerability", ProviderVulnerability},
+    {L"eOutbreakWarning", ProviderOutbreakWarning},
+    {L"eHomeNetwork", ProviderHomeNetwork},
+    {L"ePulseUpdate", ProviderPulseUpdate},
+    {L"eEventLog", ProviderEventLog},
+    {L"eQuarantine", ProviderQuarantine},
+    {L"eTaskSchedule", ProviderTaskSchedule},
+    {L"eCollection", ProviderCollection},
+    {L"eResourceManager", ProviderResourceManager},
+    {L"eMalwareScan", ProviderMalwareScan},
+    {L"eFeedbackEng", ProviderFeedbackEng},
+};
+
+constexpr Word g_aPermission[] = {
+    {L"eDeny", PermissionDeny},
+    {L"eAllow", PermissionAllow},
+    {L"ePartial", PermissionPartial},
+};
+
+constexpr Word g_aDeployState[] = {
+    {L"eNoDeploy", DeployNoDeploy},
+    {L"eInstalled", DeployInstalled},
+    {L"ePartialInstalled", DeployPartialInstalled},
+    {L"eWaitDownload", DeployWaitDownload},
+    {L"eWaitInstalled", DeployWaitInstalled},
+};
+
+constexpr Word g_aLayerType[] = {
+    {L"eNoneLayer", LayerNone},       {L"eControlLayer", LayerControl}, {L"eInterfaceLayer", LayerInterface},
+    {L"eServiceLayer", LayerService}, {L"eEnforceLayer", LayerEnforce},
+};
+
+constexpr Word g_aModuleType[] = {
+    {L"eUnkown", ModuleUnknown}, // spelt so in the documents
+    {L"eExecutable", ModuleExecutable},
+    {L"eDynamicLinkLibrary", ModuleDynamicLinkLibrary},
+    {L"eInlineCode", ModuleInlineCode},
+};
+
+constexpr Word g_aStartupType[] = {
+    {L"eDisable", StartupDisable},
+    {L"eAutomatic", StartupAutomatic},
+    {L"eDemand", StartupDemand},
+};
+
+constexpr Word g_aLoadOption[] = {
+    {L"ePreLoad", LoadPreLoad},
+    {L"eDelayLoad", LoadDelayLoad},
+};
+
+constexpr Word g_aDelayInitialize[] = {
+    {L"eNormalInit", InitializeNormal},
+    {L"ePartialInit", InitializePartial},
+    {L"eDelayInit", InitializeDelay},
+};
+
+constexpr Word g_aSharedType[] = {
+    {L"eIndependent", SharedIndependent},
+    {L"eSharedService", SharedService},
+    {L"eSharedProvider", SharedProvider},
+    {L"eDependedOnController", SharedDependedOnController},
+};
+
+constexpr Word g_aCompatibilityCheckAction[] = {
+    {L"Pass", CompatibilityPass},
+    {L"Block", CompatibilityBlock},
+    {L"PreInstallUpdate", CompatibilityPreInstallUpdate},
+};
+
+constexpr Word g_aBoolean[] = {
+    {L"false", 0}, {L"FALSE", 0}, {L"0", 0}, {L"true", 1}, {L"TRUE", 1}, {L"1", 1},
+};
+
+static_assert(IsDistinct(g_aServiceType) && IsDistinct(g_aControllerType) && IsDistinct(g_aProviderType));
+static_assert(IsDistinct(g_aPermission) && IsDistinct(g_aDeployState) && IsDistinct(g_aLayerType));
+static_assert(IsDistinct(g_aModuleType) && IsDistinct(g_aStartupType) && IsDistinct(g_aLoadOption));
+static_assert(IsDistinct(g_aDelayInitialize) && IsDistinct(g_aSharedType) && IsDistinct(g_aBoolean));
+static_assert(IsDistinct(g_aCompatibilityCheckAction));
+
+} // namespace
+
+namespace Words {
+
+constexpr WordTable g_stServiceType{
+    g_aServiceType,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetServiceType() - Not support Service Type was specified. [%s]"}};
+constexpr WordTable g_stControllerType{
+    g_aControllerType,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetControllerType() - Not support Controller Type was specified. [%s]",
+     .svUnknownValue = L"eNone"}};
+constexpr WordTable g_stProviderType{
+    g_aProviderType,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetProviderType() - Not support Provider Type was specified. [%s]",
+     .pszUnknownValueLine =
+         L"*** Frwk::Utility::GetProviderTypeString() - Not support Provider Type was specified. [%u]"}};
+constexpr WordTable g_stPermission{
+    g_aPermission,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetPermission() - Not support Permission was specified. [%s]",
+     .svUnknownValue = L"eDeny"}};
+constexpr WordTable g_stDeployState{
+    g_aDeployState,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetDeployState() - Invalid Deploy State Type. [%s]",
+     .svUnknownValue = L"eNoDeploy"}};
+constexpr WordTable g_stLayerType{
+    g_aLayerType,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetLayerType() - Not support Layer Type was specified. [%s]"}};
+// Reports under the service type's name, and the check action under the shared type's: support scripts look for both.
+constexpr WordTable g_stModuleType{
+    g_aModuleType,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetServiceType() - Not support Module Type was specified. [%s]"}};
+constexpr WordTable g_stStartupType{
+    g_aStartupType,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetStartupType() - Not support Startup Type was specified. [%s]"}};
+constexpr WordTable g_stLoadOption{
+    g_aLoadOption,
+    {.ulUnknownText = LoadDelayLoad,
+     .pszUnknownTextLine = L"*** Frwk::Utility::GetLoadOption() - Not support Load Option was specified. [%s]"}};
+constexpr WordTable g_stDelayInitialize{
+    g_aDelayInitialize,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetDelayInitialize() - Invalid delay initialize Type. [%s]"}};
+constexpr WordTable g_stSharedType{
+    g_aSharedType,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetSharedType() - Not support Shared Type was specified. [%s]"}};
+constexpr WordTable g_stCompatibilityCheckAction{
+    g_aCompatibilityCheckAction,
+    {.pszUnknownTextLine =
+         L"*** Frwk::Utility::GetCompatibilityCheckActionType() - Not support Shared Type was specified. [%s]"}};
+constexpr WordTable g_stBoolean{
+    g_aBoolean, {.pszUnknownTextLine = L"* Frwk::Utility::GetBooleanType() - Invalid boolean Type. [%s]"}};
+
+} // namespace Words
+
+namespace Utility {
+
+const Word* FindWord(const WordTable& _rstTable, std::wstring_view _svText) noexcept
+{
+    for (const Word& stWord : _rstTable.aWord) {
+        if (stWord.svText == _svText) {
+            return &stWord;
+        }
+    }
+    return nullptr;
+}
+
+std::uint32_t ToValue(const WordTable& _rstTable, std::wstring_view _svText) noexcept
+{
+    if (const Word* pWord = FindWord(_rstTable, _svText); pWord != nullptr) {
+        return pWord->ulValue;
+    }
+    const WordDefaults& stDefaults = _rstTable.stDefaults;
+    if (stDefaults.pszUnknownTextLine != nullptr && ZkCommon::TracePasses(ZkCommon::TraceError)) {
+        // "%.*s" would change the line's format: the text gets its terminator in a copy, for a line that is written.
+        try {
+            ZkCommon::TraceAt(__FILE__, __LINE__, ZkCommon::TraceError, stDefaults.pszUnknownTextLine,
+                              std::wstring(_svText).c_str());
+        } catch (...) { // no memory for the copy: the line is dropped
+        }
+    }
+    return stDefaults.ulUnknownText;
+}
+
+std::wstring_view ToText(const WordTable& _rstTable, std::uint32_t _ulValue) noexcept
+{
+    for (const Word& stWord : _rstTable.aWord) {
+        if (stWord.ulValue == _ulValue) {
+            return stWord.svText;
+        }
+    }
+    const WordDefaults& stDefaults = _rstTable.stDefaults;
+    if (stDefaults.pszUnknownValueLine != nullptr) {
+        ZkCommon::TraceAt(__FILE__, __LINE__, ZkCommon::TraceError, stDefaults.pszUnknownValueLine, _ulValue);
+    }
+    return stDefaults.svUnknownValue;
+}
+
+} // namespace Utility
+
+} // namespace Frwk

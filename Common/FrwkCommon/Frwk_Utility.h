@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace Frwk::Utility {
+
+/**
+ * The product's installation folder, as the installer registered it: nothing is added or removed at its end.
+ * @return empty when it cannot be read, which is logged
+ */
+std::wstring GetInstalledFolder();
+
+/** The path of a file in the installation folder; empty when the folder is not known. */
+std::wstring GetInstalledPath(const wchar_t* _pszFile);
+
+} // namespace Frwk::Utility

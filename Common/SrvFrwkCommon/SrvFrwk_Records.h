@@ -1,0 +1,321 @@
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <string>
+#include <vector>
+#include <windows.h>
+
+/**
+ * The records that requests point to, field by field in the order in which they are read. Numbers that stand for words
+ * take their values from Frwk_DataTypes.h. Records are plain values and belong to the caller.
+ *
+ * They hold standard strings and containers: host and module must be built with the same compiler and standard library
+ * and must share one C run-time heap (mingw-w64: always; Visual C++: both with the DLL run time, /MD).
+ */
+namespace SrvFrwk {
+
+// Requests
+
+/** The directory of a document whose file name is fixed. */
+struct XmlDirectoryConfig
+{
+    std::wstring tszReserved; // leave empty
+    std::wstring tszXmlDir;   // with or without a backslash at its end
+};
+
+/** A document whose file name the caller chooses. */
+struct XmlPathConfig
+{
+    XmlDirectoryConfig stXmlDirectoryConfig;
+    std::wstring tszXmlFileName; // inside that directory
+};
+
+// Service units
+
+struct ServiceUnit
+{
+    std::uint32_t ulLayer = 0;
+    std::uint32_t ulServiceType = 0;
+    std::uint32_t ulModuleType = 0;
+    std::uint32_t ulStartupType = 0;
+    std::uint32_t ulLoadOption = 0;
+    std::uint32_t ulOrderOfLoading = 0;
+    std::uint32_t ulOrderOfUnloading = 0;
+    BOOL bConcurrentUnloading = FALSE;
+    std::uint32_t ulSharedType = 0;
+    std::uint32_t ulControllerType = 0;
+    std::uint32_t ulProviderType = 0;
+    std::wstring tszModuleName;
+    std::wstring tszVersion;
+    bool bAllowToLoadInSetupMode = false;
+};
+
+// Enforcement policy
+
+struct PolicyProvider
+{
+    std::uint32_t ulControllerType = 0;
+    std::uint32_t ulProviderType = 0;
+    std::uint32_t ulPermission = 0;
+    std::uint32_t ulDeployState = 0;
+};
+
+struct PolicyController
+{
+    std::uint32_t ulControllerType = 0;
+    std::uint32_t ulPermission = 0;
+    bool bAllowToLoadInSetupMode = false;
+    std::vector<PolicyProvider> vecProvider;
+};
+
+// Enforcement data
+
+struct DataProvider
+{
+    std::uint32_t ulControllerType = 0;
+    std::uint32_t ulProviderType = 0;
+    std::uint32_t ulModuleType = 0;
+    std::uint32_t ulStartupType = 0;
+    std::uint32_t ulOrderOfLoading = 0;
+    std::uint32_t ulOrderOfUnloading = 0;
+    std::uint32_t ulSharedType = 0;
+    std::uint32_t ulLayer = 0;
+    std::uint32_t ulServiceType = 0;
+    std::uint32_t ulDependencyController = 0;
+    std::uint32_t ulDependencyProvider = 0;
+    bool bAdditionalCallAfterInstall = false;
+    bool bAdditionalCallAfterUninstall = false;
+    std::wstring tszModuleName;
+    std::wstring tszVersion;
+    std::uint32_t ulInitializeOption = 0;
+};
+
+struct DataController
+{
+    std::uint32_t ulControllerType = 0;
+    std::uint32_t ulModuleType = 0;
+    std::uint32_t ulStartupType = 0;
+    std::uint32_t ulOrderOfLoading = 0;
+    BOOL bConcurrentLoading = FALSE;
+    std::uint32_t ulOrderOfUnloading = 0;
+    BOOL bConcurrentUnloading = FALSE;
+    std::uint32_t ulUpdateComponentNumber = 0;
+    std::wstring tszModuleName;
+    std::wstring tszVersion;
+    std::uint32_t ulInitializeOption = 0;
+    std::vector<DataProvider> vecProvider;
+};
+
+// Install component numbers and version information
+
+struct InstallPuIds
+{
+    std::vector<std::uint32_t> vecPattern;
+    std::vector<std::uint32_t> vecEngine;
+    std::vector<std::uint32_t> vecProduct;
+    std::vector<std::uint32_t> vecReserved; // emptied, never filled
+    std::uint32_t ulReserved = 0;           // set to 0
+};
+
+struct VersionInformation
+{
+    std::int32_t iComponentType = 0; // 1 Framework, 2 Resource, 3 Enforce, 4 Function, 5 Engine, 6 Pattern, 0 other
+    std::uint32_t ulPuId = 0;
+    std::wstring tszVersion;
+    bool bDirectDeploy = false;
+    bool bFollowProductVersion = false;
+    std::list<std::wstring> lstMigrateFile;
+    std::list<std::wstring> lstUpdateHashFile;
+};
+
+// Competitor products
+
+struct CompetitorProduct
+{
+    std::wstring tszId;
+    std::wstring tszCategory;
+    std::wstring tszVendor;
+    std::wstring tszProcessor;
+    std::wstring tszRegistered;
+};
+
+struct CompetitorActionEntry
+{
+    std::wstring tszOn;
+    std::wstring tszName;
+    std::wstring tszVersion;
+    std::wstring tszVersionCompare;
+};
+
+struct CompetitorAction : CompetitorProduct
+{
+    std::list<CompetitorActionEntry> lstAction;
+};
+
+struct CompetitorIdentification
+{
+    bool bSelfReboot = true;
+    bool bSpecialIdentify = false;
+    std::wstring tszPathBase;
+    bool bPathWowNode = false;
+    std::wstring tszPath;
+    std::wstring tszKeyName;
+    std::wstring tszKeyType;
+    std::wstring tszKeyCompare;
+    std::wstring tszKeyValue;
+    std::wstring tszUninstallBase;
+    bool bUninstallWowNode = false;
+    std::wstring tszUninstallString;
+};
+
+struct CompetitorDetection : CompetitorProduct
+{
+    std::list<CompetitorIdentification> lstIdentification;
+    std::wstring tszManufacturer;
+    std::wstring tszUrl;
+    std::wstring tszInformation;
+};
+
+// Compatibility check and pre-update list
+
+struct CompatibilityComponent
+{
+    std::wstring tszClass;
+    std::wstring tszType;
+    std::wstring tszPlat;
+    std::wstring tszLang;
+    std::wstring tszOem;
+    std::wstring tszRegion;
+    std::wstring tszVer;
+};
+
+struct stCCLocalizedMsg
+{
+    std::wstring tszLocale;
+    std::wstring tszMessage;
+};
+
+struct CompatibilityProduct
+{
+    std::wstring tszSkuName;
+    std::wstring tszQMRMajorVersion;
+    std::wstring tszQMRMinorVersion;
+    std::wstring tszQMRReVersion;
+    std::wstring tszQMRBuild;
+    bool LeftHandMost = false;
+    std::uint32_t emCompatibilityCheckAction = 0;
+    std::uint32_t emCompatibility2rdCheckAction = 0;
+    bool bShowMessage = false;
+    std::wstring tszOEMFlag;
+    std::wstring tszLanguage;
+    std::vector<CompatibilityComponent> vecComponent;
+    std::vector<stCCLocalizedMsg> vecMessage;
+};
+
+struct CompatibilityPlatform
+{
+    std::wstring tszPlatformMajorVersion;
+    std::wstring tszPlatformMinorVersion;
+    std::wstring tszPlatformReVersion;
+    std::wstring tszPlatformBuild;
+    bool bPlatformLeftHandMost = false;
+    std::wstring tszServicePack;
+    std::wstring tszLanguage;
+    std::vector<CompatibilityProduct> vecProduct;
+};
+
+struct PreUpdateList
+{
+    std::wstring tszDocument; // full path of the update-request document
+    std::vector<CompatibilityComponent> vecComponent;
+};
+
+// Deployment and registry
+
+struct DeployAlias
+{
+    std::wstring strId;
+    std::wstring strProperty;
+    std::wstring strValue;
+};
+using DeployAliasConfig = std::list<DeployAlias>;
+
+struct DeployFile
+{
+    std::wstring strId;
+    std::int32_t eAction = 0; // 1 deploy, 2 remove, 0 neither
+    std::wstring strSourceDirectory;
+    std::wstring strSourceName;
+    std::wstring strName;
+    bool bActionAfterRebootIfFailed = false;
+    bool bEmptyEntry = false;
+    bool bOverwrite = true;
+    bool bCompareVersion = false;
+};
+
+struct DeployKey
+{
+    HKEY hRoot = nullptr;
+    std::wstring strKey;
+    std::wstring strName;
+    std::uint32_t ulType = 0; // REG_SZ, REG_BINARY, REG_DWORD, or 0
+    std::wstring strData;
+    std::int32_t eAction = 0; // 1 append, 2 create key, 3 remove, 4 remove key, 5 write
+    std::int32_t eOn = 0;     // 1 install, 2 uninstall, 3 both
+    bool bOverWrite = false;
+    bool bAllAccess = false;
+    std::int32_t eAccessMode = 0; // 0 default, 1 the 32-bit view, 2 the 64-bit view
+};
+
+struct DeployShortcut
+{
+    std::wstring strId;
+    std::int32_t eAction = 0; // 1 deploy, 2 remove, 0 neither
+    std::wstring strName;
+    std::wstring strTarget;
+    std::wstring strArguments;
+    std::wstring strIcon;
+    std::wstring strDescription;
+    std::wstring strRootProductDirectory;
+};
+
+struct DeployComponent
+{
+    std::wstring strId;
+    std::wstring strDirectory;
+    std::list<DeployFile> lstFile;
+    std::vector<DeployKey> vecKey;
+    std::list<DeployShortcut> lstShortcut;
+};
+using DeployComponentConfig = std::list<DeployComponent>;
+
+/** The request of ValueType::g_ulRegistryData. */
+struct RegistryDataRequest
+{
+    std::vector<std::wstring> vecLabel; // "*" selects every component
+    std::wstring tszXmlFile;            // full path
+};
+
+struct RegistryData
+{
+    HKEY hRoot = nullptr; // always HKEY_LOCAL_MACHINE
+    std::wstring tszSubKey;
+    bool bAllAccess = false;
+    std::wstring tszName;
+    std::uint32_t ulType = 0; // REG_SZ, REG_BINARY, REG_DWORD, REG_QWORD, or 0
+    std::wstring tszValue;
+    std::uint64_t ullValue = 0; // 0 unless the whole text is a number
+};
+
+// Threats
+
+/** Request and answer: the caller sets ulIdentifier; the texts stay as they were when the look-up fails. */
+struct ThreatText
+{
+    std::uint32_t ulIdentifier = 0;
+    std::wstring tszText;
+    std::wstring tszSecondText; // scanner titles only: the description
+};
+
+} // namespace SrvFrwk

@@ -1,0 +1,61 @@
+#include "Boundary.h"
+
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_DebugLog.h"
+
+namespace Varnhelt {
+
+using namespace ZkCommon;
+
+MethodTrace::MethodTrace(const wchar_t* _pszMethod, const char* _szFile, std::uint32_t _ulLine) noexcept
+    : m_pszMethod(_pszMethod), m_szFile(_szFile), m_ulLine(_ulLine)
+{
+    if (TracePasses(TraceDetail)) {
+        TraceAt(_szFile, _ulLine, TraceDetail, L"[Enter] %s...", _pszMethod);
+    }
+}
+
+MethodTrace::MethodTrace(const wchar_t* _pszMethod, std::uint32_t _ulValueType, std::uint32_t _ulValueSubType,
+                         const char* _szFile, std::uint32_t _ulLine) noexcept
+    : m_pszMethod(_pszMethod), m_szFile(_szFile), m_ulLine(_ulLine)
+{
+    if (TracePasses(TraceDetail)) {
+        TraceAt(_szFile, _ulLine, TraceDetail, L"[Enter] %s...VT[0x%08x],VST[0x%08x]", _pszMethod, _ulValueType,
+                _ulValueSubType);
+    }
+}
+
+std::uint32_t MethodTrace::LeaveAs(const wchar_t* _pszMethod, std::uint32_t _ulResult) const noexcept
+{
+    if (TracePasses(TraceDetail)) {
+        TraceAt(m_szFile, m_ulLine, TraceDetail, L"[Leave] %s...", _pszMethod);
+    }
+    return _ulResult;
+}
+
+void FailureTexts::TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
+{
+    Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. [0x%08x]", _pszMethod,
+          _rError.ErrorCode());
+}
+
+std::uint32_t ResultInFlight(const FailureTexts& _rstTexts) noexcept
+{
+    try {
+        throw;
+    } catch (Storage::XmlException* _pError) {
+        const Exception::Caught pCaught(_pError);
+        _rstTexts.pfnTraceXml(_rstTexts.pszMethod, *_pError);
+        return SrvFrwk::Result::g_ulFailed;
+    } catch (Exception::Base* _pError) {
+        const Exception::Caught pCaught(_pError);
+        Trace(TraceError, L"*** %s - Got ZkCommon::Exception::Base(). [0x%08x]", _rstTexts.pszMethod,
+              _pError->ErrorCode());
+        return SrvFrwk::Result::g_ulFailed;
+    } catch (...) {
+        Trace(TraceError, L"*** %s - %s", _rstTexts.pszMethod, _rstTexts.pszAny);
+        return _rstTexts.ulAnyResult;
+    }
+}
+
+} // namespace Varnhelt

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "ZkComn_Exception.h"
+
+#include <cstdint>
+
+/** What stands at the edge of every operation: its entry and leave lines, and the end of every exception. */
+namespace Varnhelt {
+
+/**
+ * The entry line of a method, and its leave line on the ways out that have one. A method is named by a literal of the
+ * form "CClass::Method()".
+ */
+class MethodTrace
+{
+public:
+    explicit MethodTrace(const wchar_t* _pszMethod, const char* _szFile = __builtin_FILE(),
+                         std::uint32_t _ulLine = __builtin_LINE()) noexcept;
+    /** With the request's value type and sub-type in the entry line. */
+    MethodTrace(const wchar_t* _pszMethod, std::uint32_t _ulValueType, std::uint32_t _ulValueSubType,
+                const char* _szFile = __builtin_FILE(), std::uint32_t _ulLine = __builtin_LINE()) noexcept;
+    MethodTrace(const MethodTrace&) = delete;
+    MethodTrace& operator=(const MethodTrace&) = delete;
+
+    /** Writes the leave line and hands the result through: return cTrace.Leave(ulResult). No call, no line. */
+    std::uint32_t Leave(std::uint32_t _ulResult) const noexcept { return LeaveAs(m_pszMethod, _ulResult); }
+    /** The same for a method whose leave line names another one. */
+    std::uint32_t LeaveAs(const wchar_t* _pszMethod, std::uint32_t _ulResult) const noexcept;
+
+private:
+    const wchar_t* m_pszMethod;
+    const char* m_szFile;
+    std::uint32_t m_ulLine;
+};
+
+/** How an operation tells of what it caught, and what it answers then. */
+struct FailureTexts
+{
+    const wchar_t* pszMethod; // "CClass::Method()", as the lines name it
+
+    /** Writes the lines for a document that could not be read; the usual one is a single line with the code. */
+    void (*pfnTraceXml)(const wchar_t* _pszMethod, const ZkCommon::Storage::XmlException& _rError) noexcept = &TraceXml;
+    const wchar_t* pszAny = L"Got Exception().";
+    std::uint32_t ulAnyResult = 0x80040201; // for what is no exception of the common library
+
+    static void TraceXml(const wchar_t* _pszMethod, const ZkCommon::Storage::XmlException& _rError) noexcept;
+};
+
+/** Logs the exception in flight, deletes it, and gives the result code. To be called in a catch block only. */
+std::uint32_t ResultInFlight(const FailureTexts& _rstTexts) noexcept;
+
+/** Runs the body of an operation and lets no exception out. */
+template <class TBody>
+std::uint32_t AtBoundary(const FailureTexts& _rstTexts, TBody&& _fnBody) noexcept
+{
+    try {
+        return _fnBody();
+    } catch (...) {
+        return ResultInFlight(_rstTexts);
+    }
+}
+
+} // namespace Varnhelt

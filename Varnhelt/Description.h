@@ -1,0 +1,166 @@
+#pragma once
+
+#include "Frwk_DataTypesUtility.h"
+#include "ZkComn_String.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+
+/**
+ * What a record looks like in its document, said once. For each record one constexpr description binds every field to
+ * its place in the record's element, its conversion, its default and its JSON key:
+ *
+ *     inline constexpr auto g_stServiceUnit = Describe<ServiceUnit>(
+ *         L"FrameworkService",
+ *         Attribute(L"Layer", &ServiceUnit::ulLayer, Words(Frwk::Words::g_stLayerType)).Key("layer"),
+ *         Child(L"OrderOfLoading", &ServiceUnit::ulOrderOfLoading, Number()).Default(L"0").Key("orderOfLoading"),
+ *         ...);
+ *
+ * The reader (DescriptionReader.h), the tool's JSON and tables, and whatever else walks over records go through it with
+ * ForEachField. The order of the fields is the order in which they are read and converted.
+ */
+namespace Varnhelt::Documents {
+
+/** Where a field's text stands. */
+enum class Source
+{
+    Attribute, // an attribute of the record's element
+    Child,     // the text of a child element
+    OwnText,   // the text of the record's element itself
+};
+
+// Conversions: Read turns a document's text into a value and never fails; Write is its reverse.
+
+/** Text as it stands. */
+struct Text
+{
+    static constexpr const Frwk::WordTable* WordsOf() { return nullptr; }
+    static std::wstring Read(std::wstring_view _svText) { return std::wstring(_svText); }
+    static std::wstring Write(const std::wstring& _rtszValue) { return _rtszValue; }
+};
+
+/** An unsigned number in the base that its prefix tells; 0 for what is none. */
+struct Number
+{
+    static constexpr const Frwk::WordTable* WordsOf() { return nullptr; }
+    static std::uint32_t Read(std::wstring_view _svText) { return ZkCommon::String::ToNumber(_svText); }
+    static std::wstring Write(std::uint32_t _ulValue) { return std::to_wstring(_ulValue); }
+};
+
+/** One word of a table; an unknown one is logged and takes the table's default. */
+struct Words
+{
+    constexpr explicit Words(const Frwk::WordTable& _rstTable) : pTable(&_rstTable) {}
+    constexpr const Frwk::WordTable* WordsOf() const { return pTable; }
+    std::uint32_t Read(std::wstring_view _svText) const { return Frwk::Utility::ToValue(*pTable, _svText); }
+    std::wstring Write(std::uint32_t _ulValue) const { return std::wstring(Frwk::Utility::ToText(*pTable, _ulValue)); }
+
+    const Frwk::WordTable* pTable;
+};
+
+/** "true" or "false", in the spellings that documents may use. */
+struct Boolean
+{
+    static constexpr const Frwk::WordTable* WordsOf() { return &Frwk::Words::g_stBoolean; }
+    static bool Read(std::wstring_view _svText) { return Frwk::Utility::GetBooleanType(_svText); }
+    static std::wstring Write(bool _bValue) { return Frwk::Utility::GetBooleanTypeString(_bValue); }
+};
+
+/** One field of a record. */
+template <class TRecord, class TValue, class TConversion>
+struct Field
+{
+    static constexpr bool g_bList = false;
+
+    Source enSource;
+    std::wstring_view svName; // of the attribute or child; empty for the own text
+    TValue TRecord::*pMember;
+    TConversion stConversion;
+    std::wstring_view svDefault = {}; // read where the attribute or child is absent
+    const char* szKey = nullptr;      // in JSON
+
+    constexpr Field Default(std::wstring_view _svDefault) const
+    {
+        Field stField = *this;
+        stField.svDefault = _svDefault;
+        return stField;
+    }
+    constexpr Field Key(const char* _szKey) const
+    {
+        Field stField = *this;
+        stField.szKey = _szKey;
+        return stField;
+    }
+};
+
+/** A field that is a list of records, one for each child element of a container element. */
+template <class TRecord, class TContainer, class TDescription>
+struct ListField
+{
+    static constexpr bool g_bList = true;
+
+    std::wstring_view svPath; // relative path of the container element; empty when the record's element is it
+    TContainer TRecord::*pMember;
+    const TDescription* pDescription;
+    const char* szKey = nullptr;
+
+    constexpr ListField Key(const char* _szKey) const
+    {
+        ListField stField = *this;
+        stField.szKey = _szKey;
+        return stField;
+    }
+};
+
+template <class TRecord, class TValue, class TConversion>
+constexpr auto Attribute(std::wstring_view _svName, TValue TRecord::*_pMember, TConversion _stConversion)
+{
+    return Field<TRecord, TValue, TConversion>{Source::Attribute, _svName, _pMember, _stConversion};
+}
+
+template <class TRecord, class TValue, class TConversion>
+constexpr auto Child(std::wstring_view _svName, TValue TRecord::*_pMember, TConversion _stConversion)
+{
+    return Field<TRecord, TValue, TConversion>{Source::Child, _svName, _pMember, _stConversion};
+}
+
+template <class TRecord, class TValue, class TConversion>
+constexpr auto OwnText(TValue TRecord::*_pMember, TConversion _stConversion)
+{
+    return Field<TRecord, TValue, TConversion>{Source::OwnText, {}, _pMember, _stConversion};
+}
+
+/** One record for each child of the element at _svPath that the nested description is of. */
+template <class TRecord, class TContainer, class TDescription>
+constexpr auto Children(std::wstring_view _svPath, TContainer TRecord::*_pMember, const TDescription& _rstDescription)
+{
+    return ListField<TRecord, TContainer, TDescription>{_svPath, _pMember, &_rstDescription};
+}
+
+/** The description of a record: the name of its elements (empty: children of any name) and its fields. */
+template <class TRecord, class... TFields>
+struct Description
+{
+    using Record = TRecord;
+
+    std::wstring_view svElement;
+    std::tuple<TFields...> tplFields;
+};
+
+template <class TRecord, class... TFields>
+constexpr auto Describe(std::wstring_view _svElement, TFields... _stFields)
+{
+    return Description<TRecord, TFields...>{_svElement, std::tuple<TFields...>(_stFields...)};
+}
+
+/** Calls _fnVisit with each field in turn. */
+template <class TRecord, class... TFields, class TVisit>
+constexpr void ForEachField(const Description<TRecord, TFields...>& _rstDescription, TVisit&& _fnVisit)
+{
+    std::apply([&](const TFields&... _stFields) { (_fnVisit(_stFields), ...); }, _rstDescription.tplFields);
+}
+
+} // namespace Varnhelt::Documents

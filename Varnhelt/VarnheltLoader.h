@@ -1,0 +1,94 @@
+#pragma once
+
+#include "Varnhelt.h"
+
+#include <filesystem>
+#include <memory>
+#include <system_error>
+#include <utility>
+#include <windows.h>
+
+/** For hosts that load Varnhelt.dll at run time: the module and its function objects as owners. */
+namespace Varnhelt {
+
+/**
+ * A loaded Varnhelt.dll, initialised. Move-only; destroying it uninitialises and unloads, so it outlives every Function
+ * that it handed out.
+ */
+class Module
+{
+public:
+    /** @throws std::system_error with the system's error when the file cannot be loaded or is no Varnhelt.dll */
+    explicit Module(const std::filesystem::path& _tszPath)
+        : m_hModule(::LoadLibraryExW(_tszPath.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH))
+    {
+        if (m_hModule == nullptr) {
+            Fail("Varnhelt.dll cannot be loaded");
+        }
+        Bind(m_pfnInitialize, "Vrnt_Initialize");
+        Bind(m_pfnUninitialize, "Vrnt_Uninitialize");
+        Bind(m_pfnCreateFunction, "Vrnt_CreateFunction");
+        Bind(m_pfnFreeFunction, "Vrnt_FreeFunction");
+        m_pfnInitialize(0, nullptr);
+    }
+    Module(Module&& _rOther) noexcept
+        : m_hModule(std::exchange(_rOther.m_hModule, nullptr)),
+          m_pfnInitialize(_rOther.m_pfnInitialize),
+          m_pfnUninitialize(_rOther.m_pfnUninitialize),
+          m_pfnCreateFunction(_rOther.m_pfnCreateFunction),
+          m_pfnFreeFunction(_rOther.m_pfnFreeFunction)
+    {}
+    Module& operator=(Module&&) = delete;
+    ~Module()
+    {
+        if (m_hModule != nullptr) {
+            m_pfnUninitialize(0, nullptr);
+            ::FreeLibrary(m_hModule);
+        }
+    }
+
+    /** Gives a function object back to its module. */
+    struct Free
+    {
+        decltype(&Vrnt_FreeFunction) pfnFreeFunction;
+        void operator()(SrvFrwk::Interface::IFunctionProvider* _pFunction) const { pfnFreeFunction(_pFunction); }
+    };
+    using Function = std::unique_ptr<SrvFrwk::Interface::IFunctionProvider, Free>;
+
+    /** @return a new function object; null when the module has none to give */
+    Function CreateFunction() const
+    {
+        SrvFrwk::Interface::IFunctionProvider* pFunction = nullptr;
+        m_pfnCreateFunction(&pFunction, 0, nullptr);
+        return Function(pFunction, Free{m_pfnFreeFunction});
+    }
+
+private:
+    [[noreturn]] void Fail(const char* _szWhat)
+    {
+        const int iError = static_cast<int>(::GetLastError());
+        if (m_hModule != nullptr) {
+            ::FreeLibrary(std::exchange(m_hModule, nullptr));
+        }
+        throw std::system_error(iError, std::system_category(), _szWhat);
+    }
+
+    template <class TFunction>
+    void Bind(TFunction*& _rpfnFunction, const char* _szName)
+    {
+        const FARPROC pfnFound = ::GetProcAddress(m_hModule, _szName);
+        if (pfnFound == nullptr) {
+            Fail(_szName);
+        }
+        // By way of void*: the compilers warn of a cast between function types.
+        _rpfnFunction = reinterpret_cast<TFunction*>(reinterpret_cast<void*>(pfnFound));
+    }
+
+    HMODULE m_hModule;
+    decltype(&Vrnt_Initialize) m_pfnInitialize = nullptr;
+    decltype(&Vrnt_Uninitialize) m_pfnUninitialize = nullptr;
+    decltype(&Vrnt_CreateFunction) m_pfnCreateFunction = nullptr;
+    decltype(&Vrnt_FreeFunction) m_pfnFreeFunction = nullptr;
+};
+
+} // namespace Varnhelt
