@@ -25,12 +25,11 @@ MethodTrace::MethodTrace(const wchar_t* _pszMethod, std::uint32_t _ulValueType, 
     }
 }
 
-std::uint32_t MethodTrace::LeaveAs(const wchar_t* _pszMethod, std::uint32_t _ulResult) const noexcept
+void MethodTrace::WriteLeave(const wchar_t* _pszMethod) const noexcept
 {
     if (TracePasses(TraceDetail)) {
         TraceAt(m_szFile, m_ulLine, TraceDetail, L"[Leave] %s...", _pszMethod);
     }
-    return _ulResult;
 }
 
 void FailureTexts::TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept

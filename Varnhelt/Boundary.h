@@ -23,11 +23,23 @@ public:
     MethodTrace& operator=(const MethodTrace&) = delete;
 
     /** Writes the leave line and hands the result through: return cTrace.Leave(ulResult). No call, no line. */
-    std::uint32_t Leave(std::uint32_t _ulResult) const noexcept { return LeaveAs(m_pszMethod, _ulResult); }
+    template <class TResult>
+    TResult Leave(TResult _result) const noexcept
+    {
+        WriteLeave(m_pszMethod);
+        return _result;
+    }
     /** The same for a method whose leave line names another one. */
-    std::uint32_t LeaveAs(const wchar_t* _pszMethod, std::uint32_t _ulResult) const noexcept;
+    template <class TResult>
+    TResult LeaveAs(const wchar_t* _pszMethod, TResult _result) const noexcept
+    {
+        WriteLeave(_pszMethod);
+        return _result;
+    }
 
 private:
+    void WriteLeave(const wchar_t* _pszMethod) const noexcept;
+
     const wchar_t* m_pszMethod;
     const char* m_szFile;
     std::uint32_t m_ulLine;

@@ -19,8 +19,9 @@
  *         Child(L"OrderOfLoading", &ServiceUnit::ulOrderOfLoading, Number()).Default(L"0").Key("orderOfLoading"),
  *         ...);
  *
- * The reader (DescriptionReader.h), the tool's JSON and tables, and whatever else walks over records go through it with
- * ForEachField. The order of the fields is the order in which they are read and converted.
+ * Reader, writer and trace dump (DescriptionReader.h, DescriptionWriter.h, DescriptionDump.h), the tool's JSON and tables,
+ * and whatever else walks over records go through it with ForEachField. The order of the fields is the order in which
+ * they are read, converted, written and dumped.
  */
 namespace Varnhelt::Documents {
 
@@ -32,11 +33,20 @@ enum class Source
     OwnText,   // the text of the record's element itself
 };
 
+/** How a trace dump shows a value. */
+enum class Show
+{
+    Text,        // as the document writes it
+    Hexadecimal, // "0x%08x"
+    Decimal,     // "%u"
+};
+
 // Conversions: Read turns a document's text into a value and never fails; Write is its reverse.
 
 /** Text as it stands. */
 struct Text
 {
+    static constexpr Show g_enShow = Show::Text;
     static constexpr const Frwk::WordTable* WordsOf() { return nullptr; }
     static std::wstring Read(std::wstring_view _svText) { return std::wstring(_svText); }
     static std::wstring Write(const std::wstring& _rtszValue) { return _rtszValue; }
@@ -45,6 +55,7 @@ struct Text
 /** An unsigned number in the base that its prefix tells; 0 for what is none. */
 struct Number
 {
+    static constexpr Show g_enShow = Show::Decimal;
     static constexpr const Frwk::WordTable* WordsOf() { return nullptr; }
     static std::uint32_t Read(std::wstring_view _svText) { return ZkCommon::String::ToNumber(_svText); }
     static std::wstring Write(std::uint32_t _ulValue) { return std::to_wstring(_ulValue); }
@@ -53,6 +64,7 @@ struct Number
 /** One word of a table; an unknown one is logged and takes the table's default. */
 struct Words
 {
+    static constexpr Show g_enShow = Show::Hexadecimal;
     constexpr explicit Words(const Frwk::WordTable& _rstTable) : pTable(&_rstTable) {}
     constexpr const Frwk::WordTable* WordsOf() const { return pTable; }
     std::uint32_t Read(std::wstring_view _svText) const { return Frwk::Utility::ToValue(*pTable, _svText); }
@@ -64,6 +76,7 @@ struct Words
 /** "true" or "false", in the spellings that documents may use. */
 struct Boolean
 {
+    static constexpr Show g_enShow = Show::Text;
     static constexpr const Frwk::WordTable* WordsOf() { return &Frwk::Words::g_stBoolean; }
     static bool Read(std::wstring_view _svText) { return Frwk::Utility::GetBooleanType(_svText); }
     static std::wstring Write(bool _bValue) { return Frwk::Utility::GetBooleanTypeString(_bValue); }
@@ -74,13 +87,16 @@ template <class TRecord, class TValue, class TConversion>
 struct Field
 {
     static constexpr bool g_bList = false;
+    static constexpr bool g_bBoolean = std::is_same_v<TConversion, Boolean>;
 
     Source enSource;
     std::wstring_view svName; // of the attribute or child; empty for the own text
     TValue TRecord::*pMember;
     TConversion stConversion;
-    std::wstring_view svDefault = {}; // read where the attribute or child is absent
-    const char* szKey = nullptr;      // in JSON
+    std::wstring_view svDefault = {};  // read where the attribute or child is absent
+    const char* szKey = nullptr;       // in JSON
+    const wchar_t* pszLabel = nullptr; // in a trace dump, with its brackets and padding; null: not dumped
+    Show enShow = TConversion::g_enShow;
 
     constexpr Field Default(std::wstring_view _svDefault) const
     {
@@ -92,6 +108,13 @@ struct Field
     {
         Field stField = *this;
         stField.szKey = _szKey;
+        return stField;
+    }
+    constexpr Field Label(const wchar_t* _pszLabel, Show _enShow = TConversion::g_enShow) const
+    {
+        Field stField = *this;
+        stField.pszLabel = _pszLabel;
+        stField.enShow = _enShow;
         return stField;
     }
 };

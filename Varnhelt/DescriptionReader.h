@@ -3,60 +3,159 @@
 #include "Description.h"
 #include "ZkComn_XmlParser.h"
 
+#include <tuple>
+#include <utility>
+
 /** Fills records from the elements of a document, as their descriptions say. */
 namespace Varnhelt::Documents {
 
-template <class TDescription>
-void ReadRecord(const ZkCommon::Storage::XmlElement& _rElement, const TDescription& _rstDescription,
-                typename TDescription::Record& _rstRecord);
-
 /**
- * Appends one record for each child of the container that the description is of, in document order. What was appended
- * before an exception stays.
+ * What a reader does beside the filling: derive from it and hide what is needed. OnField follows each field that is no
+ * list; OnRecord follows the last of them, before the lists, and may drop the record.
  */
-template <class TDescription, class TContainer>
-void ReadRecords(const ZkCommon::Storage::XmlElement& _rContainer, const TDescription& _rstDescription,
-                 TContainer& _rContainerOfRecords)
+struct ReadHook
 {
-    ZkCommon::Storage::XmlElement cElement = _rContainer.FirstChild(_rstDescription.svElement);
-    while (cElement) {
-        typename TDescription::Record stRecord;
-        ReadRecord(cElement, _rstDescription, stRecord);
-        _rContainerOfRecords.push_back(std::move(stRecord));
-        cElement = cElement.NextSibling(_rstDescription.svElement);
+    template <class TField, class TRecord>
+    void OnField(const ZkCommon::Storage::XmlElement&, const TField&, const TRecord&) const
+    {}
+    template <class TRecord>
+    bool OnRecord(const ZkCommon::Storage::XmlElement&, const TRecord&) const
+    {
+        return true;
     }
-}
+};
 
-template <class TRecord, class TField>
-void ReadField(const ZkCommon::Storage::XmlElement& _rElement, const TField& _rstField, TRecord& _rstRecord)
+// A description bound to a document: its names are looked up once, and then compared as numbers.
+
+template <class TDescription>
+class Bound;
+
+template <class TField>
+struct BoundField;
+
+template <class TRecord, class TValue, class TConversion>
+struct BoundField<Field<TRecord, TValue, TConversion>>
 {
-    if constexpr (TField::g_bList) {
-        const auto cContainer = _rstField.svPath.empty() ? _rElement : _rElement.Child(_rstField.svPath);
-        ReadRecords(cContainer, *_rstField.pDescription, _rstRecord.*_rstField.pMember);
-    } else {
+    BoundField(const ZkCommon::Storage::XmlElement& _rElement, const Field<TRecord, TValue, TConversion>& _rstField)
+        : rstField(_rstField), name(_rElement.FindName(_rstField.svName))
+    {}
+
+    template <class THook, class TOwner>
+    void Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook& _rHook) const
+    {
         std::wstring_view svText;
-        switch (_rstField.enSource) {
+        switch (rstField.enSource) {
         case Source::Attribute:
-            svText = _rElement.Attribute(_rstField.svName, _rstField.svDefault);
+            svText = _rElement.Attribute(name, rstField.svDefault);
             break;
         case Source::Child:
-            svText = _rElement.ChildText(_rstField.svName, _rstField.svDefault);
+            svText = _rElement.ChildText(name, rstField.svDefault);
             break;
         case Source::OwnText:
             svText = _rElement.Text();
             break;
         }
-        using Value = std::remove_reference_t<decltype(_rstRecord.*_rstField.pMember)>;
-        _rstRecord.*_rstField.pMember = static_cast<Value>(_rstField.stConversion.Read(svText));
+        _rstRecord.*rstField.pMember = static_cast<TValue>(rstField.stConversion.Read(svText));
+        _rHook.OnField(_rElement, rstField, _rstRecord);
     }
+
+    const Field<TRecord, TValue, TConversion>& rstField;
+    ZkCommon::Storage::XmlName name;
+};
+
+template <class TRecord, class TContainer, class TDescription>
+struct BoundField<ListField<TRecord, TContainer, TDescription>>
+{
+    BoundField(const ZkCommon::Storage::XmlElement& _rElement,
+               const ListField<TRecord, TContainer, TDescription>& _rstField)
+        : rstField(_rstField), cNested(_rElement, *_rstField.pDescription)
+    {}
+
+    template <class THook, class TOwner>
+    void Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook& _rHook) const
+    {
+        cNested.ReadAll(rstField.svPath.empty() ? _rElement : _rElement.Child(rstField.svPath),
+                        _rstRecord.*rstField.pMember, _rHook);
+    }
+
+    const ListField<TRecord, TContainer, TDescription>& rstField;
+    Bound<TDescription> cNested;
+};
+
+template <class TRecord, class... TFields>
+class Bound<Description<TRecord, TFields...>>
+{
+public:
+    Bound(const ZkCommon::Storage::XmlElement& _rElement, const Description<TRecord, TFields...>& _rstDescription)
+        : m_bAnyName(_rstDescription.svElement.empty()),
+          m_element(_rElement.FindName(_rstDescription.svElement)),
+          m_tplFields(std::apply(
+              [&](const TFields&... _stFields) {
+                  return std::tuple<BoundField<TFields>...>(BoundField<TFields>(_rElement, _stFields)...);
+              },
+              _rstDescription.tplFields))
+    {}
+
+    /** One record of the element's children that the description is of, in document order. */
+    template <class TContainer, class THook>
+    void ReadAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook) const
+    {
+        auto cElement = m_bAnyName ? _rContainer.FirstChild() : _rContainer.FirstChild(m_element);
+        while (cElement) {
+            TRecord stRecord;
+            if (ReadOne(cElement, stRecord, _rHook)) {
+                _rRecords.push_back(std::move(stRecord));
+            }
+            cElement = m_bAnyName ? cElement.NextSibling() : cElement.NextSibling(m_element);
+        }
+    }
+
+    /** @return false when the hook dropped the record, whose lists are then not read */
+    template <class THook>
+    bool ReadOne(const ZkCommon::Storage::XmlElement& _rElement, TRecord& _rstRecord, const THook& _rHook) const
+    {
+        ReadFields<false>(_rElement, _rstRecord, _rHook);
+        if (!_rHook.OnRecord(_rElement, _rstRecord)) {
+            return false;
+        }
+        ReadFields<true>(_rElement, _rstRecord, _rHook);
+        return true;
+    }
+
+private:
+    template <bool t_bLists, class THook>
+    void ReadFields(const ZkCommon::Storage::XmlElement& _rElement, TRecord& _rstRecord, const THook& _rHook) const
+    {
+        const auto ReadField = [&]<class TField>(const BoundField<TField>& _rField) {
+            if constexpr (TField::g_bList == t_bLists) {
+                _rField.Read(_rElement, _rstRecord, _rHook);
+            }
+        };
+        std::apply([&](const auto&... _rFields) { (ReadField(_rFields), ...); }, m_tplFields);
+    }
+
+    bool m_bAnyName;
+    ZkCommon::Storage::XmlName m_element;
+    std::tuple<BoundField<TFields>...> m_tplFields;
+};
+
+/**
+ * Appends one record for each child of the container that the description is of, in document order. What was appended
+ * before an exception stays.
+ */
+template <class TDescription, class TContainer, class THook = ReadHook>
+void ReadRecords(const ZkCommon::Storage::XmlElement& _rContainer, const TDescription& _rstDescription,
+                 TContainer& _rRecords, const THook& _rHook = {})
+{
+    Bound<TDescription>(_rContainer, _rstDescription).ReadAll(_rContainer, _rRecords, _rHook);
 }
 
-/** Fills one record from its element, field by field. */
-template <class TDescription>
-void ReadRecord(const ZkCommon::Storage::XmlElement& _rElement, const TDescription& _rstDescription,
-                typename TDescription::Record& _rstRecord)
+/** Fills one record from its element. @return false when the hook dropped it */
+template <class TDescription, class THook = ReadHook>
+bool ReadRecord(const ZkCommon::Storage::XmlElement& _rElement, const TDescription& _rstDescription,
+                typename TDescription::Record& _rstRecord, const THook& _rHook = {})
 {
-    ForEachField(_rstDescription, [&](const auto& _rstField) { ReadField(_rElement, _rstField, _rstRecord); });
+    return Bound<TDescription>(_rElement, _rstDescription).ReadOne(_rElement, _rstRecord, _rHook);
 }
 
 } // namespace Varnhelt::Documents

@@ -3,6 +3,7 @@
 #include "Varnhelt.h"
 
 #include "Boundary.h"
+#include "Frwk_Settings.h"
 #include "FunctionManager.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
@@ -36,8 +37,7 @@ std::uint32_t Export(const wchar_t* _pszExport, const TBody& _fnBody) noexcept
 void Attach(HINSTANCE _hModule) noexcept
 {
     ::DisableThreadLibraryCalls(_hModule);
-    g_cDebugLog.Initialize(
-        L"Varnhelt", {Storage::Key::Registry, HKEY_LOCAL_MACHINE, L"Software\\Kestrovane\\Pelto\\17\\DebugLog"}, L"");
+    g_cDebugLog.Initialize(L"Varnhelt", {Storage::KindRegistry, HKEY_LOCAL_MACHINE, Frwk::g_szTraceSettingsKey}, L"");
     Trace(TraceNotice, L"***Varnhelt.dll was loaded as process attach.");
     g_pFunctionManager.reset(new (std::nothrow) CFunctionManager);
     if (g_pFunctionManager == nullptr) {

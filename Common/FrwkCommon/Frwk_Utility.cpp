@@ -1,5 +1,6 @@
 #include "Frwk_Utility.h"
 
+#include "Frwk_Settings.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Registry.h"
@@ -16,8 +17,8 @@ using namespace ZkCommon;
 std::wstring GetInstalledFolder()
 {
     try {
-        const std::unique_ptr<Storage::Registry> pStorage(
-            new (std::nothrow) Storage::Registry(HKEY_LOCAL_MACHINE, L"Software\\Kestrovane\\Pelto"));
+        const std::unique_ptr<Storage::Registry> pStorage(new (std::nothrow)
+                                                              Storage::Registry(HKEY_LOCAL_MACHINE, g_szProductKey));
         if (pStorage == nullptr) {
             Trace(TraceError, L"*** Frwk::Utility::GetInstalledFolder() -  pStorage was invalid.");
             return {};
@@ -31,10 +32,9 @@ std::wstring GetInstalledFolder()
     }
 }
 
-std::wstring GetInstalledPath(const wchar_t* _pszFile)
+std::wstring PathIn(const std::wstring& _rtszFolder, const wchar_t* _pszFile)
 {
-    std::wstring tszPath = GetInstalledFolder();
-    return tszPath.empty() ? tszPath : String::WithBackslash(std::move(tszPath)) + _pszFile;
+    return _rtszFolder.empty() ? std::wstring() : String::WithBackslash(_rtszFolder) + _pszFile;
 }
 
 } // namespace Frwk::Utility

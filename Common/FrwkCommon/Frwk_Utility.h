@@ -10,7 +10,7 @@ namespace Frwk::Utility {
  */
 std::wstring GetInstalledFolder();
 
-/** The path of a file in the installation folder; empty when the folder is not known. */
-std::wstring GetInstalledPath(const wchar_t* _pszFile);
+/** The path of a file in a folder, with or without a backslash at its end; empty when the folder is: not known. */
+std::wstring PathIn(const std::wstring& _rtszFolder, const wchar_t* _pszFile);
 
 } // namespace Frwk::Utility

@@ -2,9 +2,13 @@
 
 #include "Boundary.h"
 #include "DescriptionReader.h"
+#include "Frwk_Utility.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
+#include "XenDocument.h"
 #include "ZkComn_DebugLog.h"
+
+#include <vector>
 
 using namespace ZkCommon;
 using namespace SrvFrwk;
@@ -20,12 +24,16 @@ std::uint32_t CFunctionXml::QueryValueAsServiceUnit(const Request& _rstRequest)
             return Result::g_ulMissingObject;
         }
         pArrayOfUnitService->clear();
-        CEncFile cXenFile = OpenInstalled(L"service-units");
-        if (cXenFile.DecryptedPath().empty()) {
+
+        const Document& stDocument = DocumentOf(DocumentId::ServiceUnits);
+        const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
+        XenDocument cDocument(stDocument, Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), m_cParser);
+        if (cDocument.PlainPath().empty()) {
             Trace(TraceError, L"*** CFunctionXml::QueryValueAsServiceUnit() - tszXmlFile is empty");
             return Result::g_ulFailed;
         }
-        LoadInstalled Documents::ReadRecords(m_cElement, Documents::g_stServiceUnit, *pArrayOfUnitService);
+        m_cElement = cDocument.Select(tszFolder);
+        Documents::ReadRecords(m_cElement, Documents::g_stServiceUnit, *pArrayOfUnitService);
         return cTrace.Leave(Result::g_ulSuccess);
     });
 }

@@ -1,0 +1,91 @@
+#include "TestProduct.h"
+
+#include "Frwk_Settings.h"
+#include "ZkComn_File.h"
+#include "ZkComn_FileCrypt.h"
+#include "ZkComn_Registry.h"
+
+#include <algorithm>
+#include <filesystem>
+
+using namespace ZkCommon::Storage;
+
+namespace {
+
+File::KeySpan KeyOf(const Varnhelt::Document& _rstDocument)
+{
+    return File::KeySpan(reinterpret_cast<const std::uint8_t*>(_rstDocument.szKey), File::g_uKeySize);
+}
+
+} // namespace
+
+TestProduct::TestProduct()
+{
+    Register(m_cFolder.Path().wstring());
+}
+
+TestProduct::~TestProduct()
+{
+    Unregister();
+}
+
+void TestProduct::Register(const std::wstring& _rtszPath)
+{
+    Registry cRegistry;
+    cRegistry.Create(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey);
+    cRegistry.WriteString(L"ProductPath", _rtszPath);
+}
+
+void TestProduct::Unregister()
+{
+    try {
+        Registry cRegistry;
+        cRegistry.OpenForDeletion(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey);
+        cRegistry.DeleteValue(L"ProductPath");
+    } catch (ZkCommon::Exception::Base* pError) {
+        const ZkCommon::Exception::Caught pCaught(pError); // it was not there
+    }
+}
+
+void TestProduct::Store(Varnhelt::DocumentId _enDocument, std::string_view _svXml) const
+{
+    const Varnhelt::Document& stDocument = Varnhelt::DocumentOf(_enDocument);
+    m_cFolder.Write(stDocument.pszFile, _svXml);
+    if (stDocument.szKey != nullptr) {
+        const std::wstring tszPath = m_cFolder.File(stDocument.pszFile);
+        File::EncryptFile(tszPath, tszPath, KeyOf(stDocument));
+    }
+}
+
+std::string TestProduct::Stored(Varnhelt::DocumentId _enDocument) const
+{
+    return m_cFolder.Read(Varnhelt::DocumentOf(_enDocument).pszFile);
+}
+
+std::string TestProduct::Plain(Varnhelt::DocumentId _enDocument) const
+{
+    const Varnhelt::Document& stDocument = Varnhelt::DocumentOf(_enDocument);
+    if (stDocument.szKey == nullptr) {
+        return Stored(_enDocument);
+    }
+    const TempFolder cPlain;
+    File::DecryptFile(m_cFolder.File(stDocument.pszFile), cPlain.File(L"plain"), KeyOf(stDocument));
+    return cPlain.Read(L"plain");
+}
+
+std::vector<std::wstring> TestProduct::Leftovers() const
+{
+    std::vector<std::wstring> vecName;
+    for (const std::wstring& tszFolder : {m_cFolder.Path().wstring(), File::SystemTempFolder()}) {
+        for (const auto& cEntry : std::filesystem::directory_iterator(tszFolder)) {
+            const std::wstring tszName = cEntry.path().filename().wstring();
+            const bool bDocument = std::ranges::any_of(Varnhelt::DocumentTable(), [&](const auto& _rstDocument) {
+                return _rstDocument.pszFile != nullptr && tszName == _rstDocument.pszFile;
+            });
+            if (!bDocument && cEntry.is_regular_file()) {
+                vecName.push_back(cEntry.path().wstring());
+            }
+        }
+    }
+    return vecName;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "DocumentTable.h"
+#include "TempFolder.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/**
+ * An installed product: a folder that is registered as the installation folder while the object lives. Its documents
+ * are given as plain text and stored as the product stores them.
+ */
+class TestProduct
+{
+public:
+    TestProduct();
+    TestProduct(const TestProduct&) = delete;
+    TestProduct& operator=(const TestProduct&) = delete;
+    ~TestProduct();
+
+    const TempFolder& Folder() const { return m_cFolder; }
+    /** Registers another text as the installation folder, as it stands. */
+    static void Register(const std::wstring& _rtszPath);
+    static void Unregister();
+
+    void Store(Varnhelt::DocumentId _enDocument, std::string_view _svXml) const;
+    /** The stored bytes, and what they say. */
+    std::string Stored(Varnhelt::DocumentId _enDocument) const;
+    std::string Plain(Varnhelt::DocumentId _enDocument) const;
+
+    /** Files that are no document of the product: there should be none after a request. */
+    std::vector<std::wstring> Leftovers() const;
+
+private:
+    TempFolder m_cFolder;
+};

@@ -1,0 +1,123 @@
+// Parses the command line, runs the command, and turns what happened into the exit status.
+
+#include "Output.h"
+#include "Tool.h"
+#include "ZkComn_Exception.h"
+#include "ZkComn_Owner.h"
+#include "ZkComn_String.h"
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <vector>
+#include <windows.h>
+
+namespace Vrnt {
+
+namespace {
+
+/** The arguments in UTF-8, last first: the order in which the parser takes them. */
+std::vector<std::string> Arguments(int _iCount, wchar_t** _ppArguments)
+{
+    std::vector<std::string> vecArgument;
+    for (int i = _iCount - 1; i > 0; --i) {
+        vecArgument.push_back(ZkCommon::String::ToUtf8(_ppArguments[i]));
+    }
+    return vecArgument;
+}
+
+void Configure(Tool& _rTool)
+{
+    CLI::App& rApp = _rTool.cApp;
+    rApp.name("vrnt");
+    rApp.require_subcommand(1);
+    rApp.add_option("--module", _rTool.stOptions.sModule, "The library to load (default: Varnhelt.dll beside vrnt.exe)")
+        ->type_name("PATH");
+    rApp.add_flag("--json", _rTool.stOptions.bJson, "Print one JSON object: {\"result\": ..., \"data\": ...}");
+    rApp.footer("Exit status: 0 success, 1 a failure code, 2 a usage error or an input file that cannot be read.\n"
+                "vrnt COMMAND --help tells more of each command.");
+    AddQuery(_rTool);
+    AddXen(_rTool);
+    AddDocuments(_rTool);
+    AddTrace(_rTool);
+}
+
+int Complain(const std::string& _rsText)
+{
+    std::string sLine = "vrnt: " + _rsText;
+    std::replace(sLine.begin(), sLine.end(), '\n', ' ');
+    WriteError(sLine + "\n");
+    return ExitUsage;
+}
+
+int Run(int _iCount, wchar_t** _ppArguments)
+{
+    Tool stTool;
+    Configure(stTool);
+    try {
+        stTool.cApp.parse(Arguments(_iCount, _ppArguments));
+        return stTool.iExitStatus;
+    } catch (const CLI::CallForHelp&) {
+        const CLI::App* pApp = &stTool.cApp;
+        while (!pApp->get_subcommands().empty()) {
+            pApp = pApp->get_subcommands().front();
+        }
+        Write(pApp->help());
+        return ExitSuccess;
+    } catch (const CLI::ParseError& rError) {
+        return Complain(rError.what());
+    } catch (const UsageError& rError) {
+        return Complain(rError.what());
+    } catch (ZkCommon::Exception::Base* pError) {
+        const ZkCommon::Exception::Caught pCaught(pError);
+        WriteError("vrnt: " + SystemErrorText(pError->ErrorCode()) + "\n");
+        return ExitFailure;
+    } catch (const std::exception& rError) {
+        WriteError(std::string("vrnt: ") + rError.what() + "\n");
+        return ExitFailure;
+    }
+}
+
+} // namespace
+
+std::wstring ToWide(const std::string& _rsUtf8)
+{
+    return ZkCommon::String::FromUtf8(_rsUtf8);
+}
+
+std::wstring ToFullPath(const std::string& _rsUtf8)
+{
+    if (_rsUtf8.empty()) {
+        throw UsageError("an empty path names no file");
+    }
+    return std::filesystem::absolute(ToWide(_rsUtf8)).wstring();
+}
+
+std::uint32_t ToNumber(const char* _szOption, const std::string& _rsUtf8)
+{
+    const std::optional<std::uint32_t> ulValue = ZkCommon::String::ToWholeNumber(ToWide(_rsUtf8));
+    if (!ulValue) {
+        throw UsageError(std::string(_szOption) + ": \"" + _rsUtf8 + "\" is no number of 32 bits");
+    }
+    return *ulValue;
+}
+
+std::filesystem::path ToolFolder()
+{
+    std::wstring tszPath(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD ulLength = ::GetModuleFileNameW(nullptr, tszPath.data(), static_cast<DWORD>(tszPath.size()));
+        if (ulLength < tszPath.size()) {
+            tszPath.resize(ulLength);
+            return std::filesystem::path(tszPath).parent_path();
+        }
+        tszPath.resize(tszPath.size() * 2);
+    }
+}
+
+} // namespace Vrnt
+
+int wmain(int _iCount, wchar_t** _ppArguments)
+{
+    return Vrnt::Run(_iCount, _ppArguments);
+}

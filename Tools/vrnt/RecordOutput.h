@@ -1,0 +1,102 @@
+#pragma once
+
+#include "Description.h"
+#include "Table.h"
+#include "Tool.h"
+#include "ZkComn_String.h"
+
+#include <cctype>
+#include <string>
+#include <type_traits>
+
+/** Records as JSON and as tables, by their descriptions. */
+namespace Vrnt {
+
+inline Json ToJson(const std::wstring& _rtszValue)
+{
+    return ZkCommon::String::ToUtf8(_rtszValue);
+}
+
+template <class TDescription>
+Json RecordToJson(const typename TDescription::Record& _rstRecord, const TDescription& _rstDescription);
+
+template <class TContainer, class TDescription>
+Json RecordsToJson(const TContainer& _rRecords, const TDescription& _rstDescription)
+{
+    Json jsRecords = Json::array();
+    for (const auto& stRecord : _rRecords) {
+        jsRecords.push_back(RecordToJson(stRecord, _rstDescription));
+    }
+    return jsRecords;
+}
+
+template <class TField, class TRecord>
+Json FieldToJson(const TRecord& _rstRecord, const TField& _rstField)
+{
+    const auto& rValue = _rstRecord.*_rstField.pMember;
+    if constexpr (TField::g_bList) {
+        return RecordsToJson(rValue, *_rstField.pDescription);
+    } else if constexpr (TField::g_bBoolean) {
+        return rValue != 0; // a BOOL is a number to the compiler
+    } else if constexpr (std::is_same_v<std::decay_t<decltype(rValue)>, std::wstring>) {
+        return ToJson(rValue);
+    } else {
+        return rValue;
+    }
+}
+
+template <class TDescription>
+Json RecordToJson(const typename TDescription::Record& _rstRecord, const TDescription& _rstDescription)
+{
+    Json jsRecord = Json::object();
+    Varnhelt::Documents::ForEachField(_rstDescription, [&](const auto& _rstField) {
+        jsRecord[_rstField.szKey] = FieldToJson(_rstRecord, _rstField);
+    });
+    return jsRecord;
+}
+
+/** A JSON key as words: "orderOfLoading" becomes "order of loading". */
+inline std::string ToHeading(const char* _szKey)
+{
+    std::string sHeading;
+    for (; *_szKey != '\0'; ++_szKey) {
+        const auto c = static_cast<unsigned char>(*_szKey);
+        if (std::isupper(c) != 0) {
+            sHeading += ' ';
+        }
+        sHeading += static_cast<char>(std::tolower(c));
+    }
+    return sHeading;
+}
+
+/** A field as a person reads it: enumerations by name, flags as yes and no, lists by their length. */
+template <class TField, class TRecord>
+std::string FieldToCell(const TRecord& _rstRecord, const TField& _rstField)
+{
+    const auto& rValue = _rstRecord.*_rstField.pMember;
+    if constexpr (TField::g_bList) {
+        return std::to_string(rValue.size());
+    } else if constexpr (TField::g_bBoolean) {
+        return rValue != 0 ? "yes" : "no";
+    } else {
+        return ZkCommon::String::ToUtf8(_rstField.stConversion.Write(rValue));
+    }
+}
+
+template <class TContainer, class TDescription>
+Table RecordsToTable(const TContainer& _rRecords, const TDescription& _rstDescription)
+{
+    std::vector<std::string> vecHeading;
+    Varnhelt::Documents::ForEachField(_rstDescription,
+                                      [&](const auto& _rstField) { vecHeading.push_back(ToHeading(_rstField.szKey)); });
+    Table cTable(std::move(vecHeading));
+    for (const auto& stRecord : _rRecords) {
+        std::vector<std::string> vecCell;
+        Varnhelt::Documents::ForEachField(
+            _rstDescription, [&](const auto& _rstField) { vecCell.push_back(FieldToCell(stRecord, _rstField)); });
+        cTable.Add(std::move(vecCell));
+    }
+    return cTable;
+}
+
+} // namespace Vrnt

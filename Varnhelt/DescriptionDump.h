@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Description.h"
+#include "ZkComn_DebugLog.h"
+#include "ZkComn_String.h"
+
+#include <string>
+
+/** Writes records to the trace log, field by field, as their descriptions say. */
+namespace Varnhelt::Documents {
+
+/** The texts around the values of a dump. */
+struct DumpTexts
+{
+    const wchar_t* pszPrefix; // before each label
+    const wchar_t* pszSeparator = L":";
+    const wchar_t* pszEnd = L".";
+    ZkCommon::TraceLevel enLevel = ZkCommon::TraceNotice;
+};
+
+/** A value as its field's dump shows it. */
+template <class TField, class TRecord>
+std::wstring DumpValue(const TField& _rstField, const TRecord& _rstRecord)
+{
+    const auto& rValue = _rstRecord.*_rstField.pMember;
+    if constexpr (std::is_integral_v<std::decay_t<decltype(rValue)>>) {
+        if (_rstField.enShow != Show::Text) {
+            std::wstring tszText;
+            ZkCommon::String::Format(tszText, _rstField.enShow == Show::Decimal ? L"%u" : L"0x%08x",
+                                     static_cast<std::uint32_t>(rValue));
+            return tszText;
+        }
+    }
+    return _rstField.stConversion.Write(rValue);
+}
+
+/** Writes one field's line, when it has a label and the level passes. */
+template <class TField, class TRecord>
+void DumpField(const TField& _rstField, const TRecord& _rstRecord, const DumpTexts& _rstTexts,
+               const char* _szFile = __builtin_FILE(), std::uint32_t _ulLine = __builtin_LINE())
+{
+    if constexpr (!TField::g_bList) {
+        if (_rstField.pszLabel != nullptr && ZkCommon::TracePasses(_rstTexts.enLevel)) {
+            ZkCommon::TraceAt(_szFile, _ulLine, _rstTexts.enLevel, L"%s%s%s%s%s", _rstTexts.pszPrefix,
+                              _rstField.pszLabel, _rstTexts.pszSeparator, DumpValue(_rstField, _rstRecord).c_str(),
+                              _rstTexts.pszEnd);
+        }
+    }
+}
+
+/** Writes the lines of all fields that have a label. */
+template <class TDescription>
+void DumpRecord(const TDescription& _rstDescription, const typename TDescription::Record& _rstRecord,
+                const DumpTexts& _rstTexts, const char* _szFile = __builtin_FILE(),
+                std::uint32_t _ulLine = __builtin_LINE())
+{
+    if (ZkCommon::TracePasses(_rstTexts.enLevel)) {
+        ForEachField(_rstDescription,
+                     [&](const auto& _rstField) { DumpField(_rstField, _rstRecord, _rstTexts, _szFile, _ulLine); });
+    }
+}
+
+} // namespace Varnhelt::Documents

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Description.h"
+#include "ZkComn_XmlParser.h"
+
+/** Puts records back into the elements of a document, as their descriptions say. */
+namespace Varnhelt::Documents {
+
+/**
+ * Writes every field that is no list over its attribute, child or text; one that the element lacks is added. Lists,
+ * and whatever the description does not name, stay as they are.
+ * @throws XmlException* code 6 when memory runs out
+ */
+template <class TDescription>
+void WriteRecord(ZkCommon::Storage::XmlElement _cElement, const TDescription& _rstDescription,
+                 const typename TDescription::Record& _rstRecord)
+{
+    const auto WriteField = [&]<class TField>(const TField& _rstField) {
+        if constexpr (!TField::g_bList) {
+            const std::wstring tszText = _rstField.stConversion.Write(_rstRecord.*_rstField.pMember);
+            if (_rstField.enSource == Source::Attribute) {
+                _cElement.SetAttribute(_rstField.svName, tszText);
+            } else if (_rstField.enSource == Source::OwnText) {
+                _cElement.SetText(tszText);
+            } else {
+                auto cChild = _cElement.FirstChild(_rstField.svName);
+                if (!cChild) {
+                    cChild = _cElement.AddChild(_rstField.svName);
+                }
+                cChild.SetText(tszText);
+            }
+        }
+    };
+    ForEachField(_rstDescription, WriteField);
+}
+
+} // namespace Varnhelt::Documents
