@@ -1,0 +1,359 @@
+#include "ZkComn_XmlElement.h"
+
+#include "ZkComn_Exception.h"
+#include "ZkComn_XmlTree.h"
+
+namespace ZkCommon::Storage {
+
+namespace {
+
+/** Turns a refused allocation within an edit into the library's own exception. */
+template <class TEdit>
+auto Edit(TEdit&& _fnEdit)
+{
+    try {
+        return _fnEdit();
+    } catch (const std::bad_alloc&) {
+        throw new XmlException(ZkCommon::Exception::g_ulNoSystemError);
+    }
+}
+
+XmlNode* FirstElement(XmlNode* _pNode) noexcept
+{
+    while (_pNode != nullptr && _pNode->ulName == XmlTree::g_ulNoName) {
+        _pNode = _pNode->Next();
+    }
+    return _pNode;
+}
+
+XmlNode* FirstNamed(XmlNode* _pNode, std::uint32_t _ulName) noexcept
+{
+    while (_pNode != nullptr && _pNode->ulName != _ulName) {
+        _pNode = _pNode->Next();
+    }
+    return _pNode;
+}
+
+const XmlAttributeNode* FindAttribute(const XmlNode* _pNode, XmlName _name) noexcept
+{
+    const XmlAttributeNode* pAttribute = _pNode != nullptr ? _pNode->pFirstAttribute : nullptr;
+    while (pAttribute != nullptr && pAttribute->ulName != _name.Id()) {
+        pAttribute = pAttribute->pNext;
+    }
+    return pAttribute;
+}
+
+/** A text as a reader of the document sees it: no layout, and one form of line end. */
+class ReadText
+{
+public:
+    explicit ReadText(const XmlNode& _rNode) noexcept
+        : m_svText(_rNode.pFirstChild != nullptr ? TrimXmlBlanks(_rNode.Text()) : _rNode.Text())
+    {}
+    bool AtEnd() const noexcept { return m_svText.empty(); }
+    wchar_t Next() noexcept
+    {
+        const bool bReturn = m_svText[0] == L'\r';
+        const wchar_t cNext = bReturn ? L'\n' : m_svText[0];
+        m_svText.remove_prefix(bReturn && m_svText.substr(0, 2) == L"\r\n" ? 2 : 1);
+        return cNext;
+    }
+
+private:
+    std::wstring_view m_svText;
+};
+
+bool SameText(const XmlNode& _rLeft, const XmlNode& _rRight) noexcept
+{
+    ReadText left(_rLeft);
+    ReadText right(_rRight);
+    while (!left.AtEnd() && !right.AtEnd()) {
+        if (left.Next() != right.Next()) {
+            return false;
+        }
+    }
+    return left.AtEnd() && right.AtEnd();
+}
+
+bool SameAttributes(const XmlTree& _rLeftTree, const XmlNode& _rLeft, const XmlTree& _rRightTree,
+                    const XmlNode& _rRight) noexcept
+{
+    const XmlAttributeNode* pLeft = _rLeft.pFirstAttribute;
+    const XmlAttributeNode* pRight = _rRight.pFirstAttribute;
+    while (pLeft != nullptr && pRight != nullptr) {
+        if (_rLeftTree.NameOf(pLeft->ulName) != _rRightTree.NameOf(pRight->ulName) ||
+            pLeft->stValue.View() != pRight->stValue.View()) {
+            return false;
+        }
+        pLeft = pLeft->pNext;
+        pRight = pRight->pNext;
+    }
+    return pLeft == nullptr && pRight == nullptr;
+}
+
+/** Splits the first name off a path; the rest is empty behind the last. */
+std::wstring_view TakeName(std::wstring_view& _rsvPath) noexcept
+{
+    const std::size_t uEnd = _rsvPath.find(L'/');
+    const std::wstring_view svName = _rsvPath.substr(0, uEnd);
+    _rsvPath.remove_prefix(uEnd == std::wstring_view::npos ? _rsvPath.size() : uEnd + 1);
+    return svName;
+}
+
+/** First node at a path below the parent of _pFirst. Calls itself once for each name of the path, whatever the tree. */
+XmlNode* FindPath(const XmlTree& _rTree, XmlNode* _pFirst, std::wstring_view _svPath) noexcept
+{
+    const std::uint32_t ulName = _rTree.Find(TakeName(_svPath)).Id();
+    XmlNode* pNode = FirstNamed(_pFirst, ulName);
+    while (pNode != nullptr && !_svPath.empty()) {
+        if (XmlNode* pFound = FindPath(_rTree, pNode->pFirstChild, _svPath); pFound != nullptr) {
+            return pFound;
+        }
+        pNode = FirstNamed(pNode->Next(), ulName);
+    }
+    return pNode;
+}
+
+} // namespace
+
+XmlElement XmlElement::At(XmlNode* _pNode) const noexcept
+{
+    return _pNode != nullptr ? XmlElement(m_pTree, _pNode) : XmlElement();
+}
+
+std::wstring_view XmlElement::Name() const noexcept
+{
+    return m_pNode != nullptr ? m_pTree->NameOf(m_pNode->ulName) : L"";
+}
+
+std::wstring_view XmlElement::Text() const noexcept
+{
+    return m_pNode != nullptr ? m_pNode->Text() : L"";
+}
+
+bool XmlElement::IsComment() const noexcept
+{
+    return m_pNode != nullptr && m_pNode->ulName == XmlTree::g_ulNoName && m_pNode->pText != nullptr;
+}
+
+std::uint32_t XmlElement::Line() const noexcept
+{
+    return m_pNode != nullptr ? m_pNode->ulLine : 0;
+}
+
+XmlName XmlElement::FindName(std::wstring_view _svName) const noexcept
+{
+    return m_pTree != nullptr ? m_pTree->Find(_svName) : XmlName();
+}
+
+bool XmlElement::Is(XmlName _name) const noexcept
+{
+    return m_pNode != nullptr && m_pNode->ulName == _name.Id();
+}
+
+XmlElement XmlElement::FirstChild() const noexcept
+{
+    return m_pNode != nullptr ? At(FirstElement(m_pNode->pFirstChild)) : XmlElement();
+}
+
+XmlElement XmlElement::FirstChild(std::wstring_view _svName) const noexcept
+{
+    return FirstChild(FindName(_svName));
+}
+
+XmlElement XmlElement::FirstChild(XmlName _name) const noexcept
+{
+    return m_pNode != nullptr ? At(FirstNamed(m_pNode->pFirstChild, _name.Id())) : XmlElement();
+}
+
+XmlElement XmlElement::NextSibling() const noexcept
+{
+    return m_pNode != nullptr ? At(FirstElement(m_pNode->Next())) : XmlElement();
+}
+
+XmlElement XmlElement::NextSibling(std::wstring_view _svName) const noexcept
+{
+    return NextSibling(FindName(_svName));
+}
+
+XmlElement XmlElement::NextSibling(XmlName _name) const noexcept
+{
+    return m_pNode != nullptr ? At(FirstNamed(m_pNode->Next(), _name.Id())) : XmlElement();
+}
+
+XmlElement XmlElement::NextNamesake() const noexcept
+{
+    return m_pNode != nullptr ? At(FirstNamed(m_pNode->Next(), m_pNode->ulName)) : XmlElement();
+}
+
+XmlElement XmlElement::FirstNode() const noexcept
+{
+    return m_pNode != nullptr ? At(m_pNode->pFirstChild) : XmlElement();
+}
+
+XmlElement XmlElement::NextNode() const noexcept
+{
+    return m_pNode != nullptr ? At(m_pNode->Next()) : XmlElement();
+}
+
+XmlElement XmlElement::Parent() const noexcept
+{
+    const XmlNode* pLast = m_pNode;
+    if (pLast == nullptr) {
+        return {};
+    }
+    while (!pLast->IsLast()) {
+        pLast = pLast->Next();
+    }
+    XmlNode* pParent = pLast->ParentOfLast();
+    // The node above the root has no name: it is nobody's parent.
+    return pParent != nullptr && pParent->ulName != XmlTree::g_ulNoName ? XmlElement(m_pTree, pParent) : XmlElement();
+}
+
+XmlElement XmlElement::Child(std::wstring_view _svPath) const noexcept
+{
+    if (_svPath == L".") {
+        return *this;
+    }
+    if (_svPath.starts_with(L"./")) {
+        _svPath.remove_prefix(2);
+    }
+    return m_pNode != nullptr && !_svPath.empty() ? At(FindPath(*m_pTree, m_pNode->pFirstChild, _svPath))
+                                                  : XmlElement();
+}
+
+std::wstring_view XmlElement::ChildText(std::wstring_view _svPath, std::wstring_view _svDefault) const noexcept
+{
+    const XmlElement child = Child(_svPath);
+    return child ? child.Text() : _svDefault;
+}
+
+std::wstring_view XmlElement::ChildText(XmlName _name, std::wstring_view _svDefault) const noexcept
+{
+    const XmlElement child = FirstChild(_name);
+    return child ? child.Text() : _svDefault;
+}
+
+bool XmlElement::HasAttribute(std::wstring_view _svName) const noexcept
+{
+    return FindAttribute(m_pNode, FindName(_svName)) != nullptr;
+}
+
+std::wstring_view XmlElement::Attribute(std::wstring_view _svName, std::wstring_view _svDefault) const noexcept
+{
+    return Attribute(FindName(_svName), _svDefault);
+}
+
+std::wstring_view XmlElement::Attribute(XmlName _name, std::wstring_view _svDefault) const noexcept
+{
+    const XmlAttributeNode* pAttribute = FindAttribute(m_pNode, _name);
+    return pAttribute != nullptr ? pAttribute->stValue.View() : _svDefault;
+}
+
+XmlElement::AttributeRange XmlElement::Attributes() const noexcept
+{
+    return {m_pTree, m_pNode != nullptr ? m_pNode->pFirstAttribute : nullptr};
+}
+
+XmlAttribute XmlElement::AttributeRange::Iterator::operator*() const noexcept
+{
+    const auto* pAttribute = static_cast<const XmlAttributeNode*>(m_pAt);
+    return {m_pTree->NameOf(pAttribute->ulName), pAttribute->stValue.View()};
+}
+
+XmlName XmlElement::AttributeRange::Iterator::Name() const noexcept
+{
+    return XmlName(static_cast<const XmlAttributeNode*>(m_pAt)->ulName);
+}
+
+XmlElement::AttributeRange::Iterator& XmlElement::AttributeRange::Iterator::operator++() noexcept
+{
+    m_pAt = static_cast<const XmlAttributeNode*>(m_pAt)->pNext;
+    return *this;
+}
+
+void XmlElement::SetAttribute(std::wstring_view _svName, std::wstring_view _svValue)
+{
+    if (m_pNode == nullptr || _svName.empty()) {
+        return;
+    }
+    Edit([&] {
+        const std::uint32_t ulName = m_pTree->Intern(_svName);
+        XmlAttributeNode** ppLink = &m_pNode->pFirstAttribute;
+        while (*ppLink != nullptr && (*ppLink)->ulName != ulName) {
+            ppLink = &(*ppLink)->pNext;
+        }
+        XmlAttributeNode* pNew = m_pTree->NewAttribute(ulName, _svValue);
+        pNew->pNext = *ppLink != nullptr ? (*ppLink)->pNext : nullptr;
+        *ppLink = pNew;
+    });
+}
+
+void XmlElement::SetText(std::wstring_view _svText)
+{
+    if (m_pNode != nullptr) {
+        m_pNode->pText = Edit([&] { return _svText.empty() ? nullptr : m_pTree->NewText(_svText); });
+    }
+}
+
+XmlElement XmlElement::AddChild(std::wstring_view _svName)
+{
+    if (m_pNode == nullptr || IsComment() || _svName.empty()) {
+        return {};
+    }
+    return Edit([&] {
+        XmlNode* pNode = m_pTree->NewNode(m_pTree->Intern(_svName));
+        m_pTree->Append(m_pNode, pNode);
+        return XmlElement(m_pTree, pNode);
+    });
+}
+
+XmlElement XmlElement::AddComment(std::wstring_view _svText)
+{
+    if (m_pNode == nullptr || IsComment() || _svText.empty()) {
+        return {};
+    }
+    return Edit([&] {
+        XmlNode* pNode = m_pTree->NewNode(XmlTree::g_ulNoName);
+        pNode->pText = m_pTree->NewText(_svText);
+        m_pTree->Append(m_pNode, pNode);
+        return XmlElement(m_pTree, pNode);
+    });
+}
+
+bool ReadsBackAs(XmlElement _written, XmlElement _read) noexcept
+{
+    if (!_written || !_read) {
+        return !_written && !_read;
+    }
+    const XmlNode* pLeft = _written.m_pNode;
+    const XmlNode* pRight = _read.m_pNode;
+    for (std::size_t uDepth = 0;;) {
+        if (_written.m_pTree->NameOf(pLeft->ulName) != _read.m_pTree->NameOf(pRight->ulName) ||
+            !SameText(*pLeft, *pRight) || !SameAttributes(*_written.m_pTree, *pLeft, *_read.m_pTree, *pRight) ||
+            (pLeft->pFirstChild == nullptr) != (pRight->pFirstChild == nullptr)) {
+            return false;
+        }
+        if (pLeft->pFirstChild != nullptr) {
+            pLeft = pLeft->pFirstChild;
+            pRight = pRight->pFirstChild;
+            ++uDepth;
+            continue;
+        }
+        while (uDepth != 0 && pLeft->IsLast() && pRight->IsLast()) {
+            pLeft = pLeft->ParentOfLast();
+            pRight = pRight->ParentOfLast();
+            --uDepth;
+        }
+        if (uDepth == 0) {
+            return true;
+        }
+        if (pLeft->IsLast() || pRight->IsLast()) {
+            return false;
+        }
+        pLeft = pLeft->Next();
+        pRight = pRight->Next();
+    }
+}
+
+} // namespace ZkCommon::Storage

@@ -1,0 +1,370 @@
+#include "ZkComn_XmlParser.h"
+
+#include "ZkComn_DebugLog.h"
+#include "ZkComn_Exception.h"
+#include "ZkComn_String.h"
+#include "ZkComn_XmlTree.h"
+
+#include <cerrno>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+namespace ZkCommon::Storage {
+
+namespace {
+
+/** Longest property value, with its terminator. */
+constexpr std::size_t g_uPropertySize = 260;
+
+/** Turns a document's events into nodes: of the whole document, or of the first element at a path. */
+class TreeBuilder
+{
+public:
+    /**
+     * @param _pTop     takes what is built as its children
+     * @param _vecPath  names from the root to the element to build, as UTF-8; empty for the whole document
+     */
+    TreeBuilder(XmlTree& _rTree, XmlParserSaxBase& _rSource, XmlNode* _pTop, std::vector<std::string> _vecPath,
+                bool _bLines)
+        : m_rTree(_rTree),
+          m_rSource(_rSource),
+          m_vecPath(std::move(_vecPath)),
+          m_bLines(_bLines),
+          m_pTop(_pTop),
+          m_pOpen(_pTop)
+    {}
+
+    XmlParserSaxBase::Handlers FirstHandlers() noexcept { return m_vecPath.empty() ? Building() : Seeking(); }
+
+private:
+    using Handlers = XmlParserSaxBase::Handlers;
+
+    /** Calls a method from the parser library, which no exception may reach. */
+    template <auto pMethod, class... TArgs>
+    static void Handle(void* _pBuilder, TArgs... _args) noexcept
+    {
+        TreeBuilder& rBuilder = *static_cast<TreeBuilder*>(_pBuilder);
+        try {
+            (rBuilder.*pMethod)(_args...);
+        } catch (const std::bad_alloc&) {
+            rBuilder.m_rSource.Stop();
+        }
+    }
+
+    Handlers Seeking() noexcept
+    {
+        return {this, &Handle<&TreeBuilder::PassStart, const char*, const char**>,
+                &Handle<&TreeBuilder::PassEnd, const char*>, nullptr, nullptr};
+    }
+    Handlers Building() noexcept
+    {
+        return {this, &Handle<&TreeBuilder::Start, const char*, const char**>, &Handle<&TreeBuilder::End, const char*>,
+                &Handle<&TreeBuilder::Text, const char*, int>, &Handle<&TreeBuilder::Comment, const char*>};
+    }
+
+    void PassStart(const char* _szName, const char** _pszAttributes)
+    {
+        if (m_uDepth == m_uMatched && m_vecPath[m_uMatched] == _szName && ++m_uMatched == m_vecPath.size()) {
+            m_rSource.SetHandlers(Building());
+            Start(_szName, _pszAttributes);
+            return;
+        }
+        ++m_uDepth;
+    }
+    void PassEnd(const char*)
+    {
+        --m_uDepth;
+        m_uMatched = std::min(m_uMatched, m_uDepth);
+    }
+
+    void Start(const char* _szName, const char** _pszAttributes)
+    {
+        EndRunAmongChildren();
+        XmlNode* pNode = m_rTree.NewNode(m_rTree.Intern(_szName));
+        if (m_bLines) {
+            pNode->ulLine = m_rSource.Line();
+        }
+        XmlAttributeNode** ppLink = &pNode->pFirstAttribute;
+        for (; *_pszAttributes != nullptr; _pszAttributes += 2) {
+            XmlAttributeNode* pAttribute = NewAttribute(_pszAttributes[0], _pszAttributes[1]);
+            *ppLink = pAttribute;
+            ppLink = &pAttribute->pNext;
+        }
+        XmlTree::Append(m_pOpen, m_pLast, pNode);
+        m_pOpen = pNode;
+        m_pLast = nullptr;
+    }
+
+    void End(const char*)
+    {
+        if (m_pLast != nullptr) {
+            EndRunAmongChildren();
+            JoinRuns();
+        } else if (m_uRun != 0) { // no children: the text is exactly what was written
+            m_pOpen->pText = CommitRun();
+        }
+        m_pLast = m_pOpen;
+        m_pOpen = m_pOpen->ParentOfLast();
+        if (m_pOpen == m_pTop && !m_vecPath.empty()) {
+            m_rSource.SetHandlers({}); // the rest is only checked
+        }
+    }
+
+    void Text(const char* _pText, int _iLength)
+    {
+        const char* pEnd = _pText + _iLength;
+        if (m_uRun == 0 && m_pLast != nullptr) {
+            while (_pText != pEnd && IsXmlBlank(static_cast<wchar_t>(static_cast<unsigned char>(*_pText)))) {
+                ++_pText;
+            }
+            if (_pText == pEnd) {
+                return;
+            }
+        }
+        const std::size_t uLength = static_cast<std::size_t>(pEnd - _pText);
+        m_pRun = m_rTree.Arena().Top<XmlText>(m_uRun != 0 ? SizeOfText(m_uRun) : 0, SizeOfText(m_uRun + uLength));
+        m_uRun = static_cast<std::size_t>(WidenUtf8(m_pRun->Chars() + m_uRun, _pText, uLength) - m_pRun->Chars());
+    }
+
+    void Comment(const char* _szText)
+    {
+        const std::size_t uLength = std::strlen(_szText);
+        if (uLength == 0) { // a comment is told by its text: without one there is nothing to keep
+            return;
+        }
+        EndRunAmongChildren();
+        XmlNode* pNode = m_rTree.NewNode(XmlTree::g_ulNoName);
+        m_pRun = m_rTree.Arena().Top<XmlText>(0, SizeOfText(uLength));
+        m_uRun = static_cast<std::size_t>(WidenUtf8(m_pRun->Chars(), _szText, uLength) - m_pRun->Chars());
+        pNode->pText = CommitRun();
+        XmlTree::Append(m_pOpen, m_pLast, pNode);
+        m_pLast = pNode;
+    }
+
+    XmlAttributeNode* NewAttribute(const char* _szName, const char* _szValue)
+    {
+        const std::uint32_t ulName = m_rTree.Intern(_szName);
+        const std::size_t uLength = std::strlen(_szValue);
+        XmlAttributeNode* pAttribute =
+            m_rTree.Arena().Top<XmlAttributeNode>(0, sizeof(XmlAttributeNode) + uLength * sizeof(wchar_t));
+        wchar_t* pEnd = WidenUtf8(pAttribute->stValue.Chars(), _szValue, uLength);
+        m_rTree.Arena().Commit(reinterpret_cast<std::byte*>(pEnd));
+        pAttribute->pNext = nullptr;
+        pAttribute->ulName = ulName;
+        pAttribute->stValue.ulLength = static_cast<std::uint32_t>(pEnd - pAttribute->stValue.Chars());
+        return pAttribute;
+    }
+
+    static std::size_t SizeOfText(std::size_t _uLength)
+    {
+        if (_uLength > std::numeric_limits<std::uint32_t>::max()) {
+            throw std::bad_alloc();
+        }
+        return sizeof(XmlText) + _uLength * sizeof(wchar_t);
+    }
+
+    /** Takes the run at the arena's top into the tree. */
+    XmlText* CommitRun() noexcept
+    {
+        m_pRun->ulLength = static_cast<std::uint32_t>(std::exchange(m_uRun, 0));
+        m_rTree.Arena().Commit(reinterpret_cast<std::byte*>(m_pRun->Chars() + m_pRun->ulLength));
+        return m_pRun;
+    }
+
+    /** The blanks around a run that stands before, between or behind children are layout, and often all of it is. */
+    void EndRunAmongChildren()
+    {
+        if (m_uRun == 0) {
+            return;
+        }
+        const std::wstring_view svKept = TrimXmlBlanks({m_pRun->Chars(), m_uRun});
+        m_uRun = svKept.size();
+        if (m_uRun != 0) {
+            std::memmove(m_pRun->Chars(), svKept.data(), svKept.size() * sizeof(wchar_t));
+            m_vecRun.push_back({m_pOpen, m_pRun});
+            CommitRun();
+        }
+    }
+
+    /** Makes one text of the runs of the open element. */
+    void JoinRuns()
+    {
+        std::size_t uFirst = m_vecRun.size();
+        std::size_t uLength = 0;
+        while (uFirst != 0 && m_vecRun[uFirst - 1].pOwner == m_pOpen) {
+            uLength += m_vecRun[--uFirst].pText->ulLength;
+        }
+        if (m_vecRun.size() - uFirst == 1) {
+            m_pOpen->pText = m_vecRun[uFirst].pText;
+        } else if (uLength != 0) {
+            XmlText* pJoined = m_rTree.Arena().Top<XmlText>(0, SizeOfText(uLength));
+            wchar_t* pEnd = pJoined->Chars();
+            for (std::size_t uRun = uFirst; uRun < m_vecRun.size(); ++uRun) {
+                const std::wstring_view svRun = m_vecRun[uRun].pText->View();
+                pEnd += svRun.copy(pEnd, svRun.size());
+            }
+            pJoined->ulLength = static_cast<std::uint32_t>(uLength);
+            m_rTree.Arena().Commit(reinterpret_cast<std::byte*>(pEnd));
+            m_pOpen->pText = pJoined;
+        }
+        m_vecRun.resize(uFirst);
+    }
+
+    struct Run
+    {
+        XmlNode* pOwner;
+        XmlText* pText;
+    };
+
+    XmlTree& m_rTree;
+    XmlParserSaxBase& m_rSource;
+    std::vector<std::string> m_vecPath;
+    std::size_t m_uDepth = 0;   // elements open while the path is sought
+    std::size_t m_uMatched = 0; // names of the path that the open elements match
+    bool m_bLines;
+
+    XmlNode* m_pTop;
+    XmlNode* m_pOpen;           // the innermost open element; always the last child of its parent
+    XmlNode* m_pLast = nullptr; // its last child so far
+    XmlText* m_pRun = nullptr;  // the characters since the last tag or comment, not yet taken from the arena
+    std::size_t m_uRun = 0;     // how many they are
+    std::vector<Run> m_vecRun;  // runs of open elements that have children, innermost last
+};
+
+/** Expat's name of an encoding, null for none. */
+const char* EncodingOf(std::wstring_view _svProperty)
+{
+    struct Encoding
+    {
+        std::wstring_view svProperty;
+        const char* szExpat;
+    };
+    static constexpr Encoding g_aEncodings[] = {
+        {L"UTF8", "UTF-8"}, {L"UTF16", "UTF-16"}, {L"ISO_8859_1", "ISO-8859-1"}, {L"US_ASCII", "US-ASCII"}};
+    if (_svProperty.empty()) {
+        return nullptr;
+    }
+    for (const Encoding& stEncoding : g_aEncodings) {
+        if (stEncoding.svProperty == _svProperty) {
+            return stEncoding.szExpat;
+        }
+    }
+    throw new XmlException(ERROR_BAD_ARGUMENTS);
+}
+
+/** The names of an absolute path as UTF-8. */
+std::vector<std::string> NamesOf(std::wstring_view _svPath)
+{
+    std::vector<std::string> vecNames;
+    while (!_svPath.empty()) {
+        const std::size_t uEnd = _svPath.find(L'/');
+        vecNames.push_back(String::ToUtf8(_svPath.substr(0, uEnd)));
+        _svPath.remove_prefix(uEnd == std::wstring_view::npos ? _svPath.size() : uEnd + 1);
+    }
+    return vecNames;
+}
+
+} // namespace
+
+XmlParser::XmlParser(const XmlMemory* _pMemory) : m_source(_pMemory), m_pMemory(_pMemory) {}
+
+XmlParser::~XmlParser() = default;
+
+bool XmlParser::SetProperty(std::wstring_view _svName, std::wstring_view _svValue)
+{
+    if (_svName.empty() || _svValue.empty()) {
+        throw new XmlException(ERROR_BAD_ARGUMENTS);
+    }
+    std::wstring* pField = _svName == L"Encoding"    ? &m_tszEncoding
+                           : _svName == L"PathOfDll" ? &m_tszPathOfDll
+                                                     : nullptr;
+    if (pField != nullptr) {
+        pField->clear();
+        if (_svValue.size() >= g_uPropertySize) {
+            throw new XmlException(ERANGE);
+        }
+        *pField = _svValue;
+    }
+    return true;
+}
+
+void XmlParser::Load(const std::wstring& _tszPath, std::uint32_t _ulOptions)
+{
+    Close();
+    m_source.Open(_tszPath);
+    m_tszFile = _tszPath;
+    m_ulOptions = _ulOptions;
+    Load();
+}
+
+void XmlParser::LoadText(std::string_view _svText, std::uint32_t _ulOptions)
+{
+    Close();
+    m_source.Open(_svText);
+    m_ulOptions = _ulOptions;
+    Load();
+}
+
+void XmlParser::Load()
+{
+    m_pTree = std::make_unique<XmlTree>(m_pMemory);
+    m_pTree->Arena().Expect(m_source.Size());
+    if ((m_ulOptions & KeepWhole) != 0) {
+        m_pDocument = Build({});
+    }
+}
+
+bool XmlParser::Select(std::wstring_view _svPath, XmlElement& _rElement)
+{
+    if (_svPath.starts_with(L'/')) {
+        _svPath.remove_prefix(1);
+    }
+    if (_svPath.empty()) {
+        throw new XmlException(ERROR_BAD_ARGUMENTS);
+    }
+    if (m_pTree == nullptr) {
+        throw new XmlException(ZkCommon::Exception::g_ulNoSystemError);
+    }
+    XmlElement found;
+    if ((m_ulOptions & KeepWhole) != 0) {
+        found = Document().Child(_svPath);
+    } else {
+        found = XmlElement(m_pTree.get(), Build(_svPath)).FirstChild();
+    }
+    if (!found) {
+        Trace(TraceNotice, L"*** XmlParser::Select() - [/%s] was not found in [%s].", std::wstring(_svPath), m_tszFile);
+        return false;
+    }
+    _rElement = found;
+    return true;
+}
+
+/** Parses the document. @return the node above what was built of it */
+XmlNode* XmlParser::Build(std::wstring_view _svPath)
+{
+    try {
+        XmlNode* pTop = m_pTree->NewNode(XmlTree::g_ulNoName);
+        TreeBuilder builder(*m_pTree, m_source, pTop, NamesOf(_svPath), (m_ulOptions & KeepLines) != 0);
+        m_source.Parse(m_tszPathOfDll, EncodingOf(m_tszEncoding), builder.FirstHandlers());
+        return pTop;
+    } catch (const std::bad_alloc&) {
+        throw new XmlException(ZkCommon::Exception::g_ulNoSystemError, 0, 0, String::ToAnsi(m_tszFile));
+    }
+}
+
+XmlElement XmlParser::Document() const noexcept
+{
+    return m_pDocument != nullptr ? XmlElement(m_pTree.get(), m_pDocument) : XmlElement();
+}
+
+void XmlParser::Close() noexcept
+{
+    m_pDocument = nullptr;
+    m_pTree.reset();
+    m_source.Close();
+    m_source.Unload();
+    m_tszFile.clear();
+}
+
+} // namespace ZkCommon::Storage

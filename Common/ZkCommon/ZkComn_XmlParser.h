@@ -1,0 +1,89 @@
+#pragma once
+
+#include "ZkComn_XmlElement.h"
+#include "ZkComn_XmlParserExpat.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace ZkCommon::Storage {
+
+/**
+ * A document: loads it, and owns its elements.
+ *
+ *     XmlParser document;
+ *     document.SetProperty(L"PathOfDll", tszFolder);
+ *     document.Load(tszFile);
+ *     XmlElement layer;
+ *     document.Select(L"/BaseFramework", layer);
+ *     for (XmlElement unit = layer.FirstChild(L"FrameworkService"); unit; unit = unit.NextNamesake()) ...
+ *
+ * A document of which a part is read keeps that part only: Select reads it from the file. One that will be written back
+ * is loaded with KeepWhole. Either way the whole document must be well-formed, to its last byte.
+ *
+ * Every failure is an XmlException*: code 6 with the parser library's error and line for a document that is not
+ * well-formed or outgrows the memory, 160 for a bad argument, else the system's error. An object belongs to one thread
+ * at a time; different objects share nothing.
+ */
+class XmlParser
+{
+public:
+    enum Options : std::uint32_t
+    {
+        KeepSelected = 0,
+        KeepWhole = 1, // all elements and comments, from Load on
+        KeepLines = 2, // the line of each element; costs a second look at the text
+    };
+
+    /** _pMemory, when given, provides the memory of elements and parser library, and outlives this object. */
+    explicit XmlParser(const XmlMemory* _pMemory = nullptr);
+    XmlParser(const XmlParser&) = delete;
+    XmlParser& operator=(const XmlParser&) = delete;
+    ~XmlParser();
+
+    /**
+     * "PathOfDll": folder of the parser library; where that holds none, the library beside this module is taken.
+     * "Encoding": "UTF8", "UTF16", "ISO_8859_1" or "US_ASCII"; without it the document tells. Other names change nothing.
+     * @return true
+     * @throws XmlException* code 160 for an empty name or value, 34 for a value of 260 characters or more
+     */
+    bool SetProperty(std::wstring_view _svName, std::wstring_view _svValue);
+
+    /** Opens a file, which stays open, shared with readers, writers and deleters, until Close or the next Load. */
+    void Load(const std::wstring& _tszPath, std::uint32_t _ulOptions = KeepSelected);
+    /** Takes a document in memory; unless KeepWhole is given, it must live until Close or the next Load. */
+    void LoadText(std::string_view _svText, std::uint32_t _ulOptions = KeepSelected);
+
+    /**
+     * Finds the first element, in document order, at an absolute path like "/A/B". Without KeepWhole this is where the
+     * document is parsed, each time; what was selected before stays valid.
+     * @return whether it was found; _rElement stays as it was when not, and a notice says so
+     */
+    bool Select(std::wstring_view _svPath, XmlElement& _rElement);
+
+    /** With KeepWhole: a nameless element whose children are the root and the comments around it; XmlWriter takes it. */
+    XmlElement Document() const noexcept;
+
+    /** Where the last Load or Select found the document not well-formed. */
+    XmlPlace FailurePlace() const noexcept { return m_source.FailurePlace(); }
+
+    /** Ends all elements, closes the file and frees the parser library. */
+    void Close() noexcept;
+
+private:
+    void Load();
+    XmlNode* Build(std::wstring_view _svPath);
+
+    XmlParserExpat m_source;
+    std::unique_ptr<XmlTree> m_pTree;
+    XmlNode* m_pDocument = nullptr;
+    std::wstring m_tszFile;
+    std::wstring m_tszEncoding;
+    std::wstring m_tszPathOfDll;
+    std::uint32_t m_ulOptions = KeepSelected;
+    const XmlMemory* m_pMemory;
+};
+
+} // namespace ZkCommon::Storage

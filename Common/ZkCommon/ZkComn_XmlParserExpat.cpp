@@ -1,0 +1,284 @@
+#include "ZkComn_XmlParserExpat.h"
+
+#include "ZkComn_Exception.h"
+#include "ZkComn_String.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+namespace ZkCommon::Library {
+
+namespace {
+
+constexpr wchar_t g_szLibraryFile[] = L"libexpat.dll";
+
+} // namespace
+
+bool Expat::Load(const std::wstring& _tszFolder, std::uint32_t& _rulError)
+{
+    if (IsLoaded()) {
+        _rulError = ERROR_OBJECT_ALREADY_EXISTS;
+        return false;
+    }
+    // A file system never sees beyond an embedded terminator, so that such a folder names no path.
+    if (_tszFolder.find(L'\0') != std::wstring::npos) {
+        _rulError = ERROR_BAD_ARGUMENTS;
+        return false;
+    }
+    m_hModule.Reset(::LoadLibraryW(PathOf(_tszFolder, g_szLibraryFile).c_str()));
+    if (!IsLoaded()) {
+        _rulError = ::GetLastError();
+        return false;
+    }
+    return Bind(true, _rulError);
+}
+
+bool Expat::Bind(bool _bBind, std::uint32_t& _rulError) noexcept
+{
+    const Binding aBindings[] = {
+        {"XML_ParserCreate", ParserCreate.Slot()},
+        {"XML_ParserCreateNS", ParserCreateNS.Slot()},
+        {"XML_ParserCreate_MM", ParserCreateMM.Slot()},
+        {"XML_ParserReset", ParserReset.Slot()},
+        {"XML_SetElementHandler", SetElementHandler.Slot()},
+        {"XML_SetStartElementHandler", SetStartElementHandler.Slot()},
+        {"XML_SetEndElementHandler", SetEndElementHandler.Slot()},
+        {"XML_SetCharacterDataHandler", SetCharacterDataHandler.Slot()},
+        {"XML_SetProcessingInstructionHandler", SetProcessingInstructionHandler.Slot()},
+        {"XML_SetCommentHandler", SetCommentHandler.Slot()},
+        {"XML_SetDefaultHandler", SetDefaultHandler.Slot()},
+        {"XML_SetUnparsedEntityDeclHandler", SetUnparsedEntityDeclHandler.Slot()},
+        {"XML_SetNotationDeclHandler", SetNotationDeclHandler.Slot()},
+        {"XML_SetNamespaceDeclHandler", SetNamespaceDeclHandler.Slot()},
+        {"XML_SetStartNamespaceDeclHandler", SetStartNamespaceDeclHandler.Slot()},
+        {"XML_SetEndNamespaceDeclHandler", SetEndNamespaceDeclHandler.Slot()},
+        {"XML_SetNotStandaloneHandler", SetNotStandaloneHandler.Slot()},
+        {"XML_SetExternalEntityRefHandler", SetExternalEntityRefHandler.Slot()},
+        {"XML_SetExternalEntityRefHandlerArg", SetExternalEntityRefHandlerArg.Slot()},
+        {"XML_SetUserData", SetUserData.Slot()},
+        {"XML_SetEncoding", SetEncoding.Slot()},
+        {"XML_Parse", Parse.Slot()},
+        {"XML_GetBuffer", GetBuffer.Slot()},
+        {"XML_ParseBuffer", ParseBuffer.Slot()},
+        {"XML_StopParser", StopParser.Slot()},
+        {"XML_ResumeParser", ResumeParser.Slot()},
+        {"XML_GetParsingStatus", GetParsingStatus.Slot()},
+        {"XML_GetErrorCode", GetErrorCode.Slot()},
+        {"XML_GetCurrentLineNumber", GetCurrentLineNumber.Slot()},
+        {"XML_GetCurrentColumnNumber", GetCurrentColumnNumber.Slot()},
+        {"XML_GetCurrentByteIndex", GetCurrentByteIndex.Slot()},
+        {"XML_GetCurrentByteCount", GetCurrentByteCount.Slot()},
+        {"XML_ParserFree", ParserFree.Slot()},
+        {"XML_ErrorString", ErrorString.Slot()},
+        {"XML_ExpatVersion", ExpatVersion.Slot()},
+        {"XML_ExpatVersionInfo", ExpatVersionInfo.Slot()},
+        {"XML_GetFeatureList", GetFeatureList.Slot()},
+    };
+    return BindAll(aBindings, std::size(aBindings), _bBind, _rulError);
+}
+
+} // namespace ZkCommon::Library
+
+namespace ZkCommon::Storage {
+
+namespace {
+
+/** Up to this many bytes are parsed by one call: every piece that is not the last is scanned twice. */
+constexpr std::uint64_t g_ullOneCall = 128U << 20;
+/** Size of the pieces of a larger document, in bytes. */
+constexpr std::size_t g_uPiece = 16U << 20;
+
+/** Whether the current folder and drive have no part in what the path names. */
+bool IsFullPath(std::wstring_view _svPath) noexcept
+{
+    return _svPath.starts_with(L"\\\\") || (_svPath.size() > 2 && _svPath[1] == L':' && _svPath[2] == L'\\');
+}
+
+bool HoldsLibrary(const std::wstring& _tszFolder)
+{
+    return IsFullPath(_tszFolder) &&
+           ::GetFileAttributesW(Library::PathOf(_tszFolder, Library::g_szLibraryFile).c_str()) !=
+               INVALID_FILE_ATTRIBUTES;
+}
+
+/** Folder of the module that contains this code, without a backslash at its end. @throws XmlException* */
+std::wstring ModuleFolder()
+{
+    HMODULE hModule = nullptr;
+    if (!::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                              reinterpret_cast<const wchar_t*>(&ModuleFolder), &hModule)) {
+        throw new XmlException(::GetLastError());
+    }
+    std::wstring tszPath(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD ulLength = ::GetModuleFileNameW(hModule, tszPath.data(), static_cast<DWORD>(tszPath.size()));
+        if (ulLength == 0) {
+            throw new XmlException(::GetLastError());
+        }
+        if (ulLength < tszPath.size()) {
+            return tszPath.substr(0, tszPath.find_last_of(L'\\', ulLength));
+        }
+        tszPath.resize(tszPath.size() * 2);
+    }
+}
+
+/** Refuses the reference to an external entity: nothing but the document itself is ever read. */
+int XMLCALL RefuseExternalEntity(XML_Parser, const XML_Char*, const XML_Char*, const XML_Char*, const XML_Char*)
+{
+    return XML_STATUS_ERROR;
+}
+
+} // namespace
+
+class XmlParserExpatBase::Session
+{
+public:
+    Session(XmlParserExpatBase& _rOwner, const char* _szEncoding) : m_rOwner(_rOwner)
+    {
+        const Library::Expat& rExpat = *m_rOwner.m_expat;
+        m_rOwner.m_pParser = rExpat.ParserCreateMM(_szEncoding, m_rOwner.m_pMemory, nullptr);
+        if (m_rOwner.m_pParser == nullptr) {
+            throw new XmlException(ZkCommon::Exception::g_ulNoSystemError, XML_ERROR_NO_MEMORY, 0,
+                                   m_rOwner.m_sDocument);
+        }
+        rExpat.SetExternalEntityRefHandler(m_rOwner.m_pParser, &RefuseExternalEntity);
+    }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session() { m_rOwner.m_expat->ParserFree(std::exchange(m_rOwner.m_pParser, nullptr)); }
+
+private:
+    XmlParserExpatBase& m_rOwner;
+};
+
+void XmlParserExpatBase::SetHandlers(const Handlers& _stHandlers) noexcept
+{
+    m_expat->SetUserData(m_pParser, _stHandlers.pTarget);
+    m_expat->SetElementHandler(m_pParser, _stHandlers.pfnStart, _stHandlers.pfnEnd);
+    m_expat->SetCharacterDataHandler(m_pParser, _stHandlers.pfnText);
+    m_expat->SetCommentHandler(m_pParser, _stHandlers.pfnComment);
+}
+
+void XmlParserExpatBase::Stop() noexcept
+{
+    SetHandlers({}); // some events may still follow a stop
+    m_expat->StopParser(m_pParser, XML_FALSE);
+}
+
+std::uint32_t XmlParserExpatBase::Line() const noexcept
+{
+    return static_cast<std::uint32_t>(m_expat->GetCurrentLineNumber(m_pParser));
+}
+
+void XmlParserExpatBase::BringLibrary(const std::wstring& _tszFolder)
+{
+    if (m_expat) {
+        return;
+    }
+    std::uint32_t ulError = ERROR_SUCCESS;
+    if (!m_expat.emplace().Load(HoldsLibrary(_tszFolder) ? _tszFolder : ModuleFolder(), ulError)) {
+        m_expat.reset();
+        throw new XmlException(ulError, 0, 0, m_sDocument);
+    }
+}
+
+void XmlParserExpatBase::ThrowFailure()
+{
+    m_stFailure.ulLine = Line();
+    m_stFailure.ulColumn = static_cast<std::uint32_t>(m_expat->GetCurrentColumnNumber(m_pParser)) + 1;
+    throw new XmlException(ZkCommon::Exception::g_ulNoSystemError,
+                           static_cast<std::uint32_t>(m_expat->GetErrorCode(m_pParser)), m_stFailure.ulLine,
+                           m_sDocument);
+}
+
+void XmlParserExpat::Open(const std::wstring& _tszPath)
+{
+    Close();
+    m_sDocument = String::ToAnsi(_tszPath);
+    m_file.Reset(::CreateFileW(_tszPath.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                               nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!m_file) {
+        throw new XmlException(::GetLastError(), 0, 0, m_sDocument);
+    }
+}
+
+void XmlParserExpat::Open(std::string_view _svText) noexcept
+{
+    Close();
+    m_svText = _svText.data() != nullptr ? _svText : std::string_view("");
+}
+
+void XmlParserExpat::Close() noexcept
+{
+    m_file.Reset();
+    m_svText = {};
+    m_sDocument.clear();
+}
+
+std::uint64_t XmlParserExpat::Size() const
+{
+    LARGE_INTEGER stSize = {};
+    if (!m_file) {
+        return m_svText.size();
+    }
+    if (!::GetFileSizeEx(m_file.Get(), &stSize)) {
+        throw new XmlException(::GetLastError(), 0, 0, m_sDocument);
+    }
+    return static_cast<std::uint64_t>(stSize.QuadPart);
+}
+
+void XmlParserExpat::Parse(const std::wstring& _tszFolder, const char* _szEncoding, const Handlers& _stHandlers)
+{
+    BringLibrary(_tszFolder);
+    const std::uint64_t ullSize = Size();
+    const std::size_t uPiece =
+        ullSize <= g_ullOneCall ? std::max<std::size_t>(1, static_cast<std::size_t>(ullSize)) : g_uPiece;
+    m_uTextRead = 0;
+    if (m_file && !::SetFilePointerEx(m_file.Get(), {}, nullptr, FILE_BEGIN)) {
+        throw new XmlException(::GetLastError(), 0, 0, m_sDocument);
+    }
+
+    const Session session(*this, _szEncoding);
+    SetHandlers(_stHandlers);
+    for (std::uint64_t ullRead = 0;;) {
+        void* pBuffer = m_expat->GetBuffer(m_pParser, static_cast<int>(uPiece));
+        if (pBuffer == nullptr) {
+            ThrowFailure();
+        }
+        const std::size_t uRead = Read(pBuffer, uPiece);
+        ullRead += uRead;
+        const bool bLast = uRead < uPiece || ullRead >= ullSize;
+        if (m_expat->ParseBuffer(m_pParser, static_cast<int>(uRead), bLast) != XML_STATUS_OK) {
+            ThrowFailure();
+        }
+        if (bLast) {
+            return;
+        }
+    }
+}
+
+/** Fills the buffer as far as the document reaches. */
+std::size_t XmlParserExpat::Read(void* _pBuffer, std::size_t _uSize)
+{
+    if (!m_file) {
+        const std::size_t uRead = m_svText.copy(static_cast<char*>(_pBuffer), _uSize, m_uTextRead);
+        m_uTextRead += uRead;
+        return uRead;
+    }
+    std::size_t uRead = 0;
+    while (uRead < _uSize) {
+        DWORD ulRead = 0;
+        if (!::ReadFile(m_file.Get(), static_cast<char*>(_pBuffer) + uRead, static_cast<DWORD>(_uSize - uRead), &ulRead,
+                        nullptr)) {
+            throw new XmlException(::GetLastError(), 0, 0, m_sDocument);
+        }
+        if (ulRead == 0) {
+            break;
+        }
+        uRead += ulRead;
+    }
+    return uRead;
+}
+
+} // namespace ZkCommon::Storage

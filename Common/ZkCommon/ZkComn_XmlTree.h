@@ -1,0 +1,208 @@
+#pragma once
+
+#include "ZkComn_XmlElement.h"
+#include "ZkComn_XmlParserExpat.h"
+
+#include <cstddef>
+#include <new>
+#include <vector>
+
+/** The storage under a document's elements: for the parser and the elements themselves, nobody else includes this. */
+namespace ZkCommon::Storage {
+
+/** A text: its length in characters, and behind it the characters. */
+struct XmlText
+{
+    std::uint32_t ulLength;
+
+    wchar_t* Chars() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
+    const wchar_t* Chars() const noexcept { return reinterpret_cast<const wchar_t*>(this + 1); }
+    std::wstring_view View() const noexcept { return {Chars(), ulLength}; }
+};
+
+/** An attribute: a link, and behind it the value's characters. */
+struct XmlAttributeNode
+{
+    XmlAttributeNode* pNext;
+    std::uint32_t ulName;
+    XmlText stValue;
+};
+
+/** An element or a comment. */
+struct XmlNode
+{
+    /** The next sibling; for the last child, its parent with the lowest bit set. */
+    std::uintptr_t uLink;
+    XmlNode* pFirstChild;
+    XmlText* pText;
+    XmlAttributeNode* pFirstAttribute;
+    std::uint32_t ulName;
+    std::uint32_t ulLine;
+
+    XmlNode* Next() const noexcept { return IsLast() ? nullptr : reinterpret_cast<XmlNode*>(uLink); }
+    bool IsLast() const noexcept { return (uLink & 1) != 0; }
+    /** Of a last child only. */
+    XmlNode* ParentOfLast() const noexcept { return reinterpret_cast<XmlNode*>(uLink & ~std::uintptr_t{1}); }
+    void LinkToParent(XmlNode* _pParent) noexcept { uLink = reinterpret_cast<std::uintptr_t>(_pParent) | 1; }
+    void LinkToNext(XmlNode* _pNext) noexcept { uLink = reinterpret_cast<std::uintptr_t>(_pNext); }
+    std::wstring_view Text() const noexcept { return pText != nullptr ? pText->View() : std::wstring_view(L""); }
+};
+
+/** Memory that is given out piece by piece and taken back as a whole. Throws std::bad_alloc. */
+class XmlArena
+{
+public:
+    explicit XmlArena(const XmlMemory* _pMemory) noexcept;
+    XmlArena(const XmlArena&) = delete;
+    XmlArena& operator=(const XmlArena&) = delete;
+    ~XmlArena();
+
+    /** How large a document is expected; sizes the first chunk. */
+    void Expect(std::uint64_t _ullDocument) noexcept;
+
+    /** Room for a T and _uExtra bytes behind it, uninitialised. */
+    template <class T>
+    T* Take(std::size_t _uExtra = 0)
+    {
+        T* pRoom = Top<T>(0, sizeof(T) + _uExtra);
+        Commit(reinterpret_cast<std::byte*>(pRoom + 1) + _uExtra);
+        return pRoom;
+    }
+    /**
+     * The aligned place at the arena's top with room for _uSize bytes, of which the first _uKeep are already written
+     * there; they move along when the room is elsewhere. Nothing is taken until Commit.
+     */
+    template <class T>
+    T* Top(std::size_t _uKeep, std::size_t _uSize)
+    {
+        std::byte* pTop = Aligned(alignof(T));
+        // The difference is negative when the alignment steps over the end.
+        if (m_pEnd - pTop < static_cast<std::ptrdiff_t>(_uSize)) {
+            pTop = Grow(pTop, _uKeep, _uSize);
+        }
+        return reinterpret_cast<T*>(pTop);
+    }
+    void Commit(std::byte* _pTop) noexcept { m_pTop = _pTop; }
+
+private:
+    struct Chunk
+    {
+        Chunk* pOlder;
+        std::size_t uSize;
+    };
+
+    std::byte* Aligned(std::size_t _uAlignment) const noexcept
+    {
+        const std::uintptr_t uTop = reinterpret_cast<std::uintptr_t>(m_pTop);
+        return m_pTop + ((_uAlignment - uTop % _uAlignment) % _uAlignment);
+    }
+    std::byte* Grow(const std::byte* _pWritten, std::size_t _uKeep, std::size_t _uSize);
+
+    void* (*m_pfnAllocate)(std::size_t);
+    void (*m_pfnFree)(void*);
+    Chunk* m_pChunk = nullptr;
+    std::byte* m_pTop = nullptr;
+    std::byte* m_pEnd = nullptr;
+    std::size_t m_uNext = 4096; // size of the next chunk
+    std::size_t m_uTotal = 0;
+};
+
+/** A document's nodes, names and texts. */
+class XmlTree
+{
+public:
+    /** Name of comments and of the node above a document's root. */
+    static constexpr std::uint32_t g_ulNoName = 0;
+
+    explicit XmlTree(const XmlMemory* _pMemory);
+    XmlTree(const XmlTree&) = delete;
+    XmlTree& operator=(const XmlTree&) = delete;
+    ~XmlTree() = default;
+
+    XmlArena& Arena() noexcept { return m_arena; }
+
+    XmlNode* NewNode(std::uint32_t _ulName)
+    {
+        return new (m_arena.Take<XmlNode>()) XmlNode{0, nullptr, nullptr, nullptr, _ulName, 0};
+    }
+    XmlAttributeNode* NewAttribute(std::uint32_t _ulName, std::wstring_view _svValue);
+    XmlText* NewText(std::wstring_view _svText);
+    /** Puts a node behind its parent's children, the last of which is known (null when there is none). */
+    static void Append(XmlNode* _pParent, XmlNode* _pLast, XmlNode* _pNode) noexcept
+    {
+        _pNode->LinkToParent(_pParent);
+        if (_pLast != nullptr) {
+            _pLast->LinkToNext(_pNode);
+        } else {
+            _pParent->pFirstChild = _pNode;
+        }
+    }
+    /** As above, looking for the last child; quick when a run of children is added to one parent. */
+    void Append(XmlNode* _pParent, XmlNode* _pNode) noexcept;
+
+    /**
+     * Number of a name, a new one when it was not known. Documents repeat themselves: what followed the name interned
+     * before this one last time is tried first.
+     */
+    std::uint32_t Intern(const char* _szName)
+    {
+        const std::uint32_t ulGuess = m_vecName[m_ulBefore].ulFollower;
+        if (Equals(_szName, m_vecName[ulGuess].szName)) {
+            return m_ulBefore = ulGuess;
+        }
+        return InternUnguessed(_szName);
+    }
+    std::uint32_t Intern(std::wstring_view _svName);
+    XmlName Find(std::wstring_view _svName) const noexcept;
+    std::wstring_view NameOf(std::uint32_t _ulName) const noexcept { return m_vecName[_ulName].svName; }
+
+private:
+    struct Entry
+    {
+        const char* szName; // UTF-8, in the arena
+        std::wstring_view svName;
+        std::uint64_t ullHash;
+        std::uint32_t ulFollower;
+    };
+
+    /** The names are short: a loop beats a call. */
+    static bool Equals(const char* _szLeft, const char* _szRight) noexcept
+    {
+        while (*_szLeft == *_szRight) {
+            if (*_szLeft == '\0') {
+                return true;
+            }
+            ++_szLeft;
+            ++_szRight;
+        }
+        return false;
+    }
+    std::uint32_t InternUnguessed(const char* _szName);
+    std::uint32_t Add(const char* _szName, std::wstring_view _svName, std::uint64_t _ullHash, std::size_t _uSlot);
+    std::uint64_t HashOf(std::wstring_view _svName) const noexcept;
+    /** Slot of the name, or the free slot where it belongs. */
+    std::size_t SlotOf(std::wstring_view _svName, std::uint64_t _ullHash) const noexcept;
+    void Rehash();
+
+    XmlArena m_arena;
+    std::uint64_t m_ullSalt;
+    std::vector<Entry> m_vecName;
+    std::vector<std::uint32_t> m_vecSlot; // numbers of names, a power of two of them; 0 is a free slot
+    std::uint32_t m_ulBefore = g_ulNoName;
+    XmlNode* m_pAppendedTo = nullptr;
+    XmlNode* m_pAppended = nullptr;
+};
+
+/** Widens UTF-8 to UTF-16; _pTo has room for a character per byte. @return behind the last character written */
+wchar_t* WidenUtf8(wchar_t* _pTo, const char* _pFrom, std::size_t _uLength) noexcept;
+
+/** What XML takes for white space. */
+constexpr bool IsXmlBlank(wchar_t _c) noexcept
+{
+    return _c == L' ' || _c == L'\t' || _c == L'\n' || _c == L'\r';
+}
+
+/** The text without the white space at its ends. */
+std::wstring_view TrimXmlBlanks(std::wstring_view _svText) noexcept;
+
+} // namespace ZkCommon::Storage
