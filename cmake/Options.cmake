@@ -12,7 +12,7 @@ else()
         -Woverloaded-virtual -Wcast-qual -Wundef -Wimplicit-fallthrough
         -ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -fstack-protector-strong)
     # Everything is linked in: what ships depends on system libraries alone.
-    target_link_options(VarnheltOptions INTERFACE -static)
+    target_link_options(VarnheltOptions INTERFACE -static -fstack-protector-strong)
     if(VARNHELT_CHECKS)
         target_compile_definitions(VarnheltOptions INTERFACE _GLIBCXX_ASSERTIONS _GLIBCXX_DEBUG)
         target_compile_options(VarnheltOptions INTERFACE

@@ -1,6 +1,12 @@
 #pragma once
 
+#include "ZkComn_Registry.h"
+#include "ZkComn_Synchronize.h"
+#include "ZkComn_ZkDbg.h"
+
+#include <atomic>
 #include <concepts>
+#include <cstdarg>
 #include <cstdint>
 #include <string>
 #include <type_traits>
@@ -15,6 +21,76 @@ enum TraceLevel : std::uint32_t
     TraceNotice = 16, // information and recoverable problems
     TraceError = 256,
 };
+
+/**
+ * Formats lines and hands them to the trace library, which is optional: without it, or without its settings, tracing is
+ * silently off. Thread-safe; nothing is thrown. May be used while a module is being attached or detached.
+ */
+class DebugLog
+{
+public:
+    /**
+     * Reads the settings and, when they turn tracing on, loads the trace library. When called again it takes over the
+     * settings but does not load the library again.
+     * @param _pszModuleName     written into every line; null is empty
+     * @param _rstSettings       key of the settings, which lie in "ServiceSession" or "InteractiveSession" below it
+     * @param _rtszLibraryFolder where the trace library lies; when empty it is found by name, beside the program first
+     * @return false when the kind of storage is unknown, or when tracing is on and the library cannot be had
+     */
+    bool Initialize(const wchar_t* _pszModuleName, const Storage::Key& _rstSettings,
+                    const std::wstring& _rtszLibraryFolder) noexcept;
+
+    /** Closes the trace and frees the library. @return whether the log was initialised */
+    bool Uninitialize() noexcept;
+
+    /** Whether a line of that level would be written now. */
+    bool Passes(std::uint32_t _ulLevel) const noexcept { return StateNow().Passes(_ulLevel); }
+
+    /**
+     * Writes a line; one that cannot be formatted is dropped.
+     * @param _szFile  the caller's source file: its folder and extension are left out
+     * @return true when the trace library took the line, or when the log is initialised and tracing is off
+     */
+    bool Trace(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _ulLevel, const wchar_t* _pszFormat,
+               ...) noexcept;
+    /** As Trace, with the arguments in a list. */
+    bool TraceV(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _ulLevel, const wchar_t* _pszFormat,
+                std::va_list _args) noexcept;
+
+private:
+    struct State
+    {
+        bool bInitialized;
+        bool bEnabled;
+        std::uint32_t ulLevelMask;
+
+        bool Passes(std::uint32_t _ulLevel) const noexcept
+        {
+            return bInitialized && bEnabled && (ulLevelMask & _ulLevel) != 0;
+        }
+    };
+
+    State StateNow() const noexcept { return m_stState.load(std::memory_order_relaxed); }
+    void Publish(const State& _rstState) noexcept;
+    bool Start(const wchar_t* _pszModuleName, const Storage::Key& _rstSettings, const std::wstring& _rtszFolder);
+    bool OpenLibrary(const std::wstring& _rtszFolder, const Library::ZkDbgSettings& _rstSettings);
+    bool Write(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _ulLevel, const std::wstring& _rtszMessage);
+
+    // Every component calls the log at its entries and exits, and nearly always no line passes. Writers change the
+    // state under its lock; a filtered call reads one word and takes no lock. A call that reads a state which is just
+    // going out of date does no harm: the line is handed over under the library lock, and only to a bound library.
+    Synchronize::CriticalSection m_StateLock;
+    std::atomic<State> m_stState{State{}};
+
+    // Taken before the state lock. Guards what follows.
+    Synchronize::CriticalSection m_LibraryLock;
+    std::wstring m_tszModuleName;
+    Library::ZkDbg m_Library;
+    void* m_pTrace = nullptr;
+};
+
+/** The log of this module. */
+extern DebugLog g_cDebugLog;
 
 namespace TraceFormat {
 
@@ -119,7 +195,10 @@ struct TraceText
 };
 
 /** Whether a line of that level would be written now: for callers who must work to make its text. */
-bool TracePasses(std::uint32_t _ulLevel) noexcept;
+inline bool TracePasses(std::uint32_t _ulLevel) noexcept
+{
+    return g_cDebugLog.Passes(_ulLevel);
+}
 
 /**
  * Writes a line whose format is known at run time only. Thread-safe; never throws; a line that cannot be formatted is
@@ -136,8 +215,7 @@ inline const wchar_t* Pass(const std::wstring& _rtszText) noexcept
     return _rtszText.c_str();
 }
 template <class T>
-    requires(!std::is_same_v<std::decay_t<T>, std::wstring>)
-inline T Pass(T _value) noexcept
+requires(!std::is_same_v<std::decay_t<T>, std::wstring>) inline T Pass(T _value) noexcept
 {
     return _value;
 }
@@ -146,7 +224,8 @@ inline T Pass(T _value) noexcept
 
 /** Writes a line: Trace(TraceError, L"*** CClass::Method() - it failed. [0x%08x]", ulCode). Contract as TraceAt. */
 template <class... TArgs>
-inline void Trace(TraceLevel _enLevel, std::type_identity_t<TraceText<TArgs...>> _stText, const TArgs&... _args) noexcept
+inline void Trace(TraceLevel _enLevel, std::type_identity_t<TraceText<TArgs...>> _stText,
+                  const TArgs&... _args) noexcept
 {
     if (TracePasses(_enLevel)) {
         TraceAt(_stText.szFile, _stText.ulLine, _enLevel, _stText.pszFormat, TraceFormat::Pass(_args)...);

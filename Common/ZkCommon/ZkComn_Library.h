@@ -51,6 +51,14 @@ protected:
     bool m_bBound = false;
 };
 
+/** The function behind an entry point that was looked up by name; null stays null. */
+template <class TFunction>
+TFunction* FunctionAt(FARPROC _pEntry) noexcept
+{
+    // By way of void*: a direct cast between function types is what compilers rightly warn of.
+    return reinterpret_cast<TFunction*>(reinterpret_cast<void*>(_pEntry));
+}
+
 /** _tszFolder, a backslash when it is not empty and has none at its end, and _pszFile. */
 std::wstring PathOf(const std::wstring& _tszFolder, const wchar_t* _pszFile);
 

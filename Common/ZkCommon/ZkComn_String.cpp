@@ -109,22 +109,48 @@ bool FormatV(std::wstring& _rtszOutput, std::uint32_t& _rulSize, const wchar_t* 
     return true;
 }
 
-bool Format(std::wstring& _rtszOutput, const wchar_t* _pszFormat, ...)
+std::wstring FormatList(const wchar_t* _pszFormat, std::va_list _args)
 {
-    _rtszOutput.clear();
-    std::uint32_t ulSize = g_ulFormatStart;
-    bool bDone = false;
-    while (!bDone) {
+    // Each attempt consumes its list.
+    const auto WithCopy = [&](auto&& _fnUse) {
         std::va_list args;
-        va_start(args, _pszFormat);
+        va_copy(args, _args);
         try {
-            bDone = FormatV(_rtszOutput, ulSize, _pszFormat, args);
+            const auto result = _fnUse(args);
+            va_end(args);
+            return result;
         } catch (...) {
             va_end(args);
             throw;
         }
-        va_end(args);
+    };
+    std::wstring tszOutput;
+    std::uint32_t ulSize = g_ulFormatStart;
+    const auto Attempt = [&](std::va_list _list) { return FormatV(tszOutput, ulSize, _pszFormat, _list); };
+    if (!WithCopy(Attempt)) {
+        // Growing a step at a time would take quadratic time over a long text, and for ever over one that fails for
+        // another reason than its length: the size comes from the length, rounded up to a step.
+        const int iLength = WithCopy([&](std::va_list _list) { return ::_vscwprintf(_pszFormat, _list); });
+        ulSize = (static_cast<std::uint32_t>(iLength) / g_ulFormatStep + 1) * g_ulFormatStep;
+        if (iLength < 0 || !WithCopy(Attempt)) {
+            throw new Exception(ZkCommon::Exception::g_ulNoSystemError);
+        }
     }
+    return tszOutput;
+}
+
+bool Format(std::wstring& _rtszOutput, const wchar_t* _pszFormat, ...)
+{
+    _rtszOutput.clear();
+    std::va_list args;
+    va_start(args, _pszFormat);
+    try {
+        _rtszOutput = FormatList(_pszFormat, args);
+    } catch (...) {
+        va_end(args);
+        throw;
+    }
+    va_end(args);
     return true;
 }
 

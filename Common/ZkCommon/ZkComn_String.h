@@ -12,9 +12,12 @@ namespace ZkCommon::String {
 /**
  * Formats printf-style with the system's wide conventions ("%s" takes wide text).
  * @return true; the text replaces _rtszOutput
- * @throws String::Exception* when memory runs out
+ * @throws String::Exception* when memory runs out or the text cannot be formatted
  */
 bool Format(std::wstring& _rtszOutput, const wchar_t* _pszFormat, ...);
+
+/** As Format, with the arguments in a list. */
+std::wstring FormatList(const wchar_t* _pszFormat, std::va_list _args);
 
 /**
  * One attempt of Format with a buffer of _rulSize wide characters, the terminator included.

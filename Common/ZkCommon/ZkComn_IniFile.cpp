@@ -1,0 +1,189 @@
+#include "ZkComn_IniFile.h"
+
+#include "ZkComn_Exception.h"
+#include "ZkComn_String.h"
+
+#include <algorithm>
+#include <windows.h>
+
+namespace ZkCommon::Storage {
+
+namespace {
+
+/** Handed in as the default, so that an absent entry is told from an empty one: nobody writes such a text. */
+constexpr wchar_t g_szAbsent[] = L"\x01";
+
+[[noreturn]] void Fail(std::uint32_t _ulError, std::uint32_t _ulLine = __builtin_LINE())
+{
+    throw new Exception(_ulError, __FILE__, _ulLine);
+}
+
+const wchar_t* Filled(const std::wstring& _rtszText, std::uint32_t _ulLine = __builtin_LINE())
+{
+    if (_rtszText.empty()) {
+        Fail(ERROR_BAD_ARGUMENTS, _ulLine);
+    }
+    return _rtszText.c_str();
+}
+
+/** The reading calls have no result for failure: what the system says behind them tells absence from failure. */
+void CheckRead(std::uint32_t _ulLine = __builtin_LINE())
+{
+    switch (const std::uint32_t ulError = ::GetLastError()) {
+    case ERROR_SUCCESS:
+    case ERROR_FILE_NOT_FOUND: // no such file, section or entry
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_MORE_DATA: // of an attempt whose buffer was too small
+        return;
+    default:
+        Fail(ulError, _ulLine);
+    }
+}
+
+/**
+ * What _fnRead(buffer, size) puts into a buffer that grows until the text is not cut off: the call then leaves
+ * _uReserved characters unused at the least.
+ */
+template <class TRead>
+std::wstring ReadGrowing(std::uint32_t _ulReserved, TRead&& _fnRead)
+{
+    std::wstring tszBuffer(256, L'\0');
+    for (;;) {
+        ::SetLastError(ERROR_SUCCESS);
+        const DWORD ulSize = static_cast<DWORD>(tszBuffer.size());
+        const DWORD ulLength = _fnRead(tszBuffer.data(), ulSize);
+        if (ulLength + _ulReserved < ulSize) {
+            tszBuffer.resize(ulLength);
+            return tszBuffer;
+        }
+        tszBuffer.resize(tszBuffer.size() * 2);
+    }
+}
+
+/** Splits texts that each end in a zero. */
+std::vector<std::wstring> SplitList(const std::wstring& _rtszList)
+{
+    std::vector<std::wstring> vecTexts;
+    for (std::size_t uAt = 0; uAt < _rtszList.size();) {
+        const std::size_t uEnd = std::min(_rtszList.find(L'\0', uAt), _rtszList.size());
+        vecTexts.emplace_back(_rtszList, uAt, uEnd - uAt);
+        uAt = uEnd + 1;
+    }
+    return vecTexts;
+}
+
+} // namespace
+
+const wchar_t* IniFile::Path() const
+{
+    return Filled(m_tszPath);
+}
+
+const wchar_t* IniFile::SectionName() const
+{
+    return Filled(m_tszSection);
+}
+
+void IniFile::Flush()
+{
+    // The call that flushes has no result: it answers "not done" even when it did.
+    ::SetLastError(ERROR_SUCCESS);
+    if (!::WritePrivateProfileStringW(nullptr, nullptr, nullptr, Path())) {
+        CheckRead();
+    }
+}
+
+std::optional<std::wstring> IniFile::Find(const std::wstring& _rtszKey) const
+{
+    std::wstring tszText = ReadGrowing(1, [&](wchar_t* _pszBuffer, DWORD _ulSize) {
+        return ::GetPrivateProfileStringW(SectionName(), Filled(_rtszKey), g_szAbsent, _pszBuffer, _ulSize, Path());
+    });
+    if (tszText != g_szAbsent) {
+        return tszText;
+    }
+    CheckRead();
+    return std::nullopt;
+}
+
+std::wstring IniFile::ReadString(const std::wstring& _rtszKey, const std::wstring& _rtszDefault) const
+{
+    return Find(_rtszKey).value_or(_rtszDefault);
+}
+
+std::uint32_t IniFile::ReadNumber(const std::wstring& _rtszKey, std::uint32_t _ulDefault) const
+{
+    if (!Find(_rtszKey)) {
+        return _ulDefault;
+    }
+    return ::GetPrivateProfileIntW(SectionName(), _rtszKey.c_str(), static_cast<INT>(_ulDefault), Path());
+}
+
+void IniFile::Write(const wchar_t* _pszKey, const wchar_t* _pszValue)
+{
+    if (!::WritePrivateProfileStringW(SectionName(), _pszKey, _pszValue, Path())) {
+        Fail(::GetLastError());
+    }
+}
+
+void IniFile::WriteString(const std::wstring& _rtszKey, const std::wstring& _rtszValue)
+{
+    Write(Filled(_rtszKey), _rtszValue.c_str());
+}
+
+void IniFile::WriteNumber(const std::wstring& _rtszKey, std::uint32_t _ulValue)
+{
+    std::wstring tszValue;
+    String::Format(tszValue, L"%u", _ulValue);
+    WriteString(_rtszKey, tszValue);
+}
+
+void IniFile::DeleteEntry(const std::wstring& _rtszKey)
+{
+    Write(Filled(_rtszKey), nullptr);
+}
+
+bool IniFile::SectionExists() const
+{
+    const std::wstring tszSection = SectionName();
+    return std::ranges::any_of(
+        SectionNames(), [&](const std::wstring& _rtszName) { return String::EqualsNoCase(_rtszName, tszSection); });
+}
+
+void IniFile::CreateSection()
+{
+    if (!SectionExists()) {
+        // A section written as an empty list is not kept everywhere; one whose last entry went is.
+        Write(L"-", L"");
+        Write(L"-", nullptr);
+        Flush();
+    }
+}
+
+void IniFile::DeleteSection()
+{
+    Write(nullptr, nullptr);
+}
+
+std::vector<std::wstring> IniFile::SectionNames() const
+{
+    const std::wstring tszList = ReadGrowing(2, [&](wchar_t* _pszBuffer, DWORD _ulSize) {
+        return ::GetPrivateProfileSectionNamesW(_pszBuffer, _ulSize, Path());
+    });
+    if (tszList.empty()) {
+        CheckRead();
+    }
+    return SplitList(tszList);
+}
+
+std::vector<std::wstring> IniFile::Section() const
+{
+    const std::wstring tszList = ReadGrowing(2, [&](wchar_t* _pszBuffer, DWORD _ulSize) {
+        return ::GetPrivateProfileSectionW(SectionName(), _pszBuffer, _ulSize, Path());
+    });
+    if (tszList.empty()) {
+        CheckRead();
+    }
+    return SplitList(tszList);
+}
+
+} // namespace ZkCommon::Storage

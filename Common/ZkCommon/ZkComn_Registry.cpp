@@ -1,0 +1,273 @@
+#include "ZkComn_Registry.h"
+
+#include "ZkComn_Exception.h"
+#include "ZkComn_SecurityAttributes.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace ZkCommon::Storage {
+
+namespace {
+
+void Check(LSTATUS _lResult, std::uint32_t _ulLine = __builtin_LINE())
+{
+    if (_lResult != ERROR_SUCCESS) {
+        throw new RegException(static_cast<std::uint32_t>(_lResult), __FILE__, _ulLine);
+    }
+}
+
+void RefuseEmpty(const std::wstring& _rtszPath, std::uint32_t _ulLine = __builtin_LINE())
+{
+    if (_rtszPath.empty()) {
+        throw new RegException(ERROR_BAD_ARGUMENTS, __FILE__, _ulLine);
+    }
+}
+
+REGSAM FlagOf(RegistryView _enView) noexcept
+{
+    switch (_enView) {
+    case View32:
+        return KEY_WOW64_32KEY;
+    case View64:
+        return KEY_WOW64_64KEY;
+    default:
+        return 0;
+    }
+}
+
+std::wstring TextOf(const std::vector<std::uint8_t>& _rvecData)
+{
+    std::wstring tszText(_rvecData.size() / sizeof(wchar_t), L'\0');
+    std::memcpy(tszText.data(), _rvecData.data(), tszText.size() * sizeof(wchar_t));
+    tszText.resize(std::min(tszText.size(), tszText.find(L'\0')));
+    return tszText;
+}
+
+template <class T>
+T NumberOf(const std::vector<std::uint8_t>& _rvecData)
+{
+    T ulNumber = 0;
+    Check(_rvecData.size() == sizeof ulNumber ? ERROR_SUCCESS : ERROR_INVALID_DATA);
+    std::memcpy(&ulNumber, _rvecData.data(), sizeof ulNumber);
+    return ulNumber;
+}
+
+/** Every name that _fnNext(index, buffer, in/out size) hands out, with a buffer that grows until each name fits. */
+template <class TNext>
+std::vector<std::wstring> Enumerate(TNext&& _fnNext)
+{
+    std::vector<std::wstring> vecNames;
+    std::wstring tszBuffer(256, L'\0');
+    for (;;) {
+        DWORD ulSize = static_cast<DWORD>(tszBuffer.size());
+        const LSTATUS lResult = _fnNext(static_cast<DWORD>(vecNames.size()), tszBuffer.data(), &ulSize);
+        if (lResult == ERROR_NO_MORE_ITEMS) {
+            return vecNames;
+        }
+        if (lResult == ERROR_MORE_DATA) {
+            tszBuffer.resize(tszBuffer.size() * 2);
+            continue;
+        }
+        Check(lResult);
+        vecNames.emplace_back(tszBuffer, 0, ulSize);
+    }
+}
+
+} // namespace
+
+void Registry::OpenWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView, REGSAM _ulAccess)
+{
+    m_hKey.Reset();
+    RefuseEmpty(_rtszPath);
+    Check(::RegOpenKeyExW(_hRoot, _rtszPath.c_str(), 0, _ulAccess | FlagOf(_enView), m_hKey.Receive()));
+}
+
+/** @return REG_CREATED_NEW_KEY or REG_OPENED_EXISTING_KEY */
+DWORD Registry::CreateWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView, REGSAM _ulAccess,
+                           SECURITY_ATTRIBUTES* _pSecurity)
+{
+    m_hKey.Reset();
+    RefuseEmpty(_rtszPath);
+    DWORD ulDisposition = 0;
+    Check(::RegCreateKeyExW(_hRoot, _rtszPath.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, _ulAccess | FlagOf(_enView),
+                            _pSecurity, m_hKey.Receive(), &ulDisposition));
+    return ulDisposition;
+}
+
+void Registry::Open(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
+{
+    OpenWith(_hRoot, _rtszPath, _enView, KEY_QUERY_VALUE);
+}
+
+void Registry::Create(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
+{
+    CreateWith(_hRoot, _rtszPath, _enView, KEY_QUERY_VALUE | KEY_SET_VALUE | KEY_CREATE_SUB_KEY, nullptr);
+}
+
+void Registry::CreateAllAccess(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
+{
+    AccessControl::SecurityAttributes security(AccessControl::ObjectKind::RegistryKey, false);
+    if (CreateWith(_hRoot, _rtszPath, _enView, KEY_ALL_ACCESS, security.Get()) == REG_CREATED_NEW_KEY) {
+        // Some systems accept a descriptor at creation and drop it; where it was honoured this sets the same again.
+        Check(::RegSetKeySecurity(m_hKey.Get(), DACL_SECURITY_INFORMATION, security.Descriptor()));
+    }
+}
+
+void Registry::OpenForDeletion(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
+{
+    OpenWith(_hRoot, _rtszPath, _enView, DELETE | KEY_SET_VALUE);
+}
+
+void Registry::OpenForEnumeration(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
+{
+    OpenWith(_hRoot, _rtszPath, _enView, KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS);
+}
+
+void Registry::Close()
+{
+    if (m_hKey) {
+        Check(::RegCloseKey(m_hKey.Release()));
+    }
+}
+
+void Registry::Flush()
+{
+    Check(::RegFlushKey(m_hKey.Get()));
+}
+
+std::optional<Registry::Value> Registry::Find(const std::wstring& _rtszName) const
+{
+    Value stValue;
+    stValue.vecData.resize(512);
+    for (;;) {
+        DWORD ulSize = static_cast<DWORD>(stValue.vecData.size());
+        const LSTATUS lResult = ::RegQueryValueExW(m_hKey.Get(), _rtszName.c_str(), nullptr, &stValue.ulType,
+                                                   stValue.vecData.data(), &ulSize);
+        if (lResult == ERROR_FILE_NOT_FOUND) {
+            return std::nullopt;
+        }
+        // Another writer may have made the value longer since its size was told, hence the loop.
+        if (lResult != ERROR_MORE_DATA) {
+            Check(lResult);
+            stValue.vecData.resize(ulSize);
+            return stValue;
+        }
+        stValue.vecData.resize(ulSize);
+    }
+}
+
+Registry::Value Registry::Read(const std::wstring& _rtszName) const
+{
+    std::optional<Value> stValue = Find(_rtszName);
+    Check(stValue ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND);
+    return std::move(*stValue);
+}
+
+std::wstring Registry::ReadString(const std::wstring& _rtszName) const
+{
+    const Value stValue = Read(_rtszName);
+    Check(stValue.ulType == REG_SZ || stValue.ulType == REG_EXPAND_SZ ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    return TextOf(stValue.vecData);
+}
+
+std::uint32_t Registry::ReadNumber(const std::wstring& _rtszName) const
+{
+    const Value stValue = Read(_rtszName);
+    Check(stValue.ulType == REG_DWORD ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    return NumberOf<std::uint32_t>(stValue.vecData);
+}
+
+std::uint64_t Registry::ReadNumber64(const std::wstring& _rtszName) const
+{
+    const Value stValue = Read(_rtszName);
+    Check(stValue.ulType == REG_QWORD ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    return NumberOf<std::uint64_t>(stValue.vecData);
+}
+
+std::vector<std::uint8_t> Registry::ReadBinary(const std::wstring& _rtszName) const
+{
+    Value stValue = Read(_rtszName);
+    Check(stValue.ulType == REG_BINARY ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    return std::move(stValue.vecData);
+}
+
+std::wstring Registry::ReadString(const std::wstring& _rtszName, const std::wstring& _rtszDefault) const
+{
+    return Find(_rtszName) ? ReadString(_rtszName) : _rtszDefault;
+}
+
+std::uint32_t Registry::ReadNumber(const std::wstring& _rtszName, std::uint32_t _ulDefault) const
+{
+    return Find(_rtszName) ? ReadNumber(_rtszName) : _ulDefault;
+}
+
+void Registry::Write(const std::wstring& _rtszName, DWORD _ulType, const void* _pData, std::size_t _uSize)
+{
+    Check(::RegSetValueExW(m_hKey.Get(), _rtszName.c_str(), 0, _ulType, static_cast<const BYTE*>(_pData),
+                           static_cast<DWORD>(_uSize)));
+}
+
+void Registry::WriteString(const std::wstring& _rtszName, const std::wstring& _rtszValue)
+{
+    const std::size_t uLength = std::min(_rtszValue.size(), _rtszValue.find(L'\0'));
+    Write(_rtszName, REG_SZ, std::wstring(_rtszValue, 0, uLength).c_str(), (uLength + 1) * sizeof(wchar_t));
+}
+
+void Registry::WriteNumber(const std::wstring& _rtszName, std::uint32_t _ulValue)
+{
+    Write(_rtszName, REG_DWORD, &_ulValue, sizeof _ulValue);
+}
+
+void Registry::WriteNumber64(const std::wstring& _rtszName, std::uint64_t _ullValue)
+{
+    Write(_rtszName, REG_QWORD, &_ullValue, sizeof _ullValue);
+}
+
+void Registry::WriteBinary(const std::wstring& _rtszName, const std::vector<std::uint8_t>& _rvecValue)
+{
+    Write(_rtszName, REG_BINARY, _rvecValue.data(), _rvecValue.size());
+}
+
+void Registry::DeleteKey(const std::wstring& _rtszName)
+{
+    RefuseEmpty(_rtszName); // an empty name would delete the open key itself
+    // The open key lies in its view already: a name below it is never redirected again.
+    Check(::RegDeleteKeyW(m_hKey.Get(), _rtszName.c_str()));
+}
+
+void Registry::DeleteKeyAt(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
+{
+    const std::wstring tszPath(_rtszPath, 0, _rtszPath.find_last_not_of(L'\\') + 1);
+    RefuseEmpty(tszPath);
+    const std::size_t uBackslash = tszPath.rfind(L'\\');
+    if (uBackslash == std::wstring::npos) {
+        Check(::RegDeleteKeyExW(_hRoot, tszPath.c_str(), FlagOf(_enView), 0)); // the parent is the root itself
+        return;
+    }
+    Registry parent;
+    parent.OpenForDeletion(_hRoot, tszPath.substr(0, uBackslash), _enView);
+    parent.DeleteKey(tszPath.substr(uBackslash + 1));
+}
+
+void Registry::DeleteValue(const std::wstring& _rtszName)
+{
+    Check(::RegDeleteValueW(m_hKey.Get(), _rtszName.c_str()));
+}
+
+std::vector<std::wstring> Registry::SubKeys() const
+{
+    return Enumerate([this](DWORD _ulIndex, wchar_t* _pszName, DWORD* _pulSize) {
+        return ::RegEnumKeyExW(m_hKey.Get(), _ulIndex, _pszName, _pulSize, nullptr, nullptr, nullptr, nullptr);
+    });
+}
+
+std::vector<std::wstring> Registry::ValueNames() const
+{
+    return Enumerate([this](DWORD _ulIndex, wchar_t* _pszName, DWORD* _pulSize) {
+        return ::RegEnumValueW(m_hKey.Get(), _ulIndex, _pszName, _pulSize, nullptr, nullptr, nullptr, nullptr);
+    });
+}
+
+} // namespace ZkCommon::Storage

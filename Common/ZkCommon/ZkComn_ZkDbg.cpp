@@ -1,0 +1,58 @@
+#include "ZkComn_ZkDbg.h"
+
+#include <iterator>
+
+namespace ZkCommon::Library {
+
+bool ZkDbg::Load(const std::wstring& _rtszFolder)
+{
+    if (IsLoaded() || IsBound()) {
+        return false;
+    }
+    const std::wstring tszPath = PathOf(_rtszFolder, L"ZkDbgLog.dll");
+    // The usual search by name takes in the current folder, where anybody may have put anything.
+    m_hModule.Reset(_rtszFolder.empty() ? ::LoadLibraryExW(tszPath.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DEFAULT_DIRS)
+                                        : ::LoadLibraryW(tszPath.c_str()));
+    return IsLoaded();
+}
+
+bool ZkDbg::Bind(bool _bBind, std::uint32_t& _rulError) noexcept
+{
+    const Binding aBinding[] = {
+        {"ZkDbgInitialize", &m_pInitialize},
+        {"ZkDbgUninitialize", &m_pUninitialize},
+        {"ZkDbgTrace", &m_pTrace},
+    };
+    return BindAll(aBinding, std::size(aBinding), _bBind, _rulError);
+}
+
+void ZkDbg::Unload() noexcept
+{
+    std::uint32_t ulIgnored = 0;
+    Bind(false, ulIgnored);
+    m_hModule.Reset();
+}
+
+bool ZkDbg::Initialize(void*& _rpHandle, const ZkDbgSettings& _rstSettings) noexcept
+{
+    _rpHandle = nullptr;
+    if (IsBound() && FunctionAt<ZkDbgInitializeFunction>(m_pInitialize)(&_rpHandle, &_rstSettings) == 0) {
+        return _rpHandle != nullptr;
+    }
+    _rpHandle = nullptr;
+    return false;
+}
+
+void ZkDbg::Uninitialize(void* _pHandle) noexcept
+{
+    if (IsBound()) {
+        FunctionAt<ZkDbgUninitializeFunction>(m_pUninitialize)(_pHandle);
+    }
+}
+
+bool ZkDbg::Trace(void* _pHandle, const SYSTEMTIME& _rstTime, const wchar_t* _pszLine) noexcept
+{
+    return IsBound() && FunctionAt<ZkDbgTraceFunction>(m_pTrace)(_pHandle, &_rstTime, _pszLine) == 0;
+}
+
+} // namespace ZkCommon::Library

@@ -1,0 +1,38 @@
+#include "TempFolder.h"
+
+#include <fstream>
+#include <iterator>
+#include <windows.h>
+
+namespace {
+
+int g_iNextFolder = 0;
+
+} // namespace
+
+TempFolder::TempFolder()
+    : m_Path(std::filesystem::temp_directory_path() /
+             (L"varnhelt-\u00e4\u4e2d-" + std::to_wstring(::GetCurrentProcessId()) + L"-" +
+              std::to_wstring(g_iNextFolder++)))
+{
+    std::filesystem::remove_all(m_Path);
+    std::filesystem::create_directories(m_Path);
+}
+
+TempFolder::~TempFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(m_Path, ignored);
+}
+
+void TempFolder::Write(std::wstring_view _svName, std::string_view _svBytes) const
+{
+    std::ofstream file(m_Path / _svName, std::ios::binary);
+    file.write(_svBytes.data(), static_cast<std::streamsize>(_svBytes.size()));
+}
+
+std::string TempFolder::Read(std::wstring_view _svName) const
+{
+    std::ifstream file(m_Path / _svName, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}

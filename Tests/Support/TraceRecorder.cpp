@@ -1,0 +1,97 @@
+#include "TraceRecorder.h"
+
+#include "../TraceLibraries/Recorder.h"
+#include "ZkComn_DebugLog.h"
+#include "ZkComn_Library.h"
+#include "ZkComn_Registry.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <iterator>
+
+using namespace ZkCommon;
+
+namespace {
+
+/** Behind the blank that follows the thread's number: "day time process:thread TAG <module> message - file(line)". */
+std::wstring FromTag(const std::wstring& _rtszRaw)
+{
+    std::size_t uAt = 0;
+    for (int i = 0; i < 3; ++i) {
+        uAt = _rtszRaw.find(L' ', uAt) + 1;
+    }
+    return _rtszRaw.substr(uAt);
+}
+
+std::wstring MessageOf(const std::wstring& _rtszRaw)
+{
+    const std::wstring tszRest = FromTag(_rtszRaw);
+    const std::size_t uStart = tszRest.find(L"> ") + 2;
+    return tszRest.substr(uStart, tszRest.rfind(L" - ") - uStart);
+}
+
+template <class TConvert>
+std::vector<std::wstring> Convert(const std::vector<std::wstring>& _rvecRaw, TConvert&& _fnConvert)
+{
+    std::vector<std::wstring> vecResult;
+    std::ranges::transform(_rvecRaw, std::back_inserter(vecResult), _fnConvert);
+    return vecResult;
+}
+
+} // namespace
+
+std::wstring ProgramFolder()
+{
+    wchar_t aszPath[MAX_PATH] = {};
+    ::GetModuleFileNameW(nullptr, aszPath, MAX_PATH);
+    return std::filesystem::path(aszPath).parent_path().wstring();
+}
+
+TraceRecorder::TraceRecorder(std::uint32_t _ulLevelMask, const wchar_t* _pszModuleName)
+    : m_hLibrary(::LoadLibraryW((ProgramFolder() + L"\\Recorder\\ZkDbgLog.dll").c_str())),
+      m_pRecord(Library::FunctionAt<TraceRecordFunction>(::GetProcAddress(m_hLibrary.Get(), "TraceRecord"))())
+{
+    m_pRecord->Clear();
+    m_pRecord->Answer(0, 0);
+    for (const wchar_t* pszSession : {L"\\InteractiveSession", L"\\ServiceSession"}) {
+        Storage::Registry settings;
+        settings.Create(HKEY_CURRENT_USER, m_Key.Path() + pszSession);
+        settings.WriteNumber(L"Enable", 1);
+        settings.WriteNumber(L"Level", _ulLevelMask);
+    }
+    EXPECT_TRUE(g_cDebugLog.Initialize(_pszModuleName, {Storage::Key::Registry, HKEY_CURRENT_USER, m_Key.Path()},
+                                       ProgramFolder() + L"\\Recorder"));
+}
+
+TraceRecorder::~TraceRecorder()
+{
+    g_cDebugLog.Uninitialize();
+}
+
+std::vector<std::wstring> TraceRecorder::RawLines() const
+{
+    std::vector<std::wstring> vecLines;
+    m_pRecord->Visit(
+        [](void* _pContext, const wchar_t* _pszLine) {
+            static_cast<std::vector<std::wstring>*>(_pContext)->emplace_back(_pszLine);
+        },
+        &vecLines);
+    return vecLines;
+}
+
+std::vector<std::wstring> TraceRecorder::Lines() const
+{
+    return Convert(RawLines(),
+                   [](const std::wstring& _rtszRaw) { return FromTag(_rtszRaw).substr(0, 4) + MessageOf(_rtszRaw); });
+}
+
+std::vector<std::wstring> TraceRecorder::Messages() const
+{
+    return Convert(RawLines(), MessageOf);
+}
+
+void TraceRecorder::Clear()
+{
+    m_pRecord->Clear();
+}
