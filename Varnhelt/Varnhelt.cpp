@@ -37,7 +37,7 @@ std::uint32_t Export(const wchar_t* _pszExport, const TBody& _fnBody) noexcept
 void Attach(HINSTANCE _hModule) noexcept
 {
     ::DisableThreadLibraryCalls(_hModule);
-    g_cDebugLog.Initialize(L"Varnhelt", {Storage::KindRegistry, HKEY_LOCAL_MACHINE, Frwk::g_szTraceSettingsKey}, L"");
+    g_cDebugLog.Initialize(L"Varnhelt", {Storage::Key::Registry, HKEY_LOCAL_MACHINE, Frwk::g_szTraceSettingsKey}, L"");
     Trace(TraceNotice, L"***Varnhelt.dll was loaded as process attach.");
     g_pFunctionManager.reset(new (std::nothrow) CFunctionManager);
     if (g_pFunctionManager == nullptr) {

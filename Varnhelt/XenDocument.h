@@ -21,11 +21,11 @@ public:
     XenDocument& operator=(const XenDocument&) = delete;
     ~XenDocument() { m_rParser.Close(); }
 
-    /** Path of the plaintext copy, which is made on first use; empty on failure, which is logged. */
-    std::wstring PlainPath() { return m_cEncFile.DecryptedPath(); }
+    /** Makes the plaintext copy. @return false when that fails, which is logged */
+    bool Decrypt();
 
     /**
-     * Parses the copy and finds the element that the document's readers start from.
+     * Parses the plaintext copy and finds the element that the document's readers start from.
      * @param _rtszLibraryFolder  where the parser library lies; empty: beside this module
      * @return empty when the document has no such element
      * @throws XmlException* when the document is not well-formed
@@ -35,6 +35,7 @@ public:
 private:
     const Document& m_rstDocument;
     CEncFile m_cEncFile;
+    std::wstring m_tszPlainPath;
     ZkCommon::Storage::XmlParser& m_rParser;
 };
 

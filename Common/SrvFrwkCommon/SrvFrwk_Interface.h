@@ -3,6 +3,7 @@
 #include "SrvFrwk_ResultCode.h"
 
 #include <cstdint>
+#include <windows.h> // its macro renames SendMessage: so that it does wherever the interface is seen
 
 namespace SrvFrwk::Interface {
 

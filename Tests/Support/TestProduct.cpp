@@ -1,6 +1,7 @@
 #include "TestProduct.h"
 
 #include "Frwk_Settings.h"
+#include "ZkComn_Exception.h"
 #include "ZkComn_File.h"
 #include "ZkComn_FileCrypt.h"
 #include "ZkComn_Registry.h"

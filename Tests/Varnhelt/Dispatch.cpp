@@ -3,8 +3,10 @@
 #include "FunctionManager.h"
 #include "FunctionProvider.h"
 #include "FunctionXml.h"
+#include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"
 #include "TraceRecorder.h"
+#include "ZkComn_String.h"
 
 #include <gmock/gmock.h>
 #include <limits>

@@ -115,8 +115,10 @@ TEST_F(ServiceUnits, ASuccessfulQueryLeavesTheseLines)
                 ElementsAre(L".w. [Enter] CFunctionProvider::QueryValue()...VT[0x00000001],VST[0x00000000]",
                             L".w. [Enter] CFunctionXml::QueryValue()...VT[0x00000001],VST[0x00000000]",
                             L".w. [Enter] CFunctionXml::QueryValueAsServiceUnit()...",
+                            L".w. [Enter] CEncFile::DecryptedPath()...", L".w. [Enter] CEncFile::Decrypt()...",
                             L".w. [Enter] ZkCommon::Storage::File::DecryptFile()...", L"@@@ nLenConverted: 31",
                             L".w. [Leave] ZkCommon::Storage::File::DecryptFile()...",
+                            L".w. [Leave] CEncFile::Decrypt()...", L".w. [Leave] CEncFile::DecryptedPath()...",
                             L".w. [Leave] CFunctionXml::QueryValueAsServiceUnit()...",
                             L".w. [Leave] CFunctionXml::QueryValue()...",
                             L".w. [Leave] CFunctionProvider::QueryValue()..."));

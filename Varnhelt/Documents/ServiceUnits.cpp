@@ -28,7 +28,7 @@ std::uint32_t CFunctionXml::QueryValueAsServiceUnit(const Request& _rstRequest)
         const Document& stDocument = DocumentOf(DocumentId::ServiceUnits);
         const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
         XenDocument cDocument(stDocument, Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), m_cParser);
-        if (cDocument.PlainPath().empty()) {
+        if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::QueryValueAsServiceUnit() - tszXmlFile is empty");
             return Result::g_ulFailed;
         }

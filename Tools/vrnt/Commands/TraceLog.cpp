@@ -6,6 +6,7 @@
 #include "SrvFrwk_ResultCode.h"
 #include "Tool.h"
 #include "TraceFile.h"
+#include "ZkComn_Exception.h"
 #include "ZkComn_Registry.h"
 #include "ZkComn_String.h"
 
