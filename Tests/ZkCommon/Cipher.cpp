@@ -1,0 +1,257 @@
+#include "ZkComn_Rijndael.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <winsock2.h>
+
+#include <gcrypt.h>
+
+using namespace ZkCommon::Cryptograph;
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using Direction = Rijndael::Direction;
+using Mode = Rijndael::Mode;
+
+Bytes FromHex(std::string_view _svHex)
+{
+    Bytes vecBytes;
+    for (std::size_t uAt = 0; uAt < _svHex.size(); uAt += 2) {
+        vecBytes.push_back(static_cast<std::uint8_t>(std::stoi(std::string(_svHex.substr(uAt, 2)), nullptr, 16)));
+    }
+    return vecBytes;
+}
+
+std::vector<const Aes::Engine*> Engines()
+{
+    std::vector<const Aes::Engine*> vecEngines{&Aes::PortableEngine()};
+    if (Aes::ProcessorEngine() != nullptr) {
+        vecEngines.push_back(Aes::ProcessorEngine());
+    }
+    return vecEngines;
+}
+
+/** A whole message, handed over in pieces of _uPiece bytes. */
+Bytes Process(const Aes::Engine& _stEngine, Direction _enDirection, Mode _enMode, const Bytes& _vecKey,
+              const Bytes& _vecVector, const Bytes& _vecInput, std::size_t _uPiece = SIZE_MAX)
+{
+    Rijndael cCipher(_stEngine);
+    std::uint32_t ulError = 0;
+    EXPECT_TRUE(cCipher.SetUp(_enDirection, _vecKey, _enMode, _vecVector, ulError)) << ulError;
+    Bytes vecOutput(_vecInput.size() + 16);
+    std::size_t uDone = 0;
+    std::size_t uWritten = 0;
+    for (std::size_t uAt = 0; uAt < _vecInput.size(); uAt += std::min(_uPiece, _vecInput.size() - uAt)) {
+        EXPECT_TRUE(cCipher.Convert(std::span(_vecInput).subspan(uAt, std::min(_uPiece, _vecInput.size() - uAt)),
+                                    std::span(vecOutput).subspan(uDone), uWritten, ulError))
+            << ulError;
+        uDone += uWritten;
+    }
+    EXPECT_TRUE(cCipher.Finish(std::span(vecOutput).subspan(uDone), uWritten, ulError)) << ulError;
+    vecOutput.resize(uDone + uWritten);
+    return vecOutput;
+}
+
+/** What libgcrypt makes of whole blocks. */
+Bytes Reference(Direction _enDirection, Mode _enMode, const Bytes& _vecKey, const Bytes& _vecVector,
+                const Bytes& _vecInput)
+{
+    static const char* const szVersion = ::gcry_check_version(nullptr);
+    EXPECT_NE(szVersion, nullptr);
+    ::gcry_control(GCRYCTL_DISABLE_SECMEM, 0);
+    ::gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0);
+    const int iAlgorithm = _vecKey.size() == 16   ? GCRY_CIPHER_AES128
+                           : _vecKey.size() == 24 ? GCRY_CIPHER_AES192
+                                                  : GCRY_CIPHER_AES256;
+    const int iMode = _enMode == Mode::Ecb   ? GCRY_CIPHER_MODE_ECB
+                      : _enMode == Mode::Cbc ? GCRY_CIPHER_MODE_CBC
+                                             : GCRY_CIPHER_MODE_CFB;
+    gcry_cipher_hd_t hCipher = nullptr;
+    EXPECT_EQ(::gcry_cipher_open(&hCipher, iAlgorithm, iMode, 0), 0U);
+    EXPECT_EQ(::gcry_cipher_setkey(hCipher, _vecKey.data(), _vecKey.size()), 0U);
+    EXPECT_EQ(::gcry_cipher_setiv(hCipher, _vecVector.data(), _vecVector.size()), 0U);
+    Bytes vecOutput(_vecInput.size());
+    const auto pfnProcess = _enDirection == Direction::Encrypt ? &::gcry_cipher_encrypt : &::gcry_cipher_decrypt;
+    EXPECT_EQ(pfnProcess(hCipher, vecOutput.data(), vecOutput.size(), _vecInput.data(), _vecInput.size()), 0U);
+    ::gcry_cipher_close(hCipher);
+    return vecOutput;
+}
+
+Bytes Padded(Bytes _vecPlain)
+{
+    if (const std::size_t uOver = _vecPlain.size() % 16; uOver != 0) {
+        _vecPlain.insert(_vecPlain.end(), 16 - uOver, static_cast<std::uint8_t>(16 - uOver));
+    }
+    return _vecPlain;
+}
+
+} // namespace
+
+TEST(Rijndael, MatchesThePublishedVectorsOnEveryEngine)
+{
+    constexpr const char* szKey128 = "2b7e151628aed2a6abf7158809cf4f3c";
+    constexpr const char* szKey192 = "8e73b0f7da0e6452c810f32b809079e562f8ead2522c6b7b";
+    constexpr const char* szKey256 = "603deb1015ca71be2b73aef0857d77811f352c073b6108d72d9810a30914dff4";
+    constexpr const char* szPlain = "6bc1bee22e409f96e93d7e117393172aae2d8a571e03ac9c9eb76fac45af8e51"
+                                    "30c81c46a35ce411e5fbc1191a0a52eff69f2445df4f9b17ad2b417be66c3710";
+    constexpr const char* szBlock = "00112233445566778899aabbccddeeff";
+    const struct
+    {
+        int iLine;
+        Mode enMode;
+        const char* szKey;
+        const char* szPlain;
+        const char* szCipher;
+    } aRows[] = {
+        {__LINE__, Mode::Ecb, "000102030405060708090a0b0c0d0e0f", szBlock, "69c4e0d86a7b0430d8cdb78070b4c55a"},
+        {__LINE__, Mode::Ecb, "000102030405060708090a0b0c0d0e0f1011121314151617", szBlock,
+         "dda97ca4864cdfe06eaf70a0ec0d7191"},
+        {__LINE__, Mode::Ecb, "000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f", szBlock,
+         "8ea2b7ca516745bfeafc49904b496089"},
+        {__LINE__, Mode::Ecb, szKey192, szPlain,
+         "bd334f1d6e45f25ff712a214571fa5cc974104846d0ad3ad7734ecb3ecee4eef"
+         "ef7afd2270e2e60adce0ba2face6444e9a4b41ba738d6c72fb16691603c18e0e"},
+        {__LINE__, Mode::Cbc, szKey128, szPlain,
+         "7649abac8119b246cee98e9b12e9197d5086cb9b507219ee95db113a917678b2"
+         "73bed6b8e3c1743b7116e69e222295163ff1caa1681fac09120eca307586e1a7"},
+        {__LINE__, Mode::Cbc, szKey192, szPlain,
+         "4f021db243bc633d7178183a9fa071e8b4d9ada9ad7dedf4e5e738763f69145a"
+         "571b242012fb7ae07fa9baac3df102e008b0e27988598881d920a9e64f5615cd"},
+        {__LINE__, Mode::Cbc, szKey256, szPlain,
+         "f58c4c04d6e5f1ba779eabfb5f7bfbd69cfc4e967edb808d679f777bc6702c7d"
+         "39f23369a9d9bacfa530e26304231461b2eb05e2c39be9fcda6c19078c6a9d1b"},
+        {__LINE__, Mode::Cfb, szKey128, szPlain,
+         "3b3fd92eb72dad20333449f8e83cfb4ac8a64537a0b3a93fcde3cdad9f1ce58b"
+         "26751f67a3cbb140b1808cf187a4f4dfc04b05357c5d1c0eeac4c66f9ff7f2e6"},
+        {__LINE__, Mode::Cfb, szKey256, szPlain,
+         "dc7e84bfda79164b7ecd8486985d386039ffed143b28b1c832113c6331e5407b"
+         "df10132415e54b92a13ed0a8267ae2f975a385741ab9cef82031623d55b1e471"},
+    };
+    const Bytes vecVector = FromHex("000102030405060708090a0b0c0d0e0f");
+    for (const auto& stRow : aRows) {
+        const testing::ScopedTrace cTrace(__FILE__, stRow.iLine, stRow.szCipher);
+        for (const Aes::Engine* pEngine : Engines()) {
+            const Bytes vecKey = FromHex(stRow.szKey);
+            const Bytes vecPlain = FromHex(stRow.szPlain);
+            const Bytes vecCipher = FromHex(stRow.szCipher);
+            EXPECT_EQ(Process(*pEngine, Direction::Encrypt, stRow.enMode, vecKey, vecVector, vecPlain), vecCipher);
+            EXPECT_EQ(Process(*pEngine, Direction::Decrypt, stRow.enMode, vecKey, vecVector, vecCipher), vecPlain);
+        }
+    }
+}
+
+TEST(Rijndael, AgreesWithAnIndependentImplementationHoweverTheMessageIsCut)
+{
+    std::mt19937 cRandom(20);
+    const auto Random = [&](std::size_t _uSize) {
+        Bytes vecBytes(_uSize);
+        std::ranges::generate(vecBytes, [&] { return static_cast<std::uint8_t>(cRandom()); });
+        return vecBytes;
+    };
+    for (std::size_t uRound = 0; uRound < 400; ++uRound) {
+        const Mode enMode = static_cast<Mode>(uRound % 3);
+        const Bytes vecKey = Random(16 + 8 * (uRound / 3 % 3));
+        const Bytes vecVector = Random(16);
+        Bytes vecPlain = Random(1 + uRound);
+        vecPlain.back() |= 0x20; // never taken for padding
+        const std::size_t uPiece = 1 + cRandom() % 80;
+        const Bytes vecCipher = Reference(Direction::Encrypt, enMode, vecKey, vecVector, Padded(vecPlain));
+        ASSERT_EQ(Reference(Direction::Decrypt, enMode, vecKey, vecVector, vecCipher), Padded(vecPlain));
+        for (const Aes::Engine* pEngine : Engines()) {
+            ASSERT_EQ(Process(*pEngine, Direction::Encrypt, enMode, vecKey, vecVector, vecPlain, uPiece), vecCipher)
+                << uRound;
+            ASSERT_EQ(Process(*pEngine, Direction::Decrypt, enMode, vecKey, vecVector, vecCipher, uPiece), vecPlain)
+                << uRound;
+        }
+    }
+}
+
+TEST(Rijndael, DropsWhatLooksLikePaddingAndNothingElse)
+{
+    const struct
+    {
+        int iLine;
+        std::string sEnd;
+        std::size_t uDropped;
+    } aRows[] = {
+        {__LINE__, std::string(1, '\1'), 1},    {__LINE__, std::string("\1\2\2"), 2},
+        {__LINE__, std::string("\3\2\1"), 1},   {__LINE__, std::string("\1\3\3"), 0},
+        {__LINE__, std::string(15, '\17'), 15}, {__LINE__, std::string(16, '\20'), 16},
+        {__LINE__, std::string(15, '\20'), 0},  {__LINE__, std::string(17, '\21'), 0},
+        {__LINE__, std::string(16, '\0'), 0},
+    };
+    const Bytes vecKey(16, 7);
+    for (const auto& stRow : aRows) {
+        const testing::ScopedTrace cTrace(__FILE__, stRow.iLine, "padding");
+        Bytes vecPlain(48, 'x');
+        std::ranges::copy(stRow.sEnd, vecPlain.end() - static_cast<std::ptrdiff_t>(stRow.sEnd.size()));
+        const Bytes vecCipher = Reference(Direction::Encrypt, Mode::Cbc, vecKey, Bytes(16), vecPlain);
+        vecPlain.resize(vecPlain.size() - stRow.uDropped);
+        EXPECT_EQ(Process(Aes::PortableEngine(), Direction::Decrypt, Mode::Cbc, vecKey, {}, vecCipher), vecPlain);
+    }
+}
+
+TEST(Rijndael, RefusesWrongSetUpsWrongOrderAndOutputsTooSmall)
+{
+    const Bytes vecData(40);
+    Bytes vecOutput(64, 0xEE);
+    std::uint32_t ulError = 0;
+    std::size_t uWritten = 99;
+    Rijndael cCipher;
+    const auto Convert = [&](std::size_t _uLength, std::size_t _uCapacity) {
+        return cCipher.Convert(std::span(vecData).first(_uLength), std::span(vecOutput).first(_uCapacity), uWritten,
+                               ulError);
+    };
+    const auto Finish = [&](std::size_t _uCapacity) {
+        return cCipher.Finish(std::span(vecOutput).first(_uCapacity), uWritten, ulError);
+    };
+    const auto SetUp = [&](Direction _enDirection) {
+        return cCipher.SetUp(_enDirection, Bytes(16), Mode::Cbc, {}, ulError);
+    };
+    const struct
+    {
+        int iLine;
+        std::size_t uKey;
+        std::uint32_t ulMode;
+        std::size_t uVector;
+        std::uint32_t ulError;
+    } aRows[] = {
+        {__LINE__, 0, 1, 16, 13},  {__LINE__, 15, 1, 16, 13}, {__LINE__, 33, 0, 16, 13},
+        {__LINE__, 16, 1, 15, 13}, {__LINE__, 16, 3, 16, 87}, {__LINE__, 32, UINT32_MAX, 0, 87},
+    };
+    for (const auto& stRow : aRows) {
+        const testing::ScopedTrace cTrace(__FILE__, stRow.iLine, "set-up");
+        EXPECT_TRUE(SetUp(Direction::Encrypt)); // which a failed one revokes
+        EXPECT_FALSE(cCipher.SetUp(Direction::Encrypt, Bytes(stRow.uKey), static_cast<Mode>(stRow.ulMode),
+                                   Bytes(stRow.uVector), ulError));
+        EXPECT_EQ(ulError, stRow.ulError);
+        EXPECT_TRUE(!Convert(16, 16) && ulError == 1);
+    }
+
+    EXPECT_TRUE(SetUp(Direction::Encrypt));
+    EXPECT_TRUE(!Finish(16) && ulError == 1);
+    EXPECT_TRUE(!Convert(0, 64) && ulError == 13);
+    EXPECT_TRUE(!Convert(40, 31) && ulError == 8 && uWritten == 0);
+    EXPECT_TRUE(std::ranges::all_of(vecOutput, [](std::uint8_t _u) { return _u == 0xEE; }));
+    EXPECT_TRUE(Convert(40, 32) && uWritten == 32);
+    EXPECT_TRUE(!Finish(15) && ulError == 8);
+    EXPECT_TRUE(Finish(16) && uWritten == 16);
+    EXPECT_TRUE(!Finish(16) && ulError == 1);
+    EXPECT_TRUE(!Convert(16, 16) && ulError == 1);
+
+    EXPECT_TRUE(SetUp(Direction::Decrypt));
+    EXPECT_TRUE(Convert(40, 32) && uWritten == 32);
+    EXPECT_TRUE(!Finish(16) && ulError == 13);
+    EXPECT_TRUE(SetUp(Direction::Decrypt));
+    EXPECT_TRUE(Convert(32, 16) && uWritten == 16);
+    EXPECT_TRUE(!Finish(0) && ulError == 8); // and may be tried again
+    EXPECT_TRUE(Finish(16) && uWritten == 16);
+    Bytes vecExpected(vecOutput.begin(), vecOutput.begin() + 16);
+    EXPECT_EQ(Process(Aes::PortableEngine(), Direction::Decrypt, Mode::Cbc, Bytes(16), {}, Bytes(16)), vecExpected);
+}
