@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <span>
+#include <utility>
+#include <windows.h>
+
+namespace ZkCommon {
+
+/**
+ * A fixed run of bytes that is wiped before it is given back: for keys, plaintext and whole files. Move-only; an object
+ * belongs to one thread at a time.
+ */
+class ByteArray
+{
+public:
+    ByteArray() noexcept = default;
+    ByteArray(ByteArray&& _rOther) noexcept
+        : m_pBytes(std::move(_rOther.m_pBytes)), m_uSize(std::exchange(_rOther.m_uSize, 0))
+    {}
+    ByteArray& operator=(ByteArray&& _rOther) noexcept
+    {
+        if (this != &_rOther) {
+            Wipe();
+            m_pBytes = std::move(_rOther.m_pBytes);
+            m_uSize = std::exchange(_rOther.m_uSize, 0);
+        }
+        return *this;
+    }
+    ~ByteArray() { Wipe(); }
+
+    /** Becomes _uSize zero bytes. @return false, and empty, when memory runs out */
+    [[nodiscard]] bool Allocate(std::size_t _uSize) noexcept
+    {
+        Wipe();
+        m_uSize = 0;
+        m_pBytes.reset(new (std::nothrow) std::uint8_t[_uSize]());
+        if (m_pBytes == nullptr) {
+            return false;
+        }
+        m_uSize = _uSize;
+        return true;
+    }
+
+    std::uint8_t* Data() noexcept { return m_pBytes.get(); }
+    const std::uint8_t* Data() const noexcept { return m_pBytes.get(); }
+    std::size_t Size() const noexcept { return m_uSize; }
+    std::span<std::uint8_t> Bytes() noexcept { return {Data(), m_uSize}; }
+    std::span<const std::uint8_t> Bytes() const noexcept { return {Data(), m_uSize}; }
+
+private:
+    void Wipe() noexcept
+    {
+        if (m_pBytes != nullptr) {
+            ::SecureZeroMemory(m_pBytes.get(), m_uSize);
+        }
+    }
+
+    std::unique_ptr<std::uint8_t[]> m_pBytes;
+    std::size_t m_uSize = 0;
+};
+
+} // namespace ZkCommon

@@ -1,0 +1,130 @@
+#pragma once
+
+#include "ZkComn_ByteArray.h"
+#include "ZkComn_Owner.h"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+/**
+ * Files as a whole: read, made for a while, replaced. System errors are returned (0 is success) unless a function says
+ * otherwise. Objects belong to one thread at a time; nothing here traces. What takes or gives a path may throw
+ * std::bad_alloc, nothing else is thrown.
+ */
+namespace ZkCommon::Storage::File {
+
+/** For opening a file that others may read, write and delete meanwhile. */
+inline constexpr DWORD g_ulShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+/** The largest file that is read or written in one piece, in bytes; a whole number of cipher blocks. */
+inline constexpr std::uint64_t g_ulMaxSize = 0xFFFFFFF0;
+
+/** Whether the path names a file that is no folder. */
+bool Exists(const std::wstring& _tszPath) noexcept;
+
+std::uint32_t Delete(const std::wstring& _tszPath) noexcept;
+
+/** What a failed Read was about. */
+enum class ReadStep : std::uint32_t
+{
+    None,
+    Open,
+    Size,
+    Memory,
+    Read,
+};
+struct ReadResult
+{
+    ReadStep enFailed = ReadStep::None;
+    std::uint32_t ulError = ERROR_SUCCESS;
+};
+
+/**
+ * Reads a whole file into _rstContent, which holds exactly its bytes.
+ * @param _ulShare  what others may do to the file meanwhile
+ * @return at ReadStep::Size ERROR_FILE_TOO_LARGE for more than g_ulMaxSize bytes
+ */
+ReadResult Read(const std::wstring& _tszPath, ByteArray& _rstContent, DWORD _ulShare = FILE_SHARE_READ) noexcept;
+
+/** The folder that the system names for temporary files, with a backslash at its end; empty when it names none. */
+std::wstring SystemTempFolder();
+
+/**
+ * A new file that exists as long as this object: the system removes it when the object goes, and also when the process
+ * ends in whatever way. Only the user, the Administrators and Local System may open it, and only with g_ulShareAll.
+ */
+class TempFile
+{
+public:
+    /** Makes the file in that folder; an earlier one of this object is removed first. */
+    std::uint32_t Create(const std::wstring& _tszFolder);
+
+    /** The file then holds just these bytes; after a failure its content is undefined. */
+    std::uint32_t Write(std::span<const std::uint8_t> _spanBytes) noexcept;
+
+    /** Removes the file now. @return an error when it was already gone or is still there; the object has let go */
+    std::uint32_t Remove() noexcept;
+
+    /** Empty when there is no file. */
+    const std::wstring& Path() const noexcept { return m_tszPath; }
+
+private:
+    std::wstring m_tszPath;
+    FileHandle m_hFile;
+};
+
+/**
+ * A file's new content, written beside it and then moved over it. Until Commit succeeds the file is what it was, and
+ * the content beside it is removed on every path; when the process is killed the system removes it. (Not while a move
+ * is under way.) Flushed to disk before it is moved. The replaced file's attributes, times and access list are not
+ * carried over: the new one has those of a file newly made in the folder.
+ */
+class Replacement
+{
+public:
+    explicit Replacement(std::wstring _tszTarget) : m_tszTarget(std::move(_tszTarget)) {}
+    Replacement(const Replacement&) = delete;
+    Replacement& operator=(const Replacement&) = delete;
+
+    /** Empty before Create. */
+    const std::wstring& Path() const noexcept { return m_tszPath; }
+
+    /** Makes the file beside the target. */
+    std::uint32_t Create();
+    /** The whole content, down to the disk. */
+    std::uint32_t Write(std::span<const std::uint8_t> _spanBytes) noexcept;
+    /** What the file beside the target holds now, for those who check before they commit. */
+    std::uint32_t ReadBack(ByteArray& _rstContent) noexcept;
+    /**
+     * Moves the file over the target. While somebody has the target open it is tried again, g_ulTries times in all
+     * with g_ulPause milliseconds between them. A folder or a read-only file is never replaced.
+     */
+    std::uint32_t Commit() noexcept;
+
+    static constexpr unsigned g_ulTries = 20;
+    static constexpr DWORD g_ulPause = 50;
+
+private:
+    std::uint32_t Move() noexcept;
+    void RemoveByName() noexcept;
+
+    std::wstring m_tszTarget;
+    std::wstring m_tszPath;
+    FileHandle m_hFile; // marked for removal as long as it is open
+};
+
+/** Looks at what was written, before it replaces anything; false refuses it. */
+using ReadBackCheck = std::function<bool(std::span<const std::uint8_t>)>;
+
+/**
+ * Replaces a file, or makes it, by way of a Replacement.
+ * @return ERROR_INVALID_DATA when the check refuses what was read back
+ */
+std::uint32_t Replace(const std::wstring& _tszTarget, std::span<const std::uint8_t> _spanBytes,
+                      const ReadBackCheck& _fnCheck = {});
+std::uint32_t Replace(const std::wstring& _tszTarget, std::string_view _svText, const ReadBackCheck& _fnCheck = {});
+
+} // namespace ZkCommon::Storage::File

@@ -1,0 +1,71 @@
+#include "ZkComn_PrivateAccess.h"
+
+#include "ZkComn_Owner.h"
+
+namespace ZkCommon::AccessControl {
+
+namespace {
+
+/** The token that decides what this thread may do. */
+Handle CurrentToken() noexcept
+{
+    Handle hToken;
+    if (!::OpenThreadToken(::GetCurrentThread(), TOKEN_QUERY, TRUE, hToken.Receive())) {
+        ::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, hToken.Receive());
+    }
+    return hToken;
+}
+
+} // namespace
+
+PrivateAccess::PrivateAccess() noexcept
+{
+    if (!Build()) {
+        m_ulError = ::GetLastError();
+    }
+}
+
+SECURITY_ATTRIBUTES* PrivateAccess::Get() noexcept
+{
+    if (m_ulError != ERROR_SUCCESS) {
+        ::SetLastError(m_ulError);
+        return nullptr;
+    }
+    return &m_stAttributes;
+}
+
+bool PrivateAccess::Build() noexcept
+{
+    alignas(TOKEN_USER) std::byte aUser[sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE];
+    DWORD ulSize = sizeof(aUser);
+    const Handle hToken = CurrentToken();
+    if (!hToken || !::GetTokenInformation(hToken.Get(), TokenUser, aUser, ulSize, &ulSize)) {
+        return false;
+    }
+    const auto pAcl = reinterpret_cast<ACL*>(m_aAcl);
+    if (!::InitializeAcl(pAcl, sizeof(m_aAcl), ACL_REVISION) ||
+        !Allow(reinterpret_cast<const TOKEN_USER*>(aUser)->User.Sid)) {
+        return false;
+    }
+    for (const WELL_KNOWN_SID_TYPE enAccount : {WinBuiltinAdministratorsSid, WinLocalSystemSid}) {
+        alignas(SID) std::byte aSid[SECURITY_MAX_SID_SIZE];
+        DWORD ulSid = sizeof(aSid);
+        if (!::CreateWellKnownSid(enAccount, nullptr, aSid, &ulSid) || !Allow(aSid)) {
+            return false;
+        }
+    }
+    if (!::InitializeSecurityDescriptor(&m_stDescriptor, SECURITY_DESCRIPTOR_REVISION) ||
+        !::SetSecurityDescriptorDacl(&m_stDescriptor, TRUE, pAcl, FALSE) ||
+        !::SetSecurityDescriptorControl(&m_stDescriptor, SE_DACL_PROTECTED, SE_DACL_PROTECTED)) {
+        return false;
+    }
+    m_stAttributes = {sizeof(m_stAttributes), &m_stDescriptor, FALSE};
+    return true;
+}
+
+bool PrivateAccess::Allow(PSID _pSid) noexcept
+{
+    return ::AddAccessAllowedAce(reinterpret_cast<ACL*>(m_aAcl), ACL_REVISION, FILE_ALL_ACCESS, _pSid) != FALSE;
+}
+
+} // namespace ZkCommon::AccessControl

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+
+/**
+ * While it lives, the _iNth array (counted from 1) of at least _uLarge bytes that is asked for without exceptions, as
+ * the buffers of whole files are, is refused. At most one object at a time.
+ */
+class AllocationFault
+{
+public:
+    AllocationFault(int _iNth, std::size_t _uLarge);
+    AllocationFault(const AllocationFault&) = delete;
+    AllocationFault& operator=(const AllocationFault&) = delete;
+    ~AllocationFault();
+};

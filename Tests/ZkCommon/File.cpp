@@ -1,0 +1,222 @@
+#include "ZkComn_File.h"
+
+#include "ApiFault.h"
+#include "Child.h"
+#include "TempFolder.h"
+#include "ZkComn_PrivateAccess.h"
+
+#include <gmock/gmock.h>
+#include <thread>
+
+using namespace ZkCommon;
+using namespace ZkCommon::Storage;
+using testing::ElementsAre;
+
+namespace {
+
+std::vector<std::wstring> Names(const TempFolder& _rcFolder)
+{
+    std::vector<std::wstring> vecNames;
+    for (const auto& entry : std::filesystem::directory_iterator(_rcFolder.Path())) {
+        vecNames.push_back(entry.path().filename().wstring());
+    }
+    return vecNames;
+}
+
+FileHandle OpenToRead(const std::wstring& _tszPath)
+{
+    return FileHandle(
+        ::CreateFileW(_tszPath.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+}
+
+} // namespace
+
+TEST(ReplacedFile, IsWholeOrUntouchedWhicheverStepFails)
+{
+    const struct
+    {
+        int iLine;
+        std::shared_ptr<void> (*pfnFault)(DWORD, int);
+        int iCall;
+        DWORD ulError;
+    } aRows[] = {
+        {__LINE__, &MakeFault<API(CreateFileW)>, 1, ERROR_ACCESS_DENIED},
+        {__LINE__, &MakeFault<API(SetFileInformationByHandle)>, 1, ERROR_NOT_SUPPORTED},
+        {__LINE__, &MakeFault<API(WriteFile)>, 1, ERROR_DISK_FULL},
+        {__LINE__, &MakeFault<API(SetEndOfFile)>, 1, ERROR_DISK_FULL},
+        {__LINE__, &MakeFault<API(FlushFileBuffers)>, 1, ERROR_WRITE_FAULT},
+        {__LINE__, &MakeFault<API(ReadFile)>, 1, ERROR_CRC},
+        {__LINE__, &MakeFault<API(SetFileInformationByHandle)>, 2, ERROR_NOT_SUPPORTED},
+        {__LINE__, &MakeFault<API(MoveFileExW)>, 1, ERROR_NOT_SAME_DEVICE},
+    };
+    for (const auto& stRow : aRows) {
+        for (const bool bExisted : {true, false}) {
+            const testing::ScopedTrace cTrace(__FILE__, stRow.iLine, bExisted ? "existed" : "new");
+            const TempFolder cFolder;
+            if (bExisted) {
+                cFolder.Write(L"a.xml", "old");
+            }
+            const std::shared_ptr<void> pFault = stRow.pfnFault(stRow.ulError, stRow.iCall);
+            EXPECT_EQ(File::Replace(cFolder.File(L"a.xml"), "new", [](auto) { return true; }), stRow.ulError);
+            EXPECT_EQ(cFolder.Read(L"a.xml"), bExisted ? "old" : "");
+            EXPECT_EQ(Names(cFolder).size(), bExisted ? 1U : 0U);
+        }
+    }
+}
+
+TEST(ReplacedFile, IsReadBackBeforeItReplacesAnything)
+{
+    const TempFolder cFolder;
+    cFolder.Write(L"a.xml", "old and longer");
+    std::string sSeen;
+    const auto Check = [&](bool _bAnswer) {
+        return [&sSeen, _bAnswer](std::span<const std::uint8_t> _spanBytes) {
+            sSeen.assign(_spanBytes.begin(), _spanBytes.end());
+            return _bAnswer;
+        };
+    };
+    EXPECT_EQ(File::Replace(cFolder.File(L"a.xml"), "new", Check(false)), DWORD{ERROR_INVALID_DATA});
+    EXPECT_EQ(cFolder.Read(L"a.xml"), "old and longer");
+    EXPECT_EQ(sSeen, "new");
+    EXPECT_EQ(File::Replace(cFolder.File(L"a.xml"), "", Check(true)), 0U);
+    EXPECT_EQ(sSeen, "");
+    EXPECT_THAT(Names(cFolder), ElementsAre(L"a.xml"));
+    EXPECT_EQ(std::filesystem::file_size(cFolder.Path() / L"a.xml"), 0U);
+}
+
+TEST(ReplacedFile, WaitsForAReaderForABoundedTime)
+{
+    const TempFolder cFolder;
+    cFolder.Write(L"a.xml", "old");
+    FileHandle hReader = OpenToRead(cFolder.File(L"a.xml"));
+    const ULONGLONG ulStart = ::GetTickCount64();
+    EXPECT_NE(File::Replace(cFolder.File(L"a.xml"), "new"), 0U);
+    const ULONGLONG ulTaken = ::GetTickCount64() - ulStart;
+    EXPECT_GE(ulTaken, 500U);
+    EXPECT_LE(ulTaken, 10000U);
+    EXPECT_EQ(cFolder.Read(L"a.xml"), "old");
+    EXPECT_THAT(Names(cFolder), ElementsAre(L"a.xml"));
+
+    std::thread cReader([&hReader] {
+        ::Sleep(200);
+        hReader.Reset();
+    });
+    EXPECT_EQ(File::Replace(cFolder.File(L"a.xml"), "new"), 0U);
+    cReader.join();
+    EXPECT_EQ(cFolder.Read(L"a.xml"), "new");
+    EXPECT_THAT(Names(cFolder), ElementsAre(L"a.xml"));
+}
+
+TEST(ReplacedFile, FailsAtOnceWhereWaitingIsInVain)
+{
+    const TempFolder cFolder;
+    std::filesystem::create_directory(cFolder.Path() / L"folder");
+    cFolder.Write(L"fixed.xml", "old");
+    ::SetFileAttributesW(cFolder.File(L"fixed.xml").c_str(), FILE_ATTRIBUTE_READONLY);
+    for (const wchar_t* pszName : {L"fixed.xml", L"folder", L"missing\\a.xml"}) {
+        ApiFault<API(MoveFileExW)> cMoves(ERROR_SUCCESS, 0, 0);
+        EXPECT_NE(File::Replace(cFolder.File(pszName), "new"), 0U) << pszName;
+        EXPECT_EQ(cMoves.Calls(), 0) << pszName;
+    }
+    EXPECT_EQ(cFolder.Read(L"fixed.xml"), "old");
+    EXPECT_THAT(Names(cFolder), testing::UnorderedElementsAre(L"fixed.xml", L"folder"));
+    ::SetFileAttributesW(cFolder.File(L"fixed.xml").c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(ReplacedFile, MayHaveALongPath)
+{
+    const TempFolder cFolder;
+    std::wstring tszPath = L"\\\\?\\" + cFolder.Path().wstring();
+    for (int iDepth = 0; iDepth < 3; ++iDepth) {
+        tszPath += L"\\" + std::wstring(100, L'\u00e9');
+        ASSERT_TRUE(::CreateDirectoryW(tszPath.c_str(), nullptr));
+    }
+    tszPath += L"\\\u4e2d.xml";
+    EXPECT_EQ(File::Replace(tszPath, "new"), 0U);
+    EXPECT_EQ(File::Replace(tszPath, "newer"), 0U);
+    ByteArray stContent;
+    EXPECT_EQ(File::Read(tszPath, stContent).ulError, 0U);
+    EXPECT_EQ(stContent.Size(), 5U);
+    EXPECT_EQ(File::Delete(tszPath), 0U);
+}
+
+TEST(ReplacedFile, DISABLED_IsBeingWritten)
+{
+    File::Replacement cNew(Child::Folder() + L"\\a.xml");
+    const std::uint8_t aContent[] = {'n', 'e', 'w'};
+    if (cNew.Create() == 0 && cNew.Write(aContent) == 0) {
+        Child::WaitToBeKilled();
+    }
+}
+
+TEST(ReplacedFile, LeavesNothingWhenTheProcessIsKilledWhileWriting)
+{
+    const TempFolder cFolder;
+    cFolder.Write(L"a.xml", "old");
+    Child cChild("ReplacedFile.DISABLED_IsBeingWritten", cFolder.Path().wstring());
+    ASSERT_TRUE(cChild.IsReady());
+    cChild.Kill();
+    EXPECT_EQ(cFolder.Read(L"a.xml"), "old");
+    EXPECT_THAT(Names(cFolder), ElementsAre(L"a.xml"));
+}
+
+TEST(TempFile, ExistsAsLongAsItsOwner)
+{
+    const TempFolder cFolder;
+    const std::uint8_t aContent[] = {'a', 'b', 'c'};
+    {
+        File::TempFile cFile;
+        EXPECT_EQ(cFile.Create(cFolder.File(L"missing")), DWORD{ERROR_PATH_NOT_FOUND});
+        EXPECT_EQ(cFile.Path(), L"");
+        ASSERT_EQ(cFile.Create(cFolder.Path().wstring()), 0U);
+        const std::wstring tszFirst = cFile.Path();
+        ASSERT_EQ(cFile.Create(cFolder.Path().wstring()), 0U);
+        EXPECT_NE(cFile.Path(), tszFirst);
+        EXPECT_EQ(Names(cFolder).size(), 1U);
+        EXPECT_EQ(cFile.Write(aContent), 0U);
+        EXPECT_EQ(cFile.Write(std::span(aContent).first(2)), 0U);
+        ByteArray stContent;
+        EXPECT_EQ(File::Read(cFile.Path(), stContent).enFailed, File::ReadStep::Open); // without the sharing it asks
+        EXPECT_EQ(File::Read(cFile.Path(), stContent, File::g_ulShareAll).ulError, 0U);
+        EXPECT_EQ(std::string(stContent.Bytes().begin(), stContent.Bytes().end()), "ab");
+    }
+    EXPECT_EQ(Names(cFolder).size(), 0U);
+}
+
+TEST(TempFile, TakesAnotherNameWhenOneIsInUse)
+{
+    const TempFolder cFolder;
+    ApiFault<API(CreateFileW)> cInUse(ERROR_FILE_EXISTS, 1, 3);
+    File::TempFile cFile;
+    EXPECT_EQ(cFile.Create(cFolder.Path().wstring()), 0U);
+    EXPECT_EQ(cInUse.Calls(), 4);
+    EXPECT_EQ(File::Exists(cFile.Path()), true);
+}
+
+TEST(PrivateAccess, LetsInTheUserTheAdministratorsAndTheSystemAlone)
+{
+    AccessControl::PrivateAccess cAccess;
+    const SECURITY_ATTRIBUTES* pstAttributes = cAccess.Get();
+    ASSERT_NE(pstAttributes, nullptr);
+    SECURITY_DESCRIPTOR_CONTROL usControl = 0;
+    DWORD ulRevision = 0;
+    ASSERT_TRUE(::GetSecurityDescriptorControl(pstAttributes->lpSecurityDescriptor, &usControl, &ulRevision));
+    EXPECT_TRUE(usControl & SE_DACL_PROTECTED);
+    BOOL bPresent = FALSE;
+    BOOL bDefaulted = TRUE;
+    ACL* pAcl = nullptr;
+    ASSERT_TRUE(::GetSecurityDescriptorDacl(pstAttributes->lpSecurityDescriptor, &bPresent, &pAcl, &bDefaulted));
+    ASSERT_TRUE(bPresent && !bDefaulted && pAcl != nullptr);
+    ASSERT_EQ(pAcl->AceCount, 3);
+    for (DWORD ulAce = 0; ulAce < 3; ++ulAce) {
+        void* pAce = nullptr;
+        ASSERT_TRUE(::GetAce(pAcl, ulAce, &pAce));
+        auto* pstAllowed = static_cast<ACCESS_ALLOWED_ACE*>(pAce);
+        EXPECT_EQ(pstAllowed->Header.AceType, ACCESS_ALLOWED_ACE_TYPE);
+        EXPECT_EQ(pstAllowed->Mask, DWORD{FILE_ALL_ACCESS});
+        if (ulAce > 0) {
+            EXPECT_TRUE(
+                ::IsWellKnownSid(&pstAllowed->SidStart, ulAce == 1 ? WinBuiltinAdministratorsSid : WinLocalSystemSid));
+        }
+    }
+}
