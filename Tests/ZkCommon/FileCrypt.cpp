@@ -1,0 +1,116 @@
+#include "ZkComn_FileCrypt.h"
+
+#include "AllocationFault.h"
+#include "ApiFault.h"
+#include "TempFolder.h"
+#include "TraceRecorder.h"
+
+#include <array>
+#include <gmock/gmock.h>
+
+using namespace ZkCommon;
+using namespace ZkCommon::Storage;
+using testing::ElementsAre;
+
+namespace {
+
+constexpr std::array<std::uint8_t, 16> g_aKey{'W', 'q', '8', '#', 'L', 'p', '2', '!',
+                                              'Z', 'r', '7', '$', 'M', 'v', '4', '&'};
+
+constexpr std::size_t g_uLarge = 64 * 1024;
+
+} // namespace
+
+TEST(FileCrypt, PadsOnlyALastBlockThatIsNotFull)
+{
+    const TempFolder cFolder;
+    for (const std::size_t uSize : {1U, 15U, 16U, 17U, 32U, 33U, 48U, 100000U}) {
+        const std::string sPlain(uSize, 'x');
+        cFolder.Write(L"plain", sPlain);
+        ASSERT_TRUE(File::EncryptFile(cFolder.File(L"plain"), cFolder.File(L"cipher"), g_aKey));
+        EXPECT_EQ(cFolder.Read(L"cipher").size(), (uSize + 15) / 16 * 16);
+        ASSERT_TRUE(File::DecryptFile(cFolder.File(L"cipher"), cFolder.File(L"back"), g_aKey));
+        EXPECT_EQ(cFolder.Read(L"back"), sPlain);
+    }
+    // The second block of the ciphertext of "0123456789abcdefghi" and thirteen bytes of 13.
+    cFolder.Write(L"plain", "0123456789abcdefghi");
+    ASSERT_TRUE(File::EncryptFile(cFolder.File(L"plain"), cFolder.File(L"cipher"), g_aKey));
+    const std::string sPadded = "0123456789abcdefghi" + std::string(13, '\15');
+    cFolder.Write(L"plain", sPadded);
+    ASSERT_TRUE(File::EncryptFile(cFolder.File(L"plain"), cFolder.File(L"whole"), g_aKey));
+    EXPECT_EQ(cFolder.Read(L"cipher"), cFolder.Read(L"whole"));
+}
+
+TEST(FileCrypt, WritesItsStepsToTheTraceLog)
+{
+    const TempFolder cFolder;
+    cFolder.Write(L"plain", std::string(33, 'x'));
+    const TraceRecorder cTrace(0x111);
+    ASSERT_TRUE(File::EncryptFile(cFolder.File(L"plain"), cFolder.File(L"cipher"), g_aKey));
+    ASSERT_TRUE(File::DecryptFile(cFolder.File(L"cipher"), cFolder.File(L"back"), g_aKey));
+    EXPECT_THAT(cTrace.Lines(),
+                ElementsAre(L".w. [Enter] ZkCommon::Storage::File::EncryptFile()...",
+                            L".w. [Leave] ZkCommon::Storage::File::EncryptFile()...",
+                            L".w. [Enter] ZkCommon::Storage::File::DecryptFile()...", L"@@@ nLenConverted: 33",
+                            L".w. [Leave] ZkCommon::Storage::File::DecryptFile()..."));
+}
+
+TEST(FileCrypt, TellsWhatFailedAndLeavesTheDestinationAlone)
+{
+    const TempFolder cFolder;
+    cFolder.Write(L"good", std::string(g_uLarge, 'x'));
+    cFolder.Write(L"empty", "");
+    cFolder.Write(L"odd", std::string(g_uLarge + 1, 'x'));
+    cFolder.Write(L"locked", std::string(16, 'x'));
+    const FileHandle hLocked(::CreateFileW(cFolder.File(L"locked").c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                           OPEN_EXISTING, 0, nullptr));
+    {
+        const FileHandle hHuge(
+            ::CreateFileW(cFolder.File(L"huge").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+        LARGE_INTEGER stEnd{};
+        stEnd.QuadPart = 0xFFFFFFF1; // one byte too many; the system keeps no bytes for the gap
+        ASSERT_TRUE(::SetFilePointerEx(hHuge.Get(), stEnd, nullptr, FILE_BEGIN) && ::SetEndOfFile(hHuge.Get()));
+    }
+    const struct
+    {
+        int iLine;
+        const wchar_t* pszSource;
+        const wchar_t* pszDestination;
+        std::shared_ptr<void> (*pfnFault)(DWORD, int);
+        int iRefuseLarge;
+        const wchar_t* pszMessage; // "{s}" and "{d}" stand for the two paths
+    } aRows[] = {
+        {__LINE__, L"missing", L"out", nullptr, 0, L"Failed to open file({s}), error: 2"},
+        {__LINE__, L"locked", L"out", nullptr, 0, L"Failed to open file({s}), error: 32"},
+        {__LINE__, L"huge", L"out", nullptr, 0, L"Failed to get file size({s}), error: 223"},
+        {__LINE__, L"empty", L"out", nullptr, 0, L"Empty file ({s})"},
+        {__LINE__, L"good", L"out", nullptr, 1, L"Failed to secure buffer"},
+        {__LINE__, L"good", L"out", nullptr, 2, L"Failed to secure buffer"},
+        {__LINE__, L"good", L"out", &MakeFault<API(ReadFile)>, 0, L"Failed to read file ({s})"},
+        {__LINE__, L"odd", L"out", nullptr, 0, L"Failed to Rijndael::Convert(), error: 13"},
+        {__LINE__, L"good", L"no\\out", nullptr, 0, L"Failed to open file({d}), error: 3"},
+        {__LINE__, L"good", L"out", &MakeFault<API(WriteFile)>, 0, L"Failed to write file({d}), error: 112"},
+        {__LINE__, L"good", L"out", &MakeFault<API(FlushFileBuffers)>, 0, L"Failed to write file({d}), error: 112"},
+        {__LINE__, L"good", L"out", &MakeFault<API(MoveFileExW)>, 0, L"Failed to open file({d}), error: 112"},
+    };
+    for (const auto& stRow : aRows) {
+        const testing::ScopedTrace cScope(__FILE__, stRow.iLine, stRow.pszMessage);
+        cFolder.Write(L"out", "old");
+        std::wstring tszExpected = stRow.pszMessage;
+        for (const auto& [pszMark, pszName] : {std::pair(L"{s}", stRow.pszSource), {L"{d}", stRow.pszDestination}}) {
+            if (const std::size_t uAt = tszExpected.find(pszMark); uAt != std::wstring::npos) {
+                tszExpected.replace(uAt, 3, cFolder.File(pszName));
+            }
+        }
+        const TraceRecorder cTrace(0x110);
+        const std::shared_ptr<void> pFault =
+            stRow.pfnFault != nullptr ? stRow.pfnFault(ERROR_DISK_FULL, 1) : std::shared_ptr<void>();
+        const AllocationFault cMemory(stRow.iRefuseLarge, g_uLarge);
+        EXPECT_FALSE(File::DecryptFile(cFolder.File(stRow.pszSource), cFolder.File(stRow.pszDestination), g_aKey));
+        std::vector<std::wstring> vecLines = cTrace.Lines();
+        std::erase_if(vecLines, [](const std::wstring& _tsz) { return _tsz.starts_with(L"@@@ nLenConverted: "); });
+        EXPECT_THAT(vecLines, ElementsAre(L"!!! *** ZkCommon::Storage::File::DecryptFile() - " + tszExpected));
+        EXPECT_EQ(cFolder.Read(L"out"), "old");
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(cFolder.Path()), {}), 6);
+    }
+}
