@@ -1,0 +1,244 @@
+#include "LogFile.h"
+
+#include "ZkComn_Library.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+using namespace ZkCommon;
+
+namespace {
+
+constexpr std::size_t g_uKeptFiles = 10; // today's among them
+
+std::uint32_t ToDay(unsigned _uYear, unsigned _uMonth, unsigned _uDay) noexcept
+{
+    return _uYear * 10000 + _uMonth * 100 + _uDay;
+}
+
+std::uint32_t ToDay(const SYSTEMTIME& _rstTime) noexcept
+{
+    return ToDay(_rstTime.wYear, _rstTime.wMonth, _rstTime.wDay);
+}
+
+template <std::size_t N>
+std::wstring TextOf(const wchar_t (&_raField)[N])
+{
+    return std::wstring(_raField, std::find(_raField, _raField + N, L'\0'));
+}
+
+std::wstring ProgramFolder()
+{
+    std::wstring tszPath(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD ulLength = ::GetModuleFileNameW(nullptr, tszPath.data(), static_cast<DWORD>(tszPath.size()));
+        if (ulLength < tszPath.size()) {
+            tszPath.resize(ulLength);
+            return tszPath.substr(0, tszPath.find_last_of(L'\\') + 1);
+        }
+        tszPath.resize(tszPath.size() * 2);
+    }
+}
+
+/** Creates the folders above a file, outermost first; what is there already is no failure. */
+void CreateFolders(const std::wstring& _rtszFile)
+{
+    for (std::size_t uAt = _rtszFile.find(L'\\'); uAt != std::wstring::npos; uAt = _rtszFile.find(L'\\', uAt + 1)) {
+        ::CreateDirectoryW(_rtszFile.substr(0, uAt).c_str(), nullptr);
+    }
+}
+
+/**
+ * Keeps other processes from writing and renaming the file, for the length of a scope. The lock lies on a byte that no
+ * file reaches; the system takes it back from a process that dies. One that is held up with the lock, in a debugger
+ * say, must not hold up all the others: after a while they go on without it.
+ */
+class FileLock
+{
+public:
+    explicit FileLock(HANDLE _hFile) noexcept : m_hFile(_hFile)
+    {
+        for (int i = 0; i < g_iAttempts && !m_bLocked; ++i) {
+            OVERLAPPED stPlace = Place();
+            m_bLocked = ::LockFileEx(m_hFile, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &stPlace);
+            if (!m_bLocked) {
+                ::Sleep(i < g_iAttempts / 2 ? 0 : 1);
+            }
+        }
+    }
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+    ~FileLock()
+    {
+        if (m_bLocked) {
+            OVERLAPPED stPlace = Place();
+            ::UnlockFileEx(m_hFile, 0, 1, 0, &stPlace);
+        }
+    }
+
+private:
+    static constexpr int g_iAttempts = 2000;
+
+    static OVERLAPPED Place() noexcept
+    {
+        OVERLAPPED stPlace{};
+        stPlace.OffsetHigh = 0x7FFFFFFF;
+        return stPlace;
+    }
+
+    HANDLE m_hFile;
+    bool m_bLocked = false;
+};
+
+} // namespace
+
+LogFile::LogFile(const Library::ZkDbgSettings& _rstSettings) : m_bRobust(_rstSettings.ucRobust != 0)
+{
+    const std::wstring tszFolder = TextOf(_rstSettings.aszLogFolder);
+    const std::wstring tszFile = TextOf(_rstSettings.aszLogFile);
+    const std::wstring tszName =
+        TextOf(_rstSettings.aszLogPrefix) + (tszFile.empty() ? TextOf(_rstSettings.aszModuleName) : tszFile);
+    m_tszStem = Library::PathOf(tszFolder.empty() ? ProgramFolder() : tszFolder, tszName.c_str());
+    m_tszExtension = TextOf(_rstSettings.aszLogExtension);
+    if (!m_tszExtension.empty()) {
+        m_tszExtension.insert(0, 1, L'.');
+    }
+}
+
+std::wstring LogFile::PathOfDay(std::uint32_t _ulDay) const
+{
+    return m_tszStem + L"-" + std::to_wstring(_ulDay) + m_tszExtension;
+}
+
+std::uint32_t LogFile::OpenByName()
+{
+    // Append access makes each write land at the end, wherever other processes have moved it. Sharing includes deletion:
+    // another process renames the file under this handle, which then still leads to the old day's file.
+    m_hFile.Reset(); // the name of a deleted file is free only when nobody has the file open
+    const auto Attempt = [this] {
+        m_hFile.Reset(::CreateFileW(Path().c_str(),
+                                    FILE_APPEND_DATA | FILE_READ_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+        return m_hFile ? ERROR_SUCCESS : ::GetLastError();
+    };
+    std::uint32_t ulError = Attempt();
+    if (ulError == ERROR_PATH_NOT_FOUND) {
+        CreateFolders(Path());
+        ulError = Attempt();
+    }
+    return ulError;
+}
+
+/** Whether the open file still bears its name: another process takes it away at a change of day, a user by deleting. */
+bool LogFile::IsStillNamed() const
+{
+    const FileHandle hNamed(::CreateFileW(Path().c_str(), FILE_READ_ATTRIBUTES,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    BY_HANDLE_FILE_INFORMATION stNamed{};
+    BY_HANDLE_FILE_INFORMATION stOpen{};
+    return hNamed && ::GetFileInformationByHandle(hNamed.Get(), &stNamed) &&
+           ::GetFileInformationByHandle(m_hFile.Get(), &stOpen) && stNamed.nFileIndexLow == stOpen.nFileIndexLow &&
+           stNamed.nFileIndexHigh == stOpen.nFileIndexHigh &&
+           stNamed.dwVolumeSerialNumber == stOpen.dwVolumeSerialNumber;
+}
+
+/** The day of the first line: a line begins with "DD/MM/YYYY". The day of the last change when that is not so. */
+std::uint32_t LogFile::DayOfContent(std::uint32_t _ulWhenEmpty) const
+{
+    OVERLAPPED stStart{};
+    char aszDate[11] = {};
+    DWORD ulRead = 0;
+    if (!::ReadFile(m_hFile.Get(), aszDate, sizeof aszDate - 1, &ulRead, &stStart) || ulRead == 0) {
+        return _ulWhenEmpty;
+    }
+    unsigned uDay = 0;
+    unsigned uMonth = 0;
+    unsigned uYear = 0;
+    if (std::sscanf(aszDate, "%2u/%2u/%4u", &uDay, &uMonth, &uYear) == 3 && uYear >= 1601) {
+        return ToDay(uYear, uMonth, uDay);
+    }
+    FILETIME stChanged{};
+    FILETIME stLocal{};
+    SYSTEMTIME stTime{};
+    return ::GetFileTime(m_hFile.Get(), nullptr, nullptr, &stChanged) &&
+                   ::FileTimeToLocalFileTime(&stChanged, &stLocal) && ::FileTimeToSystemTime(&stLocal, &stTime)
+               ? ToDay(stTime)
+               : _ulWhenEmpty;
+}
+
+/** Deletes the oldest files of former days. */
+void LogFile::RemoveOld() const
+{
+    WIN32_FIND_DATAW stFound{};
+    const FindHandle hFind(::FindFirstFileW((m_tszStem + L"-????????" + m_tszExtension).c_str(), &stFound));
+    if (!hFind) {
+        return;
+    }
+    const std::size_t uFolder = m_tszStem.find_last_of(L'\\') + 1;
+    const std::size_t uDate = m_tszStem.size() - uFolder + 1;
+    std::vector<std::wstring> vecName;
+    do {
+        // The pattern lets other texts pass than dates, and other files are nobody's to delete here.
+        const std::wstring tszName = stFound.cFileName;
+        const std::wstring_view svName = tszName;
+        if (svName.size() == uDate + 8 + m_tszExtension.size() &&
+            svName.substr(uDate, 8).find_first_not_of(L"0123456789") == std::wstring_view::npos) {
+            vecName.push_back(tszName);
+        }
+    } while (::FindNextFileW(hFind.Get(), &stFound));
+
+    std::ranges::sort(vecName, std::ranges::greater());
+    for (std::size_t i = g_uKeptFiles - 1; i < vecName.size(); ++i) {
+        ::DeleteFileW((m_tszStem.substr(0, uFolder) + vecName[i]).c_str());
+    }
+}
+
+std::uint32_t LogFile::Open(const SYSTEMTIME& _rstTime)
+{
+    const std::uint32_t ulToday = ToDay(_rstTime);
+    // Each turn follows a renaming, by this process or by another; a second one is rare.
+    for (int i = 0; i < 8; ++i) {
+        if (const std::uint32_t ulError = OpenByName(); ulError != ERROR_SUCCESS) {
+            return ulError;
+        }
+        m_ulDay = ulToday;
+        const FileLock lock(m_hFile.Get());
+        const std::uint32_t ulDay = DayOfContent(ulToday);
+        if (ulDay >= ulToday) {
+            m_ulDay = ulDay; // the clock was set back: the file goes on until its day has passed
+            return ERROR_SUCCESS;
+        }
+        if (IsStillNamed()) {
+            if (!::MoveFileExW(Path().c_str(), PathOfDay(ulDay).c_str(), 0)) {
+                return ERROR_SUCCESS; // no line is lost: the old file goes on until the next day
+            }
+            RemoveOld();
+        }
+    }
+    return ERROR_SUCCESS;
+}
+
+std::uint32_t LogFile::Append(const SYSTEMTIME& _rstTime, const std::string& _rsBytes)
+{
+    // Lines in a file that somebody has deleted or renamed are lost, but a look at the name costs a third of a line.
+    const bool bLook = std::exchange(m_usLookedAt, _rstTime.wSecond) != _rstTime.wSecond;
+    if (!m_hFile || ToDay(_rstTime) > m_ulDay || (bLook && !IsStillNamed())) {
+        if (const std::uint32_t ulError = Open(_rstTime); ulError != ERROR_SUCCESS) {
+            return ulError;
+        }
+    }
+    {
+        const FileLock lock(m_hFile.Get());
+        DWORD ulWritten = 0;
+        if (!::WriteFile(m_hFile.Get(), _rsBytes.data(), static_cast<DWORD>(_rsBytes.size()), &ulWritten, nullptr)) {
+            return ::GetLastError();
+        }
+    }
+    return m_bRobust && !::FlushFileBuffers(m_hFile.Get()) ? ::GetLastError() : ERROR_SUCCESS;
+}
