@@ -1,1 +1,36 @@
-# Installation and packages of the SDK.
+# What `cmake --install` lays out: programs, public headers, import library, CMake package, samples and licences. The
+# tree may be moved. Records cross the module's boundary, so a build with checking containers is nothing to install.
+if(VARNHELT_CHECKS)
+    return()
+endif()
+
+include(CMakePackageConfigHelpers)
+set(package_dir lib/cmake/Varnhelt)
+
+add_library(VarnheltHeaders INTERFACE)
+set_target_properties(VarnheltHeaders PROPERTIES EXPORT_NAME Headers)
+target_include_directories(VarnheltHeaders INTERFACE $<INSTALL_INTERFACE:include>)
+target_compile_features(VarnheltHeaders INTERFACE cxx_std_20)
+target_link_libraries(Varnhelt INTERFACE VarnheltHeaders)
+
+install(TARGETS Varnhelt VarnheltHeaders EXPORT VarnheltTargets RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
+install(TARGETS vrnt ZkDbgLog RUNTIME DESTINATION bin)
+install(FILES ${VARNHELT_EXPAT_DIR}/bin/libexpat.dll DESTINATION bin)
+install(FILES ${VARNHELT_PUBLIC_HEADERS} DESTINATION include/Varnhelt)
+
+install(EXPORT VarnheltTargets NAMESPACE Varnhelt:: DESTINATION ${package_dir})
+configure_file(cmake/VarnheltConfig.cmake.in ${CMAKE_BINARY_DIR}/package/VarnheltConfig.cmake @ONLY)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/package/VarnheltConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/package/VarnheltConfig.cmake ${CMAKE_BINARY_DIR}/package/VarnheltConfigVersion.cmake
+    DESTINATION ${package_dir})
+
+install(DIRECTORY Samples/ DESTINATION share/Varnhelt/samples)
+
+# Of what is delivered beside our own or linked into it.
+install(FILES ${VARNHELT_EXPAT_DIR}/share/licenses/expat/COPYING
+    DESTINATION share/Varnhelt/licenses RENAME expat.txt OPTIONAL)
+foreach(package libcli11-dev nlohmann-json3-dev mingw-w64-x86-64-dev)
+    install(FILES /usr/share/doc/${package}/copyright
+        DESTINATION share/Varnhelt/licenses RENAME ${package}.txt OPTIONAL)
+endforeach()

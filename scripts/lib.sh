@@ -1,0 +1,187 @@
+# Shared by the scripts: sourced, never run. Moves to the root of the checkout.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+logs=$root/build/log
+export LC_ALL=C.UTF-8
+export WINEPREFIX="${WINEPREFIX:-$root/build/wine}"
+
+die() {
+    echo "${0##*/}: $*" >&2
+    exit 1
+}
+
+# seconds_since MOMENT: whole seconds since that value of EPOCHREALTIME.
+seconds_since() {
+    echo $(((${EPOCHREALTIME/./} - ${1/./}) / 1000000))
+}
+
+# Tells how far a step has come, by the last line of its log: on a terminal every second in one line that is overwritten,
+# elsewhere every twenty seconds in a line of its own.
+tell_progress() {
+    local what=$1 log=$2 begin=$3 waited=0 last
+    while kill -0 $$ 2>/dev/null; do
+        read -rt 1 <> <(:) || waited=$((waited + 1)) # a pause that leaves no child behind
+        last=$(tail -c 400 "$log" 2>/dev/null | tr '\r' '\n' | tail -n 1 | tr -cd '[:print:]')
+        if [ -t 1 ]; then
+            printf '\r\033[K%s, %s s: %.60s' "$what" "$(seconds_since "$begin")" "$last"
+        elif ((waited % 20 == 0)); then
+            printf '%s, %s s so far: %.100s\n' "$what" "$(seconds_since "$begin")" "$last"
+        fi
+    done
+}
+
+# step WHAT COMMAND...: carries the command out with its output in a log. A line tells what was done when that took a
+# second or more; a failure shows the end of the log and ends the script.
+step() {
+    local what=$1 log begin status=0 ticker
+    shift
+    mkdir -p "$logs"
+    log=$logs/${what//[^A-Za-z0-9.]/-}.log
+    begin=$EPOCHREALTIME
+    : >"$log"
+    tell_progress "$what" "$log" "$begin" &
+    ticker=$!
+    # A subshell, so that a function fails at its first failing command as a program would.
+    set +e
+    (set -e; "$@") >"$log" 2>&1 </dev/null
+    status=$?
+    set -e
+    kill "$ticker" 2>/dev/null || true
+    wait "$ticker" 2>/dev/null || true
+    [ ! -t 1 ] || printf '\r\033[K'
+    if [ $status != 0 ]; then
+        echo "$what: failed after $(seconds_since "$begin") s. The end of ${log#"$root"/}:"
+        tail -n 40 "$log"
+        exit $status
+    fi
+    [ "$(seconds_since "$begin")" = 0 ] || echo "$what: $(seconds_since "$begin") s"
+}
+
+# need PURPOSE...: installs the packages of scripts/packages that are missing for these purposes.
+need() {
+    local purpose package wanted=() missing=() installed
+    for purpose; do
+        read -ra packages < <(sed -n "s/^$purpose  *//p" scripts/packages)
+        wanted+=("${packages[@]}")
+    done
+    command -v dpkg-query >/dev/null || die "this is no Debian: install by hand what scripts/packages names for: $*"
+    installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "${wanted[@]}" 2>/dev/null) || true
+    for package in "${wanted[@]}"; do
+        [[ $'\n'$installed$'\n' == *$'\n'"$package installed"$'\n'* || " ${missing[*]-} " == *" $package "* ]] ||
+            missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    [ "$(id -u)" = 0 ] || die "packages are missing. As root: apt-get install --no-install-recommends ${missing[*]}"
+    echo "Installing ${missing[*]}"
+    step "Package lists" apt-get -q update
+    for package in "${missing[@]}"; do
+        [ -n "$(apt-cache madison "$package" 2>/dev/null)" ] ||
+            die "no package source of this machine has $package (is it Debian 12 with its component main?)"
+    done
+    step "Packages" env DEBIAN_FRONTEND=noninteractive \
+        apt-get -qy -o Dpkg::Use-Pty=0 install --no-install-recommends "${missing[@]}"
+}
+
+# source_mirrors: the addresses from which this machine has the distribution's main suite, each with the suite's name.
+source_mirrors() {
+    local codename
+    codename=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
+    apt-get indextargets --format '$(REPO_URI) $(CODENAME) $(COMPONENT)' 'Created-By: Packages' 2>/dev/null |
+        awk -v codename="$codename" '$2 == codename && $3 == "main" && !seen[$1]++ {print $1, $2}'
+}
+
+# fetch_source PACKAGE: unpacks the distribution's source of a package into the current folder. The security suite lists
+# sources that its mirrors do not serve, so the main suite is asked first, by an apt state of our own that leaves the
+# machine's alone; then the machine's own sources, where it has any.
+fetch_source() {
+    local package=$1 mirror mirrors keyring=/usr/share/keyrings/debian-archive-keyring.gpg
+    mkdir -p apt/lists/partial apt/cache/archives/partial
+    mapfile -t mirrors < <(source_mirrors)
+    for mirror in "${mirrors[@]}"; do
+        echo "deb-src [signed-by=$keyring] $mirror main" >apt/sources.list
+        local own=(-o "Dir::Etc::sourcelist=$PWD/apt/sources.list" -o Dir::Etc::sourceparts=/dev/null
+            -o "Dir::State::lists=$PWD/apt/lists" -o "Dir::Cache=$PWD/apt/cache" -o APT::Sandbox::User=root)
+        if apt-get -q "${own[@]}" update && apt-get -q "${own[@]}" source "$package"; then
+            return 0
+        fi
+    done
+    echo "The main suite's source of $package cannot be had; trying the machine's own sources."
+    apt-get -q -o APT::Sandbox::User=root source "$package"
+}
+
+# build_dependency NAME PACKAGE RECIPE: has the function RECIPE build PACKAGE's source, in the folder of that source, and
+# install it into the folder that it gets as its argument; that folder becomes build/deps/NAME, whole or not at all. What
+# was built by the same recipe is kept.
+build_dependency() {
+    local name=$1 package=$2 recipe=$3 made work stamp
+    made=$root/build/deps/$name
+    stamp=$({ declare -f "$recipe"; cat cmake/mingw-w64.cmake; } | sha256sum | cut -d ' ' -f 1)
+    [ "$(cat "$made/.recipe" 2>/dev/null)" != "$stamp" ] || return 0
+    need source
+    mkdir -p build/deps
+    exec 8>"build/deps/.$name.lock"
+    flock 8
+    [ "$(cat "$made/.recipe" 2>/dev/null)" != "$stamp" ] || return 0
+    [ -n "$(source_mirrors)" ] || [ "$(id -u)" != 0 ] || step "Package lists" apt-get -q update
+    rm -rf "build/deps/.$name."?????? # what an interrupted build left
+    work=$(mktemp -d "$root/build/deps/.$name.XXXXXX")
+    trap 'rm -rf "$work"' EXIT
+    cd "$work"
+    step "Source of $package" fetch_source "$package"
+    cd "$package"-*/
+    step "Building $name" "$recipe" "$work/made"
+    cd "$root"
+    echo "$stamp" >"$work/made/.recipe"
+    rm -rf "$made"
+    mv "$work/made" "$made"
+    rm -rf "$work"
+    trap - EXIT
+    exec 8>&-
+}
+
+# built PRESET [TARGET...]: configures when that is due, and builds.
+built() {
+    local preset=$1
+    shift
+    [ build/"$preset"/build.ninja -nt CMakePresets.json ] || step "Configuring $preset" cmake --preset "$preset"
+    step "Building $preset" cmake --build --preset "$preset" -j "$(nproc)" ${@:+--target "$@"}
+}
+
+# wine_ready: makes the Wine prefix and starts its server, in a step of its own.
+wine_ready() {
+    need run
+    step "Wine prefix" scripts/wine --start
+}
+
+# product_documents FOLDER: lays out the product's documents there from the plain ones of Samples/documents/.
+product_documents() {
+    local folder=$1 plain stored document
+    mkdir -p "$folder"
+    while read -r plain stored document; do
+        if [ "$document" = - ]; then
+            cp "Samples/documents/$plain" "$folder/$stored"
+        else
+            scripts/wine build/release/bin/vrnt.exe xen encrypt --document "$document" \
+                "Samples/documents/$plain" "$(windows_path "$folder/$stored")"
+        fi
+    done < <(grep -v '^#' Samples/documents/LIST)
+    cp build/release/bin/libexpat.dll "$folder/"
+}
+
+# windows_path PATH: how a program under Wine names this absolute path.
+windows_path() {
+    local path=Z:$1
+    echo "${path//\//\\}"
+}
+
+# register_product FOLDER: tells the library where the product lies, a folder as a Windows program names it.
+register_product() {
+    scripts/wine reg add 'HKLM\Software\Kestrovane\Pelto' /f /v ProductPath /t REG_SZ /d "$1"
+}
+
+# registered_product: the folder that the library is told at present; nothing when there is none.
+registered_product() {
+    scripts/wine reg query 'HKLM\Software\Kestrovane\Pelto' /v ProductPath 2>/dev/null |
+        tr -d '\r' | sed -n 's/^ *ProductPath *REG_SZ *//p'
+}
