@@ -2,10 +2,10 @@
 
 #include "Boundary.h"
 #include "DescriptionReader.h"
+#include "DocumentFile.h"
 #include "Frwk_Utility.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
-#include "XenDocument.h"
 #include "ZkComn_DebugLog.h"
 
 #include <vector>
@@ -27,7 +27,8 @@ std::uint32_t CFunctionXml::QueryValueAsServiceUnit(const Request& _rstRequest)
 
         const Document& stDocument = DocumentOf(DocumentId::ServiceUnits);
         const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
-        XenDocument cDocument(stDocument, Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), m_cParser);
+        XenDocument cDocument(stDocument, Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), m_cParser,
+                              Access::Read);
         if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::QueryValueAsServiceUnit() - tszXmlFile is empty");
             return Result::g_ulFailed;

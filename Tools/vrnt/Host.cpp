@@ -1,0 +1,22 @@
+#include "Host.h"
+
+#include "ZkComn_String.h"
+
+#include <system_error>
+
+namespace Vrnt {
+
+Varnhelt::Module LoadModule(const GlobalOptions& _rstOptions)
+{
+    const std::filesystem::path tszPath = _rstOptions.sModule.empty()
+                                              ? ToolFolder() / L"Varnhelt.dll"
+                                              : std::filesystem::path(ToFullPath(_rstOptions.sModule));
+    try {
+        return Varnhelt::Module(tszPath);
+    } catch (const std::system_error& rError) {
+        throw UsageError("cannot load \"" + ZkCommon::String::ToUtf8(tszPath.wstring()) +
+                         "\": " + SystemErrorText(static_cast<std::uint32_t>(rError.code().value())));
+    }
+}
+
+} // namespace Vrnt

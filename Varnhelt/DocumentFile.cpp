@@ -1,0 +1,78 @@
+#include "DocumentFile.h"
+
+#include "ZkComn_Exception.h"
+#include "ZkComn_File.h"
+#include "ZkComn_XmlWriter.h"
+
+namespace Varnhelt {
+
+using namespace ZkCommon;
+
+namespace {
+
+std::wstring FolderOf(const std::wstring& _rtszPath)
+{
+    return _rtszPath.substr(0, _rtszPath.find_last_of(L"\\/") + 1);
+}
+
+void UseLibraryIn(Storage::XmlParser& _rParser, const std::wstring& _rtszFolder)
+{
+    if (!_rtszFolder.empty()) { // without the property it is the library beside this module
+        _rParser.SetProperty(L"PathOfDll", _rtszFolder);
+    }
+}
+
+} // namespace
+
+Storage::XmlElement PlainDocument::Select(const std::wstring& _rtszFile, const std::wstring& _rtszLibraryFolder,
+                                          const wchar_t* _pszRoot)
+{
+    m_tszLibraryFolder = _rtszLibraryFolder;
+    UseLibraryIn(m_rParser, m_tszLibraryFolder);
+    m_rParser.Load(_rtszFile,
+                   m_enAccess == Access::Write ? Storage::XmlParser::KeepWhole : Storage::XmlParser::KeepSelected);
+    Storage::XmlElement cElement;
+    m_rParser.Select(_pszRoot, cElement);
+    return cElement;
+}
+
+std::string PlainDocument::ToText()
+{
+    Storage::XmlWriter cWriter;
+    cWriter.Write(m_rParser.Document());
+    Storage::XmlParser cReader;
+    UseLibraryIn(cReader, m_tszLibraryFolder);
+    cReader.LoadText(cWriter.Output(), Storage::XmlParser::KeepWhole);
+    if (!Storage::ReadsBackAs(m_rParser.Document(), cReader.Document())) {
+        throw new Storage::XmlException(ERROR_INVALID_DATA);
+    }
+    return cWriter.Output();
+}
+
+// A copy that is only read lies where the system wants temporary files, so that reading needs no right to write beside
+// the document.
+XenDocument::XenDocument(const Document& _rstDocument, const std::wstring& _rtszPath, Storage::XmlParser& _rParser,
+                         Access _enAccess)
+    : m_rstDocument(_rstDocument),
+      m_cEncFile(_enAccess == Access::Write ? FolderOf(_rtszPath) : Storage::File::SystemTempFolder(), _rtszPath,
+                 _rstDocument.szKey),
+      m_cPlain(_rParser, _enAccess)
+{}
+
+bool XenDocument::Decrypt()
+{
+    m_tszPlainPath = m_cEncFile.DecryptedPath();
+    return !m_tszPlainPath.empty();
+}
+
+Storage::XmlElement XenDocument::Select(const std::wstring& _rtszLibraryFolder)
+{
+    return m_cPlain.Select(m_tszPlainPath, _rtszLibraryFolder, m_rstDocument.pszRoot);
+}
+
+bool XenDocument::Store()
+{
+    return m_cEncFile.WritePlain(m_cPlain.ToText()) && m_cEncFile.Encrypt();
+}
+
+} // namespace Varnhelt

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "DocumentTable.h"
+#include "EncFile.h"
+#include "ZkComn_XmlParser.h"
+
+#include <string>
+
+/** The file of a document while a reader or writer works on it. */
+namespace Varnhelt {
+
+/** What becomes of a document: a reader needs its root element only, a writer keeps all of it. */
+enum class Access
+{
+    Read,
+    Write,
+};
+
+/** A plain document. It holds the parser, and lets go of the file when the object goes. */
+class PlainDocument
+{
+public:
+    PlainDocument(ZkCommon::Storage::XmlParser& _rParser, Access _enAccess) : m_rParser(_rParser), m_enAccess(_enAccess)
+    {}
+    PlainDocument(const PlainDocument&) = delete;
+    PlainDocument& operator=(const PlainDocument&) = delete;
+    ~PlainDocument() { m_rParser.Close(); }
+
+    /**
+     * Parses the file and finds an element of it.
+     * @param _rtszLibraryFolder  where the parser library lies; empty: beside this module
+     * @param _pszRoot            absolute path of the element
+     * @return empty when the document has no such element
+     * @throws XmlException* when the file cannot be read or is not well-formed
+     */
+    ZkCommon::Storage::XmlElement Select(const std::wstring& _rtszFile, const std::wstring& _rtszLibraryFolder,
+                                         const wchar_t* _pszRoot);
+
+    /**
+     * The document as it stands now, as text. For Access::Write.
+     * @throws XmlException* code 13 when it holds what no document can: it would not read back as what it is
+     */
+    std::string ToText();
+
+private:
+    ZkCommon::Storage::XmlParser& m_rParser;
+    Access m_enAccess;
+    std::wstring m_tszLibraryFolder;
+};
+
+/** An encrypted document: its plaintext copy is gone when the object goes. */
+class XenDocument
+{
+public:
+    /** @param _rtszPath  of the encrypted file; when it is empty there is no copy to be had */
+    XenDocument(const Document& _rstDocument, const std::wstring& _rtszPath, ZkCommon::Storage::XmlParser& _rParser,
+                Access _enAccess);
+
+    /** Makes the plaintext copy. @return false when that fails, which is logged */
+    bool Decrypt();
+
+    /** Parses the plaintext copy and finds the document's root element; contract as PlainDocument::Select. */
+    ZkCommon::Storage::XmlElement Select(const std::wstring& _rtszLibraryFolder);
+
+    /**
+     * Stores the document as it stands now: the encrypted file is then the new one, whole, or else what it was.
+     * @return false when it cannot be encrypted or replaced, which is logged
+     * @throws XmlException* as PlainDocument::ToText, before anything is replaced
+     */
+    bool Store();
+
+private:
+    const Document& m_rstDocument;
+    CEncFile m_cEncFile;
+    std::wstring m_tszPlainPath;
+    PlainDocument m_cPlain; // goes before the copy does
+};
+
+} // namespace Varnhelt
