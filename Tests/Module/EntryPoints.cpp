@@ -1,0 +1,53 @@
+// The entry points by themselves, as part of this program: what happens when the module could not set itself up.
+
+#include "AllocationFault.h"
+#include "SrvFrwk_ResultCode.h"
+#include "TraceRecorder.h"
+#include "Varnhelt.h"
+
+#include <gmock/gmock.h>
+#include <windows.h>
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID);
+
+using namespace SrvFrwk;
+using testing::ElementsAre;
+
+namespace {
+
+TEST(EntryPoints, WithoutAManagerEveryExportFailsAndTheLibraryStays)
+{
+    const TraceRecorder cTrace(0x110);
+    Interface::IFunctionProvider* const pUntouched = reinterpret_cast<Interface::IFunctionProvider*>(0x1);
+    Interface::IFunctionProvider* pFunction = pUntouched;
+    EXPECT_EQ(Vrnt_Initialize(0, nullptr), Result::g_ulMissingObject);
+    EXPECT_EQ(Vrnt_Uninitialize(0, nullptr), Result::g_ulMissingObject);
+    EXPECT_EQ(Vrnt_CreateFunction(&pFunction, 0, nullptr), Result::g_ulMissingObject);
+    EXPECT_EQ(Vrnt_FreeFunction(nullptr), Result::g_ulMissingObject);
+    EXPECT_EQ(pFunction, pUntouched);
+    EXPECT_THAT(cTrace.Lines(), ElementsAre(L"!!! ***Vrnt_Initialize() - ::g_pFunctionManager was invalid.",
+                                            L"!!! ***Vrnt_Uninitialize() - ::g_pFunctionManager was invalid.",
+                                            L"!!! ***Vrnt_CreateFunction() - ::g_pFunctionManager was invalid.",
+                                            L"!!! ***Vrnt_FreeFunction() - ::g_pFunctionManager was invalid."));
+}
+
+TEST(EntryPoints, AttachmentSucceedsWithAndWithoutMemoryForTheManager)
+{
+    {
+        const AllocationFault cFault(1, 1);
+        EXPECT_TRUE(DllMain(::GetModuleHandleW(nullptr), DLL_PROCESS_ATTACH, nullptr));
+        EXPECT_EQ(Vrnt_Initialize(0, nullptr), Result::g_ulMissingObject);
+    }
+    EXPECT_TRUE(DllMain(::GetModuleHandleW(nullptr), DLL_PROCESS_DETACH, nullptr));
+    EXPECT_TRUE(DllMain(::GetModuleHandleW(nullptr), DLL_PROCESS_ATTACH, nullptr));
+    EXPECT_TRUE(DllMain(::GetModuleHandleW(nullptr), DLL_THREAD_ATTACH, nullptr));
+    Interface::IFunctionProvider* pFunction = nullptr;
+    EXPECT_EQ(Vrnt_CreateFunction(&pFunction, 0, nullptr), Result::g_ulSuccess); // no Vrnt_Initialize before
+    EXPECT_EQ(Vrnt_FreeFunction(pFunction), Result::g_ulSuccess);
+    EXPECT_EQ(Vrnt_Initialize(0, nullptr), Result::g_ulSuccess);
+    EXPECT_EQ(Vrnt_CreateFunction(nullptr, 0, nullptr), Result::g_ulInvalidArgument);
+    EXPECT_TRUE(DllMain(::GetModuleHandleW(nullptr), DLL_PROCESS_DETACH, nullptr));
+    EXPECT_EQ(Vrnt_Initialize(0, nullptr), Result::g_ulMissingObject);
+}
+
+} // namespace

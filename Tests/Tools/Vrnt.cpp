@@ -1,0 +1,182 @@
+// vrnt.exe as a person or a script runs it.
+
+#include "RunProgram.h"
+#include "TestProduct.h"
+#include "ZkComn_String.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+using Varnhelt::DocumentId;
+using Json = nlohmann::json;
+
+namespace {
+
+constexpr const char* g_szCatalogue = R"(<BaseFramework>
+  <FrameworkService Layer="eControlLayer" Service="eEventLog" version="17.0.1">
+    <Module>eDynamicLinkLibrary</Module><Startup>eAutomatic</Startup><Load>ePreLoad</Load>
+    <OrderOfLoading>0x10</OrderOfLoading><OrderOfUnloading>3</OrderOfUnloading>
+    <ConcurrentUnLoading>true</ConcurrentUnLoading><Shared>eIndependent</Shared>
+    <Controller>eCommon</Controller><Provider>eNone</Provider>
+    <ModuleName>Protokoll&#xE4;.dll</ModuleName><AllowToLoadSetupMode>false</AllowToLoadSetupMode>
+  </FrameworkService></BaseFramework>)";
+
+/** One line on stderr, as every error has. */
+MATCHER(IsOneLine, "") { return arg.starts_with("vrnt: ") && arg.find('\n') == arg.size() - 1; }
+
+class Vrnt : public testing::Test
+{
+protected:
+    TestProduct m_cProduct;
+};
+
+TEST_F(Vrnt, QueriesTheCatalogueAsJsonAndAsATable)
+{
+    m_cProduct.Store(DocumentId::ServiceUnits, g_szCatalogue);
+    const ProgramRun stJson = RunVrnt({L"--json", L"query", L"service-units"});
+    EXPECT_EQ(stJson.iExitStatus, 0);
+    EXPECT_EQ(Json::parse(stJson.sOutput), Json::parse(R"({"result": "0x00040200", "data": [{
+        "layer": 1, "serviceType": 2048, "moduleType": 2, "startupType": 1, "loadOption": 0, "orderOfLoading": 16,
+        "orderOfUnloading": 3, "concurrentUnloading": true, "sharedType": 0, "controllerType": 65536,
+        "providerType": 0, "moduleName": "Protokoll\u00E4.dll", "version": "17.0.1",
+        "allowToLoadInSetupMode": false}]})"));
+    const ProgramRun stTable = RunVrnt({L"query", L"service-units"});
+    EXPECT_EQ(stTable.iExitStatus, 0);
+    EXPECT_THAT(stTable.sOutput, HasSubstr("eControlLayer"));
+    EXPECT_THAT(stTable.sOutput, HasSubstr("Protokoll\xC3\xA4.dll"));
+    EXPECT_THAT(stTable.sError, IsEmpty());
+}
+
+TEST_F(Vrnt, AMissingDocumentIsTheLibrarysFailureInWords)
+{
+    const ProgramRun stRun = RunVrnt({L"--json", L"query", L"service-units"});
+    EXPECT_EQ(stRun.iExitStatus, 1);
+    EXPECT_EQ(Json::parse(stRun.sOutput), Json::parse(R"({"result": "0x80040201", "data": []})"));
+    EXPECT_THAT(stRun.sError, IsOneLine());
+    EXPECT_THAT(stRun.sError, HasSubstr("0x80040201 (the operation failed"));
+}
+
+struct UsageRow
+{
+    int iLine;
+    std::vector<std::wstring> vecArgument;
+    const char* szNamed; // what the line must name
+};
+
+TEST_F(Vrnt, AUsageErrorIsOneLineAndStatusTwo)
+{
+    const UsageRow aRow[] = {
+        {__LINE__, {}, "command"},
+        {__LINE__, {L"qery"}, "qery"},
+        {__LINE__, {L"query", L"service-unit"}, "service-unit"},
+        {__LINE__, {L"query", L"service-units", L"--nonsense"}, "--nonsense"},
+        {__LINE__, {L"--module", L"Z:\\nowhere\\Varnhelt.dll", L"query", L"service-units"}, "nowhere"},
+        {__LINE__, {L"trace", L"on", L"--level", L"12x"}, "12x"},
+        {__LINE__, {L"trace", L"show", L"Z:\\nowhere.log"}, "nowhere.log"},
+        {__LINE__, {L"xen", L"encrypt", L"--document", L"policies", L"in", L"out"}, "policies"},
+        {__LINE__, {L"xen", L"encrypt", L"--key", L"fifteen letters", L"in", L"out"}, "16"},
+        {__LINE__, {L"xen", L"encrypt", L"in", L"out"}, "--document"},
+        {__LINE__, {L"xen", L"decrypt", L"--document", L"policy", L"Z:\\nowhere.xen", L"out"}, "nowhere.xen"},
+    };
+    for (const UsageRow& stRow : aRow) {
+        const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
+        const ProgramRun stRun = RunVrnt(stRow.vecArgument);
+        EXPECT_EQ(stRun.iExitStatus, 2);
+        EXPECT_THAT(stRun.sError, IsOneLine());
+        EXPECT_THAT(stRun.sError, HasSubstr(stRow.szNamed));
+        EXPECT_THAT(stRun.sOutput, IsEmpty());
+    }
+}
+
+TEST_F(Vrnt, HelpGoesToTheOutputWithAnExample)
+{
+    const std::vector<std::vector<std::wstring>> vecCommand = {
+        {L"query", L"service-units"}, {L"documents"},       {L"xen", L"encrypt"},    {L"xen", L"decrypt"},
+        {L"trace", L"on"},            {L"trace", L"off"},   {L"trace", L"status"},   {L"trace", L"show"},
+    };
+    for (std::vector<std::wstring> vecArgument : vecCommand) {
+        vecArgument.emplace_back(L"--help");
+        const ProgramRun stRun = RunVrnt(vecArgument);
+        EXPECT_EQ(stRun.iExitStatus, 0);
+        EXPECT_THAT(stRun.sOutput, HasSubstr("Example: vrnt "));
+        EXPECT_THAT(stRun.sError, IsEmpty());
+    }
+}
+
+TEST_F(Vrnt, XenEncryptsAndDecryptsAndAFailureLeavesNoOutput)
+{
+    const TempFolder& cFolder = m_cProduct.Folder();
+    const std::string sPlain = "<Aliases>\n<Alias Id=\"1\"/></Aliases>"; // 34 bytes: padded to 48
+    cFolder.Write(L"plain \u00FC.xml", sPlain);
+    EXPECT_EQ(RunVrnt({L"xen", L"encrypt", L"--document", L"alias", cFolder.File(L"plain \u00FC.xml"),
+                       cFolder.File(L"alias.xen")})
+                  .iExitStatus,
+              0);
+    EXPECT_EQ(cFolder.Read(L"alias.xen").size(), 48U);
+    const ProgramRun stDecrypt = RunVrnt(
+        {L"--json", L"xen", L"decrypt", L"--key", L"Fe5~Qa1;Nu7:Rb3.", cFolder.File(L"alias.xen"), cFolder.File(L"out")});
+    EXPECT_EQ(Json::parse(stDecrypt.sOutput), Json({{"ok", true}}));
+    EXPECT_EQ(cFolder.Read(L"out"), sPlain);
+
+    cFolder.Write(L"short.xen", "fifteen letters");
+    const ProgramRun stFailure = RunVrnt({L"--json", L"xen", L"decrypt", L"--document", L"alias",
+                                          cFolder.File(L"short.xen"), cFolder.File(L"none")});
+    EXPECT_EQ(stFailure.iExitStatus, 1);
+    EXPECT_EQ(Json::parse(stFailure.sOutput), Json({{"ok", false}}));
+    EXPECT_THAT(stFailure.sError, IsOneLine());
+    EXPECT_FALSE(std::filesystem::exists(cFolder.File(L"none")));
+}
+
+TEST_F(Vrnt, DocumentsTellsWhatIsInstalled)
+{
+    m_cProduct.Store(DocumentId::ServiceUnits, g_szCatalogue);
+    const Json jsDocuments = Json::parse(RunVrnt({L"--json", L"documents"}).sOutput)["data"];
+    ASSERT_EQ(jsDocuments.size(), 16U);
+    const std::size_t uSize = m_cProduct.Stored(DocumentId::ServiceUnits).size();
+    EXPECT_EQ(jsDocuments[0], Json({{"document", "service-units"},
+                                    {"file", "FwSvUnit.xen"},
+                                    {"location", "installed"},
+                                    {"encrypted", true},
+                                    {"valueTypes", {"0x1"}},
+                                    {"present", true},
+                                    {"size", uSize}}));
+    EXPECT_EQ(jsDocuments[1]["present"], false);
+    EXPECT_EQ(jsDocuments[1]["size"], nullptr);
+    EXPECT_EQ(jsDocuments[1]["valueTypes"], Json({"0x2", "0x40000"}));
+    EXPECT_EQ(jsDocuments[9]["file"], nullptr);
+}
+
+TEST_F(Vrnt, ATracedQueryLeavesAFileThatTraceShowReads)
+{
+    const TempFolder cLogs;
+    ASSERT_EQ(RunVrnt({L"trace", L"on", L"--folder", cLogs.Path().wstring()}).iExitStatus, 0);
+    const Json jsOn = Json::parse(RunVrnt({L"--json", L"trace", L"status"}).sOutput)["data"]["interactive"];
+    EXPECT_EQ(jsOn["enabled"], true);
+    EXPECT_EQ(jsOn["level"], 0x111);
+    RunVrnt({L"query", L"service-units"});
+    ASSERT_EQ(RunVrnt({L"trace", L"off"}).iExitStatus, 0);
+    RunVrnt({L"query", L"service-units"});
+
+    const std::string sLog = cLogs.Read(L"vqxVarnhelt.log");
+    const std::string sFirst = sLog.substr(0, sLog.find("\r\n"));
+    EXPECT_THAT(sFirst, MatchesRegex("\\d\\d/\\d\\d/\\d\\d\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d \\w+:\\w+ @@@ "
+                                     "<Varnhelt> \\*\\*\\*Varnhelt\\.dll was loaded as process attach\\. - "
+                                     "Varnhelt\\(\\d+\\)"));
+    const std::wstring tszFile = cLogs.File(L"vqxVarnhelt.log");
+    const Json jsAll = Json::parse(RunVrnt({L"--json", L"trace", L"show", tszFile}).sOutput)["data"];
+    EXPECT_EQ(jsAll.back()["text"], "***Varnhelt.dll was unloaded as process detach.");
+    EXPECT_EQ(jsAll.back()["source"], "Varnhelt");
+    EXPECT_EQ(std::count(sLog.begin(), sLog.end(), '\n'), static_cast<std::ptrdiff_t>(jsAll.size()));
+    const Json jsErrors = Json::parse(
+        RunVrnt({L"--json", L"trace", L"show", tszFile, L"--errors", L"--grep", L"tszXmlFile"}).sOutput)["data"];
+    ASSERT_EQ(jsErrors.size(), 1U);
+    EXPECT_EQ(jsErrors[0]["text"], "*** CFunctionXml::QueryValueAsServiceUnit() - tszXmlFile is empty");
+    EXPECT_EQ(jsErrors[0]["level"], "error");
+}
+
+} // namespace
