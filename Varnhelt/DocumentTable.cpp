@@ -58,7 +58,8 @@ const Document& DocumentOf(DocumentId _enId) noexcept
 
 const Document* FindDocument(std::wstring_view _svName) noexcept
 {
-    const auto* pRow = std::ranges::find(g_aDocument, _svName, &Document::svName);
+    const auto* pRow = std::find_if(std::begin(g_aDocument), std::end(g_aDocument),
+                                    [&](const Document& _rstRow) { return _rstRow.svName == _svName; });
     return pRow == std::end(g_aDocument) ? nullptr : pRow;
 }
 

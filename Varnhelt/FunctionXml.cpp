@@ -5,6 +5,7 @@
 #include "ZkComn_DebugLog.h"
 
 #include <algorithm>
+#include <iterator>
 
 using namespace ZkCommon;
 using namespace SrvFrwk;
@@ -50,7 +51,8 @@ std::span<const ValueTypeRow> ValueTypes() noexcept
 
 const ValueTypeRow* FindValueType(std::uint32_t _ulValueType) noexcept
 {
-    const auto* pRow = std::ranges::find(g_aValueType, _ulValueType, &ValueTypeRow::ulValueType);
+    const auto* pRow = std::find_if(std::begin(g_aValueType), std::end(g_aValueType),
+                                    [=](const ValueTypeRow& _rstRow) { return _rstRow.ulValueType == _ulValueType; });
     return pRow == std::end(g_aValueType) ? nullptr : pRow;
 }
 

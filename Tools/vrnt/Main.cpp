@@ -42,6 +42,37 @@ void Configure(Tool& _rTool)
     AddTrace(_rTool);
 }
 
+/** The deepest command that the arguments have reached. */
+const CLI::App* Reached(const CLI::App& _rApp)
+{
+    const CLI::App* pApp = &_rApp;
+    while (!pApp->get_subcommands().empty()) {
+        pApp = pApp->get_subcommands().front();
+    }
+    return pApp;
+}
+
+/** What is wrong with the arguments, naming the word that nothing knows where the parser only misses a command. */
+std::string Explain(const CLI::App& _rApp, const CLI::ParseError& _rError)
+{
+    const CLI::App* pReached = Reached(_rApp);
+    const bool bMissesCommand = dynamic_cast<const CLI::RequiredError*>(&_rError) != nullptr &&
+                                !pReached->get_subcommands([](const CLI::App*) { return true; }).empty();
+    if (!bMissesCommand) {
+        return _rError.what();
+    }
+    std::string sKnown;
+    for (const CLI::App* pCommand : pReached->get_subcommands([](const CLI::App*) { return true; })) {
+        if (!pCommand->get_name().empty()) { // a group of options has none
+            sKnown += (sKnown.empty() ? "" : ", ") + pCommand->get_name();
+        }
+    }
+    const std::vector<std::string> vecUnknown = _rApp.remaining(true);
+    return sKnown.empty()       ? std::string(_rError.what())
+           : vecUnknown.empty() ? "a command is missing: " + sKnown
+                                : "unknown command \"" + vecUnknown.front() + "\": there are " + sKnown;
+}
+
 int Complain(const std::string& _rsText)
 {
     std::string sLine = "vrnt: " + _rsText;
@@ -58,14 +89,10 @@ int Run(int _iCount, wchar_t** _ppArguments)
         stTool.cApp.parse(Arguments(_iCount, _ppArguments));
         return stTool.iExitStatus;
     } catch (const CLI::CallForHelp&) {
-        const CLI::App* pApp = &stTool.cApp;
-        while (!pApp->get_subcommands().empty()) {
-            pApp = pApp->get_subcommands().front();
-        }
-        Write(pApp->help());
+        Write(Reached(stTool.cApp)->help());
         return ExitSuccess;
     } catch (const CLI::ParseError& rError) {
-        return Complain(rError.what());
+        return Complain(Explain(stTool.cApp, rError));
     } catch (const UsageError& rError) {
         return Complain(rError.what());
     } catch (ZkCommon::Exception::Base* pError) {

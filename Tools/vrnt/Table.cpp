@@ -27,22 +27,32 @@ struct Column
     std::vector<std::string> vecHeading; // line by line
 };
 
-/** Breaks a heading at its blanks into lines no wider than its column's cells, or than its longest word. */
-std::vector<std::string> Break(const std::string& _rsHeading, std::size_t& _ruWidth)
+constexpr std::size_t g_uHeadingLines = 2;
+
+/** Breaks a text at its blanks into lines of at most that width, where its words are not longer. */
+std::vector<std::string> BreakAt(const std::string& _rsText, std::size_t _uWidth)
 {
-    std::istringstream cWords(_rsHeading);
-    std::vector<std::string> vecWord;
-    for (std::string sWord; cWords >> sWord;) {
-        _ruWidth = std::max(_ruWidth, WidthOf(sWord));
-        vecWord.push_back(sWord);
-    }
+    std::istringstream cWords(_rsText);
     std::vector<std::string> vecLine;
-    for (const std::string& sWord : vecWord) {
-        if (!vecLine.empty() && WidthOf(vecLine.back()) + 1 + WidthOf(sWord) <= _ruWidth) {
+    for (std::string sWord; cWords >> sWord;) {
+        if (!vecLine.empty() && WidthOf(vecLine.back()) + 1 + WidthOf(sWord) <= _uWidth) {
             vecLine.back() += " " + sWord;
         } else {
             vecLine.push_back(sWord);
         }
+    }
+    return vecLine;
+}
+
+/** Breaks a heading so that it fits its column, which it widens only when it would need too many lines. */
+std::vector<std::string> BreakHeading(const std::string& _rsHeading, std::size_t& _ruWidth)
+{
+    std::vector<std::string> vecLine = BreakAt(_rsHeading, _ruWidth);
+    while (vecLine.size() > g_uHeadingLines) {
+        vecLine = BreakAt(_rsHeading, ++_ruWidth);
+    }
+    for (const std::string& sLine : vecLine) {
+        _ruWidth = std::max(_ruWidth, WidthOf(sLine));
     }
     return vecLine;
 }
@@ -75,7 +85,7 @@ std::string Table::ToText() const
             stColumn.bNumbers = stColumn.bNumbers && IsNumber(vecCell[i]);
         }
         stColumn.bNumbers = stColumn.bNumbers && !m_vecRow.empty();
-        stColumn.vecHeading = Break(m_vecHeading[i], stColumn.uWidth);
+        stColumn.vecHeading = BreakHeading(m_vecHeading[i], stColumn.uWidth);
         uHeadingLines = std::max(uHeadingLines, stColumn.vecHeading.size());
     }
     std::string sText;
