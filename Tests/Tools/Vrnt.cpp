@@ -27,7 +27,10 @@ constexpr const char* g_szCatalogue = R"(<BaseFramework>
   </FrameworkService></BaseFramework>)";
 
 /** One line on stderr, as every error has. */
-MATCHER(IsOneLine, "") { return arg.starts_with("vrnt: ") && arg.find('\n') == arg.size() - 1; }
+MATCHER(IsOneLine, "")
+{
+    return arg.starts_with("vrnt: ") && arg.find('\n') == arg.size() - 1;
+}
 
 class Vrnt : public testing::Test
 {
@@ -96,8 +99,9 @@ TEST_F(Vrnt, AUsageErrorIsOneLineAndStatusTwo)
 TEST_F(Vrnt, HelpGoesToTheOutputWithAnExample)
 {
     const std::vector<std::vector<std::wstring>> vecCommand = {
-        {L"query", L"service-units"}, {L"documents"},       {L"xen", L"encrypt"},    {L"xen", L"decrypt"},
-        {L"trace", L"on"},            {L"trace", L"off"},   {L"trace", L"status"},   {L"trace", L"show"},
+        {L"query", L"service-units"}, {L"documents"},      {L"xen", L"encrypt"},
+        {L"xen", L"decrypt"},         {L"trace", L"on"},   {L"trace", L"off"},
+        {L"trace", L"status"},        {L"trace", L"show"},
     };
     for (std::vector<std::wstring> vecArgument : vecCommand) {
         vecArgument.emplace_back(L"--help");
@@ -118,14 +122,14 @@ TEST_F(Vrnt, XenEncryptsAndDecryptsAndAFailureLeavesNoOutput)
                   .iExitStatus,
               0);
     EXPECT_EQ(cFolder.Read(L"alias.xen").size(), 48U);
-    const ProgramRun stDecrypt = RunVrnt(
-        {L"--json", L"xen", L"decrypt", L"--key", L"Fe5~Qa1;Nu7:Rb3.", cFolder.File(L"alias.xen"), cFolder.File(L"out")});
+    const ProgramRun stDecrypt = RunVrnt({L"--json", L"xen", L"decrypt", L"--key", L"Fe5~Qa1;Nu7:Rb3.",
+                                          cFolder.File(L"alias.xen"), cFolder.File(L"out")});
     EXPECT_EQ(Json::parse(stDecrypt.sOutput), Json({{"ok", true}}));
     EXPECT_EQ(cFolder.Read(L"out"), sPlain);
 
     cFolder.Write(L"short.xen", "fifteen letters");
-    const ProgramRun stFailure = RunVrnt({L"--json", L"xen", L"decrypt", L"--document", L"alias",
-                                          cFolder.File(L"short.xen"), cFolder.File(L"none")});
+    const ProgramRun stFailure = RunVrnt(
+        {L"--json", L"xen", L"decrypt", L"--document", L"alias", cFolder.File(L"short.xen"), cFolder.File(L"none")});
     EXPECT_EQ(stFailure.iExitStatus, 1);
     EXPECT_EQ(Json::parse(stFailure.sOutput), Json({{"ok", false}}));
     EXPECT_THAT(stFailure.sError, IsOneLine());
