@@ -4,6 +4,16 @@ if(VARNHELT_CHECKS)
     return()
 endif()
 
+# A host sees these and nothing else.
+set(VARNHELT_PUBLIC_HEADERS
+    Varnhelt/Varnhelt.h
+    Varnhelt/VarnheltLoader.h
+    Common/FrwkCommon/Frwk_DataTypes.h
+    Common/SrvFrwkCommon/SrvFrwk_Interface.h
+    Common/SrvFrwkCommon/SrvFrwk_Records.h
+    Common/SrvFrwkCommon/SrvFrwk_ResultCode.h
+    Common/SrvFrwkCommon/SrvFrwk_ValueType.h)
+
 include(CMakePackageConfigHelpers)
 set(package_dir lib/cmake/Varnhelt)
 

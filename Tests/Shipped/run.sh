@@ -1,0 +1,65 @@
+#!/usr/bin/env bash
+# What a customer gets: the installed tree of the release, looked at from outside and used by a host of its own.
+# Exit status 77 (skipped) where there is no release yet.
+. "$(dirname "$0")/../../scripts/lib.sh"
+
+[ -e build/release/bin/Varnhelt.dll ] || exit 77
+work=$root/build/shipped
+tree=$work/moved
+faults=0
+fault() {
+    echo "fault: $*"
+    faults=$((faults + 1))
+}
+objdump=x86_64-w64-mingw32-objdump
+
+rm -rf "$work"
+cmake --install build/release --prefix "$work/installed" >"$work.log"
+# Nothing in the tree may know where it was installed, or built.
+mv "$work/installed" "$tree"
+grep -rlF -e "$root" "$tree" && fault "names a folder of the build machine"
+
+while read -r library names; do
+    exported=$($objdump -p "$tree/bin/$library" | sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/s/^\t\[ *[0-9]*\] //p' | sort)
+    [ "$exported" = "$(tr ' ' '\n' <<<"$names")" ] || fault "$library exports" $exported
+done < <(grep -v '^#' Tests/Shipped/exports)
+
+# The system's own libraries; a compiler's run time is none of them.
+system=" advapi32 kernel32 msvcrt ole32 shell32 shlwapi user32 version "
+for binary in "$tree"/bin/*.dll "$tree"/bin/*.exe; do
+    imported=$($objdump -p "$binary" | sed -n 's/.*DLL Name: //p' | tr '[:upper:]' '[:lower:]')
+    [ -n "$imported" ] || fault "${binary##*/} imports nothing: is it whole?"
+    for library in $imported; do
+        [[ $system == *" ${library%.dll} "* ]] || fault "${binary##*/} depends on $library"
+    done
+done
+
+# The version resource: words of UTF-16 in its section.
+version=$(sed -n 's/^project(Varnhelt VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+for binary in Varnhelt.dll vrnt.exe ZkDbgLog.dll; do
+    x86_64-w64-mingw32-objcopy -O binary -j .rsrc "$tree/bin/$binary" "$work/resource"
+    words=$(strings -e l "$work/resource" | tr '\n' ' ')
+    [[ $words == *"FileVersion $version "* && $words == *"OriginalFilename $binary "* ]] ||
+        fault "the version resource of $binary says: $words"
+done
+
+for header in "$tree"/include/Varnhelt/*.h; do
+    x86_64-w64-mingw32-g++-posix -std=c++20 -Wall -Wextra -Werror -fsyntax-only -I "$tree/include" -x c++ "$header" ||
+        fault "${header##*/} does not compile by itself"
+done
+
+# A host that has the installed tree alone.
+cmake -S "$tree/share/Varnhelt/samples/host" -B "$work/host" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-w64.cmake" -DCMAKE_PREFIX_PATH="$tree" >>"$work.log"
+cmake --build "$work/host" >>"$work.log" || fault "the host does not build: $(tail -n 20 "$work.log")"
+product_documents "$work/product"
+before=$(registered_product)
+register_product "$(windows_path "$work/product")" >>"$work.log"
+scripts/wine "$work/host/host.exe" "$(windows_path "$tree/bin/Varnhelt.dll")" >"$work/told" || fault "the host left with $?"
+tail -n 4 "$work/told"
+[ "$(grep -c '\.\(dll\|exe\) .*17\.' "$work/told")" = 40 ] || fault "the host did not list the forty units"
+if [ -n "$before" ]; then
+    register_product "$before" >>"$work.log"
+fi
+
+[ $faults = 0 ]
