@@ -175,13 +175,20 @@ windows_path() {
     echo "${path//\//\\}"
 }
 
-# register_product FOLDER: tells the library where the product lies, a folder as a Windows program names it.
+product_key='HKLM\Software\Kestrovane\Pelto'
+
+# register_product FOLDER: tells the library where the product lies, a folder as a Windows program names it; nowhere when
+# it is empty.
 register_product() {
-    scripts/wine reg add 'HKLM\Software\Kestrovane\Pelto' /f /v ProductPath /t REG_SZ /d "$1"
+    if [ -n "$1" ]; then
+        scripts/wine reg add "$product_key" /f /v ProductPath /t REG_SZ /d "$1"
+    else
+        scripts/wine reg delete "$product_key" /f /v ProductPath
+    fi
 }
 
-# registered_product: the folder that the library is told at present; nothing when there is none.
+# registered_product: the folder that the library is told at present, empty when there is none.
 registered_product() {
-    scripts/wine reg query 'HKLM\Software\Kestrovane\Pelto' /v ProductPath 2>/dev/null |
+    { scripts/wine reg query "$product_key" /v ProductPath 2>/dev/null || true; } |
         tr -d '\r' | sed -n 's/^ *ProductPath *REG_SZ *//p'
 }

@@ -1,9 +1,21 @@
 #include "Footprint.h"
 
 #include <array>
+#include <cstdint>
 #include <tlhelp32.h>
 
 namespace {
+
+// By trying them: Wine answers GetProcessHandleCount with 0.
+DWORD CountHandles()
+{
+    DWORD ulHandles = 0;
+    for (std::uintptr_t uHandle = 4; uHandle < 0x10000; uHandle += 4) {
+        DWORD ulFlags = 0;
+        ulHandles += ::GetHandleInformation(reinterpret_cast<HANDLE>(uHandle), &ulFlags) != FALSE ? 1U : 0U;
+    }
+    return ulHandles;
+}
 
 DWORD CountThreads()
 {
@@ -54,7 +66,7 @@ std::size_t CountPrivateBytes()
 Footprint Footprint::Now()
 {
     Footprint stNow;
-    ::GetProcessHandleCount(::GetCurrentProcess(), &stNow.ulHandles);
+    stNow.ulHandles = CountHandles();
     stNow.ulThreads = CountThreads();
     stNow.uHeapBytes = CountHeapBytes();
     stNow.uPrivateBytes = CountPrivateBytes();

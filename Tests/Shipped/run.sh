@@ -3,6 +3,7 @@
 # Exit status 77 (skipped) where there is no release yet.
 . "$(dirname "$0")/../../scripts/lib.sh"
 
+trap 'echo "line $LINENO failed; the log is ${work#"$root"/}.log"' ERR
 [ -e build/release/bin/Varnhelt.dll ] || exit 77
 work=$root/build/shipped
 tree=$work/moved
@@ -44,7 +45,8 @@ for binary in Varnhelt.dll vrnt.exe ZkDbgLog.dll; do
 done
 
 for header in "$tree"/include/Varnhelt/*.h; do
-    x86_64-w64-mingw32-g++-posix -std=c++20 -Wall -Wextra -Werror -fsyntax-only -I "$tree/include" -x c++ "$header" ||
+    x86_64-w64-mingw32-g++-posix -std=c++20 -Wall -Wextra -Werror -fsyntax-only -I "$tree/include" -x c++ - \
+        <<<"#include <Varnhelt/${header##*/}>" ||
         fault "${header##*/} does not compile by itself"
 done
 
@@ -58,8 +60,6 @@ register_product "$(windows_path "$work/product")" >>"$work.log"
 scripts/wine "$work/host/host.exe" "$(windows_path "$tree/bin/Varnhelt.dll")" >"$work/told" || fault "the host left with $?"
 tail -n 4 "$work/told"
 [ "$(grep -c '\.\(dll\|exe\) .*17\.' "$work/told")" = 40 ] || fault "the host did not list the forty units"
-if [ -n "$before" ]; then
-    register_product "$before" >>"$work.log"
-fi
+register_product "$before" >>"$work.log"
 
 [ $faults = 0 ]
