@@ -1,5 +1,6 @@
 #include "EncFile.h"
 
+#include "Boundary.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_FileCrypt.h"
 
@@ -9,6 +10,7 @@
 
 using namespace ZkCommon;
 using namespace ZkCommon::Storage;
+using Varnhelt::MethodTrace;
 
 namespace {
 
@@ -51,82 +53,30 @@ CEncFile::~CEncFile()
 
 bool CEncFile::Decrypt()
 {
-    constexpr const wchar_t* pszMethod = L"CEncFile::Decrypt()";
-    if (!CheckFields(pszMethod)) {
-        return false;
-    }
-    if (!m_tsDecFilePath.empty()) {
-        RemoveCopy(pszMethod);
-    }
-    if (!MakeCopy(pszMethod)) {
-        return false;
-    }
-    CipherKey stKey;
-    if (!stKey.Copy(m_sKey, pszMethod)) {
-        RemoveCopy(pszMethod);
-        return false;
-    }
-    File::Conversion stConversion(File::Conversion::Direction::Decrypt);
-    if (!stConversion.Run(m_tsEncFilePath, FILE_SHARE_READ, stKey.Bytes()) || !stConversion.WriteTo(m_stDecFile)) {
-        Trace(TraceError, L"*** CEncFile::Decrypt() - ZkCommon::Storage::File::DecryptFile() failed");
-        RemoveCopy(pszMethod);
-        return false;
-    }
-    return true;
+    const MethodTrace cTrace(L"CEncFile::Decrypt()");
+    return cTrace.Leave(DecryptToCopy()) != 0;
 }
 
 bool CEncFile::Encrypt()
 {
-    constexpr const wchar_t* pszMethod = L"CEncFile::Encrypt()";
-    if (!CheckFields(pszMethod)) {
-        return false;
-    }
-    if (m_tsDecFilePath.empty()) {
-        Trace(TraceError, L"*** CEncFile::Encrypt() - m_tsDecFilePath is empty");
-        return false;
-    }
-    // Beside the document, which need not be where the copy is: only there is moving over it one step.
-    File::Replacement stNew(m_tsEncFilePath);
-    if (const std::uint32_t ulError = stNew.Create(); ulError != ERROR_SUCCESS) {
-        Trace(TraceError, L"*** CEncFile::Encrypt() - ::GetTempFileName() failed: 0x%08X", ulError);
-        return false;
-    }
-    CipherKey stKey;
-    if (!stKey.Copy(m_sKey, pszMethod)) {
-        return false;
-    }
-    File::Conversion stConversion(File::Conversion::Direction::Encrypt);
-    if (!stConversion.Run(m_tsDecFilePath, File::g_ulShareAll, stKey.Bytes()) || !stConversion.WriteTo(stNew)) {
-        Trace(TraceError, L"*** CEncFile::Encrypt() - ZkCommon::Storage::File::EncryptFile() failed");
-        return false;
-    }
-    if (const std::uint32_t ulError = stNew.Commit(); ulError != ERROR_SUCCESS) {
-        Trace(TraceError, L"*** CEncFile::Encrypt() - ::MoveFileEx() failed: 0x%08X", ulError);
-        return false;
-    }
-    return true;
+    const MethodTrace cTrace(L"CEncFile::Encrypt()");
+    return cTrace.Leave(EncryptFromCopy()) != 0;
 }
 
 std::wstring CEncFile::DecryptedPath()
 {
+    const MethodTrace cTrace(L"CEncFile::DecryptedPath()");
     if (m_tsDecFilePath.empty() && !Decrypt()) {
         Trace(TraceError, L"*** CEncFile::DecryptedPath() - CEncFile::Decrypt() failed");
     }
+    cTrace.Leave(0);
     return m_tsDecFilePath;
 }
 
 bool CEncFile::WritePlain(std::span<const std::uint8_t> _spanContent)
 {
-    constexpr const wchar_t* pszMethod = L"CEncFile::WritePlain()";
-    if (m_tsDecFilePath.empty() && !MakeCopy(pszMethod)) {
-        return false;
-    }
-    const std::uint32_t ulError = m_stDecFile.Write(_spanContent);
-    if (ulError != ERROR_SUCCESS) {
-        Trace(TraceError, L"*** %s - Failed to write file(%s), error: %d", pszMethod, m_tsDecFilePath, ulError);
-        RemoveCopy(pszMethod); // half a document must not be encrypted
-    }
-    return ulError == ERROR_SUCCESS;
+    const MethodTrace cTrace(L"CEncFile::WritePlain()");
+    return cTrace.Leave(WriteToCopy(_spanContent)) != 0;
 }
 
 bool CEncFile::WritePlain(std::string_view _svContent)
@@ -136,7 +86,9 @@ bool CEncFile::WritePlain(std::string_view _svContent)
 
 bool CEncFile::DeleteDecrypted()
 {
-    return m_tsDecFilePath.empty() || RemoveCopy(L"CEncFile::DeleteDecrypted()");
+    constexpr const wchar_t* pszMethod = L"CEncFile::DeleteDecrypted()";
+    const MethodTrace cTrace(pszMethod);
+    return cTrace.Leave(m_tsDecFilePath.empty() || RemoveCopy(pszMethod)) != 0;
 }
 
 bool CEncFile::CheckFields(const wchar_t* _pszMethod) const noexcept
@@ -169,6 +121,78 @@ bool CEncFile::RemoveCopy(const wchar_t* _pszMethod) noexcept
     m_tsDecFilePath.clear();
     if (ulError != ERROR_SUCCESS) {
         Trace(TraceError, L"*** %s - ::DeleteFile() failed: 0x%08X", _pszMethod, ulError);
+    }
+    return ulError == ERROR_SUCCESS;
+}
+
+bool CEncFile::DecryptToCopy()
+{
+    constexpr const wchar_t* pszMethod = L"CEncFile::Decrypt()";
+    if (!CheckFields(pszMethod)) {
+        return false;
+    }
+    if (!m_tsDecFilePath.empty()) {
+        RemoveCopy(pszMethod);
+    }
+    if (!MakeCopy(pszMethod)) {
+        return false;
+    }
+    CipherKey stKey;
+    if (!stKey.Copy(m_sKey, pszMethod)) {
+        RemoveCopy(pszMethod);
+        return false;
+    }
+    File::Conversion stConversion(File::Conversion::Direction::Decrypt);
+    if (!stConversion.Run(m_tsEncFilePath, FILE_SHARE_READ, stKey.Bytes()) || !stConversion.WriteTo(m_stDecFile)) {
+        Trace(TraceError, L"*** CEncFile::Decrypt() - ZkCommon::Storage::File::DecryptFile() failed");
+        RemoveCopy(pszMethod);
+        return false;
+    }
+    return true;
+}
+
+bool CEncFile::EncryptFromCopy()
+{
+    constexpr const wchar_t* pszMethod = L"CEncFile::Encrypt()";
+    if (!CheckFields(pszMethod)) {
+        return false;
+    }
+    if (m_tsDecFilePath.empty()) {
+        Trace(TraceError, L"*** CEncFile::Encrypt() - m_tsDecFilePath is empty");
+        return false;
+    }
+    // Beside the document, which need not be where the copy is: only there is moving over it one step.
+    File::Replacement stNew(m_tsEncFilePath);
+    if (const std::uint32_t ulError = stNew.Create(); ulError != ERROR_SUCCESS) {
+        Trace(TraceError, L"*** CEncFile::Encrypt() - ::GetTempFileName() failed: 0x%08X", ulError);
+        return false;
+    }
+    CipherKey stKey;
+    if (!stKey.Copy(m_sKey, pszMethod)) {
+        return false;
+    }
+    File::Conversion stConversion(File::Conversion::Direction::Encrypt);
+    if (!stConversion.Run(m_tsDecFilePath, File::g_ulShareAll, stKey.Bytes()) || !stConversion.WriteTo(stNew)) {
+        Trace(TraceError, L"*** CEncFile::Encrypt() - ZkCommon::Storage::File::EncryptFile() failed");
+        return false;
+    }
+    if (const std::uint32_t ulError = stNew.Commit(); ulError != ERROR_SUCCESS) {
+        Trace(TraceError, L"*** CEncFile::Encrypt() - ::MoveFileEx() failed: 0x%08X", ulError);
+        return false;
+    }
+    return true;
+}
+
+bool CEncFile::WriteToCopy(std::span<const std::uint8_t> _spanContent)
+{
+    constexpr const wchar_t* pszMethod = L"CEncFile::WritePlain()";
+    if (m_tsDecFilePath.empty() && !MakeCopy(pszMethod)) {
+        return false;
+    }
+    const std::uint32_t ulError = m_stDecFile.Write(_spanContent);
+    if (ulError != ERROR_SUCCESS) {
+        Trace(TraceError, L"*** %s - Failed to write file(%s), error: %d", pszMethod, m_tsDecFilePath, ulError);
+        RemoveCopy(pszMethod); // half a document must not be encrypted
     }
     return ulError == ERROR_SUCCESS;
 }

@@ -46,6 +46,9 @@ private:
     bool MakeCopy(const wchar_t* _pszMethod);
     bool RemoveCopy(const wchar_t* _pszMethod) noexcept;
     bool CheckFields(const wchar_t* _pszMethod) const noexcept;
+    bool DecryptToCopy();
+    bool EncryptFromCopy();
+    bool WriteToCopy(std::span<const std::uint8_t> _spanContent);
 
     std::wstring m_tsFolderPath;
     std::wstring m_tsEncFilePath;
