@@ -37,7 +37,7 @@ void OurCipher(benchmark::State& _rState, Rijndael::Direction _enDirection)
         }
         benchmark::ClobberMemory();
     }
-    _rState.SetBytesProcessed(static_cast<std::int64_t>(_rState.iterations() * g_uMessage));
+    _rState.SetBytesProcessed(_rState.iterations() * static_cast<std::int64_t>(g_uMessage));
 }
 
 void Gcrypt(benchmark::State& _rState, Rijndael::Direction _enDirection)
@@ -61,7 +61,7 @@ void Gcrypt(benchmark::State& _rState, Rijndael::Direction _enDirection)
         ::gcry_cipher_close(hCipher);
         benchmark::ClobberMemory();
     }
-    _rState.SetBytesProcessed(static_cast<std::int64_t>(_rState.iterations() * g_uMessage));
+    _rState.SetBytesProcessed(_rState.iterations() * static_cast<std::int64_t>(g_uMessage));
 }
 
 BENCHMARK_CAPTURE(OurCipher, decrypt, Rijndael::Direction::Decrypt)->Name("decrypt-1m/candidate");
