@@ -10,3 +10,4 @@ set(CMAKE_CXX_FLAGS_INIT
 set(gcc_libraries "-fuse-ld=lld -L/usr/lib/gcc/x86_64-w64-mingw32/12-posix -lpthread")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "${gcc_libraries}")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "${gcc_libraries}")
+set(CMAKE_MODULE_LINKER_FLAGS_INIT "${gcc_libraries}")

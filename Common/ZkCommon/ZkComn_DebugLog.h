@@ -58,7 +58,7 @@ public:
                 std::va_list _args) noexcept;
 
 private:
-    struct State
+    struct alignas(std::uint64_t) State // one word, which the processor reads as a whole
     {
         bool bInitialized;
         bool bEnabled;
@@ -81,6 +81,7 @@ private:
     // going out of date does no harm: the line is handed over under the library lock, and only to a bound library.
     Synchronize::CriticalSection m_StateLock;
     std::atomic<State> m_stState{State{}};
+    static_assert(std::atomic<State>::is_always_lock_free);
 
     // Taken before the state lock. Guards what follows.
     Synchronize::CriticalSection m_LibraryLock;

@@ -5,11 +5,73 @@
 
 #include <algorithm>
 #include <iterator>
+#include <tuple>
 #include <windows.h>
 
 namespace ZkCommon::Platform {
 
 namespace {
+
+enum class Width
+{
+    Any,
+    X86,
+    X64,
+};
+
+/** A kind that one release of the NT family is of. */
+struct Release
+{
+    std::uint32_t ulOsType;
+    std::uint32_t ulMajor;
+    std::uint32_t ulMinor;
+    Width enWidth = Width::Any;
+    std::uint32_t ulProductType = 0; // 0: any
+
+    constexpr bool Is(const Version& _rstVersion) const noexcept
+    {
+        return _rstVersion.ulMajor == ulMajor && _rstVersion.ulMinor == ulMinor &&
+               (enWidth == Width::Any || (enWidth == Width::X64) == _rstVersion.b64Bit) &&
+               (ulProductType == 0 || ulProductType == _rstVersion.ulProductType);
+    }
+};
+
+constexpr Release g_aRelease[] = {
+    {Os2000, 5, 0},
+    {Os2003, 5, 2, Width::Any, VER_NT_SERVER},
+    {OsXp32, 5, 1, Width::Any, VER_NT_WORKSTATION},
+    {OsXp64, 5, 2, Width::Any, VER_NT_WORKSTATION},
+    {OsVista32, 6, 0, Width::X86},
+    {OsVista64, 6, 0, Width::X64},
+    {OsVista32Or64, 6, 0},
+    {OsSeven32, 6, 1, Width::X86},
+    {OsSeven64, 6, 1, Width::X64},
+    {OsSeven32Or64, 6, 1},
+    {OsEight32, 6, 2, Width::X86},
+    {OsEight64, 6, 2, Width::X64},
+    {OsEight32Or64, 6, 2},
+};
+
+/** A kind that the NT family is of from a release with a service pack on. */
+struct Since
+{
+    std::uint32_t ulOsType;
+    std::uint32_t ulMajor;
+    std::uint32_t ulMinor;
+    std::uint32_t ulServicePack;
+
+    bool IsReachedBy(const Version& _rstVersion) const noexcept
+    {
+        return std::tie(_rstVersion.ulMajor, _rstVersion.ulMinor, _rstVersion.ulServicePack) >=
+               std::tie(ulMajor, ulMinor, ulServicePack);
+    }
+};
+
+constexpr Since g_aSince[] = {
+    {Os2000OrLater, 5, 0, 0},     {OsXpOrLater, 5, 1, 0},       {OsXpSp2OrLater, 5, 1, 2},
+    {OsXpSp3OrLater, 5, 1, 3},    {OsVistaOrLater, 6, 0, 0},    {OsVistaSp1OrLater, 6, 0, 1},
+    {OsVistaSp2OrLater, 6, 0, 2}, {OsSevenSp1OrLater, 6, 1, 1}, {OsEightOrLater, 6, 2, 0},
+};
 
 constexpr WORD g_usUnknownProcessor = 0xFFFF;
 
@@ -83,79 +145,30 @@ std::wstring_view NameOf(std::uint32_t _ulOsType) noexcept
 
 bool IsOfType(std::uint32_t _ulOsType, const Version& _rstVersion) noexcept
 {
-    const auto& [ulPlatform, ulMajor, ulMinor, ulServicePack, ulProductType, b64Bit] = _rstVersion;
-    const bool b9x = ulPlatform == VER_PLATFORM_WIN32_WINDOWS;
-    const bool bNt = ulPlatform == VER_PLATFORM_WIN32_NT;
-    const bool bWorkstation = ulProductType == VER_NT_WORKSTATION;
-    const bool bServer = ulProductType == VER_NT_SERVER;
-    const auto IsNt = [&](std::uint32_t _ulMajor, std::uint32_t _ulMinor) {
-        return bNt && ulMajor == _ulMajor && ulMinor == _ulMinor;
-    };
-    // NT, and above _ulMajor._ulMinor, or that version with the service pack.
-    const auto IsNtFrom = [&](std::uint32_t _ulMajor, std::uint32_t _ulMinor, std::uint32_t _ulServicePack) {
-        return bNt && (ulMajor > _ulMajor || (ulMajor == _ulMajor && ulMinor > _ulMinor) ||
-                       (IsNt(_ulMajor, _ulMinor) && ulServicePack >= _ulServicePack));
-    };
+    const bool b9x = _rstVersion.ulPlatform == VER_PLATFORM_WIN32_WINDOWS;
+    const bool bNt = _rstVersion.ulPlatform == VER_PLATFORM_WIN32_NT;
     switch (_ulOsType) {
     case OsMe:
-        return b9x && ulMajor == 4 && ulMinor == 90;
+        return b9x && _rstVersion.ulMajor == 4 && _rstVersion.ulMinor == 90;
     case Os9xOrMe:
         return b9x;
-    case Os2000:
-        return IsNt(5, 0);
-    case Os2003:
-        return IsNt(5, 2) && bServer;
-    case OsXp32:
-        return IsNt(5, 1) && bWorkstation;
-    case OsXp64:
-        return IsNt(5, 2) && bWorkstation;
     case OsXp32Or64:
-        return (IsNt(5, 1) || IsNt(5, 2)) && bWorkstation;
-    case OsVista32:
-        return IsNt(6, 0) && !b64Bit;
-    case OsVista64:
-        return IsNt(6, 0) && b64Bit;
-    case OsVista32Or64:
-        return IsNt(6, 0);
-    case OsSeven32:
-        return IsNt(6, 1) && !b64Bit;
-    case OsSeven64:
-        return IsNt(6, 1) && b64Bit;
-    case OsSeven32Or64:
-        return IsNt(6, 1);
-    case OsEight32:
-        return IsNt(6, 2) && !b64Bit;
-    case OsEight64:
-        return IsNt(6, 2) && b64Bit;
-    case OsEight32Or64:
-        return IsNt(6, 2);
+        return IsOfType(OsXp32, _rstVersion) || IsOfType(OsXp64, _rstVersion);
     case OsNtOrLater:
         return bNt;
-    case Os2000OrLater:
-        return IsNtFrom(5, 0, 0);
-    case OsXpOrLater:
-        return IsNtFrom(5, 1, 0);
-    case OsXpSp2OrLater:
-        return IsNtFrom(5, 1, 2);
-    case OsXpSp3OrLater:
-        return IsNtFrom(5, 1, 3);
-    case OsVistaOrLater:
-        return IsNtFrom(6, 0, 0);
-    case OsVistaSp1OrLater:
-        return IsNtFrom(6, 0, 1);
-    case OsVistaSp2OrLater:
-        return IsNtFrom(6, 0, 2);
-    case OsSevenOrLater:
-        return bNt && ulMajor >= 6 && ulMinor != 0; // on purpose not true of a 10.0
-    case OsSevenSp1OrLater:
-        return IsNtFrom(6, 1, 1);
-    case OsEightOrLater:
-        return IsNtFrom(6, 2, 0);
+    case OsSevenOrLater: // on purpose not true of a 10.0
+        return bNt && _rstVersion.ulMajor >= 6 && _rstVersion.ulMinor != 0;
     case OsNtServer:
-        return bNt && bServer;
+        return bNt && _rstVersion.ulProductType == VER_NT_SERVER;
     default:
-        return false;
+        break;
     }
+    const auto IsType = [=](const auto& _rstRow) { return _rstRow.ulOsType == _ulOsType; };
+    if (const auto it = std::ranges::find_if(g_aRelease, IsType); it != std::end(g_aRelease)) {
+        return bNt && it->Is(_rstVersion);
+    }
+    const auto it = std::ranges::find_if(g_aSince, IsType);
+    return it != std::end(g_aSince) && bNt && it->IsReachedBy(_rstVersion);
 }
 
 bool CheckOsType(std::uint32_t _ulOsType) noexcept

@@ -25,7 +25,7 @@ std::uint32_t CodeOf(const std::function<void()>& _fnBody)
         _fnBody();
         return 0;
     } catch (RegException* _pError) {
-        const Exception::Caught pCaught(_pError);
+        const ZkCommon::Exception::Caught pCaught(_pError);
         EXPECT_THAT(pCaught->SourceFile(), testing::EndsWith("ZkComn_Registry.cpp"));
         return pCaught->ErrorCode();
     }
