@@ -36,7 +36,7 @@ XmlNode* FirstNamed(XmlNode* _pNode, std::uint32_t _ulName) noexcept
 
 const XmlAttributeNode* FindAttribute(const XmlNode* _pNode, XmlName _name) noexcept
 {
-    const XmlAttributeNode* pAttribute = _pNode != nullptr ? _pNode->pFirstAttribute : nullptr;
+    const XmlAttributeNode* pAttribute = _pNode != nullptr ? _pNode->FirstAttribute() : nullptr;
     while (pAttribute != nullptr && pAttribute->ulName != _name.Id()) {
         pAttribute = pAttribute->pNext;
     }
@@ -48,7 +48,7 @@ class ReadText
 {
 public:
     explicit ReadText(const XmlNode& _rNode) noexcept
-        : m_svText(_rNode.pFirstChild != nullptr ? TrimXmlBlanks(_rNode.Text()) : _rNode.Text())
+        : m_svText(_rNode.FirstChild() != nullptr ? TrimXmlBlanks(_rNode.Text()) : _rNode.Text())
     {}
     bool AtEnd() const noexcept { return m_svText.empty(); }
     wchar_t Next() noexcept
@@ -78,8 +78,8 @@ bool SameText(const XmlNode& _rLeft, const XmlNode& _rRight) noexcept
 bool SameAttributes(const XmlTree& _rLeftTree, const XmlNode& _rLeft, const XmlTree& _rRightTree,
                     const XmlNode& _rRight) noexcept
 {
-    const XmlAttributeNode* pLeft = _rLeft.pFirstAttribute;
-    const XmlAttributeNode* pRight = _rRight.pFirstAttribute;
+    const XmlAttributeNode* pLeft = _rLeft.FirstAttribute();
+    const XmlAttributeNode* pRight = _rRight.FirstAttribute();
     while (pLeft != nullptr && pRight != nullptr) {
         if (_rLeftTree.NameOf(pLeft->ulName) != _rRightTree.NameOf(pRight->ulName) ||
             pLeft->stValue.View() != pRight->stValue.View()) {
@@ -106,7 +106,7 @@ XmlNode* FindPath(const XmlTree& _rTree, XmlNode* _pFirst, std::wstring_view _sv
     const std::uint32_t ulName = _rTree.Find(TakeName(_svPath)).Id();
     XmlNode* pNode = FirstNamed(_pFirst, ulName);
     while (pNode != nullptr && !_svPath.empty()) {
-        if (XmlNode* pFound = FindPath(_rTree, pNode->pFirstChild, _svPath); pFound != nullptr) {
+        if (XmlNode* pFound = FindPath(_rTree, pNode->FirstChild(), _svPath); pFound != nullptr) {
             return pFound;
         }
         pNode = FirstNamed(pNode->Next(), ulName);
@@ -133,7 +133,7 @@ std::wstring_view XmlElement::Text() const noexcept
 
 bool XmlElement::IsComment() const noexcept
 {
-    return m_pNode != nullptr && m_pNode->ulName == XmlTree::g_ulNoName && m_pNode->pText != nullptr;
+    return m_pNode != nullptr && m_pNode->ulName == XmlTree::g_ulNoName && m_pNode->TextRecord() != nullptr;
 }
 
 std::uint32_t XmlElement::Line() const noexcept
@@ -153,7 +153,7 @@ bool XmlElement::Is(XmlName _name) const noexcept
 
 XmlElement XmlElement::FirstChild() const noexcept
 {
-    return m_pNode != nullptr ? At(FirstElement(m_pNode->pFirstChild)) : XmlElement();
+    return m_pNode != nullptr ? At(FirstElement(m_pNode->FirstChild())) : XmlElement();
 }
 
 XmlElement XmlElement::FirstChild(std::wstring_view _svName) const noexcept
@@ -163,7 +163,7 @@ XmlElement XmlElement::FirstChild(std::wstring_view _svName) const noexcept
 
 XmlElement XmlElement::FirstChild(XmlName _name) const noexcept
 {
-    return m_pNode != nullptr ? At(FirstNamed(m_pNode->pFirstChild, _name.Id())) : XmlElement();
+    return m_pNode != nullptr ? At(FirstNamed(m_pNode->FirstChild(), _name.Id())) : XmlElement();
 }
 
 XmlElement XmlElement::NextSibling() const noexcept
@@ -188,7 +188,7 @@ XmlElement XmlElement::NextNamesake() const noexcept
 
 XmlElement XmlElement::FirstNode() const noexcept
 {
-    return m_pNode != nullptr ? At(m_pNode->pFirstChild) : XmlElement();
+    return m_pNode != nullptr ? At(m_pNode->FirstChild()) : XmlElement();
 }
 
 XmlElement XmlElement::NextNode() const noexcept
@@ -218,7 +218,7 @@ XmlElement XmlElement::Child(std::wstring_view _svPath) const noexcept
     if (_svPath.starts_with(L"./")) {
         _svPath.remove_prefix(2);
     }
-    return m_pNode != nullptr && !_svPath.empty() ? At(FindPath(*m_pTree, m_pNode->pFirstChild, _svPath))
+    return m_pNode != nullptr && !_svPath.empty() ? At(FindPath(*m_pTree, m_pNode->FirstChild(), _svPath))
                                                   : XmlElement();
 }
 
@@ -252,7 +252,7 @@ std::wstring_view XmlElement::Attribute(XmlName _name, std::wstring_view _svDefa
 
 XmlElement::AttributeRange XmlElement::Attributes() const noexcept
 {
-    return {m_pTree, m_pNode != nullptr ? m_pNode->pFirstAttribute : nullptr};
+    return {m_pTree, m_pNode != nullptr ? m_pNode->FirstAttribute() : nullptr};
 }
 
 XmlAttribute XmlElement::AttributeRange::Iterator::operator*() const noexcept
@@ -279,7 +279,7 @@ void XmlElement::SetAttribute(std::wstring_view _svName, std::wstring_view _svVa
     }
     Edit([&] {
         const std::uint32_t ulName = m_pTree->Intern(_svName);
-        XmlAttributeNode** ppLink = &m_pNode->pFirstAttribute;
+        XmlAttributeNode** ppLink = &m_pTree->ExtrasOf(m_pNode).pFirstAttribute;
         while (*ppLink != nullptr && (*ppLink)->ulName != ulName) {
             ppLink = &(*ppLink)->pNext;
         }
@@ -292,7 +292,7 @@ void XmlElement::SetAttribute(std::wstring_view _svName, std::wstring_view _svVa
 void XmlElement::SetText(std::wstring_view _svText)
 {
     if (m_pNode != nullptr) {
-        m_pNode->pText = Edit([&] { return _svText.empty() ? nullptr : m_pTree->NewText(_svText); });
+        Edit([&] { m_pTree->SetText(m_pNode, _svText.empty() ? nullptr : m_pTree->NewText(_svText)); });
     }
 }
 
@@ -315,7 +315,7 @@ XmlElement XmlElement::AddComment(std::wstring_view _svText)
     }
     return Edit([&] {
         XmlNode* pNode = m_pTree->NewNode(XmlTree::g_ulNoName);
-        pNode->pText = m_pTree->NewText(_svText);
+        m_pTree->SetText(pNode, m_pTree->NewText(_svText));
         m_pTree->Append(m_pNode, pNode);
         return XmlElement(m_pTree, pNode);
     });
@@ -331,12 +331,12 @@ bool ReadsBackAs(XmlElement _written, XmlElement _read) noexcept
     for (std::size_t uDepth = 0;;) {
         if (_written.m_pTree->NameOf(pLeft->ulName) != _read.m_pTree->NameOf(pRight->ulName) ||
             !SameText(*pLeft, *pRight) || !SameAttributes(*_written.m_pTree, *pLeft, *_read.m_pTree, *pRight) ||
-            (pLeft->pFirstChild == nullptr) != (pRight->pFirstChild == nullptr)) {
+            (pLeft->FirstChild() == nullptr) != (pRight->FirstChild() == nullptr)) {
             return false;
         }
-        if (pLeft->pFirstChild != nullptr) {
-            pLeft = pLeft->pFirstChild;
-            pRight = pRight->pFirstChild;
+        if (pLeft->FirstChild() != nullptr) {
+            pLeft = pLeft->FirstChild();
+            pRight = pRight->FirstChild();
             ++uDepth;
             continue;
         }

@@ -15,7 +15,7 @@
  */
 namespace ZkCommon::Storage {
 
-struct XmlNode;
+class XmlNode;
 class XmlTree;
 
 /** A name as one document knows it: found once, then compared as a number. Matches nothing in other documents. */

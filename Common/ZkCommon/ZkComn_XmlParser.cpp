@@ -85,13 +85,13 @@ private:
         if (m_bLines) {
             pNode->ulLine = m_rSource.Line();
         }
-        XmlAttributeNode** ppLink = &pNode->pFirstAttribute;
+        XmlAttributeNode** ppLink = *_pszAttributes != nullptr ? &m_rTree.ExtrasOf(pNode).pFirstAttribute : nullptr;
         for (; *_pszAttributes != nullptr; _pszAttributes += 2) {
             XmlAttributeNode* pAttribute = NewAttribute(_pszAttributes[0], _pszAttributes[1]);
             *ppLink = pAttribute;
             ppLink = &pAttribute->pNext;
         }
-        XmlTree::Append(m_pOpen, m_pLast, pNode);
+        m_rTree.Append(m_pOpen, m_pLast, pNode);
         m_pOpen = pNode;
         m_pLast = nullptr;
     }
@@ -102,7 +102,7 @@ private:
             EndRunAmongChildren();
             JoinRuns();
         } else if (m_uRun != 0) { // no children: the text is exactly what was written
-            m_pOpen->pText = CommitRun();
+            m_rTree.SetText(m_pOpen, CommitRun());
         }
         m_pLast = m_pOpen;
         m_pOpen = m_pOpen->ParentOfLast();
@@ -137,8 +137,8 @@ private:
         XmlNode* pNode = m_rTree.NewNode(XmlTree::g_ulNoName);
         m_pRun = m_rTree.Arena().Top<XmlText>(0, SizeOfText(uLength));
         m_uRun = static_cast<std::size_t>(WidenUtf8(m_pRun->Chars(), _szText, uLength) - m_pRun->Chars());
-        pNode->pText = CommitRun();
-        XmlTree::Append(m_pOpen, m_pLast, pNode);
+        m_rTree.SetText(pNode, CommitRun());
+        m_rTree.Append(m_pOpen, m_pLast, pNode);
         m_pLast = pNode;
     }
 
@@ -196,7 +196,7 @@ private:
             uLength += m_vecRun[--uFirst].pText->ulLength;
         }
         if (m_vecRun.size() - uFirst == 1) {
-            m_pOpen->pText = m_vecRun[uFirst].pText;
+            m_rTree.SetText(m_pOpen, m_vecRun[uFirst].pText);
         } else if (uLength != 0) {
             XmlText* pJoined = m_rTree.Arena().Top<XmlText>(0, SizeOfText(uLength));
             wchar_t* pEnd = pJoined->Chars();
@@ -206,7 +206,7 @@ private:
             }
             pJoined->ulLength = static_cast<std::uint32_t>(uLength);
             m_rTree.Arena().Commit(reinterpret_cast<std::byte*>(pEnd));
-            m_pOpen->pText = pJoined;
+            m_rTree.SetText(m_pOpen, pJoined);
         }
         m_vecRun.resize(uFirst);
     }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t g_uSmallestChunk = 4096;
 constexpr std::size_t g_uLargestFirstChunk = 64U << 10;
-constexpr std::size_t g_uLargestChunk = 1U << 20;
+constexpr std::size_t g_uLargestChunk = 256U << 10;
 constexpr wchar_t g_cReplacement = 0xFFFD;
 
 /** Decodes the character at _rpFrom and steps over it; what is no character gives the replacement character. */
@@ -157,9 +157,9 @@ XmlAttributeNode* XmlTree::NewAttribute(std::uint32_t _ulName, std::wstring_view
     return pAttribute;
 }
 
-void XmlTree::Append(XmlNode* _pParent, XmlNode* _pNode) noexcept
+void XmlTree::Append(XmlNode* _pParent, XmlNode* _pNode)
 {
-    XmlNode* pLast = _pParent == m_pAppendedTo ? m_pAppended : _pParent->pFirstChild;
+    XmlNode* pLast = _pParent == m_pAppendedTo ? m_pAppended : _pParent->FirstChild();
     while (pLast != nullptr && !pLast->IsLast()) {
         pLast = pLast->Next();
     }

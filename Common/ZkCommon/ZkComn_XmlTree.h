@@ -28,24 +28,75 @@ struct XmlAttributeNode
     XmlText stValue;
 };
 
-/** An element or a comment. */
-struct XmlNode
+/**
+ * An element or a comment. Most elements have children or a text and nothing else, so that one field holds either; what
+ * has more, or attributes, has it in a record of its own.
+ */
+class XmlNode
 {
-    /** The next sibling; for the last child, its parent with the lowest bit set. */
-    std::uintptr_t uLink;
-    XmlNode* pFirstChild;
-    XmlText* pText;
-    XmlAttributeNode* pFirstAttribute;
-    std::uint32_t ulName;
-    std::uint32_t ulLine;
+public:
+    struct Extras
+    {
+        XmlNode* pFirstChild;
+        XmlText* pText;
+        XmlAttributeNode* pFirstAttribute;
+    };
 
-    XmlNode* Next() const noexcept { return IsLast() ? nullptr : reinterpret_cast<XmlNode*>(uLink); }
-    bool IsLast() const noexcept { return (uLink & 1) != 0; }
+    explicit XmlNode(std::uint32_t _ulName) noexcept : ulName(_ulName) {}
+
+    std::uint32_t ulName;
+    std::uint32_t ulLine = 0;
+
+    /** Null for the last sibling. */
+    XmlNode* Next() const noexcept { return IsLast() ? nullptr : reinterpret_cast<XmlNode*>(m_uLink); }
+    bool IsLast() const noexcept { return (m_uLink & 1) != 0; }
     /** Of a last child only. */
-    XmlNode* ParentOfLast() const noexcept { return reinterpret_cast<XmlNode*>(uLink & ~std::uintptr_t{1}); }
-    void LinkToParent(XmlNode* _pParent) noexcept { uLink = reinterpret_cast<std::uintptr_t>(_pParent) | 1; }
-    void LinkToNext(XmlNode* _pNext) noexcept { uLink = reinterpret_cast<std::uintptr_t>(_pNext); }
-    std::wstring_view Text() const noexcept { return pText != nullptr ? pText->View() : std::wstring_view(L""); }
+    XmlNode* ParentOfLast() const noexcept { return reinterpret_cast<XmlNode*>(m_uLink & ~std::uintptr_t{1}); }
+    void LinkToParent(XmlNode* _pParent) noexcept { m_uLink = reinterpret_cast<std::uintptr_t>(_pParent) | 1; }
+    void LinkToNext(XmlNode* _pNext) noexcept { m_uLink = reinterpret_cast<std::uintptr_t>(_pNext); }
+
+    XmlNode* FirstChild() const noexcept
+    {
+        return Holds(HoldsChild)    ? reinterpret_cast<XmlNode*>(m_uContent)
+               : Holds(HoldsExtras) ? ExtrasRecord()->pFirstChild
+                                    : nullptr;
+    }
+    XmlText* TextRecord() const noexcept
+    {
+        return Holds(HoldsText)     ? reinterpret_cast<XmlText*>(m_uContent & ~g_uTag)
+               : Holds(HoldsExtras) ? ExtrasRecord()->pText
+                                    : nullptr;
+    }
+    std::wstring_view Text() const noexcept
+    {
+        const XmlText* pText = TextRecord();
+        return pText != nullptr ? pText->View() : std::wstring_view(L"");
+    }
+    XmlAttributeNode* FirstAttribute() const noexcept
+    {
+        return Holds(HoldsExtras) ? ExtrasRecord()->pFirstAttribute : nullptr;
+    }
+
+private:
+    friend class XmlTree; // which has the memory for the record
+
+    enum Content : std::uintptr_t
+    {
+        HoldsChild, // or nothing: null
+        HoldsText,
+        HoldsExtras,
+    };
+    static constexpr std::uintptr_t g_uTag = 3;
+
+    bool Holds(Content _enContent) const noexcept { return (m_uContent & g_uTag) == _enContent; }
+    Extras* ExtrasRecord() const noexcept { return reinterpret_cast<Extras*>(m_uContent & ~g_uTag); }
+    void Hold(const void* _pContent, Content _enContent) noexcept
+    {
+        m_uContent = reinterpret_cast<std::uintptr_t>(_pContent) | _enContent;
+    }
+
+    std::uintptr_t m_uLink = 0; // the next sibling; for the last child, its parent with the lowest bit set
+    std::uintptr_t m_uContent = 0;
 };
 
 /** Memory that is given out piece by piece and taken back as a whole. Throws std::bad_alloc. */
@@ -121,24 +172,42 @@ public:
 
     XmlArena& Arena() noexcept { return m_arena; }
 
-    XmlNode* NewNode(std::uint32_t _ulName)
-    {
-        return new (m_arena.Take<XmlNode>()) XmlNode{0, nullptr, nullptr, nullptr, _ulName, 0};
-    }
+    XmlNode* NewNode(std::uint32_t _ulName) { return new (m_arena.Take<XmlNode>()) XmlNode(_ulName); }
     XmlAttributeNode* NewAttribute(std::uint32_t _ulName, std::wstring_view _svValue);
     XmlText* NewText(std::wstring_view _svText);
-    /** Puts a node behind its parent's children, the last of which is known (null when there is none). */
-    static void Append(XmlNode* _pParent, XmlNode* _pLast, XmlNode* _pNode) noexcept
+
+    /** The node's record, made when it has none yet. */
+    XmlNode::Extras& ExtrasOf(XmlNode* _pNode)
     {
-        _pNode->LinkToParent(_pParent);
-        if (_pLast != nullptr) {
-            _pLast->LinkToNext(_pNode);
+        if (!_pNode->Holds(XmlNode::HoldsExtras)) {
+            XmlNode::Extras* pExtras = m_arena.Take<XmlNode::Extras>();
+            *pExtras = {_pNode->FirstChild(), _pNode->TextRecord(), nullptr};
+            _pNode->Hold(pExtras, XmlNode::HoldsExtras);
+        }
+        return *_pNode->ExtrasRecord();
+    }
+    void SetText(XmlNode* _pNode, XmlText* _pText)
+    {
+        if (_pNode->Holds(XmlNode::HoldsText) || _pNode->m_uContent == 0) {
+            _pNode->Hold(_pText, _pText != nullptr ? XmlNode::HoldsText : XmlNode::HoldsChild);
         } else {
-            _pParent->pFirstChild = _pNode;
+            ExtrasOf(_pNode).pText = _pText;
         }
     }
+    /** Puts a node behind its parent's children, the last of which is known (null when there is none). */
+    void Append(XmlNode* _pParent, XmlNode* _pLast, XmlNode* _pNode)
+    {
+        if (_pLast != nullptr) {
+            _pLast->LinkToNext(_pNode);
+        } else if (_pParent->m_uContent == 0) {
+            _pParent->Hold(_pNode, XmlNode::HoldsChild);
+        } else {
+            ExtrasOf(_pParent).pFirstChild = _pNode;
+        }
+        _pNode->LinkToParent(_pParent);
+    }
     /** As above, looking for the last child; quick when a run of children is added to one parent. */
-    void Append(XmlNode* _pParent, XmlNode* _pNode) noexcept;
+    void Append(XmlNode* _pParent, XmlNode* _pNode);
 
     /**
      * Number of a name, a new one when it was not known. Documents repeat themselves: what followed the name interned
