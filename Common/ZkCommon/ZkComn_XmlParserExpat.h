@@ -22,9 +22,7 @@ public:
     template <class... TArgs>
     auto operator()(TArgs&&... _args) const
     {
-        // By way of void (*)(), the function type that may be cast to any other.
-        const auto pfnAny = reinterpret_cast<void (*)()>(m_pfnEntry);
-        return reinterpret_cast<TFunction*>(pfnAny)(std::forward<TArgs>(_args)...);
+        return FunctionAt<TFunction>(m_pfnEntry)(std::forward<TArgs>(_args)...);
     }
 
 private:

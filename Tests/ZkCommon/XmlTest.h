@@ -1,0 +1,67 @@
+#pragma once
+
+#include "ZkComn_Exception.h"
+#include "ZkComn_String.h"
+#include "ZkComn_XmlParser.h"
+#include "ZkComn_XmlWriter.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+/** What a failing document operation told. */
+struct XmlFailure
+{
+    std::uint32_t ulCode = 0;
+    std::uint32_t ulXmlCode = 0;
+    std::uint32_t ulLine = 0;
+    std::string sFile;
+};
+
+/** The failure of an operation; nothing when it succeeded. */
+template <class TOperation>
+std::optional<XmlFailure> FailureOf(TOperation&& _fnOperation)
+{
+    try {
+        _fnOperation();
+        return std::nullopt;
+    } catch (ZkCommon::Storage::XmlException* pCaught) {
+        const std::unique_ptr<ZkCommon::Storage::XmlException> pError(pCaught);
+        return XmlFailure{pError->ErrorCode(), pError->XmlErrorCode(), pError->XmlLine(), pError->XmlFile()};
+    }
+}
+
+template <class TOperation>
+std::uint32_t CodeOf(TOperation&& _fnOperation)
+{
+    const auto failure = FailureOf(_fnOperation);
+    return failure ? failure->ulCode : 0;
+}
+
+/** An element in short: name[attribute=value](text){child,child}; a comment is !(text). For small trees. */
+inline std::string Short(ZkCommon::Storage::XmlElement _element)
+{
+    using ZkCommon::String::ToUtf8;
+    std::string sResult = _element.IsComment() ? "!" : ToUtf8(_element.Name());
+    for (const auto& stAttribute : _element.Attributes()) {
+        sResult += "[" + ToUtf8(stAttribute.svName) + "=" + ToUtf8(stAttribute.svValue) + "]";
+    }
+    if (!_element.Text().empty()) {
+        sResult += "(" + ToUtf8(_element.Text()) + ")";
+    }
+    if (_element.FirstNode()) {
+        sResult += "{";
+        for (auto child = _element.FirstNode(); child; child = child.NextNode()) {
+            sResult += (sResult.back() == '{' ? "" : ",") + Short(child);
+        }
+        sResult += "}";
+    }
+    return sResult;
+}
+
+inline std::string Written(ZkCommon::Storage::XmlElement _element)
+{
+    ZkCommon::Storage::XmlWriter writer;
+    writer.Write(_element);
+    return writer.Output();
+}
