@@ -2,6 +2,7 @@
 
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
+#include "ZkComn_String.h"
 
 namespace Varnhelt {
 
@@ -36,6 +37,15 @@ void FailureTexts::TraceXml(const wchar_t* _pszMethod, const Storage::XmlExcepti
 {
     Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. [0x%08x]", _pszMethod,
           _rError.ErrorCode());
+}
+
+std::wstring XmlFileOf(const Storage::XmlException& _rError) noexcept
+{
+    try {
+        return String::FromAnsi(_rError.XmlFile());
+    } catch (...) { // the line is written without it
+        return {};
+    }
 }
 
 std::uint32_t ResultInFlight(const FailureTexts& _rstTexts) noexcept

@@ -3,6 +3,7 @@
 #include "ZkComn_Exception.h"
 
 #include <cstdint>
+#include <string>
 
 /** What stands at the edge of every operation: its entry and leave lines, and the end of every exception. */
 namespace Varnhelt {
@@ -57,6 +58,9 @@ struct FailureTexts
 
     static void TraceXml(const wchar_t* _pszMethod, const ZkCommon::Storage::XmlException& _rError) noexcept;
 };
+
+/** The path of the document that an exception names, for a line about it; empty when memory runs out. */
+std::wstring XmlFileOf(const ZkCommon::Storage::XmlException& _rError) noexcept;
 
 /** Logs the exception in flight, deletes it, and gives the result code. To be called in a catch block only. */
 std::uint32_t ResultInFlight(const FailureTexts& _rstTexts) noexcept;

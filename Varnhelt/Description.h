@@ -28,9 +28,10 @@ namespace Varnhelt::Documents {
 /** Where a field's text stands. */
 enum class Source
 {
-    Attribute, // an attribute of the record's element
-    Child,     // the text of a child element
-    OwnText,   // the text of the record's element itself
+    Attribute,      // an attribute of the record's element
+    Child,          // the text of a child element
+    ChildAttribute, // an attribute of a child element
+    OwnText,        // the text of the record's element itself
 };
 
 /** How a trace dump shows a value. */
@@ -50,6 +51,15 @@ struct Text
     static constexpr const Frwk::WordTable* WordsOf() { return nullptr; }
     static std::wstring Read(std::wstring_view _svText) { return std::wstring(_svText); }
     static std::wstring Write(const std::wstring& _rtszValue) { return _rtszValue; }
+};
+
+/** Text as it stands, of which the table knows the words that mean something. */
+struct WordText : Text
+{
+    constexpr explicit WordText(const Frwk::WordTable& _rstTable) : pTable(&_rstTable) {}
+    constexpr const Frwk::WordTable* WordsOf() const { return pTable; }
+
+    const Frwk::WordTable* pTable;
 };
 
 /** An unsigned number in the base that its prefix tells; 0 for what is none. */
@@ -87,12 +97,13 @@ template <class TRecord, class TValue, class TConversion>
 struct Field
 {
     static constexpr bool g_bList = false;
-    static constexpr bool g_bBoolean = std::is_same_v<TConversion, Boolean>;
+    static constexpr bool g_bBoolean = std::is_same_v<TConversion, Boolean> || std::is_same_v<TValue, bool>;
 
     Source enSource;
     std::wstring_view svName; // of the attribute or child; empty for the own text
     TValue TRecord::*pMember;
     TConversion stConversion;
+    std::wstring_view svChild = {};    // the child whose attribute it is
     std::wstring_view svDefault = {};  // read where the attribute or child is absent
     const char* szKey = nullptr;       // in JSON
     const wchar_t* pszLabel = nullptr; // in a trace dump, with its brackets and padding; null: not dumped
@@ -124,6 +135,7 @@ template <class TRecord, class TContainer, class TDescription>
 struct ListField
 {
     static constexpr bool g_bList = true;
+    static constexpr bool g_bTexts = false;
 
     std::wstring_view svPath; // relative path of the container element; empty when the record's element is it
     TContainer TRecord::*pMember;
@@ -133,6 +145,26 @@ struct ListField
     constexpr ListField Key(const char* _szKey) const
     {
         ListField stField = *this;
+        stField.szKey = _szKey;
+        return stField;
+    }
+};
+
+/** A field that is a list of texts: an attribute of each child element of a name, where it is not empty. */
+template <class TRecord, class TContainer>
+struct TextsField
+{
+    static constexpr bool g_bList = true;
+    static constexpr bool g_bTexts = true;
+
+    std::wstring_view svElement;
+    std::wstring_view svName; // of the attribute
+    TContainer TRecord::*pMember;
+    const char* szKey = nullptr;
+
+    constexpr TextsField Key(const char* _szKey) const
+    {
+        TextsField stField = *this;
         stField.szKey = _szKey;
         return stField;
     }
@@ -151,6 +183,13 @@ constexpr auto Child(std::wstring_view _svName, TValue TRecord::*_pMember, TConv
 }
 
 template <class TRecord, class TValue, class TConversion>
+constexpr auto ChildAttribute(std::wstring_view _svChild, std::wstring_view _svName, TValue TRecord::*_pMember,
+                              TConversion _stConversion)
+{
+    return Field<TRecord, TValue, TConversion>{Source::ChildAttribute, _svName, _pMember, _stConversion, _svChild};
+}
+
+template <class TRecord, class TValue, class TConversion>
 constexpr auto OwnText(TValue TRecord::*_pMember, TConversion _stConversion)
 {
     return Field<TRecord, TValue, TConversion>{Source::OwnText, {}, _pMember, _stConversion};
@@ -161,6 +200,12 @@ template <class TRecord, class TContainer, class TDescription>
 constexpr auto Children(std::wstring_view _svPath, TContainer TRecord::*_pMember, const TDescription& _rstDescription)
 {
     return ListField<TRecord, TContainer, TDescription>{_svPath, _pMember, &_rstDescription};
+}
+
+template <class TRecord, class TContainer>
+constexpr auto Texts(std::wstring_view _svElement, std::wstring_view _svName, TContainer TRecord::*_pMember)
+{
+    return TextsField<TRecord, TContainer>{_svElement, _svName, _pMember};
 }
 
 /** The description of a record: the name of its elements (empty: children of any name) and its fields. */

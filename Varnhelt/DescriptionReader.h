@@ -37,7 +37,7 @@ template <class TRecord, class TValue, class TConversion>
 struct BoundField<Field<TRecord, TValue, TConversion>>
 {
     BoundField(const ZkCommon::Storage::XmlElement& _rElement, const Field<TRecord, TValue, TConversion>& _rstField)
-        : rstField(_rstField), name(_rElement.FindName(_rstField.svName))
+        : rstField(_rstField), name(_rElement.FindName(_rstField.svName)), child(_rElement.FindName(_rstField.svChild))
     {}
 
     template <class THook, class TOwner>
@@ -51,6 +51,9 @@ struct BoundField<Field<TRecord, TValue, TConversion>>
         case Source::Child:
             svText = _rElement.ChildText(name, rstField.svDefault);
             break;
+        case Source::ChildAttribute:
+            svText = _rElement.FirstChild(child).Attribute(name, rstField.svDefault);
+            break;
         case Source::OwnText:
             svText = _rElement.Text();
             break;
@@ -60,6 +63,31 @@ struct BoundField<Field<TRecord, TValue, TConversion>>
     }
 
     const Field<TRecord, TValue, TConversion>& rstField;
+    ZkCommon::Storage::XmlName name;
+    ZkCommon::Storage::XmlName child;
+};
+
+template <class TRecord, class TContainer>
+struct BoundField<TextsField<TRecord, TContainer>>
+{
+    BoundField(const ZkCommon::Storage::XmlElement& _rElement, const TextsField<TRecord, TContainer>& _rstField)
+        : rstField(_rstField),
+          element(_rElement.FindName(_rstField.svElement)),
+          name(_rElement.FindName(_rstField.svName))
+    {}
+
+    template <class THook, class TOwner>
+    void Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook&) const
+    {
+        for (auto cElement = _rElement.FirstChild(element); cElement; cElement = cElement.NextSibling(element)) {
+            if (const std::wstring_view svText = cElement.Attribute(name); !svText.empty()) {
+                (_rstRecord.*rstField.pMember).emplace_back(svText);
+            }
+        }
+    }
+
+    const TextsField<TRecord, TContainer>& rstField;
+    ZkCommon::Storage::XmlName element;
     ZkCommon::Storage::XmlName name;
 };
 
@@ -100,11 +128,19 @@ public:
     template <class TContainer, class THook>
     void ReadAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook) const
     {
+        ForEach(
+            _rContainer, [&](TRecord&& _rstRecord) { _rRecords.push_back(std::move(_rstRecord)); }, _rHook);
+    }
+
+    /** Hands over the records one by one. */
+    template <class TVisit, class THook>
+    void ForEach(const ZkCommon::Storage::XmlElement& _rContainer, const TVisit& _fnVisit, const THook& _rHook) const
+    {
         auto cElement = m_bAnyName ? _rContainer.FirstChild() : _rContainer.FirstChild(m_element);
         while (cElement) {
             TRecord stRecord;
             if (ReadOne(cElement, stRecord, _rHook)) {
-                _rRecords.push_back(std::move(stRecord));
+                _fnVisit(std::move(stRecord));
             }
             cElement = m_bAnyName ? cElement.NextSibling() : cElement.NextSibling(m_element);
         }
@@ -148,6 +184,14 @@ void ReadRecords(const ZkCommon::Storage::XmlElement& _rContainer, const TDescri
                  TContainer& _rRecords, const THook& _rHook = {})
 {
     Bound<TDescription>(_rContainer, _rstDescription).ReadAll(_rContainer, _rRecords, _rHook);
+}
+
+/** Reads the same records, and hands each to _fnVisit before it reads the next. */
+template <class TDescription, class TVisit, class THook = ReadHook>
+void ForEachRecord(const ZkCommon::Storage::XmlElement& _rContainer, const TDescription& _rstDescription,
+                   const TVisit& _fnVisit, const THook& _rHook = {})
+{
+    Bound<TDescription>(_rContainer, _rstDescription).ForEach(_rContainer, _fnVisit, _rHook);
 }
 
 /** Fills one record from its element. @return false when the hook dropped it */

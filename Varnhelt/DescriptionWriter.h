@@ -15,19 +15,26 @@ template <class TDescription>
 void WriteRecord(ZkCommon::Storage::XmlElement _cElement, const TDescription& _rstDescription,
                  const typename TDescription::Record& _rstRecord)
 {
+    const auto ChildOf = [&](std::wstring_view _svName) {
+        const auto cChild = _cElement.FirstChild(_svName);
+        return cChild ? cChild : _cElement.AddChild(_svName);
+    };
     const auto WriteField = [&]<class TField>(const TField& _rstField) {
         if constexpr (!TField::g_bList) {
             const std::wstring tszText = _rstField.stConversion.Write(_rstRecord.*_rstField.pMember);
-            if (_rstField.enSource == Source::Attribute) {
+            switch (_rstField.enSource) {
+            case Source::Attribute:
                 _cElement.SetAttribute(_rstField.svName, tszText);
-            } else if (_rstField.enSource == Source::OwnText) {
+                break;
+            case Source::Child:
+                ChildOf(_rstField.svName).SetText(tszText);
+                break;
+            case Source::ChildAttribute:
+                ChildOf(_rstField.svChild).SetAttribute(_rstField.svName, tszText);
+                break;
+            case Source::OwnText:
                 _cElement.SetText(tszText);
-            } else {
-                auto cChild = _cElement.FirstChild(_rstField.svName);
-                if (!cChild) {
-                    cChild = _cElement.AddChild(_rstField.svName);
-                }
-                cChild.SetText(tszText);
+                break;
             }
         }
     };

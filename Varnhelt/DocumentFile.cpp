@@ -25,14 +25,14 @@ void UseLibraryIn(Storage::XmlParser& _rParser, const std::wstring& _rtszFolder)
 } // namespace
 
 Storage::XmlElement PlainDocument::Select(const std::wstring& _rtszFile, const std::wstring& _rtszLibraryFolder,
-                                          const wchar_t* _pszRoot)
+                                          const wchar_t* _pszRoot, const Storage::XmlChoice* _pChoice)
 {
     m_tszLibraryFolder = _rtszLibraryFolder;
     UseLibraryIn(m_rParser, m_tszLibraryFolder);
     m_rParser.Load(_rtszFile,
                    m_enAccess == Access::Write ? Storage::XmlParser::KeepWhole : Storage::XmlParser::KeepSelected);
     Storage::XmlElement cElement;
-    m_rParser.Select(_pszRoot, cElement);
+    m_rParser.Select(_pszRoot, cElement, _pChoice);
     return cElement;
 }
 

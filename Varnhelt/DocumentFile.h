@@ -30,11 +30,13 @@ public:
      * Parses the file and finds an element of it.
      * @param _rtszLibraryFolder  where the parser library lies; empty: beside this module
      * @param _pszRoot            absolute path of the element
+     * @param _pChoice            for Access::Read: picks the one child to keep; null to keep all
      * @return empty when the document has no such element
      * @throws XmlException* when the file cannot be read or is not well-formed
      */
     ZkCommon::Storage::XmlElement Select(const std::wstring& _rtszFile, const std::wstring& _rtszLibraryFolder,
-                                         const wchar_t* _pszRoot);
+                                         const wchar_t* _pszRoot,
+                                         const ZkCommon::Storage::XmlChoice* _pChoice = nullptr);
 
     /**
      * The document as it stands now, as text. For Access::Write.

@@ -5,6 +5,10 @@
 
 #include <cstdint>
 
+namespace Varnhelt::Documents {
+struct TextLookup;
+}
+
 /**
  * The worker behind every function object: checks a request and hands it to the one reader or writer of its document.
  * One object serves one request on one thread and carries nothing to the next.
@@ -28,8 +32,19 @@ public:
                               std::uint32_t _ulOption, void* _pMessageResult);
 
     std::uint32_t QueryValueAsServiceUnit(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsInstallPuIds(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsVersionInfo(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsInstallCompetitorActionDB(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsInstallCompetitorDetectionDB(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryThreateNameORKAP(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryThreateNameELMAP(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryThreateDesELMAP(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryThreateRecELMAP(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryTitleELMAP(const Varnhelt::Request& _rstRequest);
 
 private:
+    std::uint32_t LookUpText(const Varnhelt::Documents::TextLookup& _rstLookup, const Varnhelt::Request& _rstRequest);
+
     ZkCommon::Storage::XmlParser m_cParser;
     ZkCommon::Storage::XmlElement m_cElement;
 };

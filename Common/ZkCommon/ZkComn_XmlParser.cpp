@@ -24,12 +24,14 @@ public:
     /**
      * @param _pTop     takes what is built as its children
      * @param _vecPath  names from the root to the element to build, as UTF-8; empty for the whole document
+     * @param _pChoice  picks one of that element's children; null to build them all
      */
     TreeBuilder(XmlTree& _rTree, XmlParserSaxBase& _rSource, XmlNode* _pTop, std::vector<std::string> _vecPath,
-                bool _bLines)
+                const XmlChoice* _pChoice, bool _bLines)
         : m_rTree(_rTree),
           m_rSource(_rSource),
           m_vecPath(std::move(_vecPath)),
+          m_pChoice(_pChoice),
           m_bLines(_bLines),
           m_pTop(_pTop),
           m_pOpen(_pTop)
@@ -57,6 +59,11 @@ private:
         return {this, &Handle<&TreeBuilder::PassStart, const char*, const char**>,
                 &Handle<&TreeBuilder::PassEnd, const char*>, nullptr, nullptr};
     }
+    Handlers Choosing() noexcept
+    {
+        return {this, &Handle<&TreeBuilder::ChooseStart, const char*, const char**>,
+                &Handle<&TreeBuilder::ChooseEnd, const char*>, nullptr, nullptr};
+    }
     Handlers Building() noexcept
     {
         return {this, &Handle<&TreeBuilder::Start, const char*, const char**>, &Handle<&TreeBuilder::End, const char*>,
@@ -66,8 +73,9 @@ private:
     void PassStart(const char* _szName, const char** _pszAttributes)
     {
         if (m_uDepth == m_uMatched && m_vecPath[m_uMatched] == _szName && ++m_uMatched == m_vecPath.size()) {
-            m_rSource.SetHandlers(Building());
             Start(_szName, _pszAttributes);
+            m_pTop = m_pChoice != nullptr ? m_pOpen : m_pTop;
+            m_rSource.SetHandlers(m_pChoice != nullptr ? Choosing() : Building());
             return;
         }
         ++m_uDepth;
@@ -76,6 +84,25 @@ private:
     {
         --m_uDepth;
         m_uMatched = std::min(m_uMatched, m_uDepth);
+    }
+
+    // Children of the element at the path, until one is wanted: that one is built, and the rest is only checked.
+    void ChooseStart(const char* _szName, const char** _pszAttributes)
+    {
+        if (m_uPassed == 0 && m_pChoice->Wants(_szName, _pszAttributes)) {
+            m_rSource.SetHandlers(Building());
+            Start(_szName, _pszAttributes);
+            return;
+        }
+        ++m_uPassed;
+    }
+    void ChooseEnd(const char*)
+    {
+        if (m_uPassed == 0) {
+            m_rSource.SetHandlers({});
+            return;
+        }
+        --m_uPassed;
     }
 
     void Start(const char* _szName, const char** _pszAttributes)
@@ -222,6 +249,8 @@ private:
     std::vector<std::string> m_vecPath;
     std::size_t m_uDepth = 0;   // elements open while the path is sought
     std::size_t m_uMatched = 0; // names of the path that the open elements match
+    const XmlChoice* m_pChoice;
+    std::size_t m_uPassed = 0; // elements open while one is chosen
     bool m_bLines;
 
     XmlNode* m_pTop;
@@ -311,16 +340,16 @@ void XmlParser::Load()
     m_pTree = std::make_unique<XmlTree>(m_pMemory);
     m_pTree->Arena().Expect(m_source.Size());
     if ((m_ulOptions & KeepWhole) != 0) {
-        m_pDocument = Build({});
+        m_pDocument = Build({}, nullptr);
     }
 }
 
-bool XmlParser::Select(std::wstring_view _svPath, XmlElement& _rElement)
+bool XmlParser::Select(std::wstring_view _svPath, XmlElement& _rElement, const XmlChoice* _pChoice)
 {
     if (_svPath.starts_with(L'/')) {
         _svPath.remove_prefix(1);
     }
-    if (_svPath.empty()) {
+    if (_svPath.empty() || (_pChoice != nullptr && (m_ulOptions & KeepWhole) != 0)) {
         throw new XmlException(ERROR_BAD_ARGUMENTS);
     }
     if (m_pTree == nullptr) {
@@ -330,7 +359,7 @@ bool XmlParser::Select(std::wstring_view _svPath, XmlElement& _rElement)
     if ((m_ulOptions & KeepWhole) != 0) {
         found = Document().Child(_svPath);
     } else {
-        found = XmlElement(m_pTree.get(), Build(_svPath)).FirstChild();
+        found = XmlElement(m_pTree.get(), Build(_svPath, _pChoice)).FirstChild();
     }
     if (!found) {
         Trace(TraceNotice, L"*** XmlParser::Select() - [/%s] was not found in [%s].", std::wstring(_svPath), m_tszFile);
@@ -341,11 +370,11 @@ bool XmlParser::Select(std::wstring_view _svPath, XmlElement& _rElement)
 }
 
 /** Parses the document. @return the node above what was built of it */
-XmlNode* XmlParser::Build(std::wstring_view _svPath)
+XmlNode* XmlParser::Build(std::wstring_view _svPath, const XmlChoice* _pChoice)
 {
     try {
         XmlNode* pTop = m_pTree->NewNode(XmlTree::g_ulNoName);
-        TreeBuilder builder(*m_pTree, m_source, pTop, NamesOf(_svPath), (m_ulOptions & KeepLines) != 0);
+        TreeBuilder builder(*m_pTree, m_source, pTop, NamesOf(_svPath), _pChoice, (m_ulOptions & KeepLines) != 0);
         m_source.Parse(m_tszPathOfDll, EncodingOf(m_tszEncoding), builder.FirstHandlers());
         return pTop;
     } catch (const std::bad_alloc&) {

@@ -10,6 +10,21 @@
 
 namespace ZkCommon::Storage {
 
+/** Picks an element by its start tag. */
+class XmlChoice
+{
+public:
+    XmlChoice(const XmlChoice&) = delete;
+    XmlChoice& operator=(const XmlChoice&) = delete;
+
+    /** Name and attributes as XmlParserSaxBase::Handlers has them. */
+    virtual bool Wants(const char* _szName, const char** _pszAttributes) const noexcept = 0;
+
+protected:
+    XmlChoice() = default;
+    ~XmlChoice() = default;
+};
+
 /**
  * A document: loads it, and owns its elements.
  *
@@ -59,9 +74,11 @@ public:
     /**
      * Finds the first element, in document order, at an absolute path like "/A/B". Without KeepWhole this is where the
      * document is parsed, each time; what was selected before stays valid.
+     * @param _pChoice  of the element's children, the first that it wants is kept and no other, nor any text: looking
+     *                  one up in a table costs hardly more than checking the document. Not with KeepWhole: code 160
      * @return whether it was found; _rElement stays as it was when not, and a notice says so
      */
-    bool Select(std::wstring_view _svPath, XmlElement& _rElement);
+    bool Select(std::wstring_view _svPath, XmlElement& _rElement, const XmlChoice* _pChoice = nullptr);
 
     /** With KeepWhole: a nameless element whose children are the root and the comments around it; XmlWriter takes it. */
     XmlElement Document() const noexcept;
@@ -74,7 +91,7 @@ public:
 
 private:
     void Load();
-    XmlNode* Build(std::wstring_view _svPath);
+    XmlNode* Build(std::wstring_view _svPath, const XmlChoice* _pChoice);
 
     XmlParserExpat m_source;
     std::unique_ptr<XmlTree> m_pTree;

@@ -35,7 +35,15 @@ Json FieldToJson(const TRecord& _rstRecord, const TField& _rstField)
 {
     const auto& rValue = _rstRecord.*_rstField.pMember;
     if constexpr (TField::g_bList) {
-        return RecordsToJson(rValue, *_rstField.pDescription);
+        if constexpr (TField::g_bTexts) {
+            Json jsTexts = Json::array();
+            for (const std::wstring& tszText : rValue) {
+                jsTexts.push_back(ToJson(tszText));
+            }
+            return jsTexts;
+        } else {
+            return RecordsToJson(rValue, *_rstField.pDescription);
+        }
     } else if constexpr (TField::g_bBoolean) {
         return rValue != 0; // a BOOL is a number to the compiler
     } else if constexpr (std::is_same_v<std::decay_t<decltype(rValue)>, std::wstring>) {

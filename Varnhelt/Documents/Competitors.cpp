@@ -1,0 +1,68 @@
+#include "Competitors.h"
+
+#include "Boundary.h"
+#include "DescriptionReader.h"
+#include "DocumentFile.h"
+#include "FunctionXml.h"
+#include "RequestPath.h"
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_DebugLog.h"
+
+#include <vector>
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+/** What the two readers differ in, beside their records. */
+struct Reader
+{
+    DocumentId enDocument;
+    const wchar_t* pszMethod;
+    const wchar_t* pszOutput; // how their lines name the output
+};
+
+template <class TDescription>
+std::uint32_t ReadProducts(const Reader& _rstReader, const TDescription& _rstDescription, const Request& _rstRequest,
+                           Storage::XmlParser& _rParser)
+{
+    // Both readers tell of a bad document under the action reader's name: support scripts look for that line.
+    return AtBoundary({L"CFunctionXml::QueryValueAsInstallCompetitorActionDB()"}, [&] {
+        const MethodTrace cTrace(_rstReader.pszMethod);
+        auto* pArray = static_cast<std::vector<typename TDescription::Record>*>(_rstRequest.pValueData);
+        if (pArray == nullptr) {
+            Trace(TraceError, L"*** %s - %s was invalid.", _rstReader.pszMethod, _rstReader.pszOutput);
+            return Result::g_ulMissingObject;
+        }
+        pArray->clear();
+
+        const Document& stDocument = DocumentOf(_rstReader.enDocument);
+        const auto stPath = PathInDirectory(_rstReader.pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
+        if (!stPath) {
+            return Result::g_ulMissingObject;
+        }
+        TraceParserDirectory(stPath->tszDirectory);
+        PlainDocument cDocument(_rParser, Access::Read);
+        Documents::ReadRecords(cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot),
+                               _rstDescription, *pArray);
+        return cTrace.Leave(Result::g_ulSuccess);
+    });
+}
+
+} // namespace
+
+std::uint32_t CFunctionXml::QueryValueAsInstallCompetitorActionDB(const Request& _rstRequest)
+{
+    return ReadProducts({DocumentId::CompetitorActions, L"CFunctionXml::QueryValueAsInstallCompetitorActionDB()",
+                         L"pArrayCompetitorAction"},
+                        Documents::g_stCompetitorAction, _rstRequest, m_cParser);
+}
+
+std::uint32_t CFunctionXml::QueryValueAsInstallCompetitorDetectionDB(const Request& _rstRequest)
+{
+    return ReadProducts({DocumentId::CompetitorDetections, L"CFunctionXml::QueryValueAsInstallCompetitorDetectionDB()",
+                         L"pArrayCompetitorDetection"},
+                        Documents::g_stCompetitorDetection, _rstRequest, m_cParser);
+}

@@ -1,0 +1,90 @@
+#include "PuIds.h"
+
+#include "Boundary.h"
+#include "DescriptionDump.h"
+#include "DescriptionReader.h"
+#include "DocumentFile.h"
+#include "Frwk_Utility.h"
+#include "FunctionXml.h"
+#include "SrvFrwk_Records.h"
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_DebugLog.h"
+#include "ZkComn_Platform.h"
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace Varnhelt::Documents {
+
+bool IsNeedToAddPuIds(const std::wstring& _rtszPlatform, bool _b64Bit) noexcept
+{
+    const Frwk::Word* pWord = Frwk::Utility::FindWord(g_stPuIdPlatform, _rtszPlatform);
+    if (pWord == nullptr) {
+        Trace(TraceError, L"*** CFunctionXml::IsNeedToAddPuIds() - Not support Platform String was specified. [%s]",
+              _rtszPlatform);
+        return false;
+    }
+    return pWord->ulValue == PuIdBoth || pWord->ulValue == (_b64Bit ? PuIdOnly64Bit : PuIdOnly32Bit);
+}
+
+namespace {
+
+void AddToItsList(const PuIdEntry& _rstEntry, InstallPuIds& _rstPuIds)
+{
+    const Frwk::Word* pWord = Frwk::Utility::FindWord(g_stPuIdComponent, _rstEntry.tszComponent);
+    if (pWord == nullptr) {
+        Trace(TraceNotice, L"*** CFunctionXml::QueryValueAsInstallPuIds() - Component Type was invalid. [%s]",
+              _rstEntry.tszComponent);
+    } else if (pWord->ulValue == PuIdNone) {
+        Trace(TraceNotice, L"*** CFunctionXml::QueryValueAsInstallPuIds() - eNone was specified for Component Type.");
+    } else {
+        std::vector<std::uint32_t>& rvecList = pWord->ulValue == PuIdPattern  ? _rstPuIds.vecPattern
+                                               : pWord->ulValue == PuIdEngine ? _rstPuIds.vecEngine
+                                                                              : _rstPuIds.vecProduct;
+        rvecList.push_back(_rstEntry.ulPuId);
+    }
+}
+
+void AddEntry(const PuIdEntry& _rstEntry, bool _b64Bit, InstallPuIds& _rstPuIds)
+{
+    DumpRecord(g_stPuIdEntry, _rstEntry, {L"*** CFunctionXml::QueryValueAsInstallPuIds() - "});
+    if (IsNeedToAddPuIds(_rstEntry.tszPlatform, _b64Bit)) {
+        AddToItsList(_rstEntry, _rstPuIds);
+    } else {
+        Trace(TraceNotice,
+              L"*** CFunctionXml::QueryValueAsInstallPuIds() - This component is not used for this platform. "
+              L"PuId[0x%08x]",
+              _rstEntry.ulPuId);
+    }
+    Trace(TraceNotice, L"*** CFunctionXml::QueryValueAsInstallPuIds() ---------------------------------------------.");
+}
+
+} // namespace
+
+} // namespace Varnhelt::Documents
+
+std::uint32_t CFunctionXml::QueryValueAsInstallPuIds(const Request& _rstRequest)
+{
+    return AtBoundary({L"CFunctionXml::QueryValueAsInstallPuIds()"}, [&] {
+        const MethodTrace cTrace(L"CFunctionXml::QueryValueAsInstallPuIds()");
+        auto* pPuIds = static_cast<InstallPuIds*>(_rstRequest.pValueData);
+        if (pPuIds == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsInstallPuIds() - pPuIds was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        *pPuIds = {};
+
+        const Document& stDocument = DocumentOf(DocumentId::PuIds);
+        const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
+        PlainDocument cDocument(m_cParser, Access::Read);
+        m_cElement =
+            cDocument.Select(Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), tszFolder, stDocument.pszRoot);
+
+        const bool b64Bit = Platform::IsNative64Bit();
+        Documents::ForEachRecord(m_cElement, Documents::g_stPuIdEntry, [&](const Documents::PuIdEntry& _rstEntry) {
+            Documents::AddEntry(_rstEntry, b64Bit, *pPuIds);
+        });
+        return cTrace.Leave(Result::g_ulSuccess);
+    });
+}

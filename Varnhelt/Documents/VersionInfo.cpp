@@ -1,0 +1,69 @@
+#include "VersionInfo.h"
+
+#include "Boundary.h"
+#include "DescriptionReader.h"
+#include "DocumentFile.h"
+#include "FunctionXml.h"
+#include "RequestPath.h"
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_DebugLog.h"
+#include "ZkComn_String.h"
+
+#include <vector>
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+/** Keeps the entries whose "puid" is a number as a whole. */
+class WithNumber : public Documents::ReadHook
+{
+public:
+    explicit WithNumber(const Storage::XmlElement& _rElement) : m_puId(_rElement.FindName(L"puid")) {}
+
+    bool OnRecord(const Storage::XmlElement& _rElement, const VersionInformation&) const
+    {
+        return String::ToWholeNumber(_rElement.Attribute(m_puId)).has_value();
+    }
+
+private:
+    Storage::XmlName m_puId;
+};
+
+void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
+{
+    Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. [0x%08x] [%d]", _pszMethod,
+          _rError.ErrorCode(), _rError.XmlLine());
+    Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. [%s] [0x%08x] [%d]", _pszMethod,
+          XmlFileOf(_rError), _rError.XmlErrorCode(), _rError.XmlLine());
+}
+
+} // namespace
+
+std::uint32_t CFunctionXml::QueryValueAsVersionInfo(const Request& _rstRequest)
+{
+    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsVersionInfo()";
+    return AtBoundary({pszMethod, &TraceXml}, [&] {
+        const MethodTrace cTrace(pszMethod);
+        auto* pVersionInformation = static_cast<std::vector<VersionInformation>*>(_rstRequest.pValueData);
+        if (pVersionInformation == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsVersionInfo() - pVersionInformation was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        pVersionInformation->clear();
+
+        const Document& stDocument = DocumentOf(DocumentId::VersionInfo);
+        const auto stPath = PathInDirectory(pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
+        if (!stPath) {
+            return Result::g_ulMissingObject;
+        }
+        TraceParserDirectory(stPath->tszDirectory);
+        PlainDocument cDocument(m_cParser, Access::Read);
+        m_cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
+        Documents::ReadRecords(m_cElement, Documents::g_stVersionInformation, *pVersionInformation,
+                               WithNumber(m_cElement));
+        return cTrace.LeaveAs(L"CFunctionXml::QueryValueAsQmrConfig()", Result::g_ulSuccess);
+    });
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Description.h"
+#include "SrvFrwk_Records.h"
+
+/** The versions of the framework's components, "CmpVerIf.xml". */
+namespace Varnhelt::Documents {
+
+inline constexpr Frwk::Word g_aVersionComponent[] = {
+    {L"Framework", 1}, {L"Resource", 2}, {L"Enforce", 3}, {L"Function", 4}, {L"Engine", 5}, {L"Pattern", 6},
+};
+inline constexpr Frwk::Word g_aDirectDeploy[] = {{L"enable", 1}, {L"disable", 0}};
+inline constexpr Frwk::Word g_aFollowProductVersion[] = {{L"yes", 1}, {L"no", 0}};
+static_assert(Frwk::IsDistinct(g_aVersionComponent));
+inline constexpr Frwk::WordTable g_stVersionComponent{g_aVersionComponent, {}};
+inline constexpr Frwk::WordTable g_stDirectDeploy{g_aDirectDeploy, {}};
+inline constexpr Frwk::WordTable g_stFollowProductVersion{g_aFollowProductVersion, {}};
+
+inline constexpr auto g_stVersionInformation = Describe<SrvFrwk::VersionInformation>(
+    L"VersionInfo",
+    Attribute(L"component", &SrvFrwk::VersionInformation::iComponentType, Words(g_stVersionComponent))
+        .Key("componentType"),
+    Attribute(L"puid", &SrvFrwk::VersionInformation::ulPuId, Number()).Key("puId"),
+    Attribute(L"version", &SrvFrwk::VersionInformation::tszVersion, Text()).Key("version"),
+    Attribute(L"directDeploy", &SrvFrwk::VersionInformation::bDirectDeploy, Words(g_stDirectDeploy))
+        .Key("directDeploy"),
+    Attribute(L"followProductversion", &SrvFrwk::VersionInformation::bFollowProductVersion,
+              Words(g_stFollowProductVersion))
+        .Key("followProductVersion"),
+    Texts(L"MigrateFile", L"name", &SrvFrwk::VersionInformation::lstMigrateFile).Key("migrateFiles"),
+    Texts(L"UpdateHashFile", L"name", &SrvFrwk::VersionInformation::lstUpdateHashFile).Key("updateHashFiles"));
+
+} // namespace Varnhelt::Documents
