@@ -166,6 +166,7 @@ product_documents() {
                 "Samples/documents/$plain" "$(windows_path "$folder/$stored")"
         fi
     done < <(grep -v '^#' Samples/documents/LIST)
+    scripts/sample-tables "$folder"
     cp build/release/bin/libexpat.dll "$folder/"
 }
 

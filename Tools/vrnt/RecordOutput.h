@@ -91,6 +91,57 @@ std::string FieldToCell(const TRecord& _rstRecord, const TField& _rstField)
     }
 }
 
+/** The headings and the cells of a record's own fields, without its lists. */
+template <class TDescription>
+void AppendHeadings(std::vector<std::string>& _rvecHeading, const TDescription& _rstDescription)
+{
+    Varnhelt::Documents::ForEachField(_rstDescription, [&]<class TField>(const TField& _rstField) {
+        if constexpr (!TField::g_bList) {
+            _rvecHeading.push_back(ToHeading(_rstField.szKey));
+        }
+    });
+}
+
+template <class TDescription>
+void AppendCells(std::vector<std::string>& _rvecCell, const typename TDescription::Record& _rstRecord,
+                 const TDescription& _rstDescription)
+{
+    Varnhelt::Documents::ForEachField(_rstDescription, [&]<class TField>(const TField& _rstField) {
+        if constexpr (!TField::g_bList) {
+            _rvecCell.push_back(FieldToCell(_rstRecord, _rstField));
+        }
+    });
+}
+
+/**
+ * Records with a list of records in them, a line for each of the list's: the owner's fields, then its own. An owner whose
+ * list is empty has a line too. Each line says all that a search may look for.
+ */
+template <class TContainer, class TDescription, class TList, class TNested>
+Table NestedToTable(const TContainer& _rRecords, const TDescription& _rstDescription,
+                    TList TDescription::Record::*_pList, const TNested& _rstNested)
+{
+    std::vector<std::string> vecHeading;
+    AppendHeadings(vecHeading, _rstDescription);
+    AppendHeadings(vecHeading, _rstNested);
+    const std::size_t uCells = vecHeading.size();
+    Table cTable(std::move(vecHeading));
+    for (const auto& stRecord : _rRecords) {
+        std::vector<std::string> vecOwner;
+        AppendCells(vecOwner, stRecord, _rstDescription);
+        for (const auto& stNested : stRecord.*_pList) {
+            std::vector<std::string> vecCell = vecOwner;
+            AppendCells(vecCell, stNested, _rstNested);
+            cTable.Add(std::move(vecCell));
+        }
+        if ((stRecord.*_pList).empty()) {
+            vecOwner.resize(uCells);
+            cTable.Add(std::move(vecOwner));
+        }
+    }
+    return cTable;
+}
+
 template <class TContainer, class TDescription>
 Table RecordsToTable(const TContainer& _rRecords, const TDescription& _rstDescription)
 {

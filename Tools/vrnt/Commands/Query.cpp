@@ -1,6 +1,7 @@
 // vrnt query: what a host asks a function object for.
 
 #include "Host.h"
+#include "QueryCommands.h"
 #include "ServiceUnits.h"
 #include "SrvFrwk_ValueType.h"
 #include "Tool.h"
@@ -25,6 +26,9 @@ void AddQuery(Tool& _rTool)
     CLI::App* pQuery = _rTool.cApp.add_subcommand("query", "Ask a function object for a configuration document");
     pQuery->require_subcommand(1);
     AddServiceUnits(_rTool, pQuery);
+    AddPuIds(_rTool, pQuery);
+    AddCompetitors(_rTool, pQuery);
+    AddThreats(_rTool, pQuery);
 }
 
 } // namespace Vrnt

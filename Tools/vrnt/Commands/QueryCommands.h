@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Tool.h"
+
+/** The commands below `vrnt query`, a file each beside Query.cpp. */
+namespace Vrnt {
+
+void AddPuIds(Tool& _rTool, CLI::App* _pQuery);
+void AddCompetitors(Tool& _rTool, CLI::App* _pQuery);
+void AddThreats(Tool& _rTool, CLI::App* _pQuery);
+
+} // namespace Vrnt

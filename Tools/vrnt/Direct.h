@@ -1,0 +1,21 @@
+#pragma once
+
+#include "FunctionXml.h"
+#include "Tool.h"
+
+#include <cstdint>
+
+/** The commands for documents that no function object serves: they drive the readers that are linked into the tool. */
+namespace Vrnt {
+
+inline std::uint32_t QueryDirectly(std::uint32_t _ulValueType, void* _pValueData, void* _pOptionData,
+                                   std::uint32_t _ulValueSubType = 0, std::uint32_t _ulValueOption = 0)
+{
+    return CFunctionXml().QueryValue({.ulValueType = _ulValueType,
+                                      .ulValueSubType = _ulValueSubType,
+                                      .pValueData = _pValueData,
+                                      .ulValueOption = _ulValueOption,
+                                      .pOptionData = _pOptionData});
+}
+
+} // namespace Vrnt
