@@ -16,16 +16,17 @@ seconds_since() {
     echo $(((${EPOCHREALTIME/./} - ${1/./}) / 1000000))
 }
 
-# Tells how far a step has come, by the last line of its log: on a terminal every second in one line that is overwritten,
-# elsewhere every twenty seconds in a line of its own.
+# Tells how far a step has come, by the last line of its log, of a build the last that counts: on a terminal every second
+# in one line that is overwritten, elsewhere after twenty seconds and then every minute in a line of its own.
 tell_progress() {
     local what=$1 log=$2 begin=$3 waited=0 last
     while kill -0 $$ 2>/dev/null; do
         read -rt 1 <> <(:) || waited=$((waited + 1)) # a pause that leaves no child behind
-        last=$(tail -c 400 "$log" 2>/dev/null | tr '\r' '\n' | tail -n 1 | tr -cd '[:print:]')
+        last=$(tail -c 4000 "$log" 2>/dev/null | tr '\r' '\n' | tr -cd '[:print:]\n' |
+            awk '/^\[[0-9]+\/[0-9]+\]/ {counted = $0} {line = $0} END {print counted ? counted : line}')
         if [ -t 1 ]; then
             printf '\r\033[K%s, %s s: %.60s' "$what" "$(seconds_since "$begin")" "$last"
-        elif ((waited % 20 == 0)); then
+        elif ((waited == 20 || (waited > 20 && waited % 60 == 0))); then
             printf '%s, %s s so far: %.100s\n' "$what" "$(seconds_since "$begin")" "$last"
         fi
     done
