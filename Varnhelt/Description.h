@@ -216,6 +216,16 @@ struct Description
 
     std::wstring_view svElement;
     std::tuple<TFields...> tplFields;
+    std::wstring_view svTitle = {};         // an attribute that no field holds: the trace dump alone shows it, first
+    const wchar_t* pszTitleLabel = nullptr; // its label there
+
+    constexpr Description Title(std::wstring_view _svTitle, const wchar_t* _pszLabel) const
+    {
+        Description stDescription = *this;
+        stDescription.svTitle = _svTitle;
+        stDescription.pszTitleLabel = _pszLabel;
+        return stDescription;
+    }
 };
 
 template <class TRecord, class... TFields>

@@ -3,6 +3,7 @@
 #include "Description.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_String.h"
+#include "ZkComn_XmlParser.h"
 
 #include <string>
 
@@ -16,6 +17,8 @@ struct DumpTexts
     const wchar_t* pszSeparator = L":";
     const wchar_t* pszEnd = L".";
     ZkCommon::TraceLevel enLevel = ZkCommon::TraceNotice;
+    const wchar_t* pszOpening = nullptr; // a line of its own before an element's dump, and one behind it
+    const wchar_t* pszClosing = nullptr;
 };
 
 /** A value as its field's dump shows it. */
@@ -58,6 +61,30 @@ void DumpRecord(const TDescription& _rstDescription, const typename TDescription
         ForEachField(_rstDescription,
                      [&](const auto& _rstField) { DumpField(_rstField, _rstRecord, _rstTexts, _szFile, _ulLine); });
     }
+}
+
+/** Writes a record with what frames it: the opening line, the title of its element, the fields, the closing line. */
+template <class TDescription>
+void DumpElement(const TDescription& _rstDescription, const ZkCommon::Storage::XmlElement& _rElement,
+                 const typename TDescription::Record& _rstRecord, const DumpTexts& _rstTexts,
+                 const char* _szFile = __builtin_FILE(), std::uint32_t _ulLine = __builtin_LINE())
+{
+    if (!ZkCommon::TracePasses(_rstTexts.enLevel)) {
+        return;
+    }
+    const auto WriteLine = [&](const wchar_t* _pszLine) {
+        if (_pszLine != nullptr) {
+            ZkCommon::TraceAt(_szFile, _ulLine, _rstTexts.enLevel, L"%s", _pszLine);
+        }
+    };
+    WriteLine(_rstTexts.pszOpening);
+    if (_rstDescription.pszTitleLabel != nullptr) {
+        ZkCommon::TraceAt(_szFile, _ulLine, _rstTexts.enLevel, L"%s%s%s%s%s", _rstTexts.pszPrefix,
+                          _rstDescription.pszTitleLabel, _rstTexts.pszSeparator,
+                          std::wstring(_rElement.Attribute(_rstDescription.svTitle)).c_str(), _rstTexts.pszEnd);
+    }
+    DumpRecord(_rstDescription, _rstRecord, _rstTexts, _szFile, _ulLine);
+    WriteLine(_rstTexts.pszClosing);
 }
 
 } // namespace Varnhelt::Documents

@@ -11,7 +11,8 @@ namespace Varnhelt::Documents {
 
 /**
  * What a reader does beside the filling: derive from it and hide what is needed. OnField follows each field that is no
- * list; OnRecord follows the last of them, before the lists, and may drop the record.
+ * list; OnRecord follows the last of them, before the lists, and may drop the record. Around is where one record of a
+ * list is read, and may contain what that throws.
  */
 struct ReadHook
 {
@@ -22,6 +23,12 @@ struct ReadHook
     bool OnRecord(const ZkCommon::Storage::XmlElement&, const TRecord&) const
     {
         return true;
+    }
+    /** @return whether the record is kept */
+    template <class TRecord, class TRead>
+    bool Around(const TRead& _fnRead) const
+    {
+        return _fnRead();
     }
 };
 
@@ -139,7 +146,7 @@ public:
         auto cElement = m_bAnyName ? _rContainer.FirstChild() : _rContainer.FirstChild(m_element);
         while (cElement) {
             TRecord stRecord;
-            if (ReadOne(cElement, stRecord, _rHook)) {
+            if (_rHook.template Around<TRecord>([&] { return ReadOne(cElement, stRecord, _rHook); })) {
                 _fnVisit(std::move(stRecord));
             }
             cElement = m_bAnyName ? cElement.NextSibling() : cElement.NextSibling(m_element);

@@ -3,6 +3,9 @@
 #include "Description.h"
 #include "ZkComn_XmlParser.h"
 
+#include <string_view>
+#include <unordered_map>
+
 /** Puts records back into the elements of a document, as their descriptions say. */
 namespace Varnhelt::Documents {
 
@@ -40,5 +43,35 @@ void WriteRecord(ZkCommon::Storage::XmlElement _cElement, const TDescription& _r
     };
     ForEachField(_rstDescription, WriteField);
 }
+
+/**
+ * The children of an element by a key of theirs, found in one pass: storing many records into many elements is then no
+ * search for each record. Of several elements with one key it knows the first.
+ */
+template <class TKey>
+class ElementIndex
+{
+public:
+    /** @param _fnKeyOf  gives the key of an element */
+    template <class TKeyOf>
+    ElementIndex(const ZkCommon::Storage::XmlElement& _rContainer, std::wstring_view _svElement,
+                 const TKeyOf& _fnKeyOf)
+    {
+        const ZkCommon::Storage::XmlName name = _rContainer.FindName(_svElement);
+        for (auto cElement = _rContainer.FirstChild(name); cElement; cElement = cElement.NextSibling(name)) {
+            m_mapElement.try_emplace(_fnKeyOf(cElement), cElement);
+        }
+    }
+
+    /** Empty when no element has the key. */
+    ZkCommon::Storage::XmlElement Find(const TKey& _rKey) const
+    {
+        const auto itFound = m_mapElement.find(_rKey);
+        return itFound != m_mapElement.end() ? itFound->second : ZkCommon::Storage::XmlElement();
+    }
+
+private:
+    std::unordered_map<TKey, ZkCommon::Storage::XmlElement> m_mapElement;
+};
 
 } // namespace Varnhelt::Documents

@@ -32,6 +32,10 @@ public:
                               std::uint32_t _ulOption, void* _pMessageResult);
 
     std::uint32_t QueryValueAsServiceUnit(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsEnforcePolicy(const Varnhelt::Request& _rstRequest);
+    std::uint32_t StoreValueAsEnforcePolicy(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsSpecificEnforcePolicy(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsEnforceData(const Varnhelt::Request& _rstRequest);
     std::uint32_t QueryValueAsInstallPuIds(const Varnhelt::Request& _rstRequest);
     std::uint32_t QueryValueAsVersionInfo(const Varnhelt::Request& _rstRequest);
     std::uint32_t QueryValueAsInstallCompetitorActionDB(const Varnhelt::Request& _rstRequest);

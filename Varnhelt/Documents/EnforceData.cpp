@@ -1,0 +1,92 @@
+#include "EnforceData.h"
+
+#include "Boundary.h"
+#include "DescriptionDump.h"
+#include "DescriptionReader.h"
+#include "DocumentFile.h"
+#include "Frwk_Utility.h"
+#include "FunctionXml.h"
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_DebugLog.h"
+
+#include <type_traits>
+#include <vector>
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+using Documents::DumpTexts;
+
+constexpr const wchar_t* g_pszRule =
+    L"*** CFunctionXml::QueryValueAsEnforceData() ---------------------------------------------.";
+constexpr DumpTexts g_stControllerDump{
+    .pszPrefix = L"*** CFunctionXml::QueryValueAsEnforceData() - ", .pszOpening = g_pszRule, .pszClosing = g_pszRule};
+
+// The two rule lines of a provider differ, and its labels follow the method's name without a dash: as they always have.
+constexpr DumpTexts g_stProviderDump{
+    .pszPrefix = L"*** CFunctionXml::QueryValueAsEnforceData() - SetDataProvider()",
+    .pszOpening = L"*** CFunctionXml::SetDataProvider() ---------------------------------------------.",
+    .pszClosing = L"*** CFunctionXml::QueryValueAsEnforceData() - SetDataProvider() "
+                  L"---------------------------------------------."};
+
+/** Dumps what is read, and passes over a provider that cannot be read. */
+struct DataHook : Documents::ReadHook
+{
+    bool OnRecord(const Storage::XmlElement& _rElement, const DataController& _rstController) const
+    {
+        DumpElement(Documents::g_stDataController, _rElement, _rstController, g_stControllerDump);
+        return true;
+    }
+    bool OnRecord(const Storage::XmlElement& _rElement, const DataProvider& _rstProvider) const
+    {
+        DumpElement(Documents::g_stDataProvider, _rElement, _rstProvider, g_stProviderDump);
+        return true;
+    }
+
+    template <class TRecord, class TRead>
+    bool Around(const TRead& _fnRead) const
+    {
+        if constexpr (std::is_same_v<TRecord, DataController>) {
+            return _fnRead();
+        }
+        const std::uint32_t ulResult = AtBoundary({L"CFunctionXml::SetDataProvider()"}, [&] {
+            _fnRead();
+            return Result::g_ulSuccess;
+        });
+        if (Result::IsFailure(ulResult)) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforceData() - this->SetDataProvider() failed. [0x%08x]",
+                  ulResult);
+        }
+        return !Result::IsFailure(ulResult);
+    }
+};
+
+} // namespace
+
+std::uint32_t CFunctionXml::QueryValueAsEnforceData(const Request& _rstRequest)
+{
+    return AtBoundary({L"CFunctionXml::QueryValueAsEnforceData()"}, [&] {
+        const MethodTrace cTrace(L"CFunctionXml::QueryValueAsEnforceData()");
+        auto* pArrayOfEnData = static_cast<std::vector<DataController>*>(_rstRequest.pValueData);
+        if (pArrayOfEnData == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforceData() - pArrayOfEnData was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        pArrayOfEnData->clear();
+
+        const Document& stDocument = DocumentOf(DocumentId::EnforceData);
+        const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
+        XenDocument cDocument(stDocument, Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), m_cParser,
+                              Access::Read);
+        if (!cDocument.Decrypt()) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforceData() - tszXmlFile is empty");
+            return Result::g_ulFailed;
+        }
+        m_cElement = cDocument.Select(tszFolder);
+        Documents::ReadRecords(m_cElement, Documents::g_stDataController, *pArrayOfEnData, DataHook());
+        return cTrace.Leave(Result::g_ulSuccess);
+    });
+}
