@@ -37,7 +37,7 @@ void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) n
     Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. [0x%08x] [%d]", _pszMethod,
           _rError.ErrorCode(), _rError.XmlLine());
     Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. [%s] [0x%08x] [%d]", _pszMethod,
-          XmlFileOf(_rError), _rError.XmlErrorCode(), _rError.XmlLine());
+          XmlFileOf(_rError), _rError.ErrorCode(), _rError.XmlLine());
 }
 
 } // namespace
