@@ -32,6 +32,14 @@ inline std::uint32_t Query(const Tool& _rTool, std::uint32_t _ulValueType, void*
     });
 }
 
+/** Stores a value. */
+inline std::uint32_t Store(const Tool& _rTool, std::uint32_t _ulValueType, void* _pValueData, void* _pOptionData)
+{
+    return ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
+        return _rFunction.StoreValue(0, _ulValueType, 0, _pValueData, 0, _pOptionData);
+    });
+}
+
 /** Queries a list of records and prints it. */
 template <class TDescription>
 void QueryList(Tool& _rTool, std::uint32_t _ulValueType, const TDescription& _rstDescription, void* _pOptionData)

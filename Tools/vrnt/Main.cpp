@@ -37,6 +37,7 @@ void Configure(Tool& _rTool)
     rApp.footer("Exit status: 0 success, 1 a failure code, 2 a usage error or an input file that cannot be read.\n"
                 "vrnt COMMAND --help tells more of each command.");
     AddQuery(_rTool);
+    AddStore(_rTool);
     AddDirect(_rTool);
     AddXen(_rTool);
     AddDocuments(_rTool);

@@ -45,6 +45,7 @@ struct Tool
 
 // Each command adds itself, in the order of the help.
 void AddQuery(Tool& _rTool);
+void AddStore(Tool& _rTool);
 void AddDirect(Tool& _rTool);
 void AddXen(Tool& _rTool);
 void AddDocuments(Tool& _rTool);

@@ -26,6 +26,8 @@ void AddQuery(Tool& _rTool)
     CLI::App* pQuery = _rTool.cApp.add_subcommand("query", "Ask a function object for a configuration document");
     pQuery->require_subcommand(1);
     AddServiceUnits(_rTool, pQuery);
+    AddPolicy(_rTool, pQuery);
+    AddEnforceData(_rTool, pQuery);
     AddPuIds(_rTool, pQuery);
     AddCompetitors(_rTool, pQuery);
     AddThreats(_rTool, pQuery);

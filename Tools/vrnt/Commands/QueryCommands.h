@@ -5,6 +5,8 @@
 /** The commands below `vrnt query`, a file each beside Query.cpp. */
 namespace Vrnt {
 
+void AddPolicy(Tool& _rTool, CLI::App* _pQuery);
+void AddEnforceData(Tool& _rTool, CLI::App* _pQuery);
 void AddPuIds(Tool& _rTool, CLI::App* _pQuery);
 void AddCompetitors(Tool& _rTool, CLI::App* _pQuery);
 void AddThreats(Tool& _rTool, CLI::App* _pQuery);
