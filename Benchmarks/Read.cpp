@@ -62,7 +62,7 @@ void Read(benchmark::State& _rState)
             _rState.SkipWithError("nothing was read");
         }
     }
-    _rState.SetBytesProcessed(static_cast<std::int64_t>(_rState.iterations()) * static_cast<std::int64_t>(file.Size()));
+    _rState.SetBytesProcessed(_rState.iterations() * static_cast<std::int64_t>(file.Size()));
 }
 
 void Scan(benchmark::State& _rState)
@@ -74,7 +74,7 @@ void Scan(benchmark::State& _rState)
             _rState.SkipWithError("the scan failed");
         }
     }
-    _rState.SetBytesProcessed(static_cast<std::int64_t>(_rState.iterations()) * static_cast<std::int64_t>(file.Size()));
+    _rState.SetBytesProcessed(_rState.iterations() * static_cast<std::int64_t>(file.Size()));
 }
 
 /**
