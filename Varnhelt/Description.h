@@ -78,7 +78,11 @@ struct Words
     constexpr explicit Words(const Frwk::WordTable& _rstTable) : pTable(&_rstTable) {}
     constexpr const Frwk::WordTable* WordsOf() const { return pTable; }
     std::uint32_t Read(std::wstring_view _svText) const { return Frwk::Utility::ToValue(*pTable, _svText); }
-    std::wstring Write(std::uint32_t _ulValue) const { return std::wstring(Frwk::Utility::ToText(*pTable, _ulValue)); }
+    template <class TValue>
+    std::wstring Write(TValue _value) const
+    {
+        return std::wstring(Frwk::Utility::ToText(*pTable, static_cast<std::uint32_t>(_value)));
+    }
 
     const Frwk::WordTable* pTable;
 };

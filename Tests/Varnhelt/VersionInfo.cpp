@@ -6,6 +6,7 @@
 #include "SrvFrwk_ValueType.h"
 #include "TempFolder.h"
 #include "TraceRecorder.h"
+#include "ZkComn_String.h"
 
 #include <gmock/gmock.h>
 #include <vector>
@@ -78,11 +79,12 @@ TEST_F(VersionInfo, ABadDocumentIsToldInTwoLinesWithItsPath)
     const TraceRecorder cTrace(0x100);
     EXPECT_EQ(Query(), Result::g_ulFailed);
     EXPECT_THAT(m_vecEntry, IsEmpty());
+    using ZkCommon::String::FromAnsi, ZkCommon::String::ToAnsi; // in which exceptions carry paths
+    const std::wstring tszFile = FromAnsi(ToAnsi(m_cFolder.File(L"CmpVerIf.xml")));
     const std::wstring tszLine =
         L"*** CFunctionXml::QueryValueAsVersionInfo() - Got ZkCommon::Storage::XmlException() failed. ";
     EXPECT_THAT(cTrace.Messages(),
-                ElementsAre(tszLine + L"[0x00000006] [3]",
-                            tszLine + L"[" + m_cFolder.File(L"CmpVerIf.xml") + L"] [0x00000007] [3]"));
+                ElementsAre(tszLine + L"[0x00000006] [3]", tszLine + L"[" + tszFile + L"] [0x00000007] [3]"));
 }
 
 TEST_F(VersionInfo, WhatIsMissingIsNamedAfterTheOutputIsEmptied)
