@@ -84,7 +84,7 @@ TEST_F(VersionInfo, ABadDocumentIsToldInTwoLinesWithItsPath)
     const std::wstring tszLine =
         L"*** CFunctionXml::QueryValueAsVersionInfo() - Got ZkCommon::Storage::XmlException() failed. ";
     EXPECT_THAT(cTrace.Messages(),
-                ElementsAre(tszLine + L"[0x00000006] [3]", tszLine + L"[" + tszFile + L"] [0x00000007] [3]"));
+                ElementsAre(tszLine + L"[0x00000006] [3]", tszLine + L"[" + tszFile + L"] [0x00000006] [3]"));
 }
 
 TEST_F(VersionInfo, WhatIsMissingIsNamedAfterTheOutputIsEmptied)
