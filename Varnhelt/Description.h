@@ -32,6 +32,7 @@ enum class Source
     Child,          // the text of a child element
     ChildAttribute, // an attribute of a child element
     OwnText,        // the text of the record's element itself
+    Derived,        // worked out by the reader, of what stands around the element or of other fields
 };
 
 /** How a trace dump shows a value. */
@@ -112,6 +113,8 @@ struct Field
     const char* szKey = nullptr;       // in JSON
     const wchar_t* pszLabel = nullptr; // in a trace dump, with its brackets and padding; null: not dumped
     Show enShow = TConversion::g_enShow;
+    bool (*pfnWhen)(const TRecord&) = nullptr; // whether it is read, by the fields before it; null: always
+    bool bRequired = false;                    // a text that is none of its words drops the record
 
     constexpr Field Default(std::wstring_view _svDefault) const
     {
@@ -132,6 +135,18 @@ struct Field
         stField.enShow = _enShow;
         return stField;
     }
+    constexpr Field When(bool (*_pfnWhen)(const TRecord&)) const
+    {
+        Field stField = *this;
+        stField.pfnWhen = _pfnWhen;
+        return stField;
+    }
+    constexpr Field Required() const
+    {
+        Field stField = *this;
+        stField.bRequired = true;
+        return stField;
+    }
 };
 
 /** A field that is a list of records, one for each child element of a container element. */
@@ -145,11 +160,25 @@ struct ListField
     TContainer TRecord::*pMember;
     const TDescription* pDescription;
     const char* szKey = nullptr;
+    const wchar_t* pszLabel = nullptr;         // what a trace says before the list; null: nothing
+    bool (*pfnWhen)(const TRecord&) = nullptr; // whether it is read, by the fields that are no lists; null: always
 
     constexpr ListField Key(const char* _szKey) const
     {
         ListField stField = *this;
         stField.szKey = _szKey;
+        return stField;
+    }
+    constexpr ListField Label(const wchar_t* _pszLabel) const
+    {
+        ListField stField = *this;
+        stField.pszLabel = _pszLabel;
+        return stField;
+    }
+    constexpr ListField When(bool (*_pfnWhen)(const TRecord&)) const
+    {
+        ListField stField = *this;
+        stField.pfnWhen = _pfnWhen;
         return stField;
     }
 };
@@ -197,6 +226,13 @@ template <class TRecord, class TValue, class TConversion>
 constexpr auto OwnText(TValue TRecord::*_pMember, TConversion _stConversion)
 {
     return Field<TRecord, TValue, TConversion>{Source::OwnText, {}, _pMember, _stConversion};
+}
+
+/** A value that the reader works out; _svName is the attribute that it comes of, on an element around the record's. */
+template <class TRecord, class TValue, class TConversion>
+constexpr auto Derived(std::wstring_view _svName, TValue TRecord::*_pMember, TConversion _stConversion)
+{
+    return Field<TRecord, TValue, TConversion>{Source::Derived, _svName, _pMember, _stConversion};
 }
 
 /** One record for each child of the element at _svPath that the nested description is of. */

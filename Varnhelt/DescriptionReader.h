@@ -10,12 +10,18 @@
 namespace Varnhelt::Documents {
 
 /**
- * What a reader does beside the filling: derive from it and hide what is needed. OnField follows each field that is no
- * list; OnRecord follows the last of them, before the lists, and may drop the record. Around is where one record of a
- * list is read, and may contain what that throws.
+ * What a reader does beside the filling: derive from it and hide what is needed. OnElement comes before a record and may
+ * pass its element over; OnField follows each field that is no list; OnRecord follows the last of them, before the lists,
+ * and may change or drop the record; OnList comes before each list. Around is where one record of a list is read, and may
+ * contain what that throws.
  */
 struct ReadHook
 {
+    template <class TRecord>
+    bool OnElement(const ZkCommon::Storage::XmlElement&, const TRecord&) const
+    {
+        return true;
+    }
     template <class TField, class TRecord>
     void OnField(const ZkCommon::Storage::XmlElement&, const TField&, const TRecord&) const
     {}
@@ -30,6 +36,9 @@ struct ReadHook
     {
         return _fnRead();
     }
+    template <class TField>
+    void OnList(const ZkCommon::Storage::XmlElement&, const TField&) const
+    {}
 };
 
 // A description bound to a document: its names are looked up once, and then compared as numbers.
@@ -47,9 +56,13 @@ struct BoundField<Field<TRecord, TValue, TConversion>>
         : rstField(_rstField), name(_rElement.FindName(_rstField.svName)), child(_rElement.FindName(_rstField.svChild))
     {}
 
+    /** @return false when the text is none of the words that a required field must be */
     template <class THook, class TOwner>
-    void Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook& _rHook) const
+    bool Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook& _rHook) const
     {
+        if (rstField.enSource == Source::Derived || (rstField.pfnWhen != nullptr && !rstField.pfnWhen(_rstRecord))) {
+            return true;
+        }
         std::wstring_view svText;
         switch (rstField.enSource) {
         case Source::Attribute:
@@ -64,9 +77,15 @@ struct BoundField<Field<TRecord, TValue, TConversion>>
         case Source::OwnText:
             svText = _rElement.Text();
             break;
+        case Source::Derived:
+            break;
+        }
+        if (rstField.bRequired && Frwk::Utility::FindWord(*rstField.stConversion.WordsOf(), svText) == nullptr) {
+            return false;
         }
         _rstRecord.*rstField.pMember = static_cast<TValue>(rstField.stConversion.Read(svText));
         _rHook.OnField(_rElement, rstField, _rstRecord);
+        return true;
     }
 
     const Field<TRecord, TValue, TConversion>& rstField;
@@ -84,13 +103,14 @@ struct BoundField<TextsField<TRecord, TContainer>>
     {}
 
     template <class THook, class TOwner>
-    void Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook&) const
+    bool Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook&) const
     {
         for (auto cElement = _rElement.FirstChild(element); cElement; cElement = cElement.NextSibling(element)) {
             if (const std::wstring_view svText = cElement.Attribute(name); !svText.empty()) {
                 (_rstRecord.*rstField.pMember).emplace_back(svText);
             }
         }
+        return true;
     }
 
     const TextsField<TRecord, TContainer>& rstField;
@@ -107,10 +127,15 @@ struct BoundField<ListField<TRecord, TContainer, TDescription>>
     {}
 
     template <class THook, class TOwner>
-    void Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook& _rHook) const
+    bool Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook& _rHook) const
     {
+        if (rstField.pfnWhen != nullptr && !rstField.pfnWhen(_rstRecord)) {
+            return true;
+        }
+        _rHook.OnList(_rElement, rstField);
         cNested.ReadAll(rstField.svPath.empty() ? _rElement : _rElement.Child(rstField.svPath),
                         _rstRecord.*rstField.pMember, _rHook);
+        return true;
     }
 
     const ListField<TRecord, TContainer, TDescription>& rstField;
@@ -153,28 +178,27 @@ public:
         }
     }
 
-    /** @return false when the hook dropped the record, whose lists are then not read */
+    /** @return false when the hook or a required field dropped the record, whose lists are then not read */
     template <class THook>
     bool ReadOne(const ZkCommon::Storage::XmlElement& _rElement, TRecord& _rstRecord, const THook& _rHook) const
     {
-        ReadFields<false>(_rElement, _rstRecord, _rHook);
-        if (!_rHook.OnRecord(_rElement, _rstRecord)) {
-            return false;
-        }
-        ReadFields<true>(_rElement, _rstRecord, _rHook);
-        return true;
+        return _rHook.OnElement(_rElement, std::as_const(_rstRecord)) &&
+               ReadFields<false>(_rElement, _rstRecord, _rHook) && _rHook.OnRecord(_rElement, _rstRecord) &&
+               ReadFields<true>(_rElement, _rstRecord, _rHook);
     }
 
 private:
     template <bool t_bLists, class THook>
-    void ReadFields(const ZkCommon::Storage::XmlElement& _rElement, TRecord& _rstRecord, const THook& _rHook) const
+    bool ReadFields(const ZkCommon::Storage::XmlElement& _rElement, TRecord& _rstRecord, const THook& _rHook) const
     {
         const auto ReadField = [&]<class TField>(const BoundField<TField>& _rField) {
             if constexpr (TField::g_bList == t_bLists) {
-                _rField.Read(_rElement, _rstRecord, _rHook);
+                return _rField.Read(_rElement, _rstRecord, _rHook);
+            } else {
+                return true;
             }
         };
-        std::apply([&](const auto&... _rFields) { (ReadField(_rFields), ...); }, m_tplFields);
+        return std::apply([&](const auto&... _rFields) { return (ReadField(_rFields) && ...); }, m_tplFields);
     }
 
     bool m_bAnyName;

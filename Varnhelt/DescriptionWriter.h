@@ -38,6 +38,8 @@ void WriteRecord(ZkCommon::Storage::XmlElement _cElement, const TDescription& _r
             case Source::OwnText:
                 _cElement.SetText(tszText);
                 break;
+            case Source::Derived:
+                break;
             }
         }
     };

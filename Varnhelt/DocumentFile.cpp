@@ -4,6 +4,10 @@
 #include "ZkComn_File.h"
 #include "ZkComn_XmlWriter.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <span>
+
 namespace Varnhelt {
 
 using namespace ZkCommon;
@@ -27,6 +31,7 @@ void UseLibraryIn(Storage::XmlParser& _rParser, const std::wstring& _rtszFolder)
 Storage::XmlElement PlainDocument::Select(const std::wstring& _rtszFile, const std::wstring& _rtszLibraryFolder,
                                           const wchar_t* _pszRoot, const Storage::XmlChoice* _pChoice)
 {
+    m_tszFile = _rtszFile;
     m_tszLibraryFolder = _rtszLibraryFolder;
     UseLibraryIn(m_rParser, m_tszLibraryFolder);
     m_rParser.Load(_rtszFile,
@@ -47,6 +52,20 @@ std::string PlainDocument::ToText()
         throw new Storage::XmlException(ERROR_INVALID_DATA);
     }
     return cWriter.Output();
+}
+
+void PlainDocument::Store()
+{
+    const std::string sText = ToText();
+    m_rParser.Close(); // a file that is open here could not be moved over
+    const auto IsText = [&](std::span<const std::uint8_t> _spanWritten) {
+        return std::ranges::equal(_spanWritten, sText, [](std::uint8_t _c, char _cMeant) {
+            return _c == static_cast<std::uint8_t>(_cMeant);
+        });
+    };
+    if (const std::uint32_t ulError = Storage::File::Replace(m_tszFile, sText, IsText); ulError != ERROR_SUCCESS) {
+        throw new Storage::XmlException(ulError);
+    }
 }
 
 // A copy that is only read lies where the system wants temporary files, so that reading needs no right to write beside

@@ -44,9 +44,17 @@ public:
      */
     std::string ToText();
 
+    /**
+     * Replaces the file by the document as it stands now; all elements end. The file is then the new one, whole, or else
+     * what it was. For Access::Write.
+     * @throws XmlException* as ToText, and with the system's error when the file cannot be replaced
+     */
+    void Store();
+
 private:
     ZkCommon::Storage::XmlParser& m_rParser;
     Access m_enAccess;
+    std::wstring m_tszFile;
     std::wstring m_tszLibraryFolder;
 };
 

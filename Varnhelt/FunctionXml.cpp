@@ -37,16 +37,20 @@ constexpr ValueTypeRow g_aValueType[] = {
      false},
     {ValueType::g_ulScannerTitle, DocumentId::ThreatsElmap, &CFunctionXml::QueryTitleELMAP, nullptr, true, false},
     {ValueType::g_ulRuleSet, DocumentId::None, nullptr, nullptr, true, false}, // reserved
-    {ValueType::g_ulKeyConfig, DocumentId::KeyConfig, nullptr, nullptr, true, false},
-    {ValueType::g_ulRegistryData, DocumentId::RegistryData, nullptr, nullptr, true, false},
+    {ValueType::g_ulKeyConfig, DocumentId::KeyConfig, &CFunctionXml::QueryValueAsKeyConfig, nullptr, true, false},
+    {ValueType::g_ulRegistryData, DocumentId::RegistryData, &CFunctionXml::QueryValueAsRegistryData, nullptr, true,
+     false},
     {ValueType::g_ulVersionInfo, DocumentId::VersionInfo, &CFunctionXml::QueryValueAsVersionInfo, nullptr, false,
      false},
     {ValueType::g_ulSpecificEnforcePolicy, DocumentId::Policy, &CFunctionXml::QueryValueAsSpecificEnforcePolicy, nullptr,
      true, false},
-    {ValueType::g_ulCompatibilityCheck, DocumentId::Compatibility, nullptr, nullptr, true, false},
-    {ValueType::g_ulPreUpdateList, DocumentId::PreUpdateList, nullptr, nullptr, false, true},
-    {ValueType::g_ulDeployAlias, DocumentId::Alias, nullptr, nullptr, false, false},
-    {ValueType::g_ulDeployComponent, DocumentId::Component, nullptr, nullptr, false, false},
+    {ValueType::g_ulCompatibilityCheck, DocumentId::Compatibility,
+     &CFunctionXml::QueryValueAsInstallCompatibilityCheckDB, nullptr, true, false},
+    {ValueType::g_ulPreUpdateList, DocumentId::PreUpdateList, nullptr, &CFunctionXml::StorePreUpdateList, false, true},
+    {ValueType::g_ulDeployAlias, DocumentId::Alias, &CFunctionXml::QueryValueAsDeployAliasConfig,
+     &CFunctionXml::StoreValueAsDeployAliasConfig, false, false},
+    {ValueType::g_ulDeployComponent, DocumentId::Component, &CFunctionXml::QueryValueAsDeployComponentConfig, nullptr,
+     false, false},
 };
 
 } // namespace

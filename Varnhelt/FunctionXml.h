@@ -5,6 +5,9 @@
 
 #include <cstdint>
 
+namespace SrvFrwk {
+struct PreUpdateList;
+}
 namespace Varnhelt::Documents {
 struct TextLookup;
 }
@@ -45,6 +48,17 @@ public:
     std::uint32_t QueryThreateDesELMAP(const Varnhelt::Request& _rstRequest);
     std::uint32_t QueryThreateRecELMAP(const Varnhelt::Request& _rstRequest);
     std::uint32_t QueryTitleELMAP(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsInstallCompatibilityCheckDB(const Varnhelt::Request& _rstRequest);
+    std::uint32_t StorePreUpdateList(const Varnhelt::Request& _rstRequest);
+    /** The steps of StorePreUpdateList, each of which stores the document. */
+    std::uint32_t ImpChangePlatform(const SrvFrwk::PreUpdateList* _pCompatibilityCheckPrePUInfo);
+    std::uint32_t ImpStoreValueAsCompatibilityCheckPUList(const SrvFrwk::PreUpdateList* _pCompatibilityCheckPrePUInfo,
+                                                          bool _bCreate);
+    std::uint32_t QueryValueAsDeployAliasConfig(const Varnhelt::Request& _rstRequest);
+    std::uint32_t StoreValueAsDeployAliasConfig(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsDeployComponentConfig(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsKeyConfig(const Varnhelt::Request& _rstRequest);
+    std::uint32_t QueryValueAsRegistryData(const Varnhelt::Request& _rstRequest);
 
 private:
     std::uint32_t LookUpText(const Varnhelt::Documents::TextLookup& _rstLookup, const Varnhelt::Request& _rstRequest);

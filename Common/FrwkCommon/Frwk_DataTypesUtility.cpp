@@ -1,6 +1,7 @@
 #include "Frwk_DataTypesUtility.h"
 
 #include "ZkComn_DebugLog.h"
+#include "ZkComn_String.h"
 
 namespace Frwk {
 
@@ -186,7 +187,8 @@ namespace Utility {
 const Word* FindWord(const WordTable& _rstTable, std::wstring_view _svText) noexcept
 {
     for (const Word& stWord : _rstTable.aWord) {
-        if (stWord.svText == _svText) {
+        if (stWord.svText == _svText ||
+            (_rstTable.bAnyCase && ZkCommon::String::EqualsNoCase(stWord.svText, _svText))) {
             return &stWord;
         }
     }

@@ -30,6 +30,7 @@ struct WordTable
 {
     std::span<const Word> aWord;
     WordDefaults stDefaults;
+    bool bAnyCase = false; // texts are compared without case
 };
 
 /** No text twice: a table that fails this has a word which nothing reads. */
@@ -65,7 +66,7 @@ extern const WordTable g_stBoolean;
 
 namespace Utility {
 
-/** The word equal to the text, with case; null when there is none. */
+/** The word equal to the text, with case unless the table says otherwise; null when there is none. */
 const Word* FindWord(const WordTable& _rstTable, std::wstring_view _svText) noexcept;
 
 /** The value of the text; an unknown one is logged and yields the table's default. Never fails. */

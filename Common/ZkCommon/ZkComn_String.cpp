@@ -205,8 +205,10 @@ bool EqualsNoCase(std::wstring_view _svLeft, std::wstring_view _svRight, std::si
 {
     const std::wstring_view svLeft = _svLeft.substr(0, _uCount);
     const std::wstring_view svRight = _svRight.substr(0, _uCount);
-    return ::CompareStringOrdinal(svLeft.data(), static_cast<int>(svLeft.size()), svRight.data(),
-                                  static_cast<int>(svRight.size()), TRUE) == CSTR_EQUAL;
+    // The system is asked only where that can decide: most texts are equal at once or differ in length.
+    return svLeft == svRight || (svLeft.size() == svRight.size() &&
+                                 ::CompareStringOrdinal(svLeft.data(), static_cast<int>(svLeft.size()), svRight.data(),
+                                                        static_cast<int>(svRight.size()), TRUE) == CSTR_EQUAL);
 }
 
 std::wstring WithBackslash(std::wstring _tszPath)

@@ -1,0 +1,87 @@
+#include "Compatibility.h"
+
+#include "Boundary.h"
+#include "DescriptionDump.h"
+#include "DescriptionReader.h"
+#include "DocumentFile.h"
+#include "FunctionXml.h"
+#include "RequestPath.h"
+#include "SrvFrwk_ResultCode.h"
+
+#include <vector>
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+constexpr Documents::DumpTexts g_stDump{L"[CFunctionXml::QueryValueAsInstallCompatibilityCheckDB]", L"=[", L"]",
+                                        TraceDetail};
+
+/** Dumps what is read while it is read, and passes the components over that are not enabled. */
+class Dump : public Documents::ReadHook
+{
+public:
+    using ReadHook::OnElement;
+    bool OnElement(const Storage::XmlElement& _rElement, const CompatibilityComponent&) const
+    {
+        const std::wstring tszEnabled(_rElement.Text());
+        Trace(TraceDetail, L"[CFunctionXml::QueryValueAsInstallCompatibilityCheckDB]\tis enable this component\t[%s]",
+              tszEnabled);
+        return Frwk::Utility::ToValue(m_stEnabled, tszEnabled) != 0;
+    }
+
+    template <class TField, class TRecord>
+    void OnField(const Storage::XmlElement&, const TField& _rstField, const TRecord& _rstRecord) const
+    {
+        Documents::DumpField(_rstField, _rstRecord, g_stDump);
+    }
+
+    template <class TField>
+    void OnList(const Storage::XmlElement&, const TField& _rstField) const
+    {
+        if (_rstField.pszLabel != nullptr) {
+            Trace(TraceDetail, L"[CFunctionXml::QueryValueAsInstallCompatibilityCheckDB()] %s", _rstField.pszLabel);
+        }
+    }
+
+private:
+    // The words of every flag, whose unknown text is told in a line of its own.
+    Frwk::WordTable m_stEnabled{
+        Frwk::Words::g_stBoolean.aWord,
+        {.pszUnknownTextLine = L"*** Frwk::Utility::GetBooleanType() - Invalid boolean Type. [%s]"}};
+};
+
+} // namespace
+
+std::uint32_t CFunctionXml::QueryValueAsInstallCompatibilityCheckDB(const Request& _rstRequest)
+{
+    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsInstallCompatibilityCheckDB()";
+    return AtBoundary({pszMethod}, [&] {
+        const MethodTrace cTrace(pszMethod);
+        auto* pArrayCompatibilityOSCheckEntry =
+            static_cast<std::vector<CompatibilityPlatform>*>(_rstRequest.pValueData);
+        if (pArrayCompatibilityOSCheckEntry == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsInstallCompatibilityCheckDB() - "
+                              L"pArrayCompatibilityOSCheckEntry was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        pArrayCompatibilityOSCheckEntry->clear();
+
+        const Document& stDocument = DocumentOf(DocumentId::Compatibility);
+        const auto stPath = PathInDirectory(pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
+        if (!stPath) {
+            return Result::g_ulMissingObject;
+        }
+        // No failure, whatever its asterisks say.
+        Trace(TraceDetail, L"*** CFunctionXml::QueryValueAsInstallCompatibilityCheckDB() - tszXmlFile = [%s]",
+              stPath->tszFile);
+        TraceParserDirectory(stPath->tszDirectory);
+        PlainDocument cDocument(m_cParser, Access::Read);
+        m_cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
+        Documents::ReadRecords(m_cElement, Documents::g_stCompatibilityPlatform, *pArrayCompatibilityOSCheckEntry,
+                               Dump());
+        return cTrace.Leave(Result::g_ulSuccess);
+    });
+}

@@ -1,0 +1,131 @@
+#include "DeployAliases.h"
+
+#include "Deployment.h"
+#include "DescriptionReader.h"
+#include "DocumentFile.h"
+#include "FunctionXml.h"
+#include "RequestPath.h"
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_DebugLog.h"
+
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+using Elements = std::vector<Storage::XmlElement>;
+
+/** For each identifier of the aliases the elements that bear it, found in one walk over the document. */
+std::unordered_map<std::wstring_view, Elements> IndexById(const Storage::XmlElement& _rRoot,
+                                                          const DeployAliasConfig& _rlstAlias)
+{
+    std::unordered_map<std::wstring_view, Elements> mapElement(_rlstAlias.size());
+    for (const DeployAlias& stAlias : _rlstAlias) {
+        mapElement[stAlias.strId];
+    }
+    const Storage::XmlName id = _rRoot.FindName(L"Id");
+    for (auto cAlias = _rRoot.FirstChild(L"Alias"); cAlias; cAlias = cAlias.NextNamesake()) {
+        if (const auto itFound = mapElement.find(cAlias.Attribute(id)); itFound != mapElement.end()) {
+            itFound->second.push_back(cAlias);
+        }
+    }
+    return mapElement;
+}
+
+/** An empty property leaves the element's own as it is. */
+void SetDeployAliasConfig(Storage::XmlElement _cAlias, const DeployAlias& _rstAlias)
+{
+    _cAlias.SetAttribute(L"Id", _rstAlias.strId);
+    if (!_rstAlias.strProperty.empty()) {
+        _cAlias.SetAttribute(L"Property", _rstAlias.strProperty);
+    }
+    _cAlias.SetText(_rstAlias.strValue);
+}
+
+/** Updates all elements of each alias, or appends one. @return false when there is nothing to append to */
+bool SetAliases(Storage::XmlElement _cRoot, const DeployAliasConfig& _rlstAlias)
+{
+    auto mapElement = IndexById(_cRoot, _rlstAlias);
+    for (const DeployAlias& stAlias : _rlstAlias) {
+        Elements& rvecElement = mapElement[stAlias.strId];
+        if (rvecElement.empty()) {
+            const Storage::XmlElement cNew = _cRoot.AddChild(Documents::g_stDeployAlias.svElement);
+            if (!cNew) {
+                return false;
+            }
+            rvecElement.push_back(cNew);
+        }
+        for (const Storage::XmlElement& cAlias : rvecElement) {
+            SetDeployAliasConfig(cAlias, stAlias);
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+std::uint32_t CFunctionXml::QueryValueAsDeployAliasConfig(const Request& _rstRequest)
+{
+    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsDeployAliasConfig()";
+    return AtBoundary(Documents::DeploymentFailures(pszMethod), [&] {
+        const MethodTrace cTrace(pszMethod);
+        auto* pstDeployAliasConfig = static_cast<DeployAliasConfig*>(_rstRequest.pValueData);
+        if (pstDeployAliasConfig == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployAliasConfig() - pstDeployAliasConfig was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        pstDeployAliasConfig->clear();
+
+        const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);
+        if (!stPath) {
+            return Result::g_ulMissingObject;
+        }
+        XenDocument cDocument(DocumentOf(DocumentId::Alias), stPath->tszFile, m_cParser, Access::Read);
+        if (!cDocument.Decrypt()) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployAliasConfig() - tszXmlPath was empty.");
+            return Result::g_ulMissingObject;
+        }
+        TraceParserDirectory(stPath->tszDirectory);
+        m_cElement = cDocument.Select(stPath->tszDirectory);
+        Documents::ReadRecords(m_cElement, Documents::g_stDeployAlias, *pstDeployAliasConfig);
+        return cTrace.Leave(Result::g_ulSuccess);
+    });
+}
+
+std::uint32_t CFunctionXml::StoreValueAsDeployAliasConfig(const Request& _rstRequest)
+{
+    constexpr const wchar_t* pszMethod = L"CFunctionXml::StoreValueAsDeployAliasConfig()";
+    return AtBoundary(Documents::DeploymentFailures(pszMethod), [&] {
+        const MethodTrace cTrace(pszMethod);
+        const auto* pstDeployAliasConfig = static_cast<const DeployAliasConfig*>(_rstRequest.pValueData);
+        if (pstDeployAliasConfig == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - pstDeployAliasConfig was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);
+        if (!stPath) {
+            return Result::g_ulMissingObject;
+        }
+        XenDocument cDocument(DocumentOf(DocumentId::Alias), stPath->tszFile, m_cParser, Access::Write);
+        if (!cDocument.Decrypt()) {
+            Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - tszXmlPath was empty.");
+            return Result::g_ulMissingObject;
+        }
+        TraceParserDirectory(stPath->tszDirectory);
+        m_cElement = cDocument.Select(stPath->tszDirectory);
+        if (!SetAliases(m_cElement, *pstDeployAliasConfig)) {
+            Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - pxmlAlias was invalid.");
+            return Result::g_ulFailed;
+        }
+        if (!cDocument.Store()) {
+            Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - cXenFile.Encrypt() failed.");
+            return Result::g_ulFailed;
+        }
+        return cTrace.Leave(Result::g_ulSuccess);
+    });
+}

@@ -1,0 +1,165 @@
+#include "DeployComponents.h"
+
+#include "Deployment.h"
+#include "DocumentFile.h"
+#include "FunctionXml.h"
+#include "RequestPath.h"
+#include "SrvFrwk_ResultCode.h"
+#include "SrvFrwk_ValueType.h"
+#include "ZkComn_DebugLog.h"
+#include "ZkComn_Platform.h"
+
+#include <utility>
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+const wchar_t* SectionOf(std::uint32_t _ulValueSubType)
+{
+    switch (_ulValueSubType) {
+    case ComponentSection::g_ulInstall:
+        return L"./Install";
+    case ComponentSection::g_ulUninstall:
+        return L"./Uninstall";
+    default:
+        return nullptr;
+    }
+}
+
+/** Tells files that name nothing, and drops shortcuts without a name. */
+struct DeployHook : Documents::ReadHook
+{
+    using ReadHook::OnRecord;
+    static bool OnRecord(const Storage::XmlElement&, DeployFile& _rstFile)
+    {
+        const bool bNameless = _rstFile.strName.empty();
+        _rstFile.bEmptyEntry = _rstFile.eAction == 1
+                                   ? bNameless && _rstFile.strSourceDirectory.empty() && _rstFile.strSourceName.empty()
+                                   : _rstFile.eAction == 2 && bNameless;
+        return true;
+    }
+    static bool OnRecord(const Storage::XmlElement&, const DeployShortcut& _rstShortcut)
+    {
+        return !_rstShortcut.strName.empty();
+    }
+};
+
+/** Reads one component after another; the document's names are looked up once. */
+class ComponentReader
+{
+public:
+    ComponentReader(const Storage::XmlElement& _rSection, std::uint32_t _ulRunMode)
+        : m_ulRunMode(_ulRunMode),
+          m_id(_rSection.FindName(L"Id")),
+          m_directory(_rSection.FindName(L"Directory")),
+          m_execute(_rSection.FindName(L"Execute")),
+          m_platform(_rSection.FindName(L"Platform")),
+          m_process(_rSection.FindName(L"Process")),
+          m_cFile(_rSection, Documents::g_stDeployFile),
+          m_cKey(_rSection),
+          m_cShortcut(_rSection, Documents::g_stDeployShortcut)
+    {}
+
+    /** Whether the component is for the run mode, and for systems and processors such as this. */
+    bool IsWanted(const Storage::XmlElement& _rComponent) const
+    {
+        const Frwk::Word* pExecute = Frwk::Utility::FindWord(Documents::g_stExecute, _rComponent.Attribute(m_execute));
+        if (pExecute != nullptr && pExecute->ulValue != m_ulRunMode) {
+            return false;
+        }
+        // A system's name is only looked up: what it says of this system does not matter.
+        const std::wstring_view svPlatform = _rComponent.Attribute(m_platform);
+        if (!svPlatform.empty() && svPlatform != L"all" && !Platform::OsTypeOf(svPlatform)) {
+            return false;
+        }
+        return _rComponent.Attribute(m_process) != L"x86";
+    }
+
+    /** @return the result of GetKeyConfig, the one part that may fail */
+    std::uint32_t Read(const Storage::XmlElement& _rComponent, DeployComponent& _rstComponent)
+    {
+        _rstComponent.strId = _rComponent.Attribute(m_id);
+        _rstComponent.strDirectory = _rComponent.Attribute(m_directory);
+        m_cFile.ReadAll(_rComponent, _rstComponent.lstFile, DeployHook());
+        if (const std::uint32_t ulResult = m_cKey.GetKeyConfig(_rComponent, _rstComponent.vecKey);
+            Result::IsFailure(ulResult)) {
+            return ulResult;
+        }
+        m_cShortcut.ReadAll(_rComponent, _rstComponent.lstShortcut, DeployHook());
+        return Result::g_ulSuccess;
+    }
+
+private:
+    std::uint32_t m_ulRunMode;
+    Storage::XmlName m_id;
+    Storage::XmlName m_directory;
+    Storage::XmlName m_execute;
+    Storage::XmlName m_platform;
+    Storage::XmlName m_process;
+    Documents::Bound<std::remove_const_t<decltype(Documents::g_stDeployFile)>> m_cFile;
+    Documents::KeyReader m_cKey;
+    Documents::Bound<std::remove_const_t<decltype(Documents::g_stDeployShortcut)>> m_cShortcut;
+};
+
+std::uint32_t ReadComponents(const Storage::XmlElement& _rSection, std::uint32_t _ulRunMode,
+                             DeployComponentConfig& _rlstComponent)
+{
+    ComponentReader cReader(_rSection, _ulRunMode);
+    for (auto cComponent = _rSection.FirstChild(Documents::g_stDeployComponent.svElement); cComponent;
+         cComponent = cComponent.NextNamesake()) {
+        if (!cReader.IsWanted(cComponent)) {
+            continue;
+        }
+        DeployComponent stComponent;
+        if (const std::uint32_t ulResult = cReader.Read(cComponent, stComponent); Result::IsFailure(ulResult)) {
+            Trace(TraceError,
+                  L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - this->GetKeyConfig() failed. [0x%08x]",
+                  ulResult);
+            return ulResult;
+        }
+        _rlstComponent.push_back(std::move(stComponent));
+    }
+    return Result::g_ulSuccess;
+}
+
+} // namespace
+
+std::uint32_t CFunctionXml::QueryValueAsDeployComponentConfig(const Request& _rstRequest)
+{
+    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsDeployComponentConfig()";
+    return AtBoundary(Documents::DeploymentFailures(pszMethod), [&] {
+        const MethodTrace cTrace(pszMethod);
+        auto* pstDeployComponentConfig = static_cast<DeployComponentConfig*>(_rstRequest.pValueData);
+        if (pstDeployComponentConfig == nullptr) {
+            Trace(TraceError,
+                  L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - pstDeployComponentConfig was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        pstDeployComponentConfig->clear();
+
+        const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);
+        if (!stPath) {
+            return Result::g_ulMissingObject;
+        }
+        XenDocument cDocument(DocumentOf(DocumentId::Component), stPath->tszFile, m_cParser, Access::Read);
+        if (!cDocument.Decrypt()) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - tszXmlPath was empty.");
+            return Result::g_ulMissingObject;
+        }
+        const wchar_t* pszSection = SectionOf(_rstRequest.ulValueSubType);
+        if (pszSection == nullptr) {
+            Trace(TraceError,
+                  L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - _ulValueSubType was invalid. [0x%08x]",
+                  _rstRequest.ulValueSubType);
+            return Result::g_ulInvalidArgument;
+        }
+        TraceParserDirectory(stPath->tszDirectory);
+        m_cElement = cDocument.Select(stPath->tszDirectory);
+        const std::uint32_t ulResult =
+            ReadComponents(m_cElement.Child(pszSection), _rstRequest.ulValueOption, *pstDeployComponentConfig);
+        return Result::IsFailure(ulResult) ? ulResult : cTrace.Leave(ulResult);
+    });
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Description.h"
+#include "KeyConfig.h"
+#include "SrvFrwk_Records.h"
+
+/** What a deployment installs and uninstalls: the files, registry values and shortcuts of each component. */
+namespace Varnhelt::Documents {
+
+inline constexpr Frwk::Word g_aDeployAction[] = {{L"deploy", 1}, {L"remove", 2}};
+inline constexpr Frwk::Word g_aExecute[] = {{L"setup", 1}, {L"changelang", 2}};
+static_assert(Frwk::IsDistinct(g_aDeployAction) && Frwk::IsDistinct(g_aExecute));
+inline constexpr Frwk::WordTable g_stDeployAction{g_aDeployAction, {}};
+/** The run mode that a component is for; one with another word is for all. */
+inline constexpr Frwk::WordTable g_stExecute{g_aExecute, {}};
+// Two tables of the same words, by what another text means.
+inline constexpr Frwk::WordTable g_stYesElseNo{g_aYesNo, {.ulUnknownText = 0}};
+inline constexpr Frwk::WordTable g_stNoElseYes{g_aYesNo, {.ulUnknownText = 1}};
+
+inline constexpr auto g_stDeployFile = Describe<SrvFrwk::DeployFile>(
+    L"File", Attribute(L"Id", &SrvFrwk::DeployFile::strId, Text()).Key("id"),
+    Attribute(L"Action", &SrvFrwk::DeployFile::eAction, Words(g_stDeployAction)).Key("action"),
+    Attribute(L"SourceDirectory", &SrvFrwk::DeployFile::strSourceDirectory, Text()).Key("sourceDirectory"),
+    Attribute(L"SourceName", &SrvFrwk::DeployFile::strSourceName, Text()).Key("sourceName"),
+    Attribute(L"Name", &SrvFrwk::DeployFile::strName, Text()).Key("name"),
+    Attribute(L"ActionAfterRebootIfFailed", &SrvFrwk::DeployFile::bActionAfterRebootIfFailed, Words(g_stYesElseNo))
+        .Key("actionAfterRebootIfFailed"),
+    Derived(L"", &SrvFrwk::DeployFile::bEmptyEntry, Boolean()).Key("emptyEntry"),
+    Attribute(L"Overwrite", &SrvFrwk::DeployFile::bOverwrite, Words(g_stNoElseYes)).Key("overwrite"),
+    Attribute(L"CompareVersion", &SrvFrwk::DeployFile::bCompareVersion, Words(g_stYesElseNo)).Key("compareVersion"));
+
+inline constexpr auto g_stDeployShortcut = Describe<SrvFrwk::DeployShortcut>(
+    L"Shortcut", Attribute(L"Id", &SrvFrwk::DeployShortcut::strId, Text()).Key("id"),
+    Attribute(L"Action", &SrvFrwk::DeployShortcut::eAction, Words(g_stDeployAction)).Key("action"),
+    Attribute(L"Name", &SrvFrwk::DeployShortcut::strName, Text()).Key("name"),
+    Attribute(L"Target", &SrvFrwk::DeployShortcut::strTarget, Text()).Key("target"),
+    Attribute(L"Arguments", &SrvFrwk::DeployShortcut::strArguments, Text()).Key("arguments"),
+    Attribute(L"Icon", &SrvFrwk::DeployShortcut::strIcon, Text()).Key("icon"),
+    Attribute(L"Description", &SrvFrwk::DeployShortcut::strDescription, Text()).Key("description"),
+    Attribute(L"RootProductDirectory", &SrvFrwk::DeployShortcut::strRootProductDirectory, Text())
+        .Key("rootProductDirectory"));
+
+/** The registry values lie a level deeper than a description reaches: a KeyReader reads them. */
+inline constexpr auto g_stDeployComponent = Describe<SrvFrwk::DeployComponent>(
+    L"Component", Attribute(L"Id", &SrvFrwk::DeployComponent::strId, Text()).Key("id"),
+    Attribute(L"Directory", &SrvFrwk::DeployComponent::strDirectory, Text()).Key("directory"),
+    Children(L"", &SrvFrwk::DeployComponent::lstFile, g_stDeployFile).Key("files"),
+    Children(L"./Registry", &SrvFrwk::DeployComponent::vecKey, g_stDeployKey).Key("keys"),
+    Children(L"", &SrvFrwk::DeployComponent::lstShortcut, g_stDeployShortcut).Key("shortcuts"));
+
+} // namespace Varnhelt::Documents

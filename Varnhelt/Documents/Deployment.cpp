@@ -1,0 +1,27 @@
+#include "Deployment.h"
+
+#include "ZkComn_DebugLog.h"
+
+namespace Varnhelt::Documents {
+
+using namespace ZkCommon;
+
+namespace {
+
+void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
+{
+    Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. ErrorCode:[0x%08x], Line[0x%08x]",
+          _pszMethod, _rError.ErrorCode(), _rError.SourceLine());
+    Trace(TraceError,
+          L"*** %s - Got ZkCommon::Storage::XmlException() failed. ErrorCode:[0x%08x], Line[0x%08x], FileName:[%s]",
+          _pszMethod, _rError.XmlErrorCode(), _rError.XmlLine(), XmlFileOf(_rError));
+}
+
+} // namespace
+
+FailureTexts DeploymentFailures(const wchar_t* _pszMethod) noexcept
+{
+    return {_pszMethod, &TraceXml, L"Got Exception."};
+}
+
+} // namespace Varnhelt::Documents

@@ -1,0 +1,146 @@
+#include "KeyConfig.h"
+
+#include "Boundary.h"
+#include "DocumentFile.h"
+#include "FunctionXml.h"
+#include "RequestPath.h"
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_DebugLog.h"
+#include "ZkComn_Platform.h"
+#include "ZkComn_String.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <iterator>
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+/** As far as long texts are compared. */
+constexpr std::size_t g_uCompared = 256;
+
+/** File name and extension of the running program; nothing when they cannot be had, which is logged. */
+std::optional<std::wstring> ProgramName()
+{
+    std::array<wchar_t, MAX_PATH> aPath{};
+    const DWORD ulLength = ::GetModuleFileNameW(nullptr, aPath.data(), static_cast<DWORD>(aPath.size()));
+    if (ulLength == 0 || ulLength == aPath.size()) {
+        Trace(TraceError, L"*** CFunctionXml::GetKeyConfig() - GetModuleFileName() failed. [0x%08x]",
+              ulLength == 0 ? ::GetLastError() : ERROR_INSUFFICIENT_BUFFER);
+        return std::nullopt;
+    }
+    std::array<wchar_t, _MAX_FNAME> aName{};
+    std::array<wchar_t, _MAX_EXT> aExtension{};
+    if (const int iError = ::_wsplitpath_s(aPath.data(), nullptr, 0, nullptr, 0, aName.data(), aName.size(),
+                                           aExtension.data(), aExtension.size());
+        iError != 0) {
+        Trace(TraceError, L"*** CFunctionXml::GetKeyConfig() - _tsplitpath_s() failed. [0x%08x]", iError);
+        return std::nullopt;
+    }
+    return std::wstring(aName.data()) + aExtension.data();
+}
+
+/** The system of a name in any case. */
+std::optional<std::uint32_t> OsTypeInAnyCase(std::wstring_view _svName)
+{
+    const auto* pRow = std::ranges::find_if(Platform::g_aOsTypeName, [&](const Platform::OsTypeName& _rstRow) {
+        return String::EqualsNoCase(_rstRow.svName, _svName, g_uCompared);
+    });
+    return pRow == std::end(Platform::g_aOsTypeName) ? std::nullopt : std::optional(pRow->ulOsType);
+}
+
+} // namespace
+
+namespace Varnhelt::Documents {
+
+KeyReader::KeyReader(const Storage::XmlElement& _rElement)
+    : m_registry(_rElement.FindName(L"Registry")),
+      m_root(_rElement.FindName(L"Root")),
+      m_key(_rElement.FindName(L"Key")),
+      m_value(_rElement.FindName(g_stDeployKey.svElement)),
+      m_osType(_rElement.FindName(L"OsType")),
+      m_assign(_rElement.FindName(L"Assign")),
+      m_cKey(_rElement, g_stDeployKey)
+{}
+
+std::uint32_t KeyReader::GetKeyConfig(const Storage::XmlElement& _rElement, std::vector<DeployKey>& _rvecKey)
+{
+    _rvecKey.clear();
+    DeployKey stPlace; // where the next values lie
+    for (auto cRegistry = _rElement.FirstChild(m_registry); cRegistry; cRegistry = cRegistry.NextSibling(m_registry)) {
+        if (const HKEY hRoot = RegistryRoot::Read(cRegistry.Attribute(m_root)); hRoot != nullptr) {
+            stPlace.hRoot = hRoot;
+        }
+        stPlace.strKey = cRegistry.Attribute(m_key);
+        for (auto cValue = cRegistry.FirstChild(m_value); cValue; cValue = cValue.NextSibling(m_value)) {
+            const std::optional<bool> bForThis = IsForThisProgram(cValue);
+            if (!bForThis) {
+                return Result::g_ulFailed;
+            }
+            DeployKey stKey = stPlace;
+            if (*bForThis && m_cKey.ReadOne(cValue, stKey, ReadHook())) {
+                _rvecKey.push_back(std::move(stKey));
+            }
+        }
+    }
+    Trace(TraceDetail, L"[Leave] CFunctionXml::GetKeyConfig()...");
+    return Result::g_ulSuccess;
+}
+
+std::optional<bool> KeyReader::IsForThisProgram(const Storage::XmlElement& _rValue)
+{
+    if (const std::wstring_view svOsType = _rValue.Attribute(m_osType); !svOsType.empty()) {
+        const std::optional<std::uint32_t> ulOsType = OsTypeInAnyCase(svOsType);
+        if (!ulOsType) {
+            Trace(TraceError, L"*** CFunctionXml::GetKeyConfig() - OsType is invalid. [%s]", std::wstring(svOsType));
+            return std::nullopt;
+        }
+        if (!Platform::CheckOsType(*ulOsType)) {
+            return false;
+        }
+    }
+    const std::wstring_view svAssign = _rValue.Attribute(m_assign);
+    if (svAssign.empty()) {
+        return true;
+    }
+    if (!m_tszProgram) {
+        m_tszProgram = ProgramName();
+    }
+    return m_tszProgram ? std::optional(String::EqualsNoCase(svAssign, *m_tszProgram, g_uCompared)) : std::nullopt;
+}
+
+} // namespace Varnhelt::Documents
+
+std::uint32_t CFunctionXml::QueryValueAsKeyConfig(const Request& _rstRequest)
+{
+    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsKeyConfig()";
+    return AtBoundary({pszMethod}, [&] {
+        const MethodTrace cTrace(pszMethod);
+        auto* pKeyConfig = static_cast<std::vector<DeployKey>*>(_rstRequest.pValueData);
+        if (pKeyConfig == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsKeyConfig() - pKeyConfig was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        pKeyConfig->clear();
+
+        const Document& stDocument = DocumentOf(DocumentId::KeyConfig);
+        const auto stPath = PathInDirectory(pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
+        if (!stPath) {
+            return Result::g_ulMissingObject;
+        }
+        TraceParserDirectory(stPath->tszDirectory);
+        PlainDocument cDocument(m_cParser, Access::Read);
+        m_cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
+        if (const std::uint32_t ulResult = Documents::KeyReader(m_cElement).GetKeyConfig(m_cElement, *pKeyConfig);
+            Result::IsFailure(ulResult)) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsKeyConfig() - this->GetKeyConfig() failed. [0x%08x]",
+                  ulResult);
+            return ulResult;
+        }
+        return cTrace.Leave(Result::g_ulSuccess);
+    });
+}

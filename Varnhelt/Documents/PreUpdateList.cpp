@@ -1,0 +1,118 @@
+#include "Boundary.h"
+#include "Compatibility.h"
+#include "DescriptionWriter.h"
+#include "DocumentFile.h"
+#include "Frwk_Utility.h"
+#include "FunctionXml.h"
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_DebugLog.h"
+
+// The update request that is sent before an installation: a document of the caller's, in which the platform's code and
+// the list of components are set.
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+/** As the update service knows the platform of all requests. */
+constexpr const wchar_t* g_pszPlatformCode = L"5889";
+constexpr const wchar_t* g_pszListRoot = L"/body/product";
+
+void TraceComponent(const CompatibilityComponent& _rstComponent)
+{
+    if (TracePasses(TraceDetail)) {
+        Documents::ForEachField(Documents::g_stCompatibilityComponent, [&](const auto& _rstField) {
+            Trace(TraceDetail, L" -- DEBUG %s[%s]", _rstField.svName.data(), _rstComponent.*_rstField.pMember);
+        });
+    }
+}
+
+/** Puts each component into the element that stands at its place in the list, behind a new one at the list's end. */
+void StoreComponents(Storage::XmlElement _cList, const std::vector<CompatibilityComponent>& _rvecComponent,
+                     bool _bCreate)
+{
+    Storage::XmlElement cElement;
+    for (const CompatibilityComponent& stComponent : _rvecComponent) {
+        if (_bCreate) {
+            Trace(TraceDetail,
+                  L"*** CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList() create a new component node");
+            _cList.AddChild(L"component");
+        }
+        cElement = &stComponent == _rvecComponent.data() ? _cList.FirstChild(L"component") : cElement.NextNamesake();
+        if (!cElement) {
+            continue;
+        }
+        Trace(TraceDetail, L"*** CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList() found! need to modify this "
+                           L"new node");
+        TraceComponent(stComponent);
+        Documents::WriteRecord(cElement, Documents::g_stCompatibilityComponent, stComponent);
+    }
+}
+
+} // namespace
+
+std::uint32_t CFunctionXml::StorePreUpdateList(const Request& _rstRequest)
+{
+    const auto* pCompatibilityCheckPrePUInfo = static_cast<const PreUpdateList*>(_rstRequest.pValueData);
+    ImpChangePlatform(pCompatibilityCheckPrePUInfo); // a request without it has its list stored all the same
+    // The first run appends one empty element for each component, the second finds them there: so requests have always
+    // been filled, and the service expects the empty ones.
+    if (Result::IsFailure(ImpStoreValueAsCompatibilityCheckPUList(pCompatibilityCheckPrePUInfo, true))) {
+        return Result::g_ulFailed;
+    }
+    return ImpStoreValueAsCompatibilityCheckPUList(pCompatibilityCheckPrePUInfo, false);
+}
+
+std::uint32_t CFunctionXml::ImpChangePlatform(const PreUpdateList* _pCompatibilityCheckPrePUInfo)
+{
+    constexpr const wchar_t* pszMethod = L"CFunctionXml::ImpChangePlatform()";
+    return AtBoundary({pszMethod}, [&] {
+        const MethodTrace cTrace(pszMethod);
+        Trace(TraceDetail, L"FunctionXml::ImpChangePlatform()...");
+        if (_pCompatibilityCheckPrePUInfo == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::ImpChangePlatform() - pCompatibilityCheckPrePUInfo was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        PlainDocument cDocument(m_cParser, Access::Write);
+        m_cElement = cDocument.Select(_pCompatibilityCheckPrePUInfo->tszDocument, Frwk::Utility::GetInstalledFolder(),
+                                      DocumentOf(DocumentId::PreUpdateList).pszRoot);
+        Storage::XmlElement cProduct = m_cElement.FirstChild(L"product");
+        if (!cProduct) {
+            // The line names the components, which support scripts look for.
+            Trace(TraceError, L"*** CFunctionXml::ImpChangePlatform() - components section was not found.");
+            return Result::g_ulFailed;
+        }
+        cProduct.SetAttribute(L"plat", g_pszPlatformCode);
+        cDocument.Store();
+        return cTrace.Leave(Result::g_ulSuccess);
+    });
+}
+
+std::uint32_t CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList(const PreUpdateList* _pCompatibilityCheckPrePUInfo,
+                                                                    bool _bCreate)
+{
+    constexpr const wchar_t* pszMethod = L"CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList()";
+    return AtBoundary({pszMethod}, [&] {
+        const MethodTrace cTrace(pszMethod);
+        if (_pCompatibilityCheckPrePUInfo == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList() - "
+                              L"pCompatibilityCheckPrePUInfo was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        Trace(TraceDetail, L"[1] CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList()...");
+        PlainDocument cDocument(m_cParser, Access::Write);
+        m_cElement = cDocument.Select(_pCompatibilityCheckPrePUInfo->tszDocument, Frwk::Utility::GetInstalledFolder(),
+                                      g_pszListRoot);
+        const Storage::XmlElement cList = m_cElement.FirstChild(L"components");
+        if (!cList) {
+            Trace(TraceError, L"*** CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList() - "
+                              L"components section was not found.");
+            return Result::g_ulFailed;
+        }
+        StoreComponents(cList, _pCompatibilityCheckPrePUInfo->vecComponent, _bCreate);
+        cDocument.Store();
+        return cTrace.Leave(Result::g_ulSuccess);
+    });
+}

@@ -1,0 +1,163 @@
+#include "RegistryData.h"
+
+#include "Boundary.h"
+#include "DescriptionReader.h"
+#include "DocumentFile.h"
+#include "Frwk_Utility.h"
+#include "FunctionXml.h"
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_DebugLog.h"
+#include "ZkComn_String.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+constexpr std::wstring_view g_svRoot = L"HKEY_LOCAL_MACHINE"; // the only one that such documents may name
+
+/** A fault in the document's text is told by its place, another one by its code. */
+void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
+{
+    if (_rError.XmlErrorCode() == 0) {
+        FailureTexts::TraceXml(_pszMethod, _rError);
+        return;
+    }
+    Trace(TraceError, L"*** %s - Xml Error [0x%08x] line [%d] file [%s]", _pszMethod, _rError.XmlErrorCode(),
+          _rError.XmlLine(), XmlFileOf(_rError));
+}
+
+/** The labels that a request selects. */
+class Selection
+{
+public:
+    explicit Selection(const std::vector<std::wstring>& _rvecLabel)
+        : m_setLabel(_rvecLabel.begin(), _rvecLabel.end()), m_bAll(m_setLabel.contains(L"*"))
+    {}
+    bool Has(std::wstring_view _svLabel) const { return m_bAll || m_setLabel.contains(_svLabel); }
+
+private:
+    std::unordered_set<std::wstring_view> m_setLabel;
+    bool m_bAll;
+};
+
+/** Reads one component after another; the document's names are looked up once. */
+class RegistryReader
+{
+public:
+    RegistryReader(const Storage::XmlElement& _rRoot, std::vector<RegistryData>& _rvecData)
+        : m_reg(_rRoot.FindName(L"Reg")),
+          m_key(_rRoot.FindName(L"key")),
+          m_access(_rRoot.FindName(L"access")),
+          m_element(_rRoot.FindName(Documents::g_stRegistryData.svElement)),
+          m_cData(_rRoot, Documents::g_stRegistryData),
+          m_rvecData(_rvecData)
+    {}
+
+    std::uint32_t GetRegistryComponent(const Storage::XmlElement& _rComponent)
+    {
+        const MethodTrace cTrace(L"CFunctionXml::GetRegistryComponent()");
+        for (auto cReg = _rComponent.FirstChild(m_reg); cReg; cReg = cReg.NextSibling(m_reg)) {
+            RegistryData stPlace;
+            if (!ReadPlace(cReg, stPlace)) {
+                return Result::g_ulFailed;
+            }
+            GetRegistryElements(cReg, stPlace);
+        }
+        return cTrace.Leave(Result::g_ulSuccess);
+    }
+
+private:
+    /** Where the values of a "Reg" lie. @return false for a key that is none, which is logged */
+    bool ReadPlace(const Storage::XmlElement& _rReg, RegistryData& _rstPlace) const
+    {
+        const std::wstring_view svKey = _rReg.Attribute(m_key);
+        const std::size_t uRoot = svKey.find(L'\\');
+        if (uRoot == std::wstring_view::npos) {
+            Trace(TraceError, L"CFunctionXml::GetRegistryComponent() - parsing 'key' error: [%s]", std::wstring(svKey));
+            return false;
+        }
+        const std::wstring tszRoot(svKey.substr(0, uRoot));
+        Trace(TraceNotice, L"CFunctionXml::GetRegistryComponent() - root key: [%s]", tszRoot);
+        if (tszRoot != g_svRoot) {
+            Trace(TraceError, L"CFunctionXml::GetRegistryComponent() - unsupported root key: %s", tszRoot);
+            return false;
+        }
+        _rstPlace.hRoot = HKEY_LOCAL_MACHINE;
+        _rstPlace.tszSubKey = svKey.substr(uRoot + 1);
+        _rstPlace.bAllAccess = _rReg.Attribute(m_access) == L"all";
+        Trace(TraceNotice, L"CFunctionXml::GetRegistryComponent() - sub key: %s, all access: %d", _rstPlace.tszSubKey,
+              _rstPlace.bAllAccess ? 1 : 0);
+        return true;
+    }
+
+    void GetRegistryElements(const Storage::XmlElement& _rReg, const RegistryData& _rstPlace)
+    {
+        const MethodTrace cTrace(L"CFunctionXml::GetRegistryElements()");
+        for (auto cElement = _rReg.FirstChild(m_element); cElement; cElement = cElement.NextSibling(m_element)) {
+            RegistryData stData = _rstPlace;
+            m_cData.ReadOne(cElement, stData, Documents::ReadHook());
+            m_rvecData.push_back(std::move(stData));
+        }
+        cTrace.Leave(Result::g_ulSuccess);
+    }
+
+    Storage::XmlName m_reg;
+    Storage::XmlName m_key;
+    Storage::XmlName m_access;
+    Storage::XmlName m_element;
+    Documents::Bound<std::remove_const_t<decltype(Documents::g_stRegistryData)>> m_cData;
+    std::vector<RegistryData>& m_rvecData;
+};
+
+std::uint32_t ReadComponents(const Storage::XmlElement& _rRoot, const Selection& _rSelection,
+                             std::vector<RegistryData>& _rvecData)
+{
+    const Storage::XmlName label = _rRoot.FindName(L"label");
+    RegistryReader cReader(_rRoot, _rvecData);
+    for (auto cComponent = _rRoot.FirstChild(L"Component"); cComponent; cComponent = cComponent.NextNamesake()) {
+        if (!_rSelection.Has(cComponent.Attribute(label))) {
+            continue;
+        }
+        if (const std::uint32_t ulResult = cReader.GetRegistryComponent(cComponent); Result::IsFailure(ulResult)) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsRegistryData() - GetRegistryComponent() failed.[0x%08x]",
+                  ulResult);
+            return ulResult;
+        }
+    }
+    return Result::g_ulSuccess;
+}
+
+} // namespace
+
+std::uint32_t CFunctionXml::QueryValueAsRegistryData(const Request& _rstRequest)
+{
+    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsRegistryData()";
+    return AtBoundary({pszMethod, &TraceXml}, [&] {
+        const MethodTrace cTrace(pszMethod);
+        auto* pRegistryConfig = static_cast<std::vector<RegistryData>*>(_rstRequest.pValueData);
+        if (pRegistryConfig == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsRegistryData() - pRegistryConfig was invalid.");
+            return Result::g_ulMissingObject;
+        }
+        pRegistryConfig->clear();
+        const auto* pstRequest = static_cast<const RegistryDataRequest*>(_rstRequest.pOptionData);
+        if (pstRequest == nullptr) {
+            Trace(TraceError, L"*** CFunctionXml::QueryValueAsRegistryData() - _lpvParameter was NULL.");
+            return Result::g_ulMissingObject;
+        }
+        PlainDocument cDocument(m_cParser, Access::Read);
+        m_cElement =
+            cDocument.Select(pstRequest->tszXmlFile, String::WithBackslash(Frwk::Utility::GetInstalledFolder()),
+                             DocumentOf(DocumentId::RegistryData).pszRoot);
+        const std::uint32_t ulResult = ReadComponents(m_cElement, Selection(pstRequest->vecLabel), *pRegistryConfig);
+        return Result::IsFailure(ulResult) ? ulResult : cTrace.Leave(ulResult);
+    });
+}
