@@ -18,4 +18,10 @@ inline std::uint32_t QueryDirectly(std::uint32_t _ulValueType, void* _pValueData
                                       .pOptionData = _pOptionData});
 }
 
+inline std::uint32_t StoreDirectly(std::uint32_t _ulValueType, void* _pValueData, void* _pOptionData)
+{
+    return CFunctionXml().StoreValue(
+        {.ulValueType = _ulValueType, .pValueData = _pValueData, .pOptionData = _pOptionData});
+}
+
 } // namespace Vrnt

@@ -48,6 +48,9 @@ Json FieldToJson(const TRecord& _rstRecord, const TField& _rstField)
         return rValue != 0; // a BOOL is a number to the compiler
     } else if constexpr (std::is_same_v<std::decay_t<decltype(rValue)>, std::wstring>) {
         return ToJson(rValue);
+    } else if constexpr (std::is_pointer_v<std::decay_t<decltype(rValue)>>) { // a registry root, by its short name
+        const std::wstring tszRoot = _rstField.stConversion.Write(rValue);
+        return tszRoot.empty() ? Json(nullptr) : ToJson(tszRoot);
     } else {
         return rValue;
     }

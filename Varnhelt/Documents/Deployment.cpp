@@ -11,10 +11,10 @@ namespace {
 void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
     Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. ErrorCode:[0x%08x], Line[0x%08x]",
-          _pszMethod, _rError.ErrorCode(), _rError.SourceLine());
+          _pszMethod, _rError.ErrorCode(), _rError.XmlLine());
     Trace(TraceError,
           L"*** %s - Got ZkCommon::Storage::XmlException() failed. ErrorCode:[0x%08x], Line[0x%08x], FileName:[%s]",
-          _pszMethod, _rError.XmlErrorCode(), _rError.XmlLine(), XmlFileOf(_rError));
+          _pszMethod, _rError.ErrorCode(), _rError.XmlLine(), XmlFileOf(_rError));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "Direct.h"
 
+#include "DirectCommands.h"
 #include "Directory.h"
 #include "Output.h"
 #include "RecordOutput.h"
@@ -39,6 +40,8 @@ void AddDirect(Tool& _rTool)
         _rTool.cApp.add_subcommand("direct", "Read and write the documents that no function object serves");
     pDirect->require_subcommand(1);
     AddVersionInfo(_rTool, pDirect);
+    AddAliases(_rTool, pDirect);
+    AddComponents(_rTool, pDirect);
 }
 
 } // namespace Vrnt

@@ -31,6 +31,9 @@ void AddQuery(Tool& _rTool)
     AddPuIds(_rTool, pQuery);
     AddCompetitors(_rTool, pQuery);
     AddThreats(_rTool, pQuery);
+    AddKeyConfig(_rTool, pQuery);
+    AddRegistryData(_rTool, pQuery);
+    AddCompatibility(_rTool, pQuery);
 }
 
 } // namespace Vrnt
