@@ -3,8 +3,8 @@
 #include <cstddef>
 
 /**
- * While it lives, the _iNth array (counted from 1) of at least _uLarge bytes that is asked for without exceptions, as
- * the buffers of whole files are, is refused. At most one object at a time.
+ * While it lives, the _iNth block (counted from 1) of at least _uLarge bytes that is asked for without exceptions, as
+ * the buffers of whole files and the module's own objects are, is refused. At most one object at a time.
  */
 class AllocationFault
 {
