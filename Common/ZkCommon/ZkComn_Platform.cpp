@@ -22,13 +22,13 @@ enum class Width
 /** A kind that one release of the NT family is of. */
 struct Release
 {
-    std::uint32_t ulOsType;
-    std::uint32_t ulMajor;
-    std::uint32_t ulMinor;
+    std::uint32_t ulOsType = 0;
+    std::uint32_t ulMajor = 0;
+    std::uint32_t ulMinor = 0;
     Width enWidth = Width::Any;
     std::uint32_t ulProductType = 0; // 0: any
 
-    constexpr bool Is(const Version& _rstVersion) const noexcept
+    bool Holds(const Version& _rstVersion) const noexcept
     {
         return _rstVersion.ulMajor == ulMajor && _rstVersion.ulMinor == ulMinor &&
                (enWidth == Width::Any || (enWidth == Width::X64) == _rstVersion.b64Bit) &&
@@ -41,6 +41,8 @@ constexpr Release g_aRelease[] = {
     {Os2003, 5, 2, Width::Any, VER_NT_SERVER},
     {OsXp32, 5, 1, Width::Any, VER_NT_WORKSTATION},
     {OsXp64, 5, 2, Width::Any, VER_NT_WORKSTATION},
+    {OsXp32Or64, 5, 1, Width::Any, VER_NT_WORKSTATION},
+    {OsXp32Or64, 5, 2, Width::Any, VER_NT_WORKSTATION},
     {OsVista32, 6, 0, Width::X86},
     {OsVista64, 6, 0, Width::X64},
     {OsVista32Or64, 6, 0},
@@ -55,12 +57,12 @@ constexpr Release g_aRelease[] = {
 /** A kind that the NT family is of from a release with a service pack on. */
 struct Since
 {
-    std::uint32_t ulOsType;
-    std::uint32_t ulMajor;
-    std::uint32_t ulMinor;
-    std::uint32_t ulServicePack;
+    std::uint32_t ulOsType = 0;
+    std::uint32_t ulMajor = 0;
+    std::uint32_t ulMinor = 0;
+    std::uint32_t ulServicePack = 0;
 
-    bool IsReachedBy(const Version& _rstVersion) const noexcept
+    bool Holds(const Version& _rstVersion) const noexcept
     {
         return std::tie(_rstVersion.ulMajor, _rstVersion.ulMinor, _rstVersion.ulServicePack) >=
                std::tie(ulMajor, ulMinor, ulServicePack);
@@ -152,8 +154,6 @@ bool IsOfType(std::uint32_t _ulOsType, const Version& _rstVersion) noexcept
         return b9x && _rstVersion.ulMajor == 4 && _rstVersion.ulMinor == 90;
     case Os9xOrMe:
         return b9x;
-    case OsXp32Or64:
-        return IsOfType(OsXp32, _rstVersion) || IsOfType(OsXp64, _rstVersion);
     case OsNtOrLater:
         return bNt;
     case OsSevenOrLater: // on purpose not true of a 10.0
@@ -163,12 +163,8 @@ bool IsOfType(std::uint32_t _ulOsType, const Version& _rstVersion) noexcept
     default:
         break;
     }
-    const auto IsType = [=](const auto& _rstRow) { return _rstRow.ulOsType == _ulOsType; };
-    if (const auto it = std::ranges::find_if(g_aRelease, IsType); it != std::end(g_aRelease)) {
-        return bNt && it->Is(_rstVersion);
-    }
-    const auto it = std::ranges::find_if(g_aSince, IsType);
-    return it != std::end(g_aSince) && bNt && it->IsReachedBy(_rstVersion);
+    const auto Holds = [&](const auto& _rstRow) { return _rstRow.ulOsType == _ulOsType && _rstRow.Holds(_rstVersion); };
+    return bNt && (std::ranges::any_of(g_aRelease, Holds) || std::ranges::any_of(g_aSince, Holds));
 }
 
 bool CheckOsType(std::uint32_t _ulOsType) noexcept

@@ -26,7 +26,7 @@ public:
     void Unlock() noexcept override { ::LeaveCriticalSection(&m_stSection); }
 
 private:
-    CRITICAL_SECTION m_stSection;
+    CRITICAL_SECTION m_stSection{};
 };
 
 /** Holds a lock for the length of a scope. */

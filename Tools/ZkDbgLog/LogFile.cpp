@@ -3,7 +3,7 @@
 #include "ZkComn_Library.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 #include <functional>
 #include <string_view>
 #include <utility>
@@ -23,6 +23,20 @@ std::uint32_t ToDay(unsigned _uYear, unsigned _uMonth, unsigned _uDay) noexcept
 std::uint32_t ToDay(const SYSTEMTIME& _rstTime) noexcept
 {
     return ToDay(_rstTime.wYear, _rstTime.wMonth, _rstTime.wDay);
+}
+
+/** The day of a line that begins with "DD/MM/YYYY"; 0 when it does not. */
+std::uint32_t DayOfLine(std::string_view _svLine) noexcept
+{
+    if (_svLine.size() < 10 || _svLine[2] != '/' || _svLine[5] != '/') {
+        return 0;
+    }
+    const auto Number = [_svLine](std::size_t _uAt, std::size_t _uDigits) {
+        unsigned uNumber = 0;
+        const char* const pFirst = _svLine.data() + _uAt;
+        return std::from_chars(pFirst, pFirst + _uDigits, uNumber).ptr == pFirst + _uDigits ? uNumber : 0;
+    };
+    return ToDay(Number(6, 4), Number(3, 2), Number(0, 2));
 }
 
 template <std::size_t N>
@@ -157,11 +171,8 @@ std::uint32_t LogFile::DayOfContent(std::uint32_t _ulWhenEmpty) const
     if (!::ReadFile(m_hFile.Get(), aszDate, sizeof aszDate - 1, &ulRead, &stStart) || ulRead == 0) {
         return _ulWhenEmpty;
     }
-    unsigned uDay = 0;
-    unsigned uMonth = 0;
-    unsigned uYear = 0;
-    if (std::sscanf(aszDate, "%2u/%2u/%4u", &uDay, &uMonth, &uYear) == 3 && uYear >= 1601) {
-        return ToDay(uYear, uMonth, uDay);
+    if (const std::uint32_t ulDay = DayOfLine({aszDate, ulRead}); ulDay != 0) {
+        return ulDay;
     }
     FILETIME stChanged{};
     FILETIME stLocal{};
