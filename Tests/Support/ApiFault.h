@@ -65,6 +65,7 @@ extern "C" {
 extern void* __imp_CreateFileW;                // NOLINT
 extern void* __imp_DeleteFileW;                // NOLINT
 extern void* __imp_FlushFileBuffers;           // NOLINT
+extern void* __imp_GetModuleFileNameW;         // NOLINT
 extern void* __imp_MoveFileExW;                // NOLINT
 extern void* __imp_ReadFile;                   // NOLINT
 extern void* __imp_SetEndOfFile;               // NOLINT

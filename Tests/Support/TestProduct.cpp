@@ -18,6 +18,11 @@ File::KeySpan KeyOf(const Varnhelt::Document& _rstDocument)
     return File::KeySpan(reinterpret_cast<const std::uint8_t*>(_rstDocument.szKey), File::g_uKeySize);
 }
 
+const wchar_t* FileOf(const Varnhelt::Document& _rstDocument, const wchar_t* _pszFile)
+{
+    return _pszFile != nullptr ? _pszFile : _rstDocument.pszFile;
+}
+
 } // namespace
 
 TestProduct::TestProduct()
@@ -48,29 +53,30 @@ void TestProduct::Unregister()
     }
 }
 
-void TestProduct::Store(Varnhelt::DocumentId _enDocument, std::string_view _svXml) const
+void TestProduct::Store(Varnhelt::DocumentId _enDocument, std::string_view _svXml, const wchar_t* _pszFile) const
 {
     const Varnhelt::Document& stDocument = Varnhelt::DocumentOf(_enDocument);
-    m_cFolder.Write(stDocument.pszFile, _svXml);
+    const wchar_t* pszFile = FileOf(stDocument, _pszFile);
+    m_cFolder.Write(pszFile, _svXml);
     if (stDocument.szKey != nullptr) {
-        const std::wstring tszPath = m_cFolder.File(stDocument.pszFile);
+        const std::wstring tszPath = m_cFolder.File(pszFile);
         File::EncryptFile(tszPath, tszPath, KeyOf(stDocument));
     }
 }
 
-std::string TestProduct::Stored(Varnhelt::DocumentId _enDocument) const
+std::string TestProduct::Stored(Varnhelt::DocumentId _enDocument, const wchar_t* _pszFile) const
 {
-    return m_cFolder.Read(Varnhelt::DocumentOf(_enDocument).pszFile);
+    return m_cFolder.Read(FileOf(Varnhelt::DocumentOf(_enDocument), _pszFile));
 }
 
-std::string TestProduct::Plain(Varnhelt::DocumentId _enDocument) const
+std::string TestProduct::Plain(Varnhelt::DocumentId _enDocument, const wchar_t* _pszFile) const
 {
     const Varnhelt::Document& stDocument = Varnhelt::DocumentOf(_enDocument);
     if (stDocument.szKey == nullptr) {
-        return Stored(_enDocument);
+        return Stored(_enDocument, _pszFile);
     }
     const TempFolder cPlain;
-    File::DecryptFile(m_cFolder.File(stDocument.pszFile), cPlain.File(L"plain"), KeyOf(stDocument));
+    File::DecryptFile(m_cFolder.File(FileOf(stDocument, _pszFile)), cPlain.File(L"plain"), KeyOf(stDocument));
     return cPlain.Read(L"plain");
 }
 

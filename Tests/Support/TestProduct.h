@@ -24,10 +24,11 @@ public:
     static void Register(const std::wstring& _rtszPath);
     static void Unregister();
 
-    void Store(Varnhelt::DocumentId _enDocument, std::string_view _svXml) const;
+    /** _pszFile is for the documents that have no fixed name. */
+    void Store(Varnhelt::DocumentId _enDocument, std::string_view _svXml, const wchar_t* _pszFile = nullptr) const;
     /** The stored bytes, and what they say. */
-    std::string Stored(Varnhelt::DocumentId _enDocument) const;
-    std::string Plain(Varnhelt::DocumentId _enDocument) const;
+    std::string Stored(Varnhelt::DocumentId _enDocument, const wchar_t* _pszFile = nullptr) const;
+    std::string Plain(Varnhelt::DocumentId _enDocument, const wchar_t* _pszFile = nullptr) const;
 
     /** Files that are no document of the product: there should be none after a request. */
     std::vector<std::wstring> Leftovers() const;

@@ -1,0 +1,155 @@
+// The tool's commands for compatibility, deployment and registry documents.
+
+#include "RunProgram.h"
+#include "TestProduct.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using Varnhelt::DocumentId;
+using Json = nlohmann::json;
+
+namespace {
+
+class VrntDeploy : public testing::Test
+{
+protected:
+    VrntDeploy()
+    {
+        m_cProduct.Store(DocumentId::Compatibility, R"(<CompatibilityCheck><Platforms><Platform major_version="6">
+            <Product sku="IS"><Action>PreInstallUpdate</Action><ShowMessage>true</ShowMessage><Components>
+            <Component class="1">1</Component></Components><Messages><Message>m</Message></Messages></Product>
+            </Platform></Platforms></CompatibilityCheck>)");
+        m_cProduct.Store(DocumentId::KeyConfig, "<Config>" + Key("HKCU") + "</Config>");
+        m_cProduct.Folder().Write(L"data.xml", R"(<Quillmar><Component label="a"><Reg key="HKEY_LOCAL_MACHINE\S"
+            access="all"><Element><Name>n</Name><Type>REG_QWORD</Type><Value>0x7FFFFFFFFFFFFFFF</Value></Element></Reg>
+            </Component><Component label="b"/></Quillmar>)");
+        m_cProduct.Store(DocumentId::Alias, "<Aliases><Alias Id='A'>1</Alias></Aliases>", L"a.xen");
+        m_cProduct.Store(DocumentId::Component,
+                         "<Components><Install><Component Id='C' Directory='D'><File Name='f' Action='remove'/>" +
+                             Key("") + "<Shortcut Name='s'/></Component></Install></Components>",
+                         L"c.xen");
+        m_cProduct.Folder().Write(L"request.xml", "<body><product><components/></product></body>");
+    }
+    static std::string Key(const std::string& _rsRoot)
+    {
+        return "<Registry Root='" + _rsRoot + R"(' Key="K"><RegistryValue Name="N" Type="dword" OverWrite="yes"
+            AllAccess="no" AccessMode="64bitKey" Action="write" On="install">7</RegistryValue></Registry>)";
+    }
+    std::wstring Folder() const { return m_cProduct.Folder().Path().wstring(); }
+    std::wstring File(const wchar_t* _pszName) const { return m_cProduct.Folder().File(_pszName); }
+
+    TestProduct m_cProduct;
+};
+
+struct Row
+{
+    int iLine;
+    std::vector<std::wstring> vecArgument;
+    const char* szData;  // in JSON
+    const char* szCells; // in the table, an expression
+};
+
+TEST_F(VrntDeploy, EveryQueryPrintsItsRecordsAsJsonAndAsATable)
+{
+    const std::string sKey = R"("key": "K", "name": "N", "type": 4, "data": "7", "action": 5, "on": 1,
+        "overWrite": true, "allAccess": false, "accessMode": 2})";
+    const std::string sKeyConfig = R"([{"root": "HKCU", )" + sKey + "]";
+    const std::string sComponent =
+        R"([{"id": "C", "directory": "D", "files": [{"id": "", "action": 2, "sourceDirectory": "", "sourceName": "",
+        "name": "f", "actionAfterRebootIfFailed": false, "emptyEntry": false, "overwrite": true,
+        "compareVersion": false}], "keys": [{"root": null, )" +
+        sKey + R"(], "shortcuts": [{"id": "", "action": 0, "name": "s", "target": "", "arguments": "", "icon": "",
+        "description": "", "rootProductDirectory": ""}]}])";
+    const Row aRow[] = {
+        {__LINE__,
+         {L"query", L"compatibility", L"--dir", Folder()},
+         R"([{"platformMajorVersion": "6", "platformMinorVersion": "", "platformReVersion": "", "platformBuild": "",
+              "platformLeftHandMost": false, "servicePack": "", "language": "", "products": [{"skuName": "IS",
+              "majorVersion": "", "minorVersion": "", "reVersion": "", "build": "", "leftHandMost": false, "action": 2,
+              "secondAction": 1, "showMessage": true, "oemFlag": "", "language": "", "components": [{"class": "1",
+              "type": "", "plat": "", "lang": "", "oem": "", "region": "", "ver": "0"}],
+              "messages": [{"locale": "EN-US", "message": "m"}]}]}])",
+         "6 .*IS .*PreInstallUpdate +Block +yes"},
+        {__LINE__, {L"query", L"key-config", L"--dir", Folder()}, sKeyConfig.c_str(), "HKCU +K +N +dword +7 +write"},
+        {__LINE__,
+         {L"query", L"registry-data", L"--file", File(L"data.xml"), L"--label", L"x", L"--label", L"a"},
+         R"([{"root": "HKLM", "subKey": "S", "allAccess": true, "name": "n", "type": 11,
+              "text": "0x7FFFFFFFFFFFFFFF", "number": 9223372036854775807}])",
+         "HKLM +S +yes +n +REG_QWORD +0x7F"},
+        {__LINE__,
+         {L"direct", L"alias", L"--dir", Folder(), L"--file", L"a.xen"},
+         R"([{"id": "A", "property": "", "value": "1"}])",
+         "A +1"},
+        {__LINE__,
+         {L"direct", L"component", L"--dir", Folder(), L"--file", L"c.xen", L"--section", L"install", L"--run-mode",
+          L"0x0"},
+         sComponent.c_str(),
+         "C +D +file +remove +f"},
+    };
+    for (const Row& stRow : aRow) {
+        const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
+        std::vector<std::wstring> vecArgument = stRow.vecArgument;
+        const ProgramRun stTable = RunVrnt(vecArgument);
+        EXPECT_EQ(stTable.iExitStatus, 0);
+        EXPECT_THAT(stTable.sOutput, ContainsRegex(stRow.szCells));
+        vecArgument.insert(vecArgument.begin(), L"--json");
+        const ProgramRun stJson = RunVrnt(vecArgument);
+        ASSERT_TRUE(Json::accept(stJson.sOutput)) << stJson.sOutput << stJson.sError;
+        EXPECT_EQ(Json::parse(stJson.sOutput), Json({{"result", "0x00040200"}, {"data", Json::parse(stRow.szData)}}));
+    }
+}
+
+TEST_F(VrntDeploy, StoresTakeWhatTheQueriesPrintAndRefuseTheRestByItsPlace)
+{
+    m_cProduct.Folder().Write(L"list.json", R"([{"class": "1", "type": "ä", "plat": "", "lang": "", "oem": "",
+        "region": "", "ver": "2"}])");
+    m_cProduct.Folder().Write(L"alias.json", R"([{"id": "A", "property": "P", "value": "2"}])");
+    const std::vector<std::wstring> vecStoreAlias = {L"--json", L"direct", L"store-alias", L"--dir",           Folder(),
+                                                     L"--file", L"a.xen",  L"--input",     File(L"alias.json")};
+    const ProgramRun stAlias = RunVrnt(vecStoreAlias);
+    EXPECT_EQ(Json::parse(stAlias.sOutput), Json({{"result", "0x00040200"}, {"data", nullptr}})) << stAlias.sError;
+    EXPECT_THAT(m_cProduct.Plain(DocumentId::Alias, L"a.xen"), HasSubstr("<Alias Id=\"A\" Property=\"P\">2</Alias>"));
+
+    const ProgramRun stList =
+        RunVrnt({L"store", L"pre-update-list", L"--document", File(L"request.xml"), L"--input", File(L"list.json")});
+    EXPECT_EQ(stList.iExitStatus, 0) << stList.sError;
+    EXPECT_THAT(m_cProduct.Folder().Read(L"request.xml"), HasSubstr("<component class=\"1\" type=\"ä\""));
+
+    const std::string sStored = m_cProduct.Stored(DocumentId::Alias, L"a.xen");
+    for (const auto& [szInput, szPlace] : {std::pair(R"([{"id": "A", "property": "P"}])", "[0].value"),
+                                           std::pair(R"([{"id": 1, "property": "P", "value": ""}])", "[0].id"),
+                                           std::pair("{}", "array"), std::pair("[", "JSON")}) {
+        m_cProduct.Folder().Write(L"alias.json", szInput);
+        const ProgramRun stRefused = RunVrnt(vecStoreAlias);
+        EXPECT_EQ(stRefused.iExitStatus, 2);
+        EXPECT_THAT(stRefused.sError, HasSubstr(szPlace));
+    }
+    EXPECT_EQ(m_cProduct.Stored(DocumentId::Alias, L"a.xen"), sStored);
+}
+
+TEST_F(VrntDeploy, AMissingDocumentIsTheLibrarysFailureAndABadArgumentTheUsers)
+{
+    const ProgramRun stMissing = RunVrnt({L"--json", L"direct", L"alias", L"--dir", Folder(), L"--file", L"none.xen"});
+    EXPECT_EQ(stMissing.iExitStatus, 1);
+    EXPECT_EQ(Json::parse(stMissing.sOutput), Json({{"result", "0x80040205"}, {"data", Json::array()}}));
+    const std::pair<std::vector<std::wstring>, const char*> aUsage[] = {
+        {{L"direct", L"component", L"--dir", L"d", L"--file", L"f", L"--section", L"both", L"--run-mode", L"1"},
+         "both"},
+        {{L"direct", L"component", L"--dir", L"d", L"--file", L"f", L"--section", L"install", L"--run-mode", L"1x"},
+         "1x"},
+        {{L"query", L"registry-data", L"--file", L"f"}, "--label"},
+        {{L"store", L"pre-update-list", L"--document", L"d", L"--input", L"Z:\\nowhere.json"}, "nowhere"},
+    };
+    for (const auto& [vecArgument, szNamed] : aUsage) {
+        const ProgramRun stRun = RunVrnt(vecArgument);
+        EXPECT_EQ(stRun.iExitStatus, 2);
+        EXPECT_THAT(stRun.sError, HasSubstr(szNamed));
+        EXPECT_THAT(stRun.sOutput, IsEmpty());
+    }
+}
+
+} // namespace
