@@ -1,0 +1,98 @@
+// vrnt.exe asks for the policy and stores it.
+
+#include "RunProgram.h"
+#include "TestProduct.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using Varnhelt::DocumentId;
+using Json = nlohmann::json;
+
+namespace {
+
+constexpr const char* g_szRecords = R"([{"controllerType": 4, "permission": 1, "allowToLoadInSetupMode": true,
+    "providers": [{"controllerType": 4, "providerType": 32, "permission": 2, "deployState": 3}]}])";
+
+class VrntPolicy : public testing::Test
+{
+protected:
+    VrntPolicy()
+    {
+        m_cProduct.Store(DocumentId::Policy, R"(<PolicyEnforceLayer><PolicyControllers>
+            <PolicyController Controller="eFirewall"><PolicyProviders>
+              <PolicyProvider Controller="eFirewall" Provider="eNeighborList"/></PolicyProviders></PolicyController>
+            </PolicyControllers></PolicyEnforceLayer>)");
+    }
+    ProgramRun StoreJson(const std::string& _rsJson)
+    {
+        m_cInput.Write(L"in.json", _rsJson);
+        return RunVrnt({L"--json", L"store", L"policy", L"--input", m_cInput.File(L"in.json")});
+    }
+
+    TestProduct m_cProduct;
+    TempFolder m_cInput;
+};
+
+TEST_F(VrntPolicy, WhatIsStoredIsAnsweredWholeAndByController)
+{
+    const ProgramRun stStore = StoreJson(g_szRecords);
+    EXPECT_EQ(stStore.iExitStatus, 0) << stStore.sError;
+    EXPECT_EQ(Json::parse(stStore.sOutput), Json::parse(R"({"result": "0x00040200", "data": null})"));
+    const Json jsRecords = Json::parse(g_szRecords);
+    EXPECT_EQ(Json::parse(RunVrnt({L"--json", L"query", L"policy"}).sOutput)["data"], jsRecords);
+    for (const wchar_t* pszController : {L"eFirewall", L"0x4", L"04"}) {
+        const ProgramRun stRun = RunVrnt({L"--json", L"query", L"policy", L"--controller", pszController});
+        EXPECT_EQ(Json::parse(stRun.sOutput)["data"], jsRecords[0]);
+    }
+    EXPECT_THAT(RunVrnt({L"query", L"policy"}).sOutput, HasSubstr("eNeighborList  ePartial"));
+
+    const ProgramRun stUnknown = RunVrnt({L"query", L"policy", L"--controller", L"eFirewal"});
+    EXPECT_EQ(stUnknown.iExitStatus, 2);
+    EXPECT_THAT(stUnknown.sError, HasSubstr("eFirewall"));
+}
+
+TEST_F(VrntPolicy, RecordsThatDoNotFitAreRefusedByTheirPlaceAndNothingIsStored)
+{
+    const std::string sStored = m_cProduct.Stored(DocumentId::Policy);
+    const struct
+    {
+        int iLine;
+        const char* szKey; // where the value of a good file is changed, and to what; null: removed
+        const char* szValue;
+        const char* szNamed;
+    } aRow[] = {
+        {__LINE__, "", "{}", "must be an array"},
+        {__LINE__, "/0", "[]", "[0] must be an object"},
+        {__LINE__, "/0/permission", nullptr, "[0].permission is missing"},
+        {__LINE__, "/0/permission", "3", "[0].permission must be one of 0 (eDeny)"},
+        {__LINE__, "/0/permission", "\"eAllow\"", "[0].permission must be a whole number"},
+        {__LINE__, "/0/allowToLoadInSetupMode", "1", "[0].allowToLoadInSetupMode must be true or false"},
+        {__LINE__, "/0/providers", "null", "[0].providers must be an array"},
+        {__LINE__, "/0/providers/0/deployState", "-1", "[0].providers[0].deployState must be a whole number"},
+        {__LINE__, "/0/providers/0/deployState", "1.5", "[0].providers[0].deployState must be a whole number"},
+        {__LINE__, "/0/providers/0/deployState", "4294967296", "[0].providers[0].deployState must be a whole number"},
+        {__LINE__, "/0/providers/0/deploystate", "1", "[0].providers[0].deploystate is no key"},
+    };
+    for (const auto& stRow : aRow) {
+        const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
+        Json jsRecords = Json::parse(g_szRecords);
+        const Json::json_pointer cPlace(stRow.szKey);
+        if (stRow.szValue != nullptr) {
+            jsRecords[cPlace] = Json::parse(stRow.szValue);
+        } else {
+            jsRecords[cPlace.parent_pointer()].erase(cPlace.back());
+        }
+        const ProgramRun stRun = StoreJson(jsRecords.dump());
+        EXPECT_EQ(stRun.iExitStatus, 2);
+        EXPECT_THAT(stRun.sError, HasSubstr(stRow.szNamed));
+        EXPECT_THAT(stRun.sOutput, IsEmpty());
+    }
+    EXPECT_EQ(StoreJson("[{").iExitStatus, 2);
+    EXPECT_EQ(RunVrnt({L"store", L"policy", L"--input", m_cInput.File(L"none.json")}).iExitStatus, 2);
+    EXPECT_EQ(m_cProduct.Stored(DocumentId::Policy), sStored);
+}
+
+} // namespace
