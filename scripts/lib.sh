@@ -146,7 +146,7 @@ built() {
     local preset=$1
     shift
     [ build/"$preset"/build.ninja -nt CMakePresets.json ] || step "Configuring $preset" cmake --preset "$preset"
-    step "Building $preset" cmake --build --preset "$preset" -j "$(nproc)" ${@:+--target "$@"}
+    step "Building $preset" cmake --build --preset "$preset" -j "$(nproc)" ${@:+--target "$@"} -- -k 0
 }
 
 # wine_ready: makes the Wine prefix and starts its server, in a step of its own.
