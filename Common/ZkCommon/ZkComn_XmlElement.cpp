@@ -101,6 +101,7 @@ std::wstring_view TakeName(std::wstring_view& _rsvPath) noexcept
 }
 
 /** First node at a path below the parent of _pFirst. Calls itself once for each name of the path, whatever the tree. */
+// NOLINTNEXTLINE(misc-no-recursion): as deep as the caller's path has names
 XmlNode* FindPath(const XmlTree& _rTree, XmlNode* _pFirst, std::wstring_view _svPath) noexcept
 {
     const std::uint32_t ulName = _rTree.Find(TakeName(_svPath)).Id();

@@ -48,22 +48,22 @@ public:
     std::uint32_t ulLine = 0;
 
     /** Null for the last sibling. */
-    XmlNode* Next() const noexcept { return IsLast() ? nullptr : reinterpret_cast<XmlNode*>(m_uLink); }
+    XmlNode* Next() const noexcept { return IsLast() ? nullptr : Pointer<XmlNode>(m_uLink); }
     bool IsLast() const noexcept { return (m_uLink & 1) != 0; }
     /** Of a last child only. */
-    XmlNode* ParentOfLast() const noexcept { return reinterpret_cast<XmlNode*>(m_uLink & ~std::uintptr_t{1}); }
+    XmlNode* ParentOfLast() const noexcept { return Pointer<XmlNode>(m_uLink & ~std::uintptr_t{1}); }
     void LinkToParent(XmlNode* _pParent) noexcept { m_uLink = reinterpret_cast<std::uintptr_t>(_pParent) | 1; }
     void LinkToNext(XmlNode* _pNext) noexcept { m_uLink = reinterpret_cast<std::uintptr_t>(_pNext); }
 
     XmlNode* FirstChild() const noexcept
     {
-        return Holds(HoldsChild)    ? reinterpret_cast<XmlNode*>(m_uContent)
+        return Holds(HoldsChild)    ? Pointer<XmlNode>(m_uContent)
                : Holds(HoldsExtras) ? ExtrasRecord()->pFirstChild
                                     : nullptr;
     }
     XmlText* TextRecord() const noexcept
     {
-        return Holds(HoldsText)     ? reinterpret_cast<XmlText*>(m_uContent & ~g_uTag)
+        return Holds(HoldsText)     ? Pointer<XmlText>(m_uContent & ~g_uTag)
                : Holds(HoldsExtras) ? ExtrasRecord()->pText
                                     : nullptr;
     }
@@ -88,8 +88,13 @@ private:
     };
     static constexpr std::uintptr_t g_uTag = 3;
 
+    template <class T>
+    static T* Pointer(std::uintptr_t _uAddress) noexcept
+    {
+        return reinterpret_cast<T*>(_uAddress); // NOLINT(performance-no-int-to-ptr): its low bits carried a tag
+    }
     bool Holds(Content _enContent) const noexcept { return (m_uContent & g_uTag) == _enContent; }
-    Extras* ExtrasRecord() const noexcept { return reinterpret_cast<Extras*>(m_uContent & ~g_uTag); }
+    Extras* ExtrasRecord() const noexcept { return Pointer<Extras>(m_uContent & ~g_uTag); }
     void Hold(const void* _pContent, Content _enContent) noexcept
     {
         m_uContent = reinterpret_cast<std::uintptr_t>(_pContent) | _enContent;

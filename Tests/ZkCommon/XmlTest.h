@@ -39,6 +39,7 @@ std::uint32_t CodeOf(TOperation&& _fnOperation)
 }
 
 /** An element in short: name[attribute=value](text){child,child}; a comment is !(text). For small trees. */
+// NOLINTNEXTLINE(misc-no-recursion): the trees that tests compare as text are small
 inline std::string Short(ZkCommon::Storage::XmlElement _element)
 {
     using ZkCommon::String::ToUtf8;
