@@ -128,8 +128,7 @@ std::uint32_t CFunctionXml::StoreValue(const Request& _rstRequest)
 }
 
 std::uint32_t CFunctionXml::SendMessage(std::uint32_t _ulActionType, std::uint32_t _ulActionSubType,
-                                        [[maybe_unused]] std::uint32_t _ulMessageOption,
-                                        [[maybe_unused]] void* _pMessageData,
+                                        [[maybe_unused]] std::uint32_t _ulMessageOption, void* _pMessageData,
                                         [[maybe_unused]] std::uintptr_t ulMessageDataReserved,
                                         [[maybe_unused]] std::uint32_t _ulOption,
                                         [[maybe_unused]] void* _pMessageResult)
@@ -137,6 +136,9 @@ std::uint32_t CFunctionXml::SendMessage(std::uint32_t _ulActionType, std::uint32
     const Varnhelt::MethodTrace cTrace(L"CFunctionXml::SendMessage()");
     Trace(TraceDetail, L"[Enter] CFunctionXml::SendMessage() AT[0x%08x] AST[0x%08x]...", _ulActionType,
           _ulActionSubType);
+    if (_ulActionType == MessageType::g_ulLocalUpdate) {
+        return cTrace.Leave(DoActionAsLocalUpdate(static_cast<const std::wstring*>(_pMessageData)));
+    }
     Trace(TraceError,
           L"*** CFunctionXml::SendMessage() -  Not Support _ulActionType or _ulActionSubType was specified. [0x%08x]",
           _ulActionType);

@@ -4,6 +4,15 @@
 #include "ZkComn_XmlParser.h"
 
 #include <cstdint>
+#include <string>
+
+namespace Varnhelt {
+struct LocalUpdateConfig;
+struct LocalUpdateKey;
+namespace Documents {
+struct LocalUpdateNames;
+} // namespace Documents
+} // namespace Varnhelt
 
 namespace SrvFrwk {
 struct PreUpdateList;
@@ -60,8 +69,30 @@ public:
     std::uint32_t QueryValueAsKeyConfig(const Varnhelt::Request& _rstRequest);
     std::uint32_t QueryValueAsRegistryData(const Varnhelt::Request& _rstRequest);
 
+    /**
+     * Reads a local update description into the set, and deletes its file unless the description asks to stay.
+     * @param _pbStay  where it is given, the file is only looked at: it stays, and the flag tells what it asks for
+     * @return g_ulPartialSuccess when there is no such file, or when it cannot be deleted: not to be applied then
+     */
+    std::uint32_t QueryValueAsLocalUpdate(Varnhelt::LocalUpdateConfig* _pConfig, const std::wstring* _ptszXmlPath,
+                                          bool* _pbStay = nullptr);
+    /** Reads the description and applies it to this machine. Results of the single items are only logged. */
+    std::uint32_t DoActionAsLocalUpdate(const std::wstring* _ptszXmlPath);
+
 private:
     std::uint32_t LookUpText(const Varnhelt::Documents::TextLookup& _rstLookup, const Varnhelt::Request& _rstRequest);
+    std::uint32_t ReadLocalUpdate(const std::wstring& _rtszPath, Varnhelt::LocalUpdateConfig& _rstConfig,
+                                  bool& _rbStay);
+    std::uint32_t ReadLocalUpdateItem(const ZkCommon::Storage::XmlElement& _rElement,
+                                      const Varnhelt::Documents::LocalUpdateNames& _rstNames,
+                                      Varnhelt::LocalUpdateConfig& _rstConfig);
+    std::uint32_t SetLocalUpdateRegistry(const ZkCommon::Storage::XmlElement& _rElement,
+                                         const Varnhelt::Documents::LocalUpdateNames& _rstNames,
+                                         Varnhelt::LocalUpdateKey* _pstKey);
+    std::uint32_t SetLocalUpdateIniFile(const ZkCommon::Storage::XmlElement& _rElement,
+                                        const Varnhelt::Documents::LocalUpdateNames& _rstNames,
+                                        Varnhelt::LocalUpdateKey* _pstIniFile);
+    void SetLocalUpdateDirectory();
 
     ZkCommon::Storage::XmlParser m_cParser;
     ZkCommon::Storage::XmlElement m_cElement;

@@ -13,6 +13,9 @@ namespace {
 /** Handed in as the default, so that an absent entry is told from an empty one: nobody writes such a text. */
 constexpr wchar_t g_szAbsent[] = L"\x01";
 
+/** What a mere name becomes the longer by, at most: the system looks for it in a folder of its own. */
+constexpr std::size_t g_uSystemFolder = 20;
+
 [[noreturn]] void Fail(std::uint32_t _ulError, std::uint32_t _ulLine = __builtin_LINE())
 {
     throw new Exception(_ulError, __FILE__, _ulLine);
@@ -76,6 +79,10 @@ std::vector<std::wstring> SplitList(const std::wstring& _rtszList)
 
 const wchar_t* IniFile::Path() const
 {
+    const bool bName = m_tszPath.find_first_of(L"\\/") == std::wstring::npos;
+    if (m_tszPath.size() + (bName ? g_uSystemFolder : 0) >= MAX_PATH) { // it would outgrow the system's buffers
+        Fail(ERROR_FILENAME_EXCED_RANGE);
+    }
     return Filled(m_tszPath);
 }
 
@@ -120,8 +127,15 @@ std::uint32_t IniFile::ReadNumber(const std::wstring& _rtszKey, std::uint32_t _u
 
 void IniFile::Write(const wchar_t* _pszKey, const wchar_t* _pszValue)
 {
+    // Whoever may write everywhere is not kept from it by the mark, so that it is asked for here.
+    const DWORD ulAttributes = ::GetFileAttributesW(Path());
+    if (ulAttributes != INVALID_FILE_ATTRIBUTES && (ulAttributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        Fail(ERROR_ACCESS_DENIED);
+    }
+    ::SetLastError(ERROR_SUCCESS);
     if (!::WritePrivateProfileStringW(SectionName(), _pszKey, _pszValue, Path())) {
-        Fail(::GetLastError());
+        const std::uint32_t ulError = ::GetLastError(); // not every system tells why
+        Fail(ulError != ERROR_SUCCESS ? ulError : ZkCommon::Exception::g_ulNoSystemError);
     }
 }
 

@@ -18,10 +18,16 @@ void Check(LSTATUS _lResult, std::uint32_t _ulLine = __builtin_LINE())
     }
 }
 
-void RefuseEmpty(const std::wstring& _rtszPath, std::uint32_t _ulLine = __builtin_LINE())
+/** More characters than the system takes: it would use a part of the path. */
+constexpr std::size_t g_uTooLong = 0x7FFF;
+
+void RefuseBadPath(const std::wstring& _rtszPath, std::uint32_t _ulLine = __builtin_LINE())
 {
     if (_rtszPath.empty()) {
         throw new RegException(ERROR_BAD_ARGUMENTS, __FILE__, _ulLine);
+    }
+    if (_rtszPath.size() >= g_uTooLong) {
+        throw new RegException(ERROR_FILENAME_EXCED_RANGE, __FILE__, _ulLine);
     }
 }
 
@@ -37,12 +43,10 @@ REGSAM FlagOf(RegistryView _enView) noexcept
     }
 }
 
-std::wstring TextOf(const std::vector<std::uint8_t>& _rvecData)
+std::vector<std::uint8_t> BytesOf(const void* _pData, std::size_t _uSize)
 {
-    std::wstring tszText(_rvecData.size() / sizeof(wchar_t), L'\0');
-    std::memcpy(tszText.data(), _rvecData.data(), tszText.size() * sizeof(wchar_t));
-    tszText.resize(std::min(tszText.size(), tszText.find(L'\0')));
-    return tszText;
+    const auto* pBytes = static_cast<const std::uint8_t*>(_pData);
+    return {pBytes, pBytes + _uSize};
 }
 
 template <class T>
@@ -77,10 +81,55 @@ std::vector<std::wstring> Enumerate(TNext&& _fnNext)
 
 } // namespace
 
+Registry::Value Registry::Value::Of(const std::wstring& _rtszText)
+{
+    const std::size_t uLength = std::min(_rtszText.size(), _rtszText.find(L'\0'));
+    std::vector<std::uint8_t> vecData = BytesOf(_rtszText.data(), uLength * sizeof(wchar_t));
+    vecData.resize(vecData.size() + sizeof(wchar_t));
+    return {REG_SZ, std::move(vecData)};
+}
+
+Registry::Value Registry::Value::Of(std::uint32_t _ulNumber)
+{
+    return {REG_DWORD, BytesOf(&_ulNumber, sizeof _ulNumber)};
+}
+
+Registry::Value Registry::Value::Of(std::uint64_t _ullNumber)
+{
+    return {REG_QWORD, BytesOf(&_ullNumber, sizeof _ullNumber)};
+}
+
+std::wstring Registry::Value::Text() const
+{
+    Check(ulType == REG_SZ || ulType == REG_EXPAND_SZ ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    std::wstring tszText(vecData.size() / sizeof(wchar_t), L'\0');
+    std::memcpy(tszText.data(), vecData.data(), tszText.size() * sizeof(wchar_t));
+    tszText.resize(std::min(tszText.size(), tszText.find(L'\0')));
+    return tszText;
+}
+
+std::uint32_t Registry::Value::Number() const
+{
+    Check(ulType == REG_DWORD ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    return NumberOf<std::uint32_t>(vecData);
+}
+
+std::uint64_t Registry::Value::Number64() const
+{
+    Check(ulType == REG_QWORD ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    return NumberOf<std::uint64_t>(vecData);
+}
+
+const std::vector<std::uint8_t>& Registry::Value::Binary() const
+{
+    Check(ulType == REG_BINARY ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    return vecData;
+}
+
 void Registry::OpenWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView, REGSAM _ulAccess)
 {
     m_hKey.Reset();
-    RefuseEmpty(_rtszPath);
+    RefuseBadPath(_rtszPath);
     Check(::RegOpenKeyExW(_hRoot, _rtszPath.c_str(), 0, _ulAccess | FlagOf(_enView), m_hKey.Receive()));
 }
 
@@ -89,7 +138,7 @@ DWORD Registry::CreateWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryV
                            SECURITY_ATTRIBUTES* _pSecurity)
 {
     m_hKey.Reset();
-    RefuseEmpty(_rtszPath);
+    RefuseBadPath(_rtszPath);
     DWORD ulDisposition = 0;
     Check(::RegCreateKeyExW(_hRoot, _rtszPath.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, _ulAccess | FlagOf(_enView),
                             _pSecurity, m_hKey.Receive(), &ulDisposition));
@@ -99,6 +148,24 @@ DWORD Registry::CreateWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryV
 void Registry::Open(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
 {
     OpenWith(_hRoot, _rtszPath, _enView, KEY_QUERY_VALUE);
+}
+
+bool Registry::TryOpen(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
+{
+    m_hKey.Reset();
+    RefuseBadPath(_rtszPath);
+    const LSTATUS lResult =
+        ::RegOpenKeyExW(_hRoot, _rtszPath.c_str(), 0, KEY_QUERY_VALUE | FlagOf(_enView), m_hKey.Receive());
+    if (lResult == ERROR_FILE_NOT_FOUND || lResult == ERROR_PATH_NOT_FOUND) {
+        return false;
+    }
+    Check(lResult);
+    return true;
+}
+
+void Registry::OpenForWriting(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
+{
+    OpenWith(_hRoot, _rtszPath, _enView, KEY_SET_VALUE);
 }
 
 void Registry::Create(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
@@ -167,30 +234,22 @@ Registry::Value Registry::Read(const std::wstring& _rtszName) const
 
 std::wstring Registry::ReadString(const std::wstring& _rtszName) const
 {
-    const Value stValue = Read(_rtszName);
-    Check(stValue.ulType == REG_SZ || stValue.ulType == REG_EXPAND_SZ ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
-    return TextOf(stValue.vecData);
+    return Read(_rtszName).Text();
 }
 
 std::uint32_t Registry::ReadNumber(const std::wstring& _rtszName) const
 {
-    const Value stValue = Read(_rtszName);
-    Check(stValue.ulType == REG_DWORD ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
-    return NumberOf<std::uint32_t>(stValue.vecData);
+    return Read(_rtszName).Number();
 }
 
 std::uint64_t Registry::ReadNumber64(const std::wstring& _rtszName) const
 {
-    const Value stValue = Read(_rtszName);
-    Check(stValue.ulType == REG_QWORD ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
-    return NumberOf<std::uint64_t>(stValue.vecData);
+    return Read(_rtszName).Number64();
 }
 
 std::vector<std::uint8_t> Registry::ReadBinary(const std::wstring& _rtszName) const
 {
-    Value stValue = Read(_rtszName);
-    Check(stValue.ulType == REG_BINARY ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
-    return std::move(stValue.vecData);
+    return Read(_rtszName).Binary();
 }
 
 std::wstring Registry::ReadString(const std::wstring& _rtszName, const std::wstring& _rtszDefault) const
@@ -203,36 +262,35 @@ std::uint32_t Registry::ReadNumber(const std::wstring& _rtszName, std::uint32_t 
     return Find(_rtszName) ? ReadNumber(_rtszName) : _ulDefault;
 }
 
-void Registry::Write(const std::wstring& _rtszName, DWORD _ulType, const void* _pData, std::size_t _uSize)
+void Registry::Write(const std::wstring& _rtszName, const Value& _rstValue)
 {
-    Check(::RegSetValueExW(m_hKey.Get(), _rtszName.c_str(), 0, _ulType, static_cast<const BYTE*>(_pData),
-                           static_cast<DWORD>(_uSize)));
+    Check(::RegSetValueExW(m_hKey.Get(), _rtszName.c_str(), 0, _rstValue.ulType, _rstValue.vecData.data(),
+                           static_cast<DWORD>(_rstValue.vecData.size())));
 }
 
 void Registry::WriteString(const std::wstring& _rtszName, const std::wstring& _rtszValue)
 {
-    const std::size_t uLength = std::min(_rtszValue.size(), _rtszValue.find(L'\0'));
-    Write(_rtszName, REG_SZ, std::wstring(_rtszValue, 0, uLength).c_str(), (uLength + 1) * sizeof(wchar_t));
+    Write(_rtszName, Value::Of(_rtszValue));
 }
 
 void Registry::WriteNumber(const std::wstring& _rtszName, std::uint32_t _ulValue)
 {
-    Write(_rtszName, REG_DWORD, &_ulValue, sizeof _ulValue);
+    Write(_rtszName, Value::Of(_ulValue));
 }
 
 void Registry::WriteNumber64(const std::wstring& _rtszName, std::uint64_t _ullValue)
 {
-    Write(_rtszName, REG_QWORD, &_ullValue, sizeof _ullValue);
+    Write(_rtszName, Value::Of(_ullValue));
 }
 
 void Registry::WriteBinary(const std::wstring& _rtszName, const std::vector<std::uint8_t>& _rvecValue)
 {
-    Write(_rtszName, REG_BINARY, _rvecValue.data(), _rvecValue.size());
+    Write(_rtszName, Value::Of(_rvecValue));
 }
 
 void Registry::DeleteKey(const std::wstring& _rtszName)
 {
-    RefuseEmpty(_rtszName); // an empty name would delete the open key itself
+    RefuseBadPath(_rtszName); // an empty name would delete the open key itself
     // The open key lies in its view already: a name below it is never redirected again.
     Check(::RegDeleteKeyW(m_hKey.Get(), _rtszName.c_str()));
 }
@@ -240,7 +298,7 @@ void Registry::DeleteKey(const std::wstring& _rtszName)
 void Registry::DeleteKeyAt(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
 {
     const std::wstring tszPath(_rtszPath, 0, _rtszPath.find_last_not_of(L'\\') + 1);
-    RefuseEmpty(tszPath);
+    RefuseBadPath(tszPath);
     const std::size_t uBackslash = tszPath.rfind(L'\\');
     if (uBackslash == std::wstring::npos) {
         Check(::RegDeleteKeyExW(_hRoot, tszPath.c_str(), FlagOf(_enView), 0)); // the parent is the root itself

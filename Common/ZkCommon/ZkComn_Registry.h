@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /** Settings storage: the registry and ini files. */
@@ -41,6 +42,33 @@ enum RegistryView : std::uint32_t
 class Registry
 {
 public:
+    /** A value as the registry holds it. */
+    struct Value
+    {
+        DWORD ulType = REG_NONE;
+        std::vector<std::uint8_t> vecData;
+
+        /** REG_SZ, up to the first zero of the text. */
+        static Value Of(const std::wstring& _rtszText);
+        static Value Of(std::uint32_t _ulNumber);  // REG_DWORD
+        static Value Of(std::uint64_t _ullNumber); // REG_QWORD
+        static Value Of(std::vector<std::uint8_t> _vecBytes) { return {REG_BINARY, std::move(_vecBytes)}; }
+
+        /**
+         * Up to the first zero; it need not be terminated, and an odd last byte is dropped. The text of an expandable
+         * value (REG_EXPAND_SZ) comes as it is stored. Any other type is ERROR_INVALID_DATATYPE.
+         */
+        std::wstring Text() const;
+        /** REG_DWORD; another type is ERROR_INVALID_DATATYPE, another size ERROR_INVALID_DATA. */
+        std::uint32_t Number() const;
+        /** REG_QWORD; failures as Number. */
+        std::uint64_t Number64() const;
+        /** REG_BINARY; another type is ERROR_INVALID_DATATYPE. */
+        const std::vector<std::uint8_t>& Binary() const;
+
+        friend bool operator==(const Value&, const Value&) = default;
+    };
+
     Registry() = default;
     /** Opens the key for reading. */
     Registry(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView = ViewDefault)
@@ -50,6 +78,10 @@ public:
 
     /** For reading values. */
     void Open(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView = ViewDefault);
+    /** As Open. @return false when there is no such key, instead of an exception */
+    bool TryOpen(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView = ViewDefault);
+    /** For writing values of a key that is there. */
+    void OpenForWriting(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView = ViewDefault);
     /** For writing values; creates the key, and the keys above it, when it is not there. */
     void Create(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView = ViewDefault);
     /**
@@ -68,23 +100,18 @@ public:
     /** Has the system write the key to disk. */
     void Flush();
 
-    /**
-     * A text value, up to its first zero; it need not be terminated, and an odd last byte is dropped. The text of an
-     * expandable value (REG_EXPAND_SZ) comes as it is stored. Any other type is ERROR_INVALID_DATATYPE, an absent value
-     * ERROR_FILE_NOT_FOUND.
-     */
+    /** Nothing when there is no such value. */
+    std::optional<Value> Find(const std::wstring& _rtszName) const;
+    /** A value of a type; failures as those of Value, and ERROR_FILE_NOT_FOUND for an absent one. */
     std::wstring ReadString(const std::wstring& _rtszName) const;
-    /** REG_DWORD; another type is ERROR_INVALID_DATATYPE, another size ERROR_INVALID_DATA. */
     std::uint32_t ReadNumber(const std::wstring& _rtszName) const;
-    /** REG_QWORD; failures as ReadNumber. */
     std::uint64_t ReadNumber64(const std::wstring& _rtszName) const;
-    /** REG_BINARY; another type is ERROR_INVALID_DATATYPE. */
     std::vector<std::uint8_t> ReadBinary(const std::wstring& _rtszName) const;
     /** As the forms above, but an absent value gives the default. */
     std::wstring ReadString(const std::wstring& _rtszName, const std::wstring& _rtszDefault) const;
     std::uint32_t ReadNumber(const std::wstring& _rtszName, std::uint32_t _ulDefault) const;
 
-    /** REG_SZ, up to the first zero of the text. */
+    void Write(const std::wstring& _rtszName, const Value& _rstValue);
     void WriteString(const std::wstring& _rtszName, const std::wstring& _rtszValue);
     void WriteNumber(const std::wstring& _rtszName, std::uint32_t _ulValue);
     void WriteNumber64(const std::wstring& _rtszName, std::uint64_t _ullValue);
@@ -100,18 +127,10 @@ public:
     std::vector<std::wstring> ValueNames() const;
 
 private:
-    struct Value
-    {
-        DWORD ulType = REG_NONE;
-        std::vector<std::uint8_t> vecData;
-    };
-
     void OpenWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView, REGSAM _ulAccess);
     DWORD CreateWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView, REGSAM _ulAccess,
                      SECURITY_ATTRIBUTES* _pSecurity);
-    std::optional<Value> Find(const std::wstring& _rtszName) const;
     Value Read(const std::wstring& _rtszName) const;
-    void Write(const std::wstring& _rtszName, DWORD _ulType, const void* _pData, std::size_t _uSize);
 
     RegKey m_hKey;
 };

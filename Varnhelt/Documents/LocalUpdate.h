@@ -1,0 +1,113 @@
+#pragma once
+
+#include "Description.h"
+
+#include <list>
+#include <string>
+#include <string_view>
+
+/** A local update description: which registry values and ini entries to change, and on which machines. */
+namespace Varnhelt {
+
+/** On which machines an item or an entry of it counts; looked at only when the description asks for it. */
+struct UpdateConditions
+{
+    std::wstring tszMaxVersion;
+    std::wstring tszMinVersion;
+    std::wstring tszProduct;
+    std::wstring tszLanguage;
+    std::wstring tszPlatform;
+};
+
+/** One value of a key, or one entry of a section. Every field is the document's text; what is absent is empty. */
+struct LocalUpdateEntry : UpdateConditions
+{
+    std::wstring tszName;
+    std::wstring tszType;
+    std::wstring tszValue;
+    std::wstring tszAction;
+    std::wstring tszOverWrite;
+    std::wstring tszAllAccess; // registry only
+    std::wstring tszTarget;    // the kind of item that the entry is meant for
+};
+
+/** One registry key, or one section of an ini file. */
+struct LocalUpdateKey : UpdateConditions
+{
+    std::wstring tszKind;       // g_szRegistryKind or g_szIniFileKind
+    std::wstring tszRoot;       // the registry root; the path of the ini file
+    std::wstring tszPath;       // the key's path; the section's name
+    std::wstring tszAccessMode; // the registry view; registry only
+    std::list<LocalUpdateEntry> lstEntry;
+};
+
+/** An item without data: accepted, never acted on. */
+struct LocalUpdateDirectory
+{
+    std::wstring tszKind;
+};
+
+struct LocalUpdateConfig
+{
+    std::wstring tszVersion;
+    std::wstring tszCheck; // "yes": the conditions count
+    std::list<LocalUpdateKey> lstRegistry;
+    std::list<LocalUpdateKey> lstIniFile;
+    std::list<LocalUpdateDirectory> lstDirectory;
+};
+
+inline constexpr const wchar_t* g_szRegistryKind = L"registry";
+inline constexpr const wchar_t* g_szIniFileKind = L"inifile";
+inline constexpr const wchar_t* g_szDirectoryKind = L"directory";
+
+/** The word with which a description switches something on; exactly so. */
+inline constexpr std::wstring_view g_svYes = L"yes";
+
+namespace Documents {
+
+/** A description of the given fields and, behind them, the conditions. */
+template <class TRecord, class... TFields>
+constexpr auto DescribeWithConditions(std::wstring_view _svElement, TFields... _stFields)
+{
+    return Describe<TRecord>(_svElement, _stFields...,
+                             Attribute(L"maxversion", &UpdateConditions::tszMaxVersion, Text()).Key("maxVersion"),
+                             Attribute(L"minversion", &UpdateConditions::tszMinVersion, Text()).Key("minVersion"),
+                             Attribute(L"product", &UpdateConditions::tszProduct, Text()).Key("product"),
+                             Attribute(L"language", &UpdateConditions::tszLanguage, Text()).Key("language"),
+                             Attribute(L"platform", &UpdateConditions::tszPlatform, Text()).Key("platform"));
+}
+
+/** An entry of either kind; only registry entries have more fields. */
+template <class... TFields>
+constexpr auto DescribeUpdateEntry(std::wstring_view _svElement, TFields... _stMoreFields)
+{
+    return DescribeWithConditions<LocalUpdateEntry>(
+        _svElement, Child(L"Name", &LocalUpdateEntry::tszName, Text()).Key("name"),
+        Child(L"Type", &LocalUpdateEntry::tszType, Text()).Key("type"),
+        Child(L"Value", &LocalUpdateEntry::tszValue, Text()).Key("value"),
+        Child(L"Action", &LocalUpdateEntry::tszAction, Text()).Key("action"),
+        Child(L"OverWrite", &LocalUpdateEntry::tszOverWrite, Text()).Key("overWrite"), _stMoreFields...,
+        Attribute(L"target", &LocalUpdateEntry::tszTarget, Text()).Key("target"));
+}
+
+inline constexpr auto g_stLocalUpdateValue =
+    DescribeUpdateEntry(L"Key", Child(L"AllAccess", &LocalUpdateEntry::tszAllAccess, Text()).Key("allAccess"));
+
+inline constexpr auto g_stLocalUpdateIniEntry = DescribeUpdateEntry(L"Entry");
+
+// Items are told apart by a rule of their own, not by one name; the names here are those that a writer gives them.
+
+inline constexpr auto g_stLocalUpdateRegistry = DescribeWithConditions<LocalUpdateKey>(
+    g_szRegistryKind, Child(L"Root", &LocalUpdateKey::tszRoot, Text()).Key("root"),
+    Child(L"Path", &LocalUpdateKey::tszPath, Text()).Key("path"),
+    Child(L"AccessMode", &LocalUpdateKey::tszAccessMode, Text()).Key("accessMode"),
+    Children(L"", &LocalUpdateKey::lstEntry, g_stLocalUpdateValue).Key("entries"));
+
+inline constexpr auto g_stLocalUpdateIniFile = DescribeWithConditions<LocalUpdateKey>(
+    g_szIniFileKind, Child(L"Path", &LocalUpdateKey::tszRoot, Text()).Key("root"),
+    Child(L"Section", &LocalUpdateKey::tszPath, Text()).Key("path"),
+    Children(L"", &LocalUpdateKey::lstEntry, g_stLocalUpdateIniEntry).Key("entries"));
+
+} // namespace Documents
+
+} // namespace Varnhelt
