@@ -41,14 +41,14 @@ Storage::XmlElement PlainDocument::Select(const std::wstring& _rtszFile, const s
     return cElement;
 }
 
-std::string PlainDocument::ToText()
+std::string DocumentText(const Storage::XmlParser& _rParser, const std::wstring& _rtszLibraryFolder)
 {
     Storage::XmlWriter cWriter;
-    cWriter.Write(m_rParser.Document());
+    cWriter.Write(_rParser.Document());
     Storage::XmlParser cReader;
-    UseLibraryIn(cReader, m_tszLibraryFolder);
+    UseLibraryIn(cReader, _rtszLibraryFolder);
     cReader.LoadText(cWriter.Output(), Storage::XmlParser::KeepWhole);
-    if (!Storage::ReadsBackAs(m_rParser.Document(), cReader.Document())) {
+    if (!Storage::ReadsBackAs(_rParser.Document(), cReader.Document())) {
         throw new Storage::XmlException(ERROR_INVALID_DATA);
     }
     return cWriter.Output();

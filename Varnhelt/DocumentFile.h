@@ -16,6 +16,13 @@ enum class Access
     Write,
 };
 
+/**
+ * A document, loaded with KeepWhole, as text.
+ * @param _rtszLibraryFolder  where the parser library lies; empty: beside this module
+ * @throws XmlException* code 13 when it holds what no document can: it would not read back as what it is
+ */
+std::string DocumentText(const ZkCommon::Storage::XmlParser& _rParser, const std::wstring& _rtszLibraryFolder = {});
+
 /** A plain document. It holds the parser, and lets go of the file when the object goes. */
 class PlainDocument
 {
@@ -38,11 +45,8 @@ public:
                                          const wchar_t* _pszRoot,
                                          const ZkCommon::Storage::XmlChoice* _pChoice = nullptr);
 
-    /**
-     * The document as it stands now, as text. For Access::Write.
-     * @throws XmlException* code 13 when it holds what no document can: it would not read back as what it is
-     */
-    std::string ToText();
+    /** The document as it stands now; contract as DocumentText. For Access::Write. */
+    std::string ToText() { return DocumentText(m_rParser, m_tszLibraryFolder); }
 
     /**
      * Replaces the file by the document as it stands now; all elements end. The file is then the new one, whole, or else

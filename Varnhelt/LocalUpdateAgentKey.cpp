@@ -113,14 +113,7 @@ std::wstring TextBefore(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _r
     if (!_rstPlace.IsRegistry() || _rstEntry.tszType == L"string") {
         return _rstValue.Text();
     }
-    constexpr wchar_t szDigits[] = L"0123456789abcdef";
-    std::wstring tszHex;
-    tszHex.reserve(_rstValue.Binary().size() * 2);
-    for (const std::uint8_t ucByte : _rstValue.Binary()) {
-        tszHex += szDigits[ucByte >> 4];
-        tszHex += szDigits[ucByte & 15];
-    }
-    return tszHex;
+    return HexadecimalOf(_rstValue.Binary());
 }
 
 /** The folder behind a path macro. What is read and what fails is logged; empty on failure. */
@@ -190,6 +183,34 @@ std::wstring Below(const std::wstring& _rtszPath, const std::wstring& _rtszName)
 }
 
 } // namespace
+
+namespace Varnhelt {
+
+bool HasPathMacro(const std::wstring& _rtszPath)
+{
+    return std::ranges::any_of(
+        g_aMacro, [&](const MacroRow& _rstMacro) { return _rtszPath.find(_rstMacro.svMacro) != std::wstring::npos; });
+}
+
+HKEY RegistryRootOf(std::wstring_view _svWord)
+{
+    const auto* pRoot = std::ranges::find(g_aRoot, _svWord, &RootRow::svWord);
+    return pRoot == std::end(g_aRoot) ? nullptr : pRoot->hRoot;
+}
+
+std::wstring HexadecimalOf(const std::vector<std::uint8_t>& _rvecBytes)
+{
+    constexpr wchar_t szDigits[] = L"0123456789abcdef";
+    std::wstring tszText;
+    tszText.reserve(_rvecBytes.size() * 2);
+    for (const std::uint8_t ucByte : _rvecBytes) {
+        tszText += szDigits[ucByte >> 4];
+        tszText += szDigits[ucByte & 15];
+    }
+    return tszText;
+}
+
+} // namespace Varnhelt
 
 struct CLocalUpdateAgentKey::Action
 {
@@ -305,11 +326,10 @@ std::optional<UpdatePlace> CLocalUpdateAgentKey::CreateKey(LocalUpdateKey& _rstK
 {
     UpdatePlace stPlace;
     if (_rstKey.tszKind == g_szRegistryKind) {
-        const auto* pRoot = std::ranges::find(g_aRoot, _rstKey.tszRoot, &RootRow::svWord);
-        if (pRoot == std::end(g_aRoot)) {
+        stPlace.hRoot = RegistryRootOf(_rstKey.tszRoot);
+        if (stPlace.hRoot == nullptr) {
             return std::nullopt;
         }
-        stPlace.hRoot = pRoot->hRoot;
         stPlace.enView = ViewOf(_rstKey.tszAccessMode);
         stPlace.tszPath = _rstKey.tszPath;
         Trace(TraceNotice, L"*** CLocalUpdateAgentKey::CreateKey() - Root[0x%08x]",

@@ -8,6 +8,17 @@
 #include <string>
 #include <vector>
 
+namespace Varnhelt {
+
+/** Whether the path of an ini file holds a macro. */
+bool HasPathMacro(const std::wstring& _rtszPath);
+/** The predefined key behind a word of a description; null when the word is none. */
+HKEY RegistryRootOf(std::wstring_view _svWord);
+/** A value's bytes as descriptions write them: two lower-case digits a byte. */
+std::wstring HexadecimalOf(const std::vector<std::uint8_t>& _rvecBytes);
+
+} // namespace Varnhelt
+
 /** Carries out registry and ini-file items: the one place that decides what an entry does. */
 class CLocalUpdateAgentKey final : public CLocalUpdateAgent
 {
