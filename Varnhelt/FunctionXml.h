@@ -6,20 +6,17 @@
 #include <cstdint>
 #include <string>
 
+namespace SrvFrwk {
+struct PreUpdateList;
+}
 namespace Varnhelt {
 struct LocalUpdateConfig;
 struct LocalUpdateKey;
 namespace Documents {
 struct LocalUpdateNames;
+struct TextLookup;
 } // namespace Documents
 } // namespace Varnhelt
-
-namespace SrvFrwk {
-struct PreUpdateList;
-}
-namespace Varnhelt::Documents {
-struct TextLookup;
-}
 
 /**
  * The worker behind every function object: checks a request and hands it to the one reader or writer of its document.

@@ -3,6 +3,7 @@
 #include "Boundary.h"
 #include "Frwk_Utility.h"
 #include "LocalUpdate.h"
+#include "RegistryWords.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Platform.h"
@@ -18,19 +19,6 @@ using namespace SrvFrwk;
 using namespace Varnhelt;
 
 namespace {
-
-struct RootRow
-{
-    std::wstring_view svWord;
-    HKEY hRoot;
-};
-
-const RootRow g_aRoot[] = {
-    {L"HKCR", HKEY_CLASSES_ROOT},
-    {L"HKCU", HKEY_CURRENT_USER},
-    {L"HKLM", HKEY_LOCAL_MACHINE},
-    {L"HKU", HKEY_USERS},
-};
 
 Storage::RegistryView ViewOf(std::wstring_view _svWord)
 {
@@ -194,8 +182,8 @@ bool HasPathMacro(const std::wstring& _rtszPath)
 
 HKEY RegistryRootOf(std::wstring_view _svWord)
 {
-    const auto* pRoot = std::ranges::find(g_aRoot, _svWord, &RootRow::svWord);
-    return pRoot == std::end(g_aRoot) ? nullptr : pRoot->hRoot;
+    const bool bKnown = std::ranges::count(Documents::g_aRegistryRoot, _svWord, &Frwk::Word::svText) != 0; // with case
+    return bKnown ? Documents::RegistryRoot::Read(_svWord) : nullptr;
 }
 
 std::wstring HexadecimalOf(const std::vector<std::uint8_t>& _rvecBytes)

@@ -39,6 +39,7 @@ void Configure(Tool& _rTool)
     AddQuery(_rTool);
     AddStore(_rTool);
     AddDirect(_rTool);
+    AddUpdate(_rTool);
     AddXen(_rTool);
     AddDocuments(_rTool);
     AddTrace(_rTool);

@@ -47,6 +47,7 @@ struct Tool
 void AddQuery(Tool& _rTool);
 void AddStore(Tool& _rTool);
 void AddDirect(Tool& _rTool);
+void AddUpdate(Tool& _rTool);
 void AddXen(Tool& _rTool);
 void AddDocuments(Tool& _rTool);
 void AddTrace(Tool& _rTool);
