@@ -194,3 +194,10 @@ registered_product() {
     { scripts/wine reg query "$product_key" /v ProductPath 2>/dev/null || true; } |
         tr -d '\r' | sed -n 's/^ *ProductPath *REG_SZ *//p'
 }
+
+# product_release VERSION PID LANGUAGE: tells the library which release, edition and language of the product is installed.
+product_release() {
+    scripts/wine reg add "$product_key" /f /v Version /t REG_SZ /d "$1"
+    scripts/wine reg add "$product_key" /f /v PID /t REG_SZ /d "$2"
+    scripts/wine reg add "$product_key" /f /v Language /t REG_DWORD /d "$3"
+}
