@@ -10,11 +10,13 @@
 #include "UpdateRecording.h"
 #include "UpdateUndo.h"
 #include "ZkComn_Exception.h"
+#include "ZkComn_IniFile.h"
 #include "ZkComn_Registry.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <iterator>
 #include <random>
@@ -338,6 +340,69 @@ TEST_F(LocalUpdateActions, ARandomUpdateDoesWhatItsRehearsalSaysAndIsUndone)
             EXPECT_EQ(m_cBench.Snapshot(), vecBefore);
         }
     }
+}
+
+/** The sections and entries of all ini files of a folder. */
+std::vector<std::wstring> IniLines(const std::filesystem::path& _rFolder)
+{
+    std::vector<std::wstring> vecLine;
+    for (const auto& cEntry : std::filesystem::directory_iterator(_rFolder)) {
+        if (cEntry.path().extension() != L".ini") {
+            continue;
+        }
+        Storage::IniFile cFile(cEntry.path().wstring());
+        for (const std::wstring& tszSection : cFile.SectionNames()) {
+            cFile.SetSection(tszSection);
+            vecLine.push_back(cEntry.path().filename().wstring() + L" [" + tszSection + L"]");
+            for (const std::wstring& tszLine : cFile.Section()) {
+                vecLine.push_back(vecLine.back().substr(0, vecLine.back().find(L']') + 1) + L" " + tszLine);
+            }
+        }
+    }
+    std::ranges::sort(vecLine);
+    return vecLine;
+}
+
+TEST_F(LocalUpdateActions, TheSampleIsCarriedOutAndUndone)
+{
+    std::ifstream cFile(std::filesystem::path(SAMPLES_FOLDER) / "updates/settings-17.2.xml", std::ios::binary);
+    std::string sSample{std::istreambuf_iterator<char>(cFile), {}};
+    const auto Replace = [&](const std::string& _rsOld, const std::string& _rsNew) {
+        ASSERT_NE(sSample.find(_rsOld), std::string::npos);
+        for (std::size_t uAt = 0; (uAt = sSample.find(_rsOld, uAt)) != std::string::npos; uAt += _rsNew.size()) {
+            sSample.replace(uAt, _rsOld.size(), _rsNew);
+        }
+    };
+    Replace("Software\\Kestrovane\\Pelto", "@K@");
+    Replace("$WINDOWS$", "$INSTALL$");
+    m_cBench.Folder().Write(L"service.ini",
+                            "[Legacy]\r\na=\"1\"\r\nb=\r\n[Service]\r\nLogLevel=1\r\nRestartDelay=5\r\n");
+    m_cBench.Folder().Write(L"pattern.ini", std::string("\xFF\xFE[\0P\0]\0\r\0\n\0k\0=\0\x2D\x4E\r\0\n\0", 24));
+    m_cBench.Folder().Write(L"pelto17.ini", "[Setup]\r\nInstalledBy=17.1\r\n");
+    ASSERT_EQ(m_cBench.Apply(
+                  RegistryItem(Entry("write", "old", "uint64", "16", g_szYes), "HKLM", "eMode32bit", "\\16\\Deep") +
+                  RegistryItem(Entry("write", "PendingMigration", "binary", "00", g_szNo), "HKLM", "", "\\17\\Setup") +
+                  RegistryItem(Entry("write", "ExcludedFolders", "string", "C:\\x", g_szNo), "HKLM", "",
+                               "\\17\\RealTimeScan")),
+              Result::g_ulSuccess);
+    const std::vector<std::wstring> vecRegistry = m_cBench.Snapshot();
+    const std::vector<std::wstring> vecIni = IniLines(m_cBench.Folder().Path());
+
+    const std::wstring tszPath = m_cBench.Describe(L"sample.xml", sSample);
+    RecordingStorage cRecord;
+    Rehearse(tszPath, cRecord, &m_cDecisions);
+    EXPECT_EQ(std::ranges::count(m_cDecisions.sEffects, '!'), 1); // of the entry that is there no more
+    const std::vector<std::wstring> vecRehearsed = m_cBench.Snapshot(cRecord);
+    EXPECT_EQ(IniLines(m_cBench.Folder().Path()), vecIni);
+    const UpdateUndo stUndo = UndoOf(cRecord);
+    EXPECT_THAT(stUndo.vecLeft, IsEmpty());
+    EXPECT_EQ(UpdateBench::Send(tszPath), Result::g_ulSuccess);
+    EXPECT_EQ(m_cBench.Snapshot(), vecRehearsed);
+    EXPECT_GT(vecRehearsed.size(), vecRegistry.size() + 60);
+    EXPECT_NE(IniLines(m_cBench.Folder().Path()), vecIni);
+    EXPECT_EQ(UpdateBench::Send(m_cBench.Describe(L"undo.xml", stUndo.sDescription)), Result::g_ulSuccess);
+    EXPECT_EQ(m_cBench.Snapshot(), vecRegistry);
+    EXPECT_EQ(IniLines(m_cBench.Folder().Path()), vecIni);
 }
 
 TEST_F(LocalUpdateActions, WhatADescriptionCannotSayIsNamedAndTheRestIsUndone)
