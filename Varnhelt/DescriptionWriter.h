@@ -56,8 +56,7 @@ class ElementIndex
 public:
     /** @param _fnKeyOf  gives the key of an element */
     template <class TKeyOf>
-    ElementIndex(const ZkCommon::Storage::XmlElement& _rContainer, std::wstring_view _svElement,
-                 const TKeyOf& _fnKeyOf)
+    ElementIndex(const ZkCommon::Storage::XmlElement& _rContainer, std::wstring_view _svElement, const TKeyOf& _fnKeyOf)
     {
         const ZkCommon::Storage::XmlName name = _rContainer.FindName(_svElement);
         for (auto cElement = _rContainer.FirstChild(name); cElement; cElement = cElement.NextSibling(name)) {

@@ -273,13 +273,19 @@ TEST_F(Policy, AStoreThatFailsLeavesTheDocumentByteForByte)
         {__LINE__, {Firewall(1), {8, 1, true, {}}}, {}, L"<PolicyController> was not found."},
         {__LINE__, {Firewall(1)}, Lock, L"CEncFile::Encrypt() failed"},
         {__LINE__, {Firewall(1)}, Deny, L"CEncFile::Encrypt() failed"},
-        {__LINE__, {Firewall(1)}, [] { return MakeFault<API(MoveFileExW)>(ERROR_DISK_FULL, 1); },
+        {__LINE__,
+         {Firewall(1)},
+         [] { return MakeFault<API(MoveFileExW)>(ERROR_DISK_FULL, 1); },
          L"CEncFile::Encrypt() failed"},
         // The first write is the copy that is read, the second the new document in plain, the third the encrypted one.
         {__LINE__, {Firewall(1)}, [] { return MakeFault<API(WriteFile)>(ERROR_DISK_FULL, 1); }, L"tszXmlFile is empty"},
-        {__LINE__, {Firewall(1)}, [] { return MakeFault<API(WriteFile)>(ERROR_DISK_FULL, 2); },
+        {__LINE__,
+         {Firewall(1)},
+         [] { return MakeFault<API(WriteFile)>(ERROR_DISK_FULL, 2); },
          L"CEncFile::Encrypt() failed"},
-        {__LINE__, {Firewall(1)}, [] { return MakeFault<API(WriteFile)>(ERROR_DISK_FULL, 3); },
+        {__LINE__,
+         {Firewall(1)},
+         [] { return MakeFault<API(WriteFile)>(ERROR_DISK_FULL, 3); },
          L"CEncFile::Encrypt() failed"},
     };
     for (const auto& stRow : aRow) {

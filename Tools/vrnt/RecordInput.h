@@ -38,11 +38,12 @@ template <class TValue>
 TValue NumberFromJson(const Json& _rjsValue, const Frwk::WordTable* _pWords, const std::string& _rsPlace)
 {
     using Limits = std::numeric_limits<TValue>;
-    const bool bFits = _rjsValue.is_number_unsigned() ? std::in_range<TValue>(_rjsValue.get<std::uint64_t>())
-                       : _rjsValue.is_number_integer() && std::in_range<TValue>(_rjsValue.get<std::int64_t>());
+    const bool bFits = _rjsValue.is_number_unsigned()
+                           ? std::in_range<TValue>(_rjsValue.get<std::uint64_t>())
+                           : _rjsValue.is_number_integer() && std::in_range<TValue>(_rjsValue.get<std::int64_t>());
     if (!bFits) {
-        Refuse(_rsPlace, "must be a whole number from " + std::to_string(Limits::min()) + " to " +
-                             std::to_string(Limits::max()));
+        Refuse(_rsPlace,
+               "must be a whole number from " + std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()));
     }
     const auto value = _rjsValue.get<TValue>();
     const auto Has = [&](const Frwk::Word& _rstWord) { return std::cmp_equal(_rstWord.ulValue, value); };
@@ -117,8 +118,7 @@ TContainer RecordsFromJson(const Json& _rjsRecords, const TDescription& _rstDesc
     }
     TContainer cRecords;
     for (std::size_t i = 0; i < _rjsRecords.size(); ++i) {
-        cRecords.push_back(
-            RecordFromJson(_rjsRecords[i], _rstDescription, _rsPlace + "[" + std::to_string(i) + "]"));
+        cRecords.push_back(RecordFromJson(_rjsRecords[i], _rstDescription, _rsPlace + "[" + std::to_string(i) + "]"));
     }
     return cRecords;
 }
