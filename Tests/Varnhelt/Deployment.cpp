@@ -75,7 +75,7 @@ TEST_F(Aliases, AStoreThatFailsLeavesTheDocument)
         std::wstring tszLine;
     };
     const Row aRow[] = {
-        {__LINE__, "<Aliases/>", L"\x1F", L"ErrorCode:[0x0000000d], Line[0x00000000], FileName:[]"},
+        {__LINE__, "<Aliases/>", L"\x1F", L"ErrorCode:[0x00000006], Line[0x00000003], FileName:[]"},
         {__LINE__, "<Aliases/>", std::wstring(1, wchar_t{0xD800}), L"ErrorCode:[0x0000000d]"},
         {__LINE__, "<Aliases>\n</aliases>", L"v", L"ErrorCode:[0x00000006], Line[0x00000002], FileName:["},
         {__LINE__, "<Other/>", L"v", L"StoreValueAsDeployAliasConfig() - pxmlAlias was invalid."},

@@ -185,7 +185,7 @@ TEST_F(Policy, OneControllerIsAnsweredAndDeniedWhereThePolicyLacksIt)
     stController.ulPermission = 2;
     EXPECT_EQ(Query(ValueType::g_ulSpecificEnforcePolicy, &stController), Result::g_ulFailed);
     EXPECT_EQ(stController.ulPermission, 2U) << "a failure leaves the record alone";
-    EXPECT_EQ(cTrace.Messages().back(), tszMethod + L"this->QueryValueAsEnforcePolicy() failed(). [0x80040201]");
+    EXPECT_THAT(cTrace.Messages(), Contains(tszMethod + L"this->QueryValueAsEnforcePolicy() failed(). [0x80040201]"));
 }
 
 TEST_F(Policy, AStoreWritesWhatRecordsNameAndKeepsAllElse)
@@ -295,7 +295,7 @@ TEST_F(Policy, AStoreThatFailsLeavesTheDocumentByteForByte)
             const std::shared_ptr<void> pFault = stRow.fnFault ? stRow.fnFault() : nullptr;
             EXPECT_EQ(Store(stRow.vecPolicy), Result::g_ulFailed);
         }
-        EXPECT_EQ(cTrace.Messages().back(), L"*** CFunctionXml::StoreValueAsEnforcePolicy() - " + stRow.tszLast);
+        EXPECT_THAT(cTrace.Messages(), Contains(L"*** CFunctionXml::StoreValueAsEnforcePolicy() - " + stRow.tszLast));
         EXPECT_EQ(m_cProduct.Stored(DocumentId::Policy), sStored);
         EXPECT_THAT(m_cProduct.Leftovers(), IsEmpty());
     }

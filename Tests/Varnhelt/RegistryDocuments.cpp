@@ -138,7 +138,8 @@ TEST_F(KeyConfig, WhatCannotBeDecidedFailsWithItsLine)
     cTrace.Clear();
     Write("<Registry><RegistryValue Assign='a.exe'/></Registry>");
     {
-        const ApiFault<API(GetModuleFileNameW)> cFault(ERROR_NOT_ENOUGH_MEMORY, 1, 100);
+        // The first call is the parser's, which looks for its library beside the module.
+        const ApiFault<API(GetModuleFileNameW)> cFault(ERROR_NOT_ENOUGH_MEMORY, 2, 100);
         EXPECT_EQ(Query(), Result::g_ulFailed);
     }
     EXPECT_EQ(cTrace.Messages()[0], L"*** CFunctionXml::GetKeyConfig() - GetModuleFileName() failed. [0x00000008]");
