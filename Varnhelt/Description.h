@@ -104,7 +104,7 @@ struct Field
     static constexpr bool g_bList = false;
     static constexpr bool g_bBoolean = std::is_same_v<TConversion, Boolean> || std::is_same_v<TValue, bool>;
 
-    Source enSource;
+    Source enSource = Source::Attribute;
     std::wstring_view svName; // of the attribute or child; empty for the own text
     TValue TRecord::*pMember;
     TConversion stConversion;

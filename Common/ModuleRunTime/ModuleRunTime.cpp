@@ -27,7 +27,9 @@ struct ExceptionState
 class ModuleRunTime
 {
 public:
-    ModuleRunTime() noexcept : m_ulSlot(::FlsAlloc([](void* _pState) { std::free(_pState); })) {}
+    ModuleRunTime() noexcept
+        : m_ulSlot(::FlsAlloc([](void* _pState) { std::free(_pState); }))
+    {} // NOLINT(*-no-malloc): no C++ run time under this
     ModuleRunTime(const ModuleRunTime&) = delete;
     ModuleRunTime& operator=(const ModuleRunTime&) = delete;
     ~ModuleRunTime()
@@ -40,7 +42,7 @@ public:
     {
         void* pState = ::FlsGetValue(m_ulSlot);
         if (pState == nullptr) {
-            pState = std::calloc(1, sizeof(ExceptionState));
+            pState = std::calloc(1, sizeof(ExceptionState)); // NOLINT(*-no-malloc)
             if (pState == nullptr || ::FlsSetValue(m_ulSlot, pState) == FALSE) {
                 std::abort(); // as the run time does: nothing can be thrown without it
             }

@@ -11,7 +11,7 @@ using namespace ZkCommon;
 ReferenceCount::ReferenceCount() noexcept
 {
     const Synchronize::SingleLock cGuard(&m_cLock);
-    m_ulCount = 0;
+    m_ulCount = 0; // NOLINT(cppcoreguidelines-prefer-member-initializer): under the lock, as every access
 }
 
 void ReferenceCount::AddRef() noexcept

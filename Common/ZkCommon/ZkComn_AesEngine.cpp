@@ -301,7 +301,7 @@ void Expand(std::span<const std::uint8_t> _spanKey, bool _bInverse, KeySchedule&
     _rstSchedule.uRounds = uKeyWords + 6;
     const std::size_t uWords = 4 * (_rstSchedule.uRounds + 1);
 
-    std::array<std::uint32_t, 4 * (g_uMaxRounds + 1)> aWord;
+    std::array<std::uint32_t, 4 * (g_uMaxRounds + 1)> aWord{};
     std::memcpy(aWord.data(), _spanKey.data(), _spanKey.size());
     std::uint32_t ulConstant = 1;
     for (std::size_t uWord = uKeyWords; uWord < uWords; ++uWord) {

@@ -11,7 +11,7 @@ namespace Vrnt {
 
 inline std::shared_ptr<std::string> AddDirectory(CLI::App* _pCommand)
 {
-    const auto pDirectory = std::make_shared<std::string>();
+    auto pDirectory = std::make_shared<std::string>();
     _pCommand->add_option("--dir", *pDirectory, "The directory of the document")->type_name("DIR")->required();
     return pDirectory;
 }

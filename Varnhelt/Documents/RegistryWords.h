@@ -20,7 +20,7 @@ struct RegistryRoot
     static constexpr const Frwk::WordTable* WordsOf() { return &g_stRegistryRoot; }
     static HKEY Read(std::wstring_view _svText)
     {
-        // The system's own roots are such numbers, extended by their sign.
+        // The system's own roots are such numbers, extended by their sign. NOLINTNEXTLINE(performance-no-int-to-ptr)
         return reinterpret_cast<HKEY>(
             static_cast<std::intptr_t>(static_cast<std::int32_t>(Frwk::Utility::ToValue(g_stRegistryRoot, _svText))));
     }

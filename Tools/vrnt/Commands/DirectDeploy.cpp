@@ -92,7 +92,7 @@ void QueryComponents(Tool& _rTool, const DeployOptions& _rstOptions)
 
 std::shared_ptr<DeployOptions> AddPath(CLI::App* _pCommand)
 {
-    const auto pOptions = std::make_shared<DeployOptions>();
+    auto pOptions = std::make_shared<DeployOptions>();
     pOptions->pDirectory = AddDirectory(_pCommand);
     _pCommand->add_option("--file", pOptions->sFile, "The document's name there")->type_name("NAME")->required();
     return pOptions;
