@@ -353,9 +353,10 @@ std::vector<std::wstring> IniLines(const std::filesystem::path& _rFolder)
         Storage::IniFile cFile(cEntry.path().wstring());
         for (const std::wstring& tszSection : cFile.SectionNames()) {
             cFile.SetSection(tszSection);
-            vecLine.push_back(cEntry.path().filename().wstring() + L" [" + tszSection + L"]");
+            const std::wstring tszHeading = cEntry.path().filename().wstring() + L" [" + tszSection + L"]";
+            vecLine.push_back(tszHeading);
             for (const std::wstring& tszLine : cFile.Section()) {
-                vecLine.push_back(vecLine.back().substr(0, vecLine.back().find(L']') + 1) + L" " + tszLine);
+                vecLine.push_back(tszHeading + L" " + tszLine);
             }
         }
     }
