@@ -100,6 +100,36 @@ std::wstring NewCopyName()
     return szPath;
 }
 
+/** The entries of a section with their text as the file has it, quotation marks included; the first of a name counts. */
+using Entries = std::map<std::wstring, std::wstring, LessNoCase>;
+Entries RawEntries(const UpdatePlace& _rstPlace)
+{
+    Entries mapEntry;
+    for (const std::wstring& tszLine : Storage::IniFile(_rstPlace.tszPath, _rstPlace.tszSection).Section()) {
+        const std::size_t uEquals = tszLine.find(L'=');
+        if (uEquals != 0 && uEquals != std::wstring::npos) {
+            mapEntry.emplace(tszLine.substr(0, uEquals), tszLine.substr(uEquals + 1));
+        }
+    }
+    return mapEntry;
+}
+
+void AddEntryChanges(const UpdatePlace& _rstPlace, const Entries& _rmapBefore, const Entries& _rmapAfter,
+                     std::vector<UpdateChange>& _rvecChange)
+{
+    for (const auto& [tszName, tszText] : _rmapBefore) {
+        const auto itAfter = _rmapAfter.find(tszName);
+        if (itAfter == _rmapAfter.end() || itAfter->second != tszText) {
+            _rvecChange.push_back({UpdateChange::Kind::Value, _rstPlace, tszName, UpdateStorage::Value::Of(tszText)});
+        }
+    }
+    for (const auto& [tszName, tszText] : _rmapAfter) {
+        if (!_rmapBefore.contains(tszName)) {
+            _rvecChange.push_back({UpdateChange::Kind::Value, _rstPlace, tszName});
+        }
+    }
+}
+
 bool IsPresent(const std::wstring& _rtszFile)
 {
     return ::GetFileAttributesW(_rtszFile.c_str()) != INVALID_FILE_ATTRIBUTES;
@@ -200,17 +230,21 @@ std::vector<std::wstring> RecordingStorage::Names(const UpdatePlace& _rstPlace)
     if (pState == nullptr) {
         return m_cPresent.Names(rstReal);
     }
-    std::vector<std::wstring> vecName;
+    // A value that is written over keeps its name as it was spelt.
+    std::set<std::wstring, LessNoCase> setName;
     if (pState->bExists && !pState->bNew) {
-        vecName = m_cPresent.Names(rstReal);
-        std::erase_if(vecName, [&](const std::wstring& _rtszName) { return pState->mapValue.contains(_rtszName); });
+        for (std::wstring& rtszName : m_cPresent.Names(rstReal)) {
+            setName.insert(std::move(rtszName));
+        }
     }
     for (const auto& [tszName, stValue] : pState->mapValue) {
         if (stValue) {
-            vecName.push_back(tszName);
+            setName.insert(tszName);
+        } else {
+            setName.erase(tszName);
         }
     }
-    return vecName;
+    return {setName.begin(), setName.end()};
 }
 
 std::vector<std::wstring> RecordingStorage::SubKeys(const UpdatePlace& _rstPlace)
@@ -353,22 +387,19 @@ UpdatePlace RecordingStorage::OnNewCopy(const UpdatePlace& _rstPlace)
 
 // The differences.
 
-/** Values that the places do not have in common, or have with different content. */
-void RecordingStorage::AddValueChanges(const UpdatePlace& _rstBefore, const UpdatePlace& _rstAfter,
-                                       std::vector<UpdateChange>& _rvecChange)
+/** Values that the key does not have as it had them. */
+void RecordingStorage::AddValueChanges(const UpdatePlace& _rstReal, std::vector<UpdateChange>& _rvecChange)
 {
-    UpdateStorage& rAfter = _rstBefore.IsRegistry() ? static_cast<UpdateStorage&>(*this) : m_cPresent;
     std::set<std::wstring, LessNoCase> setName;
-    for (std::wstring& rtszName : m_cPresent.Names(_rstBefore)) {
-        setName.insert(std::move(rtszName));
-    }
-    for (std::wstring& rtszName : rAfter.Names(_rstAfter)) {
-        setName.insert(std::move(rtszName));
+    for (UpdateStorage* pStorage : {static_cast<UpdateStorage*>(&m_cPresent), static_cast<UpdateStorage*>(this)}) {
+        for (std::wstring& rtszName : pStorage->Names(_rstReal)) {
+            setName.insert(std::move(rtszName));
+        }
     }
     for (const std::wstring& tszName : setName) {
-        std::optional<Value> stBefore = m_cPresent.Find(_rstBefore, tszName);
-        if (stBefore != rAfter.Find(_rstAfter, tszName)) {
-            _rvecChange.push_back({UpdateChange::Kind::Value, _rstBefore, tszName, std::move(stBefore)});
+        std::optional<Value> stBefore = m_cPresent.Find(_rstReal, tszName);
+        if (stBefore != Find(_rstReal, tszName)) {
+            _rvecChange.push_back({UpdateChange::Kind::Value, _rstReal, tszName, std::move(stBefore)});
         }
     }
 }
@@ -391,7 +422,7 @@ void RecordingStorage::AddKeyChanges(std::vector<UpdateChange>& _rvecChange)
                    AccessListOf(stPlace) != (stState.bAllAccess ? AccessList::AllAccess : AccessList::Inherited)) {
             _rvecChange.push_back({UpdateChange::Kind::AccessList, stPlace, {}});
         }
-        AddValueChanges(stPlace, stPlace, _rvecChange);
+        AddValueChanges(stPlace, _rvecChange);
     }
 }
 
@@ -423,7 +454,7 @@ void RecordingStorage::AddIniChanges(const IniCopy& _rstCopy, std::vector<Update
             _rvecChange.push_back({bAfter ? UpdateChange::Kind::Created : UpdateChange::Kind::Removed, stBefore, {}});
         }
         if (bBefore) {
-            AddValueChanges(stBefore, stAfter, _rvecChange);
+            AddEntryChanges(stBefore, RawEntries(stBefore), RawEntries(stAfter), _rvecChange);
         }
     }
 }

@@ -89,8 +89,7 @@ private:
     UpdatePlace OnCopy(const UpdatePlace& _rstPlace) const;
     UpdatePlace OnNewCopy(const UpdatePlace& _rstPlace);
     void AddKeyChanges(std::vector<UpdateChange>& _rvecChange);
-    void AddValueChanges(const UpdatePlace& _rstBefore, const UpdatePlace& _rstAfter,
-                         std::vector<UpdateChange>& _rvecChange);
+    void AddValueChanges(const UpdatePlace& _rstReal, std::vector<UpdateChange>& _rvecChange);
     void AddIniChanges(const IniCopy& _rstCopy, std::vector<UpdateChange>& _rvecChange);
 
     SystemStorage m_cPresent;

@@ -59,15 +59,6 @@ std::optional<ValueWords> WordsOf(const Value& _rstValue)
     return std::nullopt;
 }
 
-/** An ini entry's text so that it is read as it is: the system takes blanks and quotation marks off its ends. */
-std::wstring QuotedWhereNeeded(const std::wstring& _rtszText)
-{
-    constexpr std::wstring_view svTrimmed = L" \t\"'";
-    const bool bNeeded = !_rtszText.empty() && (svTrimmed.find(_rtszText.front()) != std::wstring_view::npos ||
-                                                svTrimmed.find(_rtszText.back()) != std::wstring_view::npos);
-    return bNeeded ? L"\"" + _rtszText + L"\"" : _rtszText;
-}
-
 std::optional<LocalUpdateEntry> EntryFor(const UpdateChange& _rstChange)
 {
     LocalUpdateEntry stEntry;
@@ -102,7 +93,7 @@ std::optional<LocalUpdateEntry> EntryFor(const UpdateChange& _rstChange)
     }
     stEntry.tszAction = L"write";
     stEntry.tszType = stWords->pszType;
-    stEntry.tszValue = _rstChange.stPlace.IsRegistry() ? stWords->tszText : QuotedWhereNeeded(stWords->tszText);
+    stEntry.tszValue = stWords->tszText;
     stEntry.tszOverWrite = g_svYes;
     return stEntry;
 }

@@ -124,8 +124,9 @@ std::vector<std::wstring> UpdateBench::Snapshot(UpdateStorage& _rStorage) const
         stSection.tszPath = Ini();
         stSection.tszSection = pszSection;
         if (_rStorage.Exists(stSection)) {
-            vecLine.push_back(L"[" + stSection.tszSection + L"]");
-            AddValues(_rStorage, stSection, vecLine.back(), vecLine);
+            const std::wstring tszHeading = L"[" + stSection.tszSection + L"]";
+            vecLine.push_back(tszHeading);
+            AddValues(_rStorage, stSection, tszHeading, vecLine);
         }
     }
     std::ranges::sort(vecLine); // what was removed and came back may stand elsewhere
