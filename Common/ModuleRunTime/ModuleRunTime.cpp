@@ -28,8 +28,9 @@ class ModuleRunTime
 {
 public:
     ModuleRunTime() noexcept
+        // NOLINTNEXTLINE(*-no-malloc): no C++ run time under this
         : m_ulSlot(::FlsAlloc([](void* _pState) { std::free(_pState); }))
-    {} // NOLINT(*-no-malloc): no C++ run time under this
+    {}
     ModuleRunTime(const ModuleRunTime&) = delete;
     ModuleRunTime& operator=(const ModuleRunTime&) = delete;
     ~ModuleRunTime()
