@@ -49,7 +49,7 @@ private:
 /** How an operation tells of what it caught, and what it answers then. */
 struct FailureTexts
 {
-    const wchar_t* pszMethod; // "CClass::Method()", as the lines name it
+    const wchar_t* pszMethod = L""; // "CClass::Method()", as the lines name it
 
     /** Writes the lines for a document that could not be read; the usual one is a single line with the code. */
     void (*pfnTraceXml)(const wchar_t* _pszMethod, const ZkCommon::Storage::XmlException& _rError) noexcept = &TraceXml;

@@ -13,7 +13,7 @@ namespace Varnhelt::Documents {
 /** The texts around the values of a dump. */
 struct DumpTexts
 {
-    const wchar_t* pszPrefix; // before each label
+    const wchar_t* pszPrefix = L""; // before each label
     const wchar_t* pszSeparator = L":";
     const wchar_t* pszEnd = L".";
     ZkCommon::TraceLevel enLevel = ZkCommon::TraceNotice;

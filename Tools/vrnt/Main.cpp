@@ -33,7 +33,7 @@ void Configure(Tool& _rTool)
     rApp.require_subcommand(1);
     rApp.add_option("--module", _rTool.stOptions.sModule, "The library to load (default: Varnhelt.dll beside vrnt.exe)")
         ->type_name("PATH");
-    rApp.add_flag("--json", _rTool.stOptions.bJson, "Print one JSON object: {\"result\": ..., \"data\": ...}");
+    rApp.add_flag("--json", _rTool.stOptions.bJson, R"(Print one JSON object: {"result": ..., "data": ...})");
     rApp.footer("Exit status: 0 success, 1 a failure code, 2 a usage error or an input file that cannot be read.\n"
                 "vrnt COMMAND --help tells more of each command.");
     AddQuery(_rTool);

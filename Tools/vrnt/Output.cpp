@@ -85,7 +85,7 @@ std::string ResultText(std::uint32_t _ulResult)
 std::string Hexadecimal(std::uint32_t _ulValue, int _iDigits)
 {
     std::array<char, 16> aText{};
-    std::snprintf(aText.data(), aText.size(), "0x%0*x", _iDigits, _ulValue);
+    static_cast<void>(std::snprintf(aText.data(), aText.size(), "0x%0*x", _iDigits, _ulValue));
     return aText.data();
 }
 

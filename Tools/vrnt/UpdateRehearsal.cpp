@@ -127,7 +127,7 @@ std::string UpdateRehearsal::Why(const UpdateConditions& _rstConditions, UpdateR
     case UpdateReason::PlaceAbsent:
         return "there is nothing to remove";
     case UpdateReason::NoAllAccess:
-        return "\"AllAccess\" is neither \"yes\" nor \"no\"";
+        return R"("AllAccess" is neither "yes" nor "no")";
     case UpdateReason::UnknownAction:
         return "no such action";
     default:

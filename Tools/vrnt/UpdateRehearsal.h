@@ -32,13 +32,13 @@ public:
 private:
     struct Entry
     {
-        const Varnhelt::LocalUpdateEntry* pEntry;
+        const Varnhelt::LocalUpdateEntry* pEntry = nullptr;
         Varnhelt::UpdateDecision stDecision;
     };
     struct Item
     {
-        const Varnhelt::LocalUpdateKey* pItem;
-        Varnhelt::UpdateReason enReason;
+        const Varnhelt::LocalUpdateKey* pItem = nullptr;
+        Varnhelt::UpdateReason enReason = Varnhelt::UpdateReason::None;
         std::vector<Entry> vecEntry;
     };
 
