@@ -12,7 +12,6 @@
 using namespace ZkCommon;
 using namespace SrvFrwk;
 using Varnhelt::AtBoundary;
-using Varnhelt::FailureTexts;
 using Varnhelt::MethodTrace;
 using Varnhelt::Request;
 using Varnhelt::ValueTypeRow;

@@ -16,13 +16,13 @@ class XmlChoice
 public:
     XmlChoice(const XmlChoice&) = delete;
     XmlChoice& operator=(const XmlChoice&) = delete;
+    virtual ~XmlChoice() = default;
 
     /** Name and attributes as XmlParserSaxBase::Handlers has them. */
     virtual bool Wants(const char* _szName, const char** _pszAttributes) const noexcept = 0;
 
 protected:
     XmlChoice() = default;
-    ~XmlChoice() = default;
 };
 
 /**

@@ -114,8 +114,8 @@ private:
                          std::uint32_t (*_pfnConvert)(std::wstring_view) noexcept)
     {
         const Storage::XmlName type = _rContainer.FindName(_pszType);
-        return Index(_rContainer, _pszElement,
-                     [&](const Storage::XmlElement& _rElement) { return _pfnConvert(_rElement.Attribute(type)); });
+        return {_rContainer, _pszElement,
+                [&](const Storage::XmlElement& _rElement) { return _pfnConvert(_rElement.Attribute(type)); }};
     }
 
     /** Made once for each controller, however many records name it. */
