@@ -19,7 +19,7 @@ constexpr const char* g_szItems = R"(
 <AccessMode>eMode64bit</AccessMode>
 <Key target="registry" minversion="1" maxversion="18" product="all" language="all" platform="all"><Name>N</Name>
 <Type>uint32</Type><Value>7</Value><Action>write</Action><AllAccess>no</AllAccess></Key>
-<Key target="registry" minversion="1" maxversion="17" product="all" language="all" platform="all"><Action>remove</Action></Key>
+<Key target="registry" minversion="1" maxversion="16" product="all" language="all" platform="all"><Action>remove</Action></Key>
 <Key target="registry" minversion="1" maxversion="18" product="all" language="all" platform="all"><Action>fly</Action></Key>
 </registry>
 <registry minversion="1" maxversion="18" product="all" language="all" platform="all"><Root>hklm</Root><Path>P</Path>
@@ -47,7 +47,7 @@ TEST_F(VrntUpdate, TheRehearsalTellsEveryItemAndEntryAndChangesNothing)
           "entries": [
            {"name": "N", "type": "uint32", "action": "write", "value": "7", "effect": "write", "reason": null},
            {"name": "", "type": "", "action": "remove", "value": "", "effect": "skip",
-            "reason": "the installed version is above \"17\""},
+            "reason": "the installed version is above \"16\""},
            {"name": "", "type": "", "action": "fly", "value": "", "effect": "refuse", "reason": "no such action"}]},
          {"kind": "registry", "root": null, "path": "P", "accessMode": "", "update": false,
           "reason": "the root is none of HKCR, HKCU, HKLM, HKU",

@@ -4,7 +4,6 @@
 #include "TempFolder.h"
 #include "TestKey.h"
 #include "TraceRecorder.h"
-#include "ZkComn_Library.h"
 #include "ZkComn_Registry.h"
 
 #include <gmock/gmock.h>
@@ -13,30 +12,35 @@
 
 using namespace ZkCommon;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
-constexpr const wchar_t* g_aszSession[] = {L"\\InteractiveSession", L"\\ServiceSession"};
-
-Storage::Key SettingsIn(const TestKey& _rKey)
+/** A log, with settings of the test's own for sessions of both kinds. */
+struct OwnLog
 {
-    return {Storage::Key::Registry, HKEY_CURRENT_USER, _rKey.Path()};
-}
-
-void WriteSettings(const TestKey& _rKey, std::uint32_t _ulEnable)
-{
-    for (const wchar_t* pszSession : g_aszSession) {
-        Storage::Registry settings;
-        settings.Create(HKEY_CURRENT_USER, _rKey.Path() + pszSession);
-        settings.WriteNumber(L"Enable", _ulEnable);
+    template <class TValue>
+    void Set(const wchar_t* _pszName, const TValue& _rValue) const
+    {
+        for (const wchar_t* pszSession : {L"\\InteractiveSession", L"\\ServiceSession"}) {
+            Storage::Registry settings;
+            settings.Create(HKEY_CURRENT_USER, m_Key.Path() + pszSession);
+            if constexpr (std::is_integral_v<TValue>) {
+                settings.WriteNumber(_pszName, _rValue);
+            } else {
+                settings.WriteString(_pszName, _rValue);
+            }
+        }
     }
-}
+    bool Start(const wchar_t* _pszFolder = L"\\Recorder", const wchar_t* _pszModule = L"Module")
+    {
+        return m_Log.Initialize(_pszModule, {Storage::Key::Registry, HKEY_CURRENT_USER, m_Key.Path()},
+                                ProgramFolder() + _pszFolder);
+    }
+    bool TraceOneError() { return m_Log.Trace("Test.cpp", 1, TraceError, L"text"); }
 
-bool TraceOneError(DebugLog& _rLog)
-{
-    return _rLog.Trace("Test.cpp", 1, TraceError, L"text");
-}
+    TestKey m_Key;
+    DebugLog m_Log;
+};
 
 } // namespace
 
@@ -57,19 +61,9 @@ TEST(DebugLog, WritesALineWithTimeProcessThreadTagModuleMessageAndSource)
 TEST(DebugLog, WritesOnlyLevelsOfItsMaskAndTagsThem)
 {
     const TraceRecorder trace(0x112);
-    struct Row
-    {
-        int iLine;
-        std::uint32_t ulLevel;
-        bool bWritten;
-    };
-    constexpr Row aRow[] = {{__LINE__, 1, false}, {__LINE__, 16, true},    {__LINE__, 256, true},
-                            {__LINE__, 2, true},  {__LINE__, 0, false},    {__LINE__, 0x112, true},
-                            {__LINE__, 4, false}, {__LINE__, 0x201, false}};
-    for (const Row& stRow : aRow) {
-        const testing::ScopedTrace row(__FILE__, stRow.iLine, "");
-        EXPECT_EQ(g_cDebugLog.Passes(stRow.ulLevel), stRow.bWritten);
-        EXPECT_EQ(g_cDebugLog.Trace("Test.cpp", 1, stRow.ulLevel, L"%u", stRow.ulLevel), stRow.bWritten);
+    for (const std::uint32_t ulLevel : {1U, 16U, 256U, 2U, 0U, 0x112U, 4U, 0x201U}) {
+        const bool bWritten = g_cDebugLog.Passes(ulLevel);
+        EXPECT_EQ(g_cDebugLog.Trace("Test.cpp", 1, ulLevel, L"%u", ulLevel), bWritten) << ulLevel;
     }
     EXPECT_THAT(trace.Lines(), ElementsAre(L"@@@ 16", L"!!! 256", L"??? 2", L"??? 274"));
 }
@@ -77,7 +71,7 @@ TEST(DebugLog, WritesOnlyLevelsOfItsMaskAndTagsThem)
 TEST(DebugLog, WritesAMessageOfAnyLengthWhole)
 {
     const TraceRecorder trace;
-    for (const std::size_t uLength : {255U, 256U, 1000U, 1000000U}) {
+    for (const std::size_t uLength : {255U, 256U, 1000000U}) {
         const std::wstring tszText(uLength, L'x');
         Trace(TraceError, L"%s", tszText);
         EXPECT_EQ(trace.Messages().back(), tszText);
@@ -86,101 +80,77 @@ TEST(DebugLog, WritesAMessageOfAnyLengthWhole)
 
 TEST(DebugLog, IsSilentlyOffWithoutSettingsOrLibrary)
 {
-    const TestKey key;
-    DebugLog log;
-    EXPECT_FALSE(TraceOneError(log));
-    EXPECT_FALSE(log.Uninitialize());
-
-    // Without the key: initialised and disabled.
-    EXPECT_TRUE(log.Initialize(L"Module", SettingsIn(key), L""));
-    EXPECT_TRUE(TraceOneError(log));
-    EXPECT_FALSE(log.Passes(TraceError));
-    EXPECT_TRUE(log.Uninitialize());
-    EXPECT_FALSE(TraceOneError(log));
-
-    WriteSettings(key, 0);
-    EXPECT_TRUE(log.Initialize(L"Module", SettingsIn(key), L""));
-    EXPECT_TRUE(TraceOneError(log));
-    EXPECT_TRUE(log.Uninitialize());
+    OwnLog own;
+    const auto ExpectInitialisedAndDisabled = [&] {
+        EXPECT_TRUE(own.Start());
+        EXPECT_TRUE(own.TraceOneError());
+        EXPECT_FALSE(own.m_Log.Passes(TraceError));
+        EXPECT_TRUE(own.m_Log.Uninitialize());
+    };
+    EXPECT_FALSE(own.TraceOneError());
+    EXPECT_FALSE(own.m_Log.Uninitialize());
+    ExpectInitialisedAndDisabled(); // without the key
+    EXPECT_FALSE(own.TraceOneError());
+    own.Set(L"Enable", 0U);
+    ExpectInitialisedAndDisabled();
 
     // On, but the library is not there, lacks an entry point, or its folder is none.
-    WriteSettings(key, 1);
+    own.Set(L"Enable", 1U);
     for (const wchar_t* pszFolder : {L"\\NoSuchFolder", L"\\Incomplete", L"\\Incomplete\\ZkDbgLog.dll"}) {
-        EXPECT_FALSE(log.Initialize(L"Module", SettingsIn(key), ProgramFolder() + pszFolder));
-        EXPECT_FALSE(TraceOneError(log));
-        EXPECT_FALSE(log.Uninitialize());
+        EXPECT_FALSE(own.Start(pszFolder));
+        EXPECT_FALSE(own.TraceOneError());
+        EXPECT_FALSE(own.m_Log.Uninitialize());
         EXPECT_EQ(::GetModuleHandleW(L"ZkDbgLog.dll"), nullptr);
     }
-
-    Storage::Key stUnknown = SettingsIn(key);
+    Storage::Key stUnknown{Storage::Key::Registry, HKEY_CURRENT_USER, own.m_Key.Path()};
     stUnknown.ulKind = 2;
-    EXPECT_FALSE(log.Initialize(L"Module", stUnknown, ProgramFolder() + L"\\Recorder"));
-}
+    EXPECT_FALSE(own.m_Log.Initialize(L"Module", stUnknown, ProgramFolder() + L"\\Recorder"));
 
-TEST(DebugLog, IsOffWhenASettingHasAnotherType)
-{
-    const TestKey key;
-    WriteSettings(key, 1);
-    for (const wchar_t* pszSession : g_aszSession) {
-        Storage::Registry settings;
-        settings.Create(HKEY_CURRENT_USER, key.Path() + pszSession);
-        settings.WriteNumber(L"LogPrefix", 1);
-    }
-    DebugLog log;
-    EXPECT_TRUE(log.Initialize(L"Module", SettingsIn(key), ProgramFolder() + L"\\Recorder"));
-    EXPECT_TRUE(TraceOneError(log));
+    own.Set(L"LogPrefix", 1U); // not its type
+    ExpectInitialisedAndDisabled();
 }
 
 TEST(DebugLog, UnloadsALibraryThatFailsAndGoesOnWhenALineIsRefused)
 {
     const TraceRecorder trace;
-    const TestKey key;
-    WriteSettings(key, 1);
-    DebugLog log;
+    OwnLog own;
+    own.Set(L"Enable", 1U);
     trace.Record().Answer(5, 0);
-    EXPECT_FALSE(log.Initialize(L"Module", SettingsIn(key), ProgramFolder() + L"\\Recorder"));
-    EXPECT_FALSE(TraceOneError(log));
+    EXPECT_FALSE(own.Start());
+    EXPECT_FALSE(own.TraceOneError());
     EXPECT_EQ(trace.Record().Open(), 1); // that of the recorder
 
     trace.Record().Answer(0, 5);
-    EXPECT_TRUE(log.Initialize(L"Module", SettingsIn(key), ProgramFolder() + L"\\Recorder\\"));
-    EXPECT_FALSE(TraceOneError(log));
+    EXPECT_TRUE(own.Start(L"\\Recorder\\"));
+    EXPECT_FALSE(own.TraceOneError());
     trace.Record().Answer(0, 0);
-    EXPECT_TRUE(TraceOneError(log));
-    EXPECT_TRUE(log.Uninitialize());
+    EXPECT_TRUE(own.TraceOneError());
+    EXPECT_TRUE(own.m_Log.Uninitialize());
     EXPECT_EQ(trace.Record().Open(), 1);
 }
 
 TEST(DebugLog, HandsItsSettingsToTheLibrary)
 {
     const TraceRecorder trace;
-    EXPECT_STREQ(trace.Record().Settings().aszLogPrefix, L"vqx"); // the defaults
-    EXPECT_STREQ(trace.Record().Settings().aszLogExtension, L"log");
-    EXPECT_STREQ(trace.Record().Settings().aszLogFolder, L"");
-    EXPECT_EQ(trace.Record().Settings().ucRobust, 0);
-
-    const TestKey key;
-    WriteSettings(key, 1);
-    for (const wchar_t* pszSession : g_aszSession) {
-        Storage::Registry settings;
-        settings.Create(HKEY_CURRENT_USER, key.Path() + pszSession);
-        settings.WriteNumber(L"LogProcess", 11);
-        settings.WriteNumber(L"LogUnitType", 12);
-        settings.WriteString(L"LogFolder", std::wstring(300, L'f'));
-        settings.WriteString(L"LogFile", L"file");
-        settings.WriteNumber(L"Robust", 2);
-        settings.WriteNumber(L"Debugger", 3);
-    }
-    DebugLog log;
-    const std::wstring tszModule(40, L'm');
-    ASSERT_TRUE(log.Initialize(tszModule.c_str(), SettingsIn(key), ProgramFolder() + L"\\Recorder"));
     const Library::ZkDbgSettings& stSettings = trace.Record().Settings();
-    EXPECT_EQ(stSettings.ulLogProcess, 11U);
-    EXPECT_EQ(stSettings.ulLogUnitType, 12U);
-    EXPECT_EQ(stSettings.ucRobust, 1);
-    EXPECT_EQ(stSettings.ucDebugger, 1);
-    EXPECT_STREQ(stSettings.aszLogFolder, std::wstring(259, L'f').c_str()); // cut off to their fields
-    EXPECT_STREQ(stSettings.aszModuleName, std::wstring(31, L'm').c_str());
+    EXPECT_STREQ(stSettings.aszLogPrefix, L"vqx"); // the defaults
+    EXPECT_STREQ(stSettings.aszLogExtension, L"log");
+    EXPECT_STREQ(stSettings.aszLogFolder, L"");
+    EXPECT_EQ(stSettings.ucRobust, 0);
+
+    OwnLog own;
+    own.Set(L"Enable", 1U);
+    own.Set(L"LogProcess", 11U);
+    own.Set(L"LogUnitType", 12U);
+    own.Set(L"LogFolder", std::wstring(300, L'f'));
+    own.Set(L"LogFile", std::wstring(L"file"));
+    own.Set(L"Robust", 2U);
+    own.Set(L"Debugger", 3U);
+    ASSERT_TRUE(own.Start(L"\\Recorder", std::wstring(40, L'm').c_str()));
+    EXPECT_THAT((std::vector{stSettings.ulLogProcess, stSettings.ulLogUnitType}), ElementsAre(11U, 12U));
+    EXPECT_THAT((std::vector{stSettings.ucRobust, stSettings.ucDebugger}), ElementsAre(1, 1));
+    EXPECT_EQ(stSettings.aszLogFolder, std::wstring(259, L'f')); // cut off to their fields
+    EXPECT_EQ(stSettings.aszModuleName, std::wstring(31, L'm'));
     EXPECT_STREQ(stSettings.aszLogFile, L"file");
     EXPECT_NE(stSettings.stTime.wYear, 0);
 }
@@ -194,42 +164,39 @@ TEST(DebugLog, ReadsItsSettingsFromAnIniFileToo)
     DebugLog log;
     ASSERT_TRUE(log.Initialize(L"Module", {Storage::Key::IniFile, nullptr, folder.File(L"trace.ini")},
                                ProgramFolder() + L"\\Recorder"));
-    EXPECT_TRUE(log.Passes(TraceNotice));
-    EXPECT_FALSE(log.Passes(TraceError));
+    EXPECT_TRUE(log.Passes(TraceNotice) && !log.Passes(TraceError));
     EXPECT_STREQ(trace.Record().Settings().aszLogPrefix, L"p");
 }
 
 TEST(DebugLog, TakesOverSettingsButNoLibraryWhenInitialisedAgain)
 {
     const TraceRecorder trace;
-    const TestKey key;
-    WriteSettings(key, 0);
-    DebugLog log;
-    EXPECT_TRUE(log.Initialize(L"Module", SettingsIn(key), ProgramFolder() + L"\\Recorder"));
-    WriteSettings(key, 1);
-    EXPECT_TRUE(log.Initialize(L"Module", SettingsIn(key), ProgramFolder() + L"\\Recorder"));
-    EXPECT_FALSE(TraceOneError(log)); // on, and without a library
+    OwnLog own;
+    own.Set(L"Enable", 0U);
+    EXPECT_TRUE(own.Start());
+    own.Set(L"Enable", 1U);
+    EXPECT_TRUE(own.Start());
+    EXPECT_FALSE(own.TraceOneError()); // on, and without a library
     EXPECT_EQ(trace.Record().Open(), 1);
 }
 
 TEST(DebugLog, TakesLinesFromManyThreadsWhileItIsOpenedAndClosed)
 {
     const TraceRecorder trace;
-    const TestKey key;
-    WriteSettings(key, 1);
-    DebugLog log;
+    OwnLog own;
+    own.Set(L"Enable", 1U);
     std::atomic<bool> bStop = false;
     std::vector<std::thread> vecThread;
     for (int i = 0; i < 4; ++i) {
         vecThread.emplace_back([&] {
             while (!bStop) {
-                TraceOneError(log);
+                own.TraceOneError();
             }
         });
     }
     for (int i = 0; i < 50; ++i) {
-        EXPECT_TRUE(log.Initialize(L"Module", SettingsIn(key), ProgramFolder() + L"\\Recorder"));
-        EXPECT_TRUE(log.Uninitialize());
+        EXPECT_TRUE(own.Start());
+        EXPECT_TRUE(own.m_Log.Uninitialize());
         trace.Record().Clear();
     }
     bStop = true;

@@ -24,21 +24,18 @@ constexpr std::size_t g_uLarge = 64 * 1024;
 TEST(FileCrypt, PadsOnlyALastBlockThatIsNotFull)
 {
     const TempFolder cFolder;
-    for (const std::size_t uSize : {1U, 15U, 16U, 17U, 32U, 33U, 48U, 100000U}) {
+    for (const std::size_t uSize : {1U, 15U, 16U, 17U, 32U, 100000U}) {
+        const std::size_t uPadding = (16 - uSize % 16) % 16;
         const std::string sPlain(uSize, 'x');
         cFolder.Write(L"plain", sPlain);
+        cFolder.Write(L"padded", sPlain + std::string(uPadding, static_cast<char>(uPadding)));
         ASSERT_TRUE(File::EncryptFile(cFolder.File(L"plain"), cFolder.File(L"cipher"), g_aKey));
-        EXPECT_EQ(cFolder.Read(L"cipher").size(), (uSize + 15) / 16 * 16);
+        ASSERT_TRUE(File::EncryptFile(cFolder.File(L"padded"), cFolder.File(L"whole"), g_aKey));
+        EXPECT_EQ(cFolder.Read(L"cipher").size(), uSize + uPadding);
+        EXPECT_EQ(cFolder.Read(L"cipher"), cFolder.Read(L"whole"));
         ASSERT_TRUE(File::DecryptFile(cFolder.File(L"cipher"), cFolder.File(L"back"), g_aKey));
         EXPECT_EQ(cFolder.Read(L"back"), sPlain);
     }
-    // The second block of the ciphertext of "0123456789abcdefghi" and thirteen bytes of 13.
-    cFolder.Write(L"plain", "0123456789abcdefghi");
-    ASSERT_TRUE(File::EncryptFile(cFolder.File(L"plain"), cFolder.File(L"cipher"), g_aKey));
-    const std::string sPadded = "0123456789abcdefghi" + std::string(13, '\15');
-    cFolder.Write(L"plain", sPadded);
-    ASSERT_TRUE(File::EncryptFile(cFolder.File(L"plain"), cFolder.File(L"whole"), g_aKey));
-    EXPECT_EQ(cFolder.Read(L"cipher"), cFolder.Read(L"whole"));
 }
 
 TEST(FileCrypt, WritesItsStepsToTheTraceLog)

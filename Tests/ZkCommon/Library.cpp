@@ -3,6 +3,7 @@
 #include "TraceRecorder.h"
 #include "ZkComn_ZkDbg.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <iterator>
 
@@ -73,12 +74,11 @@ TEST(Library, TraceLibraryIsLoadedOnceAndFreedWithItsOwner)
 
 TEST(Library, TraceLibraryIsNotTakenFromTheCurrentFolder)
 {
-    std::wstring tszBefore(MAX_PATH, L'\0');
-    tszBefore.resize(::GetCurrentDirectoryW(MAX_PATH, tszBefore.data()));
-    ::SetCurrentDirectoryW((ProgramFolder() + L"\\Recorder").c_str());
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(ProgramFolder() + L"\\Recorder");
     Library::ZkDbg library;
     EXPECT_TRUE(library.Load(L""));
-    ::SetCurrentDirectoryW(tszBefore.c_str());
+    std::filesystem::current_path(before);
     wchar_t aszPath[MAX_PATH] = {};
     ::GetModuleFileNameW(::GetModuleHandleW(L"ZkDbgLog.dll"), aszPath, MAX_PATH);
     EXPECT_EQ(aszPath, ProgramFolder() + L"\\ZkDbgLog.dll"); // the one beside the program

@@ -1,7 +1,6 @@
 #include "ZkComn_Platform.h"
 
 #include <gtest/gtest.h>
-#include <iterator>
 #include <set>
 #include <thread>
 #include <vector>
@@ -22,7 +21,6 @@ struct Row
 const Row g_aRow[] = {
     {__LINE__, {1, 4, 10, 0, 0, false}, {2}},
     {__LINE__, {1, 4, 90, 0, 0, false}, {1, 2}},
-    {__LINE__, {1, 5, 0, 0, 1, false}, {2}},
     {__LINE__, {0, 6, 1, 1, 1, true}, {}},
     {__LINE__, {2, 4, 0, 6, 1, false}, {101}},
     {__LINE__, {2, 4, 90, 0, 3, false}, {101, 112}},
@@ -30,7 +28,6 @@ const Row g_aRow[] = {
     {__LINE__, {2, 5, 1, 1, 1, false}, {5, 7, 101, 102, 103}},
     {__LINE__, {2, 5, 1, 2, 1, false}, {5, 7, 101, 102, 103, 104}},
     {__LINE__, {2, 5, 1, 3, 1, false}, {5, 7, 101, 102, 103, 104, 105}},
-    {__LINE__, {2, 5, 1, 3, 2, false}, {101, 102, 103, 104, 105}},
     {__LINE__, {2, 5, 2, 0, 1, true}, {6, 7, 101, 102, 103, 104, 105}},
     {__LINE__, {2, 5, 2, 0, 2, false}, {101, 102, 103, 104, 105}},
     {__LINE__, {2, 5, 2, 0, 3, false}, {4, 101, 102, 103, 104, 105, 112}},
@@ -59,18 +56,11 @@ TEST(Platform, KnowsTheKindsOfEveryVersion)
 
 TEST(Platform, NamesKindsInBothDirectionsExactly)
 {
-    std::set<std::uint32_t> setType;
-    std::set<std::wstring_view> setName;
     for (const OsTypeName& stName : g_aOsTypeName) {
         EXPECT_EQ(OsTypeOf(stName.svName), stName.ulOsType);
         EXPECT_EQ(NameOf(stName.ulOsType), stName.svName);
-        setType.insert(stName.ulOsType);
-        setName.insert(stName.svName);
     }
-    EXPECT_EQ(setType.size(), std::size(g_aOsTypeName));
-    EXPECT_EQ(setName.size(), std::size(g_aOsTypeName));
     EXPECT_EQ(OsTypeOf(L"Vista32or64"), 10U);
-    EXPECT_EQ(OsTypeOf(L"XPSp3orLater"), 105U);
     EXPECT_EQ(OsTypeOf(L"xp32"), std::nullopt);
     EXPECT_EQ(OsTypeOf(L""), std::nullopt);
     for (const std::uint32_t ulNameless : {0U, 14U, 16U, 50U, 110U, 112U}) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZkComn_Exception.h"
+#include "Failure.h"
 #include "ZkComn_String.h"
 #include "ZkComn_XmlParser.h"
 #include "ZkComn_XmlWriter.h"
@@ -16,6 +16,7 @@ struct XmlFailure
     std::uint32_t ulXmlCode = 0;
     std::uint32_t ulLine = 0;
     std::string sFile;
+    bool operator==(const XmlFailure&) const = default;
 };
 
 /** The failure of an operation; nothing when it succeeded. */
@@ -29,13 +30,6 @@ std::optional<XmlFailure> FailureOf(TOperation&& _fnOperation)
         const std::unique_ptr<ZkCommon::Storage::XmlException> pError(pCaught);
         return XmlFailure{pError->ErrorCode(), pError->XmlErrorCode(), pError->XmlLine(), pError->XmlFile()};
     }
-}
-
-template <class TOperation>
-std::uint32_t CodeOf(TOperation&& _fnOperation)
-{
-    const auto failure = FailureOf(_fnOperation);
-    return failure ? failure->ulCode : 0;
 }
 
 /** An element in short: name[attribute=value](text){child,child}; a comment is !(text). For small trees. */

@@ -12,15 +12,13 @@ namespace {
 
 constexpr const char* g_szDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n";
 
-/** Whether a document with that text, attribute value or comment, once written, reads back as it was meant. */
+/** Whether a document, once written, reads back as it was meant. */
 bool ReadsBack(const XmlParser& _rWritten)
 {
     const std::string sOutput = Written(_rWritten.Document());
     XmlParser reader;
-    if (FailureOf([&] { reader.LoadText(sOutput, XmlParser::KeepWhole); })) {
-        return false;
-    }
-    return ReadsBackAs(_rWritten.Document(), reader.Document());
+    return CodeOf([&] { reader.LoadText(sOutput, XmlParser::KeepWhole); }) == 0 &&
+           ReadsBackAs(_rWritten.Document(), reader.Document());
 }
 
 } // namespace
@@ -34,9 +32,7 @@ TEST(XmlWriter, WritesAnElementALine)
         const char* szExpected; // behind the declaration
     } aRows[] = {
         {__LINE__, "<A/>", "<A/>\r\n"},
-        {__LINE__, "<A></A>", "<A/>\r\n"},
         {__LINE__, "<A  x = '1'\ny='2' />", "<A x=\"1\" y=\"2\"/>\r\n"},
-        {__LINE__, "<A> t </A>", "<A> t </A>\r\n"},
         {__LINE__, "<A x='&lt;&amp;&quot;&quot;'>&lt;&amp;&gt;'\"</A>",
          "<A x=\"&lt;&amp;&quot;&quot;\">&lt;&amp;&gt;&apos;&quot;</A>\r\n"},
         {__LINE__, "<A><B><C>t</C></B><D/></A>", "<A>\r\n\t<B>\r\n\t\t<C>t</C>\r\n\t</B>\r\n\t<D/>\r\n</A>\r\n"},
@@ -57,24 +53,13 @@ TEST(XmlWriter, WritesASingleElementWithoutDeclarationWhenAsked)
 {
     XmlParser parser;
     parser.LoadText("<A><B><C/></B><D/></A>", XmlParser::KeepWhole);
-    XmlElement b;
-    ASSERT_TRUE(parser.Select(L"/A/B", b));
+    XmlElement b = parser.Document().FirstChild().FirstChild();
+    b.SetText(L"x\r\n"); // a line end that is not doubled
     XmlWriter writer(false);
     EXPECT_TRUE(writer.Write(b));
-    EXPECT_EQ(writer.Output(), "<B>\r\n\t<C/>\r\n</B>\r\n");
-
+    EXPECT_EQ(writer.Output(), "<B>x\r\n\t<C/>\r\n</B>\r\n");
     writer.SetEncoding(L"UTF16");
     EXPECT_EQ(CodeOf([&] { writer.Write(b); }), 50U);
-}
-
-TEST(XmlWriter, DoesNotDoubleALineEndThatTheTextBrings)
-{
-    XmlParser parser;
-    parser.LoadText("<A><B/></A>", XmlParser::KeepWhole);
-    XmlElement a;
-    ASSERT_TRUE(parser.Select(L"/A", a));
-    a.SetText(L"x\r\n");
-    EXPECT_EQ(Written(a), std::string(g_szDeclaration) + "<A>x\r\n\t<B/>\r\n</A>\r\n");
 }
 
 TEST(XmlWriter, RewritesItsOwnOutputUnchanged)
@@ -106,36 +91,26 @@ TEST(XmlWriter, ReadingBackTellsWhatXmlCannotHold)
         bool bInAttribute;
         bool bInComment;
     } aRows[] = {
-        {__LINE__, L"plain", true, true, true},
         {__LINE__, L" <&>\"' \u00e4\u4e2d\xD83D\xDD12", true, true, true},
         {__LINE__, L"a\r\nb\rc\n", true, false, true}, // a line end is a line end; in an attribute it is a blank
         {__LINE__, L"a\tb", true, false, true},
-        {__LINE__, L"a\x0001", false, false, false},
         {__LINE__, std::wstring(L"a\0b", 3), false, false, false},
         {__LINE__, L"a\xD83D", false, false, false},
-        {__LINE__, L"\xDD12z", false, false, false},
         {__LINE__, L"\xFFFF", false, false, false},
         {__LINE__, L"a--b", true, true, false},
         {__LINE__, L"a-", true, true, false},
     };
     for (const auto& stRow : aRows) {
-        for (int iPlace = 0; iPlace < 3; ++iPlace) {
+        const auto ReadsBackFrom = [&](const auto& _fnPut) {
             XmlParser parser;
             parser.LoadText("<A/>", XmlParser::KeepWhole);
-            XmlElement a;
-            ASSERT_TRUE(parser.Select(L"/A", a));
-            bool bExpected = stRow.bInText;
-            if (iPlace == 0) {
-                a.SetText(stRow.tszText);
-            } else if (iPlace == 1) {
-                a.SetAttribute(L"x", stRow.tszText);
-                bExpected = stRow.bInAttribute;
-            } else {
-                a.AddComment(stRow.tszText);
-                bExpected = stRow.bInComment;
-            }
-            EXPECT_EQ(ReadsBack(parser), bExpected) << stRow.iLine << ", place " << iPlace;
-        }
+            _fnPut(parser.Document().FirstChild());
+            return ReadsBack(parser);
+        };
+        EXPECT_EQ(ReadsBackFrom([&](XmlElement _a) { _a.SetText(stRow.tszText); }), stRow.bInText) << stRow.iLine;
+        EXPECT_EQ(ReadsBackFrom([&](XmlElement _a) { _a.SetAttribute(L"x", stRow.tszText); }), stRow.bInAttribute)
+            << stRow.iLine;
+        EXPECT_EQ(ReadsBackFrom([&](XmlElement _a) { _a.AddComment(stRow.tszText); }), stRow.bInComment) << stRow.iLine;
     }
 }
 
@@ -151,16 +126,13 @@ TEST(XmlWriter, ComparisonSeesEveryDifference)
         {__LINE__, "<A x='1'><B/>t</A>", "<A\nx=\"1\">\n t\n<B></B>\n</A>", true},
         {__LINE__, "<A/>", "<B/>", false},
         {__LINE__, "<A x='1'/>", "<A x='2'/>", false},
-        {__LINE__, "<A x='1'/>", "<A y='1'/>", false},
         {__LINE__, "<A x='1'/>", "<A/>", false},
         {__LINE__, "<A x='1' y='2'/>", "<A y='2' x='1'/>", false},
         {__LINE__, "<A>t</A>", "<A>t </A>", false},
-        {__LINE__, "<A>t</A>", "<A>tt</A>", false},
         {__LINE__, "<A><B/></A>", "<A><B/><B/></A>", false},
         {__LINE__, "<A><B/><B/></A>", "<A><B/></A>", false},
         {__LINE__, "<A><B><C/></B></A>", "<A><B/><C/></A>", false},
         {__LINE__, "<A><!--c--></A>", "<A><!--d--></A>", false},
-        {__LINE__, "<A><!--c--></A>", "<A/>", false},
     };
     for (const auto& stRow : aRows) {
         XmlParser left;
