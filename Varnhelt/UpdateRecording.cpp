@@ -100,18 +100,12 @@ std::wstring NewCopyName()
     return szPath;
 }
 
-/** The entries of a section with their text as the file has it, quotation marks included; the first of a name counts. */
+/** The first entry of a name counts. */
 using Entries = std::map<std::wstring, std::wstring, LessNoCase>;
-Entries RawEntries(const UpdatePlace& _rstPlace)
+Entries EntriesOf(const UpdatePlace& _rstPlace)
 {
-    Entries mapEntry;
-    for (const std::wstring& tszLine : Storage::IniFile(_rstPlace.tszPath, _rstPlace.tszSection).Section()) {
-        const std::size_t uEquals = tszLine.find(L'=');
-        if (uEquals != 0 && uEquals != std::wstring::npos) {
-            mapEntry.emplace(tszLine.substr(0, uEquals), tszLine.substr(uEquals + 1));
-        }
-    }
-    return mapEntry;
+    const auto vecEntry = Storage::IniFile(_rstPlace.tszPath, _rstPlace.tszSection).Entries();
+    return {vecEntry.begin(), vecEntry.end()};
 }
 
 void AddEntryChanges(const UpdatePlace& _rstPlace, const Entries& _rmapBefore, const Entries& _rmapAfter,
@@ -454,7 +448,7 @@ void RecordingStorage::AddIniChanges(const IniCopy& _rstCopy, std::vector<Update
             _rvecChange.push_back({bAfter ? UpdateChange::Kind::Created : UpdateChange::Kind::Removed, stBefore, {}});
         }
         if (bBefore) {
-            AddEntryChanges(stBefore, RawEntries(stBefore), RawEntries(stAfter), _rvecChange);
+            AddEntryChanges(stBefore, EntriesOf(stBefore), EntriesOf(stAfter), _rvecChange);
         }
     }
 }

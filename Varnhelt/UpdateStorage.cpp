@@ -2,6 +2,8 @@
 
 #include "ZkComn_IniFile.h"
 
+#include <utility>
+
 namespace Varnhelt {
 
 using ZkCommon::Storage::IniFile;
@@ -43,11 +45,8 @@ std::vector<std::wstring> SystemStorage::Names(const UpdatePlace& _rstPlace)
                                                                                   : std::vector<std::wstring>();
     }
     std::vector<std::wstring> vecName;
-    for (const std::wstring& tszLine : SectionOf(_rstPlace).Section()) {
-        const std::size_t uEquals = tszLine.find(L'=');
-        if (uEquals != 0 && uEquals != std::wstring::npos) {
-            vecName.emplace_back(tszLine, 0, uEquals);
-        }
+    for (auto& [tszName, tszText] : SectionOf(_rstPlace).Entries()) {
+        vecName.push_back(std::move(tszName));
     }
     return vecName;
 }

@@ -200,4 +200,16 @@ std::vector<std::wstring> IniFile::Section() const
     return SplitList(tszList);
 }
 
+std::vector<std::pair<std::wstring, std::wstring>> IniFile::Entries() const
+{
+    std::vector<std::pair<std::wstring, std::wstring>> vecEntry;
+    for (const std::wstring& tszLine : Section()) {
+        const std::size_t uEquals = tszLine.find(L'=');
+        if (uEquals != 0 && uEquals != std::wstring::npos) {
+            vecEntry.emplace_back(tszLine.substr(0, uEquals), tszLine.substr(uEquals + 1));
+        }
+    }
+    return vecEntry;
+}
+
 } // namespace ZkCommon::Storage

@@ -46,6 +46,8 @@ public:
     std::vector<std::wstring> SectionNames() const;
     /** The section's lines ("key=value") in the order of the file. */
     std::vector<std::wstring> Section() const;
+    /** The section's entries, each a key and its text as the file has it, quotation marks included. */
+    std::vector<std::pair<std::wstring, std::wstring>> Entries() const;
 
 private:
     const wchar_t* Path() const;
