@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
+#include <utility>
 
 namespace Varnhelt {
 
@@ -70,11 +71,12 @@ void PlainDocument::Store()
 
 // A copy that is only read lies where the system wants temporary files, so that reading needs no right to write beside
 // the document.
-XenDocument::XenDocument(const Document& _rstDocument, const std::wstring& _rtszPath, Storage::XmlParser& _rParser,
+XenDocument::XenDocument(const Document& _rstDocument, DocumentPath _stPath, Storage::XmlParser& _rParser,
                          Access _enAccess)
     : m_rstDocument(_rstDocument),
-      m_cEncFile(_enAccess == Access::Write ? FolderOf(_rtszPath) : Storage::File::SystemTempFolder(), _rtszPath,
-                 _rstDocument.szKey),
+      m_stPath(std::move(_stPath)),
+      m_cEncFile(_enAccess == Access::Write ? FolderOf(m_stPath.tszFile) : Storage::File::SystemTempFolder(),
+                 m_stPath.tszFile, _rstDocument.szKey),
       m_cPlain(_rParser, _enAccess)
 {}
 
@@ -84,9 +86,9 @@ bool XenDocument::Decrypt()
     return !m_tszPlainPath.empty();
 }
 
-Storage::XmlElement XenDocument::Select(const std::wstring& _rtszLibraryFolder)
+Storage::XmlElement XenDocument::Select()
 {
-    return m_cPlain.Select(m_tszPlainPath, _rtszLibraryFolder, m_rstDocument.pszRoot);
+    return m_cPlain.Select(m_tszPlainPath, m_stPath.tszDirectory, m_rstDocument.pszRoot);
 }
 
 bool XenDocument::Store()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DocumentPath.h"
 #include "DocumentTable.h"
 #include "EncFile.h"
 #include "ZkComn_XmlParser.h"
@@ -66,15 +67,15 @@ private:
 class XenDocument
 {
 public:
-    /** @param _rtszPath  of the encrypted file; when it is empty there is no copy to be had */
-    XenDocument(const Document& _rstDocument, const std::wstring& _rtszPath, ZkCommon::Storage::XmlParser& _rParser,
+    /** @param _stPath  of the encrypted file; when it is empty there is no copy to be had */
+    XenDocument(const Document& _rstDocument, DocumentPath _stPath, ZkCommon::Storage::XmlParser& _rParser,
                 Access _enAccess);
 
     /** Makes the plaintext copy. @return false when that fails, which is logged */
     bool Decrypt();
 
     /** Parses the plaintext copy and finds the document's root element; contract as PlainDocument::Select. */
-    ZkCommon::Storage::XmlElement Select(const std::wstring& _rtszLibraryFolder);
+    ZkCommon::Storage::XmlElement Select();
 
     /**
      * Stores the document as it stands now: the encrypted file is then the new one, whole, or else what it was.
@@ -85,6 +86,7 @@ public:
 
 private:
     const Document& m_rstDocument;
+    DocumentPath m_stPath;
     CEncFile m_cEncFile;
     std::wstring m_tszPlainPath;
     PlainDocument m_cPlain; // goes before the copy does

@@ -4,8 +4,8 @@
 #include "DescriptionDump.h"
 #include "DescriptionReader.h"
 #include "DocumentFile.h"
+#include "DocumentPath.h"
 #include "FunctionXml.h"
-#include "RequestPath.h"
 #include "SrvFrwk_ResultCode.h"
 
 #include <vector>

@@ -3,8 +3,8 @@
 #include "Boundary.h"
 #include "DescriptionReader.h"
 #include "DocumentFile.h"
+#include "DocumentPath.h"
 #include "FunctionXml.h"
-#include "RequestPath.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 

@@ -3,8 +3,8 @@
 #include "Deployment.h"
 #include "DescriptionReader.h"
 #include "DocumentFile.h"
+#include "DocumentPath.h"
 #include "FunctionXml.h"
-#include "RequestPath.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 
@@ -85,13 +85,13 @@ std::uint32_t CFunctionXml::QueryValueAsDeployAliasConfig(const Request& _rstReq
         if (!stPath) {
             return Result::g_ulMissingObject;
         }
-        XenDocument cDocument(DocumentOf(DocumentId::Alias), stPath->tszFile, m_cParser, Access::Read);
+        XenDocument cDocument(DocumentOf(DocumentId::Alias), *stPath, m_cParser, Access::Read);
         if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployAliasConfig() - tszXmlPath was empty.");
             return Result::g_ulMissingObject;
         }
         TraceParserDirectory(stPath->tszDirectory);
-        m_cElement = cDocument.Select(stPath->tszDirectory);
+        m_cElement = cDocument.Select();
         Documents::ReadRecords(m_cElement, Documents::g_stDeployAlias, *pstDeployAliasConfig);
         return cTrace.Leave(Result::g_ulSuccess);
     });
@@ -111,13 +111,13 @@ std::uint32_t CFunctionXml::StoreValueAsDeployAliasConfig(const Request& _rstReq
         if (!stPath) {
             return Result::g_ulMissingObject;
         }
-        XenDocument cDocument(DocumentOf(DocumentId::Alias), stPath->tszFile, m_cParser, Access::Write);
+        XenDocument cDocument(DocumentOf(DocumentId::Alias), *stPath, m_cParser, Access::Write);
         if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - tszXmlPath was empty.");
             return Result::g_ulMissingObject;
         }
         TraceParserDirectory(stPath->tszDirectory);
-        m_cElement = cDocument.Select(stPath->tszDirectory);
+        m_cElement = cDocument.Select();
         if (!SetAliases(m_cElement, *pstDeployAliasConfig)) {
             Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - pxmlAlias was invalid.");
             return Result::g_ulFailed;

@@ -2,8 +2,8 @@
 
 #include "Deployment.h"
 #include "DocumentFile.h"
+#include "DocumentPath.h"
 #include "FunctionXml.h"
-#include "RequestPath.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
 #include "ZkComn_DebugLog.h"
@@ -144,7 +144,7 @@ std::uint32_t CFunctionXml::QueryValueAsDeployComponentConfig(const Request& _rs
         if (!stPath) {
             return Result::g_ulMissingObject;
         }
-        XenDocument cDocument(DocumentOf(DocumentId::Component), stPath->tszFile, m_cParser, Access::Read);
+        XenDocument cDocument(DocumentOf(DocumentId::Component), *stPath, m_cParser, Access::Read);
         if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - tszXmlPath was empty.");
             return Result::g_ulMissingObject;
@@ -157,7 +157,7 @@ std::uint32_t CFunctionXml::QueryValueAsDeployComponentConfig(const Request& _rs
             return Result::g_ulInvalidArgument;
         }
         TraceParserDirectory(stPath->tszDirectory);
-        m_cElement = cDocument.Select(stPath->tszDirectory);
+        m_cElement = cDocument.Select();
         const std::uint32_t ulResult =
             ReadComponents(m_cElement.Child(pszSection), _rstRequest.ulValueOption, *pstDeployComponentConfig);
         return Result::IsFailure(ulResult) ? ulResult : cTrace.Leave(ulResult);

@@ -4,7 +4,6 @@
 #include "DescriptionDump.h"
 #include "DescriptionReader.h"
 #include "DocumentFile.h"
-#include "Frwk_Utility.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
@@ -78,14 +77,12 @@ std::uint32_t CFunctionXml::QueryValueAsEnforceData(const Request& _rstRequest)
         pArrayOfEnData->clear();
 
         const Document& stDocument = DocumentOf(DocumentId::EnforceData);
-        const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
-        XenDocument cDocument(stDocument, Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), m_cParser,
-                              Access::Read);
+        XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Read);
         if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforceData() - tszXmlFile is empty");
             return Result::g_ulFailed;
         }
-        m_cElement = cDocument.Select(tszFolder);
+        m_cElement = cDocument.Select();
         Documents::ReadRecords(m_cElement, Documents::g_stDataController, *pArrayOfEnData, DataHook());
         return cTrace.Leave(Result::g_ulSuccess);
     });

@@ -2,8 +2,8 @@
 
 #include "Boundary.h"
 #include "DocumentFile.h"
+#include "DocumentPath.h"
 #include "FunctionXml.h"
-#include "RequestPath.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Platform.h"

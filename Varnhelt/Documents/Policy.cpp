@@ -5,7 +5,6 @@
 #include "DescriptionReader.h"
 #include "DescriptionWriter.h"
 #include "DocumentFile.h"
-#include "Frwk_Utility.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
@@ -167,14 +166,12 @@ std::uint32_t CFunctionXml::QueryValueAsEnforcePolicy(const Request& _rstRequest
         pArrayOfEnPolicy->clear();
 
         const Document& stDocument = DocumentOf(DocumentId::Policy);
-        const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
-        XenDocument cDocument(stDocument, Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), m_cParser,
-                              Access::Read);
+        XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Read);
         if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforcePolicy() - tszXmlFile is empty");
             return Result::g_ulFailed;
         }
-        m_cElement = cDocument.Select(tszFolder);
+        m_cElement = cDocument.Select();
         Documents::ReadRecords(m_cElement, Documents::g_stPolicyController, *pArrayOfEnPolicy, PolicyHook());
         return cTrace.Leave(Result::g_ulSuccess);
     });
@@ -191,14 +188,12 @@ std::uint32_t CFunctionXml::StoreValueAsEnforcePolicy(const Request& _rstRequest
         }
 
         const Document& stDocument = DocumentOf(DocumentId::Policy);
-        const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
-        XenDocument cDocument(stDocument, Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), m_cParser,
-                              Access::Write);
+        XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Write);
         if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::StoreValueAsEnforcePolicy() - tszXmlFile is empty");
             return Result::g_ulFailed;
         }
-        m_cElement = cDocument.Select(tszFolder);
+        m_cElement = cDocument.Select();
         PolicyWriter cWriter(m_cElement);
         const auto Write = [&](const PolicyController& _rstController) { return cWriter.Write(_rstController); };
         if (!std::ranges::all_of(*pArrayOfEnPolicy, Write)) {

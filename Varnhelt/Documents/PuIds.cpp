@@ -4,7 +4,6 @@
 #include "DescriptionDump.h"
 #include "DescriptionReader.h"
 #include "DocumentFile.h"
-#include "Frwk_Utility.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"
@@ -76,10 +75,9 @@ std::uint32_t CFunctionXml::QueryValueAsInstallPuIds(const Request& _rstRequest)
         *pPuIds = {};
 
         const Document& stDocument = DocumentOf(DocumentId::PuIds);
-        const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
+        const DocumentPath stPath = PathInInstalledFolder(stDocument);
         PlainDocument cDocument(m_cParser, Access::Read);
-        m_cElement =
-            cDocument.Select(Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), tszFolder, stDocument.pszRoot);
+        m_cElement = cDocument.Select(stPath.tszFile, stPath.tszDirectory, stDocument.pszRoot);
 
         const bool b64Bit = Platform::IsNative64Bit();
         Documents::ForEachRecord(m_cElement, Documents::g_stPuIdEntry, [&](const Documents::PuIdEntry& _rstEntry) {

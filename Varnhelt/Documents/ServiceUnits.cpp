@@ -3,7 +3,6 @@
 #include "Boundary.h"
 #include "DescriptionReader.h"
 #include "DocumentFile.h"
-#include "Frwk_Utility.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
@@ -26,14 +25,12 @@ std::uint32_t CFunctionXml::QueryValueAsServiceUnit(const Request& _rstRequest)
         pArrayOfUnitService->clear();
 
         const Document& stDocument = DocumentOf(DocumentId::ServiceUnits);
-        const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
-        XenDocument cDocument(stDocument, Frwk::Utility::PathIn(tszFolder, stDocument.pszFile), m_cParser,
-                              Access::Read);
+        XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Read);
         if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::QueryValueAsServiceUnit() - tszXmlFile is empty");
             return Result::g_ulFailed;
         }
-        m_cElement = cDocument.Select(tszFolder);
+        m_cElement = cDocument.Select();
         Documents::ReadRecords(m_cElement, Documents::g_stServiceUnit, *pArrayOfUnitService);
         return cTrace.Leave(Result::g_ulSuccess);
     });

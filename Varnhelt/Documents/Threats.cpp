@@ -2,7 +2,6 @@
 
 #include "Boundary.h"
 #include "DocumentFile.h"
-#include "Frwk_Utility.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"
@@ -63,11 +62,10 @@ std::uint32_t CFunctionXml::LookUpText(const Documents::TextLookup& _rstLookup, 
             return Result::g_ulMissingObject;
         }
 
-        const std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
-        const std::wstring tszFile = Frwk::Utility::PathIn(tszFolder, DocumentOf(_rstLookup.enDocument).pszFile);
+        const DocumentPath stPath = PathInInstalledFolder(DocumentOf(_rstLookup.enDocument));
         const Documents::ByNumber cChoice(_rstLookup.szElement, pThreatText->ulIdentifier);
         PlainDocument cDocument(m_cParser, Access::Read);
-        m_cElement = cDocument.Select(tszFile, tszFolder, _rstLookup.pszRoot, &cChoice).FirstChild();
+        m_cElement = cDocument.Select(stPath.tszFile, stPath.tszDirectory, _rstLookup.pszRoot, &cChoice).FirstChild();
         if (!m_cElement) {
             Trace(TraceError, L"No <%S>: %d", _rstLookup.szElement, pThreatText->ulIdentifier);
             return Result::g_ulFailed;

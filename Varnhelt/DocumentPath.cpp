@@ -1,13 +1,23 @@
-#include "RequestPath.h"
+#include "DocumentPath.h"
 
+#include "Frwk_Utility.h"
 #include "SrvFrwk_Records.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_String.h"
+
+#include <utility>
 
 namespace Varnhelt {
 
 using namespace ZkCommon;
 using namespace SrvFrwk;
+
+DocumentPath PathInInstalledFolder(const Document& _rstDocument)
+{
+    std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
+    std::wstring tszFile = Frwk::Utility::PathIn(tszFolder, _rstDocument.pszFile);
+    return {std::move(tszFolder), std::move(tszFile)};
+}
 
 std::optional<DocumentPath> PathInDirectory(const wchar_t* _pszMethod, const void* _pOptionData,
                                             const wchar_t* _pszFile)

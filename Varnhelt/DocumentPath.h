@@ -1,18 +1,24 @@
 #pragma once
 
+#include "DocumentTable.h"
+
 #include <optional>
 #include <string>
 
-/** Where a request says that its document lies. What is missing is logged under the reader's name. */
+/** Where a document lies: where its request says, or in the installation folder. */
 namespace Varnhelt {
 
 struct DocumentPath
 {
-    std::wstring tszDirectory; // with a backslash at its end
+    std::wstring tszDirectory; // where the parser library is looked for, too
     std::wstring tszFile;      // the full path
 };
 
+/** The place of a document of the installation folder; both texts are empty when the folder is not known. */
+DocumentPath PathInInstalledFolder(const Document& _rstDocument);
+
 /**
+ * The place in a request's directory. What the request lacks is logged under the reader's name.
  * @param _pszMethod    the reader, "CClass::Method()"
  * @param _pOptionData  the request, an XmlDirectoryConfig
  * @param _pszFile      the document's fixed name
