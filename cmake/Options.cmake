@@ -15,8 +15,8 @@ else()
     target_link_options(VarnheltOptions INTERFACE -static -fstack-protector-strong)
     if(VARNHELT_CHECKS)
         target_compile_definitions(VarnheltOptions INTERFACE _GLIBCXX_ASSERTIONS _GLIBCXX_DEBUG)
-        target_compile_options(VarnheltOptions INTERFACE
-            -O1 -g -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+        target_compile_options(VarnheltOptions INTERFACE -g
+            $<IF:$<BOOL:$<TARGET_PROPERTY:VARNHELT_QUICK>>,-O0,-O1;-fsanitize=undefined;-fsanitize-undefined-trap-on-error>)
     endif()
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
         target_compile_definitions(VarnheltOptions INTERFACE _FORTIFY_SOURCE=2)

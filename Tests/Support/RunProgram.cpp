@@ -31,6 +31,25 @@ ZkCommon::FileHandle StreamFile(const std::wstring& _tszPath)
                                               CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+/** Starts a program. A start that fails within the system, as Wine's now and then does under load, is tried again. */
+bool Start(const std::wstring& _tszProgram, std::wstring& _rtszCommandLine, STARTUPINFOW& _rstStartup,
+           PROCESS_INFORMATION& _rstProcess)
+{
+    constexpr int iTries = 5;
+    for (int i = 0; i < iTries; ++i) {
+        if (::CreateProcessW(_tszProgram.c_str(), _rtszCommandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                             &_rstStartup, &_rstProcess) != FALSE) {
+            return true;
+        }
+        if (::GetLastError() != ERROR_INTERNAL_ERROR) {
+            break;
+        }
+        ::Sleep(200);
+    }
+    ADD_FAILURE() << "cannot start the program: error " << ::GetLastError();
+    return false;
+}
+
 } // namespace
 
 ProgramRun RunProgram(const std::wstring& _tszProgram, const std::vector<std::wstring>& _vecArgument)
@@ -51,9 +70,7 @@ ProgramRun RunProgram(const std::wstring& _tszProgram, const std::vector<std::ws
         stStartup.hStdOutput = hOutput.Get();
         stStartup.hStdError = hError.Get();
         PROCESS_INFORMATION stProcess{};
-        if (::CreateProcessW(tszProgram.c_str(), tszCommandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                             &stStartup, &stProcess) == FALSE) {
-            ADD_FAILURE() << "cannot start the program: error " << ::GetLastError();
+        if (!Start(tszProgram, tszCommandLine, stStartup, stProcess)) {
             return stRun;
         }
         const ZkCommon::Handle hProcess(stProcess.hProcess);

@@ -48,6 +48,7 @@ TEST_F(VrntPolicy, WhatIsStoredIsAnsweredWholeAndByController)
         EXPECT_EQ(Json::parse(stRun.sOutput)["data"], jsRecords[0]);
     }
     EXPECT_THAT(RunVrnt({L"query", L"policy"}).sOutput, HasSubstr("eNeighborList  ePartial"));
+    EXPECT_THAT(RunVrnt({L"query", L"policy", L"--controller", L"0x999"}).sOutput, HasSubstr("0x00000999"));
 
     const ProgramRun stUnknown = RunVrnt({L"query", L"policy", L"--controller", L"eFirewal"});
     EXPECT_EQ(stUnknown.iExitStatus, 2);

@@ -6,6 +6,7 @@
 #include "SrvFrwk_ValueType.h"
 #include "ZkComn_String.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -39,7 +40,11 @@ Table PolicyTable(const std::vector<SrvFrwk::PolicyController>& _rvecController)
 {
     Table cTable({"controller", "provider", "permission", "deploy state", "allow to load in setup mode"});
     const auto Word = [](const Frwk::WordTable& _rstWords, std::uint32_t _ulValue) {
-        return ZkCommon::String::ToUtf8(Frwk::Utility::ToText(_rstWords, _ulValue));
+        const auto Has = [=](const Frwk::Word& _rstWord) { return _rstWord.ulValue == _ulValue; };
+        // A controller may be asked for by a number that no word has.
+        return std::any_of(_rstWords.aWord.begin(), _rstWords.aWord.end(), Has)
+                   ? ZkCommon::String::ToUtf8(Frwk::Utility::ToText(_rstWords, _ulValue))
+                   : Hexadecimal(_ulValue);
     };
     for (const SrvFrwk::PolicyController& stController : _rvecController) {
         cTable.Add({Word(Frwk::Words::g_stControllerType, stController.ulControllerType), "",
