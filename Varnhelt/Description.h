@@ -97,6 +97,14 @@ struct Boolean
     static std::wstring Write(bool _bValue) { return Frwk::Utility::GetBooleanTypeString(_bValue); }
 };
 
+/** What a text that is none of its words, or not there, does to the record, beyond taking the default. */
+enum class Strange
+{
+    Default, // nothing
+    Drop,    // the record is passed over, or what it asks for is not done
+    Refuse,  // the whole document is refused
+};
+
 /** One field of a record. */
 template <class TRecord, class TValue, class TConversion>
 struct Field
@@ -115,6 +123,12 @@ struct Field
     Show enShow = TConversion::g_enShow;
     bool (*pfnWhen)(const TRecord&) = nullptr; // whether it is read, by the fields before it; null: always
     bool bRequired = false;                    // a text that is none of its words drops the record
+
+    // What matters to authors only: the readers look at none of these.
+    Strange enStrange = Strange::Default;
+    bool bOptional = false;                      // its absence is nothing to tell
+    bool bIdentity = false;                      // of records with equal identities only the first counts
+    bool (*pfnNeeded)(const TRecord&) = nullptr; // whether it is looked at, by the other fields; null: always
 
     constexpr Field Default(std::wstring_view _svDefault) const
     {
@@ -145,6 +159,31 @@ struct Field
     {
         Field stField = *this;
         stField.bRequired = true;
+        stField.enStrange = Strange::Drop;
+        return stField;
+    }
+    constexpr Field OnStrange(Strange _enStrange) const
+    {
+        Field stField = *this;
+        stField.enStrange = _enStrange;
+        return stField;
+    }
+    constexpr Field Optional() const
+    {
+        Field stField = *this;
+        stField.bOptional = true;
+        return stField;
+    }
+    constexpr Field Identity() const
+    {
+        Field stField = *this;
+        stField.bIdentity = true;
+        return stField;
+    }
+    constexpr Field NeededWhen(bool (*_pfnNeeded)(const TRecord&)) const
+    {
+        Field stField = *this;
+        stField.pfnNeeded = _pfnNeeded;
         return stField;
     }
 };

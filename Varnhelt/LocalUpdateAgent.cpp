@@ -2,6 +2,7 @@
 
 #include "Boundary.h"
 #include "LocalUpdate.h"
+#include "UpdateWords.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Platform.h"
 #include "ZkComn_String.h"
@@ -15,36 +16,7 @@ using namespace Varnhelt;
 
 namespace {
 
-/** A word that stands for all that there is. */
-constexpr std::wstring_view g_svAll = L"all";
-
-/** Words that stand for two editions. */
-struct EditionPair
-{
-    std::wstring_view svWord;
-    std::wstring_view svFirst;
-    std::wstring_view svSecond;
-};
-
-constexpr EditionPair g_aEditionPair[] = {
-    {L"lumorqmr", L"lum", L"qmr"},
-    {L"qmrorpro", L"qmr", L"qmrpro"},
-};
-
-constexpr Platform::OsTypeName g_aPlatform[] = {
-    {Platform::OsXp32, L"xp32"},
-    {Platform::OsXp64, L"xp64"},
-    {Platform::OsXp32Or64, L"xp32or64"},
-    {Platform::OsVista32, L"vista32"},
-    {Platform::OsVista64, L"vista64"},
-    {Platform::OsVista32Or64, L"vista32or64"},
-    {Platform::OsSeven32, L"seven32"},
-    {Platform::OsSeven64, L"seven64"},
-    {Platform::OsSeven32Or64, L"seven32or64"},
-    {Platform::OsXpOrLater, L"xporlater"},
-    {Platform::OsVistaOrLater, L"vistaorlater"},
-    {Platform::OsSevenOrLater, L"sevenorlater"},
-};
+using UpdateWords::g_svAll;
 
 /** The text up to the next dot; takes it and the dots behind it off the rest. */
 std::wstring_view NextNumber(std::wstring_view& _rsvRest)
@@ -160,9 +132,10 @@ UpdateCheck CLocalUpdateAgent::CheckProductType(const UpdateConditions& _rstCond
         return {Result::g_ulUndetermined, UpdateReason::NoProduct};
     }
     const std::wstring& rtszWord = _rstConditions.tszProduct;
-    const auto* pPair = std::ranges::find(g_aEditionPair, rtszWord, &EditionPair::svWord);
-    const bool bMatch = pPair != std::end(g_aEditionPair) ? rtszHere == pPair->svFirst || rtszHere == pPair->svSecond
-                                                          : rtszWord == g_svAll || rtszWord == rtszHere;
+    const auto* pPair = std::ranges::find(UpdateWords::g_aEditionPair, rtszWord, &UpdateWords::EditionPair::svWord);
+    const bool bMatch = pPair != std::end(UpdateWords::g_aEditionPair)
+                            ? rtszHere == pPair->svFirst || rtszHere == pPair->svSecond
+                            : rtszWord == g_svAll || rtszWord == rtszHere;
     if (!bMatch) {
         Trace(TraceNotice, L"*** CLocalUpdateAgent::CheckProductType() - specified [product] value [%s] was invalid ",
               rtszWord);
@@ -191,13 +164,13 @@ UpdateCheck CLocalUpdateAgent::CheckPlatformType(const UpdateConditions& _rstCon
     if (rtszWord == g_svAll) {
         return {};
     }
-    const auto* pPlatform = std::ranges::find(g_aPlatform, rtszWord, &Platform::OsTypeName::svName);
-    if (pPlatform == std::end(g_aPlatform)) {
+    const Frwk::Word* pPlatform = Frwk::Utility::FindWord(UpdateWords::g_stPlatform, rtszWord);
+    if (pPlatform == nullptr) {
         Trace(TraceError, L"*** CLocalUpdateAgent::CheckPlatformType() - specified [platform] value [%s] was invalid ",
               rtszWord);
         return {Result::g_ulRefused, UpdateReason::UnknownPlatform};
     }
-    if (!Platform::CheckOsType(pPlatform->ulOsType)) {
+    if (!Platform::CheckOsType(pPlatform->ulValue)) {
         return {Result::g_ulSuccess, UpdateReason::OtherPlatform};
     }
     // It is in fact updated; support scripts know the line as it is.

@@ -4,6 +4,7 @@
 #include "Frwk_Utility.h"
 #include "LocalUpdate.h"
 #include "RegistryWords.h"
+#include "UpdateWords.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Platform.h"
@@ -22,10 +23,7 @@ namespace {
 
 Storage::RegistryView ViewOf(std::wstring_view _svWord)
 {
-    if (_svWord == L"eMode32bit") {
-        return Storage::View32;
-    }
-    return _svWord == L"eMode64bit" ? Storage::View64 : Storage::ViewDefault;
+    return static_cast<Storage::RegistryView>(Frwk::Utility::ToValue(UpdateWords::g_stView, _svWord));
 }
 
 [[noreturn]] void Fail(std::uint32_t _ulError, std::uint32_t _ulLine = __builtin_LINE())
@@ -58,7 +56,7 @@ std::vector<std::uint8_t> BytesOf(std::wstring_view _svHex)
 /** A type of value: from the text of a description, and whether a value is of the type. */
 struct TypeRow
 {
-    std::wstring_view svWord;
+    UpdateWords::Type enType;
     bool bAppend; // may be appended to
     UpdateStorage::Value (*pfnOf)(const std::wstring& _rtszText);
     void (*pfnCheck)(const UpdateStorage::Value& _rstValue); // throws when it is of another type
@@ -76,29 +74,31 @@ UpdateStorage::Value NumberValue(std::optional<TNumber> _ulNumber)
 using Value = UpdateStorage::Value;
 
 constexpr TypeRow g_aType[] = {
-    {L"uint32", false, [](const std::wstring& _rtszText) { return NumberValue(String::ToWholeNumber(_rtszText)); },
+    {UpdateWords::TypeUint32, false,
+     [](const std::wstring& _rtszText) { return NumberValue(String::ToWholeNumber(_rtszText)); },
      [](const Value& _rstValue) { static_cast<void>(_rstValue.Number()); }},
-    {L"uint64", false, [](const std::wstring& _rtszText) { return NumberValue(String::ToWholeNumber64(_rtszText)); },
+    {UpdateWords::TypeUint64, false,
+     [](const std::wstring& _rtszText) { return NumberValue(String::ToWholeNumber64(_rtszText)); },
      [](const Value& _rstValue) { static_cast<void>(_rstValue.Number64()); }},
-    {L"string", true, [](const std::wstring& _rtszText) { return Value::Of(_rtszText); },
+    {UpdateWords::TypeString, true, [](const std::wstring& _rtszText) { return Value::Of(_rtszText); },
      [](const Value& _rstValue) { static_cast<void>(_rstValue.Text()); }},
-    {L"binary", true, [](const std::wstring& _rtszText) { return Value::Of(BytesOf(_rtszText)); },
+    {UpdateWords::TypeBinary, true, [](const std::wstring& _rtszText) { return Value::Of(BytesOf(_rtszText)); },
      [](const Value& _rstValue) { static_cast<void>(_rstValue.Binary()); }},
 };
 
 const TypeRow& TypeOf(std::wstring_view _svWord)
 {
-    const auto* pType = std::ranges::find(g_aType, _svWord, &TypeRow::svWord);
-    if (pType == std::end(g_aType)) {
+    const Frwk::Word* pWord = Frwk::Utility::FindWord(UpdateWords::g_stType, _svWord);
+    if (pWord == nullptr) {
         Fail(ERROR_INVALID_PARAMETER);
     }
-    return *pType;
+    return *std::ranges::find(g_aType, pWord->ulValue, &TypeRow::enType);
 }
 
 /** The text that stands before what is appended. */
 std::wstring TextBefore(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry, const Value& _rstValue)
 {
-    if (!_rstPlace.IsRegistry() || _rstEntry.tszType == L"string") {
+    if (!_rstPlace.IsRegistry() || TypeOf(_rstEntry.tszType).enType == UpdateWords::TypeString) {
         return _rstValue.Text();
     }
     return HexadecimalOf(_rstValue.Binary());
@@ -182,7 +182,7 @@ bool HasPathMacro(const std::wstring& _rtszPath)
 
 HKEY RegistryRootOf(std::wstring_view _svWord)
 {
-    const bool bKnown = std::ranges::count(Documents::g_aRegistryRoot, _svWord, &Frwk::Word::svText) != 0; // with case
+    const bool bKnown = Frwk::Utility::FindWord(Documents::g_stUpdateRoot, _svWord) != nullptr; // with case
     return bKnown ? Documents::RegistryRoot::Read(_svWord) : nullptr;
 }
 
@@ -202,7 +202,7 @@ std::wstring HexadecimalOf(const std::vector<std::uint8_t>& _rvecBytes)
 
 struct CLocalUpdateAgentKey::Action
 {
-    std::wstring_view svWord;
+    UpdateWords::Action enAction;
     UpdateEffect enEffect;
     bool (CLocalUpdateAgentKey::*pfnIsExisted)(const UpdatePlace&, const LocalUpdateEntry&);
     bool bSkipPresent; // nothing to do when it exists, unless it is to be overwritten; else when it does not
@@ -355,23 +355,28 @@ std::uint32_t CLocalUpdateAgentKey::OnAction(const UpdatePlace& _rstPlace, const
 {
     using Agent = CLocalUpdateAgentKey;
     static constexpr Action aAction[] = {
-        {L"create", UpdateEffect::Create, &Agent::IsKeyExisted, true, UpdateReason::PlacePresent, &Agent::Create},
-        {L"append", UpdateEffect::Append, &Agent::IsEntryExisted, true, UpdateReason::ValuePresent, &Agent::Append},
-        {L"write", UpdateEffect::Write, &Agent::IsEntryExisted, true, UpdateReason::ValuePresent, &Agent::Write},
-        {L"remove", UpdateEffect::Remove, &Agent::IsKeyExisted, false, UpdateReason::PlaceAbsent, &Agent::Remove},
+        {UpdateWords::ActionCreate, UpdateEffect::Create, &Agent::IsKeyExisted, true, UpdateReason::PlacePresent,
+         &Agent::Create},
+        {UpdateWords::ActionAppend, UpdateEffect::Append, &Agent::IsEntryExisted, true, UpdateReason::ValuePresent,
+         &Agent::Append},
+        {UpdateWords::ActionWrite, UpdateEffect::Write, &Agent::IsEntryExisted, true, UpdateReason::ValuePresent,
+         &Agent::Write},
+        {UpdateWords::ActionRemove, UpdateEffect::Remove, &Agent::IsKeyExisted, false, UpdateReason::PlaceAbsent,
+         &Agent::Remove},
     };
     const MethodTrace cTrace(L"CLocalUpdateAgentKey::OnAction()");
     Trace(TraceNotice, L"*** CLocalUpdateAgentKey::OnAction() - _stKey.tszAction [%s]", _rstEntry.tszAction);
-    const auto* pAction = std::ranges::find(aAction, _rstEntry.tszAction, &Action::svWord);
-    if (pAction == std::end(aAction)) {
+    const Frwk::Word* pWord = Frwk::Utility::FindWord(UpdateWords::g_stAction, _rstEntry.tszAction);
+    if (pWord == nullptr) {
         Trace(TraceError, L"*** CLocalUpdateAgentKey::OnAction() - specified _stKey.tszAction[%s] was invalid.",
               _rstEntry.tszAction);
         m_stDecision = {UpdateEffect::Refuse, UpdateReason::UnknownAction, ERROR_SUCCESS};
         return cTrace.Leave(Result::g_ulRefused);
     }
+    const auto* pAction = std::ranges::find(aAction, pWord->ulValue, &Action::enAction);
     const std::uint32_t ulResult = Guarded(L"CLocalUpdateAgentKey::OnAction()", [&] {
         const bool bExisted = (this->*pAction->pfnIsExisted)(_rstPlace, _rstEntry);
-        if (pAction->bSkipPresent ? bExisted && _rstEntry.tszOverWrite != g_svYes : !bExisted) {
+        if (pAction->bSkipPresent ? bExisted && _rstEntry.tszOverWrite != UpdateWords::g_svYes : !bExisted) {
             m_stDecision = {UpdateEffect::Skip, pAction->enNotToDo, ERROR_SUCCESS};
             return Result::g_ulSuccess;
         }
@@ -427,8 +432,8 @@ std::uint32_t CLocalUpdateAgentKey::Create(const UpdatePlace& _rstPlace, const L
 /** @return false when the word asks for no key, and none is made */
 bool CLocalUpdateAgentKey::CreateRegistryKey(UpdatePlace _stPlace, const std::wstring& _rtszAllAccess)
 {
-    const bool bAllAccess = _rtszAllAccess == g_svYes;
-    if (!bAllAccess && _rtszAllAccess != L"no") {
+    const bool bAllAccess = _rtszAllAccess == UpdateWords::g_svYes;
+    if (!bAllAccess && _rtszAllAccess != UpdateWords::g_svNo) {
         return false;
     }
     if (!bAllAccess) { // in the machine's own view, whatever the item's

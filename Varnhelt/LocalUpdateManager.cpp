@@ -4,6 +4,7 @@
 #include "Frwk_Settings.h"
 #include "LocalUpdate.h"
 #include "LocalUpdateAgentKey.h"
+#include "UpdateWords.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Platform.h"
@@ -34,39 +35,18 @@ std::uint32_t TargetTypeOf(std::wstring_view _svWord)
     return 0;
 }
 
-struct LanguageRow
+std::wstring_view LanguageOf(std::uint32_t _ulValue)
 {
-    std::uint32_t ulValue;
-    const wchar_t* pszCode;
-};
-
-/** The first is the code of every value that is not listed. */
-constexpr LanguageRow g_aLanguage[] = {
-    {1, L"en_us"},     {2, L"tw"},      {4, L"ja"},      {8, L"cn"},      {32, L"de"},
-    {64, L"fr"},       {128, L"es"},    {256, L"pt"},    {512, L"it"},    {1024, L"sa"},
-    {2048, L"en_eu"},  {4096, L"pl"},   {8192, L"ru"},   {16384, L"nl"},  {32768, L"es_sa"},
-    {65536, L"en_gb"}, {131072, L"sv"}, {262144, L"no"}, {524288, L"da"}, {1048576, L"fr_ca"},
-};
-
-const wchar_t* LanguageOf(std::uint32_t _ulValue)
-{
-    const auto* pRow = std::ranges::find(g_aLanguage, _ulValue, &LanguageRow::ulValue);
-    return pRow != std::end(g_aLanguage) ? pRow->pszCode : g_aLanguage[0].pszCode;
+    const auto* pWord = std::ranges::find(UpdateWords::g_aLanguage, _ulValue, &Frwk::Word::ulValue);
+    return (pWord != std::end(UpdateWords::g_aLanguage) ? *pWord : UpdateWords::g_aLanguage[0]).svText;
 }
 
 /** The edition, which the second letter of the product's number tells. */
-const wchar_t* EditionOf(const std::wstring& _rtszPid)
+std::wstring_view EditionOf(const std::wstring& _rtszPid)
 {
-    switch (_rtszPid.size() < 2 ? L'\0' : _rtszPid[1]) {
-    case L'I':
-        return L"qmr";
-    case L'E':
-        return L"qmrpro";
-    case L'B':
-        return L"lum";
-    default:
-        return L"";
-    }
+    const wchar_t cLetter = _rtszPid.size() < 2 ? L'\0' : _rtszPid[1];
+    const auto* pWord = std::ranges::find(UpdateWords::g_aEdition, cLetter, &Frwk::Word::ulValue);
+    return pWord != std::end(UpdateWords::g_aEdition) ? pWord->svText : std::wstring_view();
 }
 
 /** Fills a field of the environment from the product's key; a key or value that is not there leaves it empty. */
@@ -157,7 +137,7 @@ std::uint32_t CLocalUpdateManager::SetProductType()
                                if (tszTemp.empty()) {
                                    Trace(TraceNotice, L"*** CLocalUpdateManager::SetProductType() - tszTemp.length() "
                                                       L"was smaller than 1.");
-                                   return L"unknown";
+                                   return UpdateWords::g_svUnknownEdition;
                                }
                                return EditionOf(tszTemp);
                            });
@@ -220,7 +200,7 @@ std::uint32_t CLocalUpdateManager::DoActionConfig(LocalUpdateConfig& _rstConfig)
 {
     return AtBoundary({L"CLocalUpdateManager::DoActionConfig()"}, [&] {
         const MethodTrace cTrace(L"CLocalUpdateManager::DoActionConfig()");
-        const bool bCheck = _rstConfig.tszCheck == g_svYes;
+        const bool bCheck = _rstConfig.tszCheck == UpdateWords::g_svYes;
         std::uint32_t ulResult = DoActionOn(g_szRegistryKind, _rstConfig.lstRegistry, bCheck);
         if (!Result::IsFailure(ulResult)) {
             ulResult = DoActionOn(g_szIniFileKind, _rstConfig.lstIniFile, bCheck);

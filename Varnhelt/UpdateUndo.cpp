@@ -36,7 +36,7 @@ bool FitsDocument(std::wstring_view _svText)
 /** A value in the words of a description. */
 struct ValueWords
 {
-    const wchar_t* pszType;
+    UpdateWords::Type enType;
     std::wstring tszText;
 };
 
@@ -45,16 +45,16 @@ std::optional<ValueWords> WordsOf(const Value& _rstValue)
 {
     const std::size_t uSize = _rstValue.vecData.size();
     if (_rstValue.ulType == REG_DWORD && uSize == sizeof(std::uint32_t)) {
-        return ValueWords{L"uint32", std::to_wstring(_rstValue.Number())};
+        return ValueWords{UpdateWords::TypeUint32, std::to_wstring(_rstValue.Number())};
     }
     if (_rstValue.ulType == REG_QWORD && uSize == sizeof(std::uint64_t)) {
-        return ValueWords{L"uint64", std::to_wstring(_rstValue.Number64())};
+        return ValueWords{UpdateWords::TypeUint64, std::to_wstring(_rstValue.Number64())};
     }
     if (_rstValue.ulType == REG_BINARY && uSize != 0) {
-        return ValueWords{L"binary", HexadecimalOf(_rstValue.vecData)};
+        return ValueWords{UpdateWords::TypeBinary, HexadecimalOf(_rstValue.vecData)};
     }
     if (_rstValue.ulType == REG_SZ && Value::Of(_rstValue.Text()) == _rstValue && FitsDocument(_rstValue.Text())) {
-        return ValueWords{L"string", _rstValue.Text()};
+        return ValueWords{UpdateWords::TypeString, _rstValue.Text()};
     }
     return std::nullopt;
 }
@@ -66,12 +66,12 @@ std::optional<LocalUpdateEntry> EntryFor(const UpdateChange& _rstChange)
     stEntry.tszName = _rstChange.tszName;
     switch (_rstChange.enKind) {
     case UpdateChange::Kind::Created:
-        stEntry.tszAction = L"remove";
+        stEntry.tszAction = Frwk::Utility::ToText(UpdateWords::g_stAction, UpdateWords::ActionRemove);
         return stEntry;
     case UpdateChange::Kind::Removed:
-        stEntry.tszAction = L"create";
+        stEntry.tszAction = Frwk::Utility::ToText(UpdateWords::g_stAction, UpdateWords::ActionCreate);
         if (_rstChange.stPlace.IsRegistry()) {
-            stEntry.tszAllAccess = _rstChange.bAllAccess ? L"yes" : L"no";
+            stEntry.tszAllAccess = _rstChange.bAllAccess ? UpdateWords::g_svYes : UpdateWords::g_svNo;
         }
         return stEntry;
     case UpdateChange::Kind::Value:
@@ -83,7 +83,7 @@ std::optional<LocalUpdateEntry> EntryFor(const UpdateChange& _rstChange)
         return std::nullopt;
     }
     if (!_rstChange.stBefore) {
-        stEntry.tszAction = L"remove";
+        stEntry.tszAction = Frwk::Utility::ToText(UpdateWords::g_stAction, UpdateWords::ActionRemove);
         // Without a name it would remove the key.
         return stEntry.tszName.empty() ? std::nullopt : std::optional(std::move(stEntry));
     }
@@ -91,10 +91,10 @@ std::optional<LocalUpdateEntry> EntryFor(const UpdateChange& _rstChange)
     if (!stWords) {
         return std::nullopt;
     }
-    stEntry.tszAction = L"write";
-    stEntry.tszType = stWords->pszType;
+    stEntry.tszAction = Frwk::Utility::ToText(UpdateWords::g_stAction, UpdateWords::ActionWrite);
+    stEntry.tszType = Frwk::Utility::ToText(UpdateWords::g_stType, stWords->enType);
     stEntry.tszValue = stWords->tszText;
-    stEntry.tszOverWrite = g_svYes;
+    stEntry.tszOverWrite = UpdateWords::g_svYes;
     return stEntry;
 }
 
@@ -105,7 +105,7 @@ std::optional<LocalUpdateKey> ItemFor(const UpdatePlace& _rstPlace)
         stItem.tszKind = g_szRegistryKind;
         stItem.tszRoot = RootNameOf(_rstPlace.hRoot);
         stItem.tszPath = _rstPlace.tszPath;
-        stItem.tszAccessMode = L"eMode64bit";
+        stItem.tszAccessMode = Frwk::Utility::ToText(UpdateWords::g_stView, Storage::View64);
     } else {
         stItem.tszKind = g_szIniFileKind;
         stItem.tszRoot = _rstPlace.tszPath;

@@ -49,6 +49,8 @@ public:
     /** Reads and converts a file. _ulShare is what others may do to it meanwhile. @return false after logging why */
     bool Run(const std::wstring& _tszSource, DWORD _ulShare, KeySpan _spanKey) noexcept;
 
+    /** The result, which ends with this object. */
+    std::span<const std::uint8_t> Output() const noexcept { return m_stOutput.Bytes().first(m_uLength); }
     /** Puts the result into a file that its owner made, and writes the leave line. */
     template <class TFile>
     bool WriteTo(TFile& _rstFile) const noexcept
@@ -61,7 +63,6 @@ public:
 private:
     bool ReadSource(const std::wstring& _tszSource, DWORD _ulShare, ByteArray& _rstInput) const noexcept;
     bool Convert(const ByteArray& _rstInput, KeySpan _spanKey) noexcept;
-    std::span<const std::uint8_t> Output() const noexcept { return m_stOutput.Bytes().first(m_uLength); }
     bool FailedToOpen(const std::wstring& _tszPath, std::uint32_t _ulError) const noexcept;
     bool Written(const std::wstring& _tszPath, std::uint32_t _ulError) const noexcept;
     bool Leave() const noexcept;

@@ -85,6 +85,8 @@ public:
 
     /** Where the last Load or Select found the document not well-formed. */
     XmlPlace FailurePlace() const noexcept { return m_source.FailurePlace(); }
+    /** What the parser library says of that, until Close; empty before. */
+    const char* FailureText() const noexcept { return m_source.FailureText(); }
 
     /** Ends all elements, closes the file and frees the parser library. */
     void Close() noexcept;

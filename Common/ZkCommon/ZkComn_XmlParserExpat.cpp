@@ -187,9 +187,11 @@ void XmlParserExpatBase::ThrowFailure()
 {
     m_stFailure.ulLine = Line();
     m_stFailure.ulColumn = static_cast<std::uint32_t>(m_expat->GetCurrentColumnNumber(m_pParser)) + 1;
-    throw new XmlException(ZkCommon::Exception::g_ulNoSystemError,
-                           static_cast<std::uint32_t>(m_expat->GetErrorCode(m_pParser)), m_stFailure.ulLine,
-                           m_sDocument);
+    const XML_Error enError = m_expat->GetErrorCode(m_pParser);
+    const char* szText = m_expat->ErrorString(enError);
+    m_szFailure = szText != nullptr ? szText : "";
+    throw new XmlException(ZkCommon::Exception::g_ulNoSystemError, static_cast<std::uint32_t>(enError),
+                           m_stFailure.ulLine, m_sDocument);
 }
 
 void XmlParserExpat::Open(const std::wstring& _tszPath)

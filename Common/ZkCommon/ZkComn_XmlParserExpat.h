@@ -137,8 +137,14 @@ public:
 
     /** Where the last parse failed. */
     XmlPlace FailurePlace() const noexcept { return m_stFailure; }
+    /** What the library says of that, in English; empty before. */
+    const char* FailureText() const noexcept { return m_szFailure; }
     /** Frees the parser library. */
-    void Unload() noexcept { m_expat.reset(); }
+    void Unload() noexcept
+    {
+        m_szFailure = "";
+        m_expat.reset();
+    }
 
 protected:
     /** Owns expat's parser object for the length of one parse. */
@@ -160,6 +166,7 @@ protected:
 
 private:
     XmlPlace m_stFailure;
+    const char* m_szFailure = ""; // the library's own; see Unload
 };
 
 /** Parses a file, or text in memory, as often as it is asked to. */

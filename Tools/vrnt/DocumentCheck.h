@@ -16,6 +16,9 @@ enum class Severity : std::uint8_t
     Error,   // a reader would refuse or drop it
 };
 
+/** "error" or "warning". */
+const char* SeverityText(Severity _enSeverity);
+
 struct Finding
 {
     std::uint32_t ulLine = 0; // counted from 1; 0 when it is about the whole file

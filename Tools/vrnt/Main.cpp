@@ -41,6 +41,8 @@ void Configure(Tool& _rTool)
     AddDirect(_rTool);
     AddUpdate(_rTool);
     AddXen(_rTool);
+    AddCheck(_rTool);
+    AddSchema(_rTool);
     AddDocuments(_rTool);
     AddTrace(_rTool);
 }

@@ -59,6 +59,12 @@ void WriteError(std::string_view _svUtf8)
     WriteTo(STD_ERROR_HANDLE, _svUtf8);
 }
 
+bool ErrorIsTerminal()
+{
+    DWORD ulMode = 0;
+    return ::GetConsoleMode(::GetStdHandle(STD_ERROR_HANDLE), &ulMode) != FALSE;
+}
+
 std::string SystemErrorText(std::uint32_t _ulError)
 {
     std::array<wchar_t, 512> aText{};
@@ -89,13 +95,18 @@ std::string Hexadecimal(std::uint32_t _ulValue, int _iDigits)
     return aText.data();
 }
 
+void WriteJson(std::uint32_t _ulResult, const Json& _rjsData)
+{
+    Write(Json{{"result", Hexadecimal(_ulResult)}, {"data", _rjsData}}.dump(2) + "\n");
+}
+
 void Report(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
             const std::string& _rsWhy)
 {
     const bool bFailure = SrvFrwk::Result::IsFailure(_ulResult);
     _rTool.iExitStatus = bFailure ? ExitFailure : ExitSuccess;
     if (_rTool.stOptions.bJson) {
-        Write(Json{{"result", Hexadecimal(_ulResult)}, {"data", _rjsData}}.dump(2) + "\n");
+        WriteJson(_ulResult, _rjsData);
     } else {
         Write(_rTable.ToText());
     }

@@ -13,6 +13,9 @@ namespace Vrnt {
 void Write(std::string_view _svUtf8);
 void WriteError(std::string_view _svUtf8);
 
+/** Whether stderr is a terminal. */
+bool ErrorIsTerminal();
+
 /** The system's own words for an error, with its number. */
 std::string SystemErrorText(std::uint32_t _ulError);
 
@@ -21,6 +24,9 @@ std::string ResultText(std::uint32_t _ulResult);
 
 /** A number as JSON texts write it: "0x00040200". */
 std::string Hexadecimal(std::uint32_t _ulValue, int _iDigits = 8);
+
+/** Prints a command's one JSON object. */
+void WriteJson(std::uint32_t _ulResult, const Json& _rjsData);
 
 /**
  * Prints what a command was answered, as JSON or as a table, explains a failure on stderr, and sets the exit status.

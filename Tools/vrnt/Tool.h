@@ -49,6 +49,8 @@ void AddStore(Tool& _rTool);
 void AddDirect(Tool& _rTool);
 void AddUpdate(Tool& _rTool);
 void AddXen(Tool& _rTool);
+void AddCheck(Tool& _rTool);
+void AddSchema(Tool& _rTool);
 void AddDocuments(Tool& _rTool);
 void AddTrace(Tool& _rTool);
 

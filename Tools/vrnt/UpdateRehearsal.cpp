@@ -190,7 +190,7 @@ Json UpdateRehearsal::ToJson() const
              {{"version", ToUtf8(m_stEnvironment.tszVersion)},
               {"product", ToUtf8(m_stEnvironment.tszProduct)},
               {"language", ToUtf8(m_stEnvironment.tszLanguage)}}},
-            {"check", m_stConfig.tszCheck == g_svYes},
+            {"check", m_stConfig.tszCheck == UpdateWords::g_svYes},
             {"stay", m_bStay},
             {"items", std::move(jsItems)}};
 }
@@ -205,7 +205,7 @@ std::string UpdateRehearsal::ToText() const
     };
     std::string sText = "Installed: version " + OrUnknown(m_stEnvironment.tszVersion) + ", product " +
                         OrUnknown(m_stEnvironment.tszProduct) + ", language " + OrUnknown(m_stEnvironment.tszLanguage) +
-                        "\nConditions " + (m_stConfig.tszCheck == g_svYes ? "count" : "do not count") +
+                        "\nConditions " + (m_stConfig.tszCheck == UpdateWords::g_svYes ? "count" : "do not count") +
                         "; the description " + (m_bStay ? "stays" : "is deleted by the update") + "\n";
     for (const Item& stItem : m_vecItem) {
         const std::string sWhy = WhyNot(stItem);

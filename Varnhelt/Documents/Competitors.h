@@ -2,6 +2,7 @@
 
 #include "Description.h"
 #include "SrvFrwk_Records.h"
+#include "YesNo.h"
 
 /**
  * Other vendors' products: what to do with each before an installation, "rivalact.xml", and how to recognise it,
@@ -10,7 +11,6 @@
 namespace Varnhelt::Documents {
 
 // Texts that are none of the words: a self reboot is taken for granted, all else is off.
-inline constexpr Frwk::Word g_aYesNo[] = {{L"yes", 1}, {L"no", 0}};
 inline constexpr Frwk::Word g_aWowNode[] = {{L"Enable", 1}, {L"Disable", 0}};
 inline constexpr Frwk::WordTable g_stSelfReboot{g_aYesNo, {.ulUnknownText = 1}};
 inline constexpr Frwk::WordTable g_stSpecialIdentify{g_aYesNo, {}};

@@ -17,15 +17,15 @@ using namespace Varnhelt;
 
 namespace {
 
-const wchar_t* SectionOf(std::uint32_t _ulValueSubType)
+std::wstring_view SectionOf(std::uint32_t _ulValueSubType)
 {
     switch (_ulValueSubType) {
     case ComponentSection::g_ulInstall:
-        return L"./Install";
+        return Documents::g_svInstall;
     case ComponentSection::g_ulUninstall:
-        return L"./Uninstall";
+        return Documents::g_svUninstall;
     default:
-        return nullptr;
+        return {};
     }
 }
 
@@ -55,9 +55,9 @@ public:
         : m_ulRunMode(_ulRunMode),
           m_id(_rSection.FindName(L"Id")),
           m_directory(_rSection.FindName(L"Directory")),
-          m_execute(_rSection.FindName(L"Execute")),
-          m_platform(_rSection.FindName(L"Platform")),
-          m_process(_rSection.FindName(L"Process")),
+          m_execute(_rSection.FindName(Documents::g_svExecute)),
+          m_platform(_rSection.FindName(Documents::g_svPlatform)),
+          m_process(_rSection.FindName(Documents::g_svProcess)),
           m_cFile(_rSection, Documents::g_stDeployFile),
           m_cKey(_rSection),
           m_cShortcut(_rSection, Documents::g_stDeployShortcut)
@@ -72,7 +72,7 @@ public:
         }
         // A system's name is only looked up: what it says of this system does not matter.
         const std::wstring_view svPlatform = _rComponent.Attribute(m_platform);
-        if (!svPlatform.empty() && svPlatform != L"all" && !Platform::OsTypeOf(svPlatform)) {
+        if (!svPlatform.empty() && svPlatform != Documents::g_svAllPlatforms && !Platform::OsTypeOf(svPlatform)) {
             return false;
         }
         return _rComponent.Attribute(m_process) != L"x86";
@@ -149,8 +149,8 @@ std::uint32_t CFunctionXml::QueryValueAsDeployComponentConfig(const Request& _rs
             Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - tszXmlPath was empty.");
             return Result::g_ulMissingObject;
         }
-        const wchar_t* pszSection = SectionOf(_rstRequest.ulValueSubType);
-        if (pszSection == nullptr) {
+        const std::wstring_view svSection = SectionOf(_rstRequest.ulValueSubType);
+        if (svSection.empty()) {
             Trace(TraceError,
                   L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - _ulValueSubType was invalid. [0x%08x]",
                   _rstRequest.ulValueSubType);
@@ -159,7 +159,7 @@ std::uint32_t CFunctionXml::QueryValueAsDeployComponentConfig(const Request& _rs
         TraceParserDirectory(stPath->tszDirectory);
         m_cElement = cDocument.Select();
         const std::uint32_t ulResult =
-            ReadComponents(m_cElement.Child(pszSection), _rstRequest.ulValueOption, *pstDeployComponentConfig);
+            ReadComponents(m_cElement.FirstChild(svSection), _rstRequest.ulValueOption, *pstDeployComponentConfig);
         return Result::IsFailure(ulResult) ? ulResult : cTrace.Leave(ulResult);
     });
 }

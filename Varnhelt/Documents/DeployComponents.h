@@ -17,27 +17,60 @@ inline constexpr Frwk::WordTable g_stExecute{g_aExecute, {}};
 inline constexpr Frwk::WordTable g_stYesElseNo{g_aYesNo, {.ulUnknownText = 0}};
 inline constexpr Frwk::WordTable g_stNoElseYes{g_aYesNo, {.ulUnknownText = 1}};
 
+// The sections of the document, and what decides whether a component of theirs is wanted.
+inline constexpr std::wstring_view g_svInstall = L"Install";
+inline constexpr std::wstring_view g_svUninstall = L"Uninstall";
+inline constexpr std::wstring_view g_svExecute = L"Execute";
+inline constexpr std::wstring_view g_svPlatform = L"Platform";
+inline constexpr std::wstring_view g_svProcess = L"Process";
+/** The platform that is every platform. */
+inline constexpr std::wstring_view g_svAllPlatforms = L"all";
+
+/** Whether a file or shortcut is put there: where it comes from and what it is does not matter to its removal. */
+template <class TRecord>
+constexpr bool IsDeployed(const TRecord& _rstRecord)
+{
+    return _rstRecord.eAction == 1;
+}
+
 inline constexpr auto g_stDeployFile = Describe<SrvFrwk::DeployFile>(
     L"File", Attribute(L"Id", &SrvFrwk::DeployFile::strId, Text()).Key("id"),
     Attribute(L"Action", &SrvFrwk::DeployFile::eAction, Words(g_stDeployAction)).Key("action"),
-    Attribute(L"SourceDirectory", &SrvFrwk::DeployFile::strSourceDirectory, Text()).Key("sourceDirectory"),
-    Attribute(L"SourceName", &SrvFrwk::DeployFile::strSourceName, Text()).Key("sourceName"),
+    Attribute(L"SourceDirectory", &SrvFrwk::DeployFile::strSourceDirectory, Text())
+        .NeededWhen(IsDeployed<SrvFrwk::DeployFile>)
+        .Key("sourceDirectory"),
+    Attribute(L"SourceName", &SrvFrwk::DeployFile::strSourceName, Text())
+        .NeededWhen(IsDeployed<SrvFrwk::DeployFile>)
+        .Key("sourceName"),
     Attribute(L"Name", &SrvFrwk::DeployFile::strName, Text()).Key("name"),
     Attribute(L"ActionAfterRebootIfFailed", &SrvFrwk::DeployFile::bActionAfterRebootIfFailed, Words(g_stYesElseNo))
         .Key("actionAfterRebootIfFailed"),
     Derived(L"", &SrvFrwk::DeployFile::bEmptyEntry, Boolean()).Key("emptyEntry"),
-    Attribute(L"Overwrite", &SrvFrwk::DeployFile::bOverwrite, Words(g_stNoElseYes)).Key("overwrite"),
-    Attribute(L"CompareVersion", &SrvFrwk::DeployFile::bCompareVersion, Words(g_stYesElseNo)).Key("compareVersion"));
+    Attribute(L"Overwrite", &SrvFrwk::DeployFile::bOverwrite, Words(g_stNoElseYes))
+        .NeededWhen(IsDeployed<SrvFrwk::DeployFile>)
+        .Key("overwrite"),
+    Attribute(L"CompareVersion", &SrvFrwk::DeployFile::bCompareVersion, Words(g_stYesElseNo))
+        .NeededWhen(IsDeployed<SrvFrwk::DeployFile>)
+        .Key("compareVersion"));
 
 inline constexpr auto g_stDeployShortcut = Describe<SrvFrwk::DeployShortcut>(
     L"Shortcut", Attribute(L"Id", &SrvFrwk::DeployShortcut::strId, Text()).Key("id"),
     Attribute(L"Action", &SrvFrwk::DeployShortcut::eAction, Words(g_stDeployAction)).Key("action"),
     Attribute(L"Name", &SrvFrwk::DeployShortcut::strName, Text()).Key("name"),
-    Attribute(L"Target", &SrvFrwk::DeployShortcut::strTarget, Text()).Key("target"),
-    Attribute(L"Arguments", &SrvFrwk::DeployShortcut::strArguments, Text()).Key("arguments"),
-    Attribute(L"Icon", &SrvFrwk::DeployShortcut::strIcon, Text()).Key("icon"),
-    Attribute(L"Description", &SrvFrwk::DeployShortcut::strDescription, Text()).Key("description"),
+    Attribute(L"Target", &SrvFrwk::DeployShortcut::strTarget, Text())
+        .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
+        .Key("target"),
+    Attribute(L"Arguments", &SrvFrwk::DeployShortcut::strArguments, Text())
+        .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
+        .Key("arguments"),
+    Attribute(L"Icon", &SrvFrwk::DeployShortcut::strIcon, Text())
+        .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
+        .Key("icon"),
+    Attribute(L"Description", &SrvFrwk::DeployShortcut::strDescription, Text())
+        .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
+        .Key("description"),
     Attribute(L"RootProductDirectory", &SrvFrwk::DeployShortcut::strRootProductDirectory, Text())
+        .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
         .Key("rootProductDirectory"));
 
 /** The registry values lie a level deeper than a description reaches: a KeyReader reads them. */
@@ -45,7 +78,7 @@ inline constexpr auto g_stDeployComponent = Describe<SrvFrwk::DeployComponent>(
     L"Component", Attribute(L"Id", &SrvFrwk::DeployComponent::strId, Text()).Key("id"),
     Attribute(L"Directory", &SrvFrwk::DeployComponent::strDirectory, Text()).Key("directory"),
     Children(L"", &SrvFrwk::DeployComponent::lstFile, g_stDeployFile).Key("files"),
-    Children(L"./Registry", &SrvFrwk::DeployComponent::vecKey, g_stDeployKey).Key("keys"),
+    Children(g_svRegistry, &SrvFrwk::DeployComponent::vecKey, g_stDeployKey).Key("keys"),
     Children(L"", &SrvFrwk::DeployComponent::lstShortcut, g_stDeployShortcut).Key("shortcuts"));
 
 } // namespace Varnhelt::Documents

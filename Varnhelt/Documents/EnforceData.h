@@ -6,7 +6,9 @@
 /** The enforcement data, "FwEnfDat.xen": how controllers and providers are loaded. */
 namespace Varnhelt::Documents {
 
-/** The providers' elements have any name. */
+/** What the providers' elements are called by custom; they may have any name. */
+inline constexpr std::wstring_view g_svDataProvider = L"DataProvider";
+
 inline constexpr auto g_stDataProvider =
     Describe<SrvFrwk::DataProvider>(
         L"",

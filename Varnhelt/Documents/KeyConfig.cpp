@@ -58,12 +58,12 @@ std::optional<std::uint32_t> OsTypeInAnyCase(std::wstring_view _svName)
 namespace Varnhelt::Documents {
 
 KeyReader::KeyReader(const Storage::XmlElement& _rElement)
-    : m_registry(_rElement.FindName(L"Registry")),
-      m_root(_rElement.FindName(L"Root")),
-      m_key(_rElement.FindName(L"Key")),
+    : m_registry(_rElement.FindName(g_svRegistry)),
+      m_root(_rElement.FindName(g_svRegistryRoot)),
+      m_key(_rElement.FindName(g_svRegistryKey)),
       m_value(_rElement.FindName(g_stDeployKey.svElement)),
-      m_osType(_rElement.FindName(L"OsType")),
-      m_assign(_rElement.FindName(L"Assign")),
+      m_osType(_rElement.FindName(g_svOsType)),
+      m_assign(_rElement.FindName(g_svAssign)),
       m_cKey(_rElement, g_stDeployKey)
 {}
 

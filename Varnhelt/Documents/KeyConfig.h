@@ -3,6 +3,7 @@
 #include "DescriptionReader.h"
 #include "RegistryWords.h"
 #include "SrvFrwk_Records.h"
+#include "YesNo.h"
 
 #include <optional>
 #include <string>
@@ -16,23 +17,31 @@ inline constexpr Frwk::Word g_aKeyAction[] = {
     {L"append", 1}, {L"createkey", 2}, {L"remove", 3}, {L"removekey", 4}, {L"write", 5}};
 inline constexpr Frwk::Word g_aKeyOn[] = {{L"install", 1}, {L"uninstall", 2}, {L"", 3}}; // nothing means both
 inline constexpr Frwk::Word g_aKeyAccessMode[] = {{L"default", 0}, {L"32bitKey", 1}, {L"64bitKey", 2}};
-inline constexpr Frwk::Word g_aYesNo[] = {{L"yes", 1}, {L"no", 0}};
 static_assert(Frwk::IsDistinct(g_aKeyType) && Frwk::IsDistinct(g_aKeyAction) && Frwk::IsDistinct(g_aKeyOn));
-static_assert(Frwk::IsDistinct(g_aKeyAccessMode) && Frwk::IsDistinct(g_aYesNo));
+static_assert(Frwk::IsDistinct(g_aKeyAccessMode));
 inline constexpr Frwk::WordTable g_stKeyType{.aWord = g_aKeyType, .stDefaults = {}, .bAnyCase = true};
 inline constexpr Frwk::WordTable g_stKeyAction{.aWord = g_aKeyAction, .stDefaults = {}, .bAnyCase = true};
 inline constexpr Frwk::WordTable g_stKeyOn{.aWord = g_aKeyOn, .stDefaults = {}, .bAnyCase = true};
 inline constexpr Frwk::WordTable g_stKeyAccessMode{.aWord = g_aKeyAccessMode, .stDefaults = {}, .bAnyCase = true};
 inline constexpr Frwk::WordTable g_stKeyFlag{.aWord = g_aYesNo, .stDefaults = {}, .bAnyCase = true};
 
+// What stands around a value, and decides where it lies and on which systems and for which programs it counts.
+inline constexpr std::wstring_view g_svRegistry = L"Registry";
+inline constexpr std::wstring_view g_svRegistryRoot = L"Root";
+inline constexpr std::wstring_view g_svRegistryKey = L"Key";
+inline constexpr std::wstring_view g_svOsType = L"OsType";
+inline constexpr std::wstring_view g_svAssign = L"Assign";
+/** Walked like a "Registry"; nothing is taken from it. */
+inline constexpr std::wstring_view g_svIniFile = L"IniFile";
+
 inline constexpr auto g_stDeployKey = Describe<SrvFrwk::DeployKey>(
-    L"RegistryValue", Derived(L"Root", &SrvFrwk::DeployKey::hRoot, RegistryRoot()).Key("root"),
-    Derived(L"Key", &SrvFrwk::DeployKey::strKey, Text()).Key("key"),
+    L"RegistryValue", Derived(g_svRegistryRoot, &SrvFrwk::DeployKey::hRoot, RegistryRoot()).Key("root"),
+    Derived(g_svRegistryKey, &SrvFrwk::DeployKey::strKey, Text()).Key("key"),
     Attribute(L"Name", &SrvFrwk::DeployKey::strName, Text()).Key("name"),
     Attribute(L"Type", &SrvFrwk::DeployKey::ulType, Words(g_stKeyType)).Key("type"),
     OwnText(&SrvFrwk::DeployKey::strData, Text()).Key("data"),
     Attribute(L"Action", &SrvFrwk::DeployKey::eAction, Words(g_stKeyAction)).Required().Key("action"),
-    Attribute(L"On", &SrvFrwk::DeployKey::eOn, Words(g_stKeyOn)).Required().Key("on"),
+    Attribute(L"On", &SrvFrwk::DeployKey::eOn, Words(g_stKeyOn)).Required().Optional().Key("on"),
     Attribute(L"OverWrite", &SrvFrwk::DeployKey::bOverWrite, Words(g_stKeyFlag)).Required().Key("overWrite"),
     Attribute(L"AllAccess", &SrvFrwk::DeployKey::bAllAccess, Words(g_stKeyFlag)).Required().Key("allAccess"),
     Attribute(L"AccessMode", &SrvFrwk::DeployKey::eAccessMode, Words(g_stKeyAccessMode)).Required().Key("accessMode"));

@@ -192,9 +192,9 @@ std::uint32_t CFunctionXml::ReadLocalUpdate(const std::wstring& _rtszPath, Local
     return AtBoundary(g_stReadingTexts, [&] {
         PlainDocument cDocument(m_cParser, Access::Read);
         m_cElement = cDocument.Select(_rtszPath, {}, DocumentOf(DocumentId::LocalUpdate).pszRoot);
-        _rstConfig.tszVersion = m_cElement.Attribute(L"version");
-        _rstConfig.tszCheck = m_cElement.Attribute(L"check");
-        _rbStay = m_cElement.Attribute(L"stay") == g_svYes;
+        _rstConfig.tszVersion = m_cElement.Attribute(g_svUpdateVersion);
+        _rstConfig.tszCheck = m_cElement.Attribute(g_svUpdateCheck);
+        _rbStay = m_cElement.Attribute(g_svUpdateStay) == UpdateWords::g_svYes;
 
         const LocalUpdateNames stNames(m_cElement);
         std::uint32_t ulResult = Result::g_ulSuccess;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Description.h"
+#include "RegistryWords.h"
+#include "UpdateWords.h"
 
 #include <list>
 #include <string>
@@ -60,51 +62,92 @@ inline constexpr const wchar_t* g_szRegistryKind = L"registry";
 inline constexpr const wchar_t* g_szIniFileKind = L"inifile";
 inline constexpr const wchar_t* g_szDirectoryKind = L"directory";
 
-/** The word with which a description switches something on; exactly so. */
-inline constexpr std::wstring_view g_svYes = L"yes";
+// The attributes of a description's root.
+inline constexpr std::wstring_view g_svUpdateVersion = L"version";
+inline constexpr std::wstring_view g_svUpdateCheck = L"check";
+inline constexpr std::wstring_view g_svUpdateStay = L"stay";
 
 namespace Documents {
+
+// What an entry is meant for: the kind of its item.
+inline constexpr Frwk::Word g_aRegistryTarget[] = {{g_szRegistryKind, 0}};
+inline constexpr Frwk::Word g_aIniFileTarget[] = {{g_szIniFileKind, 0}};
+inline constexpr Frwk::WordTable g_stRegistryTarget{g_aRegistryTarget, {}};
+inline constexpr Frwk::WordTable g_stIniFileTarget{g_aIniFileTarget, {}};
 
 /** A description of the given fields and, behind them, the conditions. */
 template <class TRecord, class... TFields>
 constexpr auto DescribeWithConditions(std::wstring_view _svElement, TFields... _stFields)
 {
-    return Describe<TRecord>(_svElement, _stFields...,
-                             Attribute(L"maxversion", &UpdateConditions::tszMaxVersion, Text()).Key("maxVersion"),
-                             Attribute(L"minversion", &UpdateConditions::tszMinVersion, Text()).Key("minVersion"),
-                             Attribute(L"product", &UpdateConditions::tszProduct, Text()).Key("product"),
-                             Attribute(L"language", &UpdateConditions::tszLanguage, Text()).Key("language"),
-                             Attribute(L"platform", &UpdateConditions::tszPlatform, Text()).Key("platform"));
+    return Describe<TRecord>(
+        _svElement, _stFields...,
+        Attribute(L"maxversion", &UpdateConditions::tszMaxVersion, Text()).Optional().Key("maxVersion"),
+        Attribute(L"minversion", &UpdateConditions::tszMinVersion, Text()).Optional().Key("minVersion"),
+        Attribute(L"product", &UpdateConditions::tszProduct, Text()).Optional().Key("product"),
+        Attribute(L"language", &UpdateConditions::tszLanguage, Text()).Optional().Key("language"),
+        Attribute(L"platform", &UpdateConditions::tszPlatform, Text()).Optional().Key("platform"));
+}
+
+inline bool IsAction(const LocalUpdateEntry& _rstEntry, UpdateWords::Action _enAction)
+{
+    return _rstEntry.tszAction == Frwk::Utility::ToText(UpdateWords::g_stAction, _enAction);
+}
+
+/** Whether an entry has data. */
+inline bool IsStoring(const LocalUpdateEntry& _rstEntry)
+{
+    return IsAction(_rstEntry, UpdateWords::ActionAppend) || IsAction(_rstEntry, UpdateWords::ActionWrite);
+}
+
+/** Whether an entry may make a key. */
+inline bool IsMaking(const LocalUpdateEntry& _rstEntry)
+{
+    return IsStoring(_rstEntry) || IsAction(_rstEntry, UpdateWords::ActionCreate);
 }
 
 /** An entry of either kind; only registry entries have more fields. */
 template <class... TFields>
-constexpr auto DescribeUpdateEntry(std::wstring_view _svElement, TFields... _stMoreFields)
+constexpr auto DescribeUpdateEntry(std::wstring_view _svElement, const Frwk::WordTable& _rstTarget,
+                                   TFields... _stMoreFields)
 {
     return DescribeWithConditions<LocalUpdateEntry>(
-        _svElement, Child(L"Name", &LocalUpdateEntry::tszName, Text()).Key("name"),
-        Child(L"Type", &LocalUpdateEntry::tszType, Text()).Key("type"),
-        Child(L"Value", &LocalUpdateEntry::tszValue, Text()).Key("value"),
-        Child(L"Action", &LocalUpdateEntry::tszAction, Text()).Key("action"),
-        Child(L"OverWrite", &LocalUpdateEntry::tszOverWrite, Text()).Key("overWrite"), _stMoreFields...,
-        Attribute(L"target", &LocalUpdateEntry::tszTarget, Text()).Key("target"));
+        _svElement, Child(L"Name", &LocalUpdateEntry::tszName, Text()).NeededWhen(IsStoring).Key("name"),
+        Child(L"Type", &LocalUpdateEntry::tszType, WordText(UpdateWords::g_stType))
+            .OnStrange(Strange::Drop)
+            .NeededWhen(IsStoring)
+            .Key("type"),
+        Child(L"Value", &LocalUpdateEntry::tszValue, Text()).Optional().Key("value"),
+        Child(L"Action", &LocalUpdateEntry::tszAction, WordText(UpdateWords::g_stAction))
+            .OnStrange(Strange::Drop)
+            .Key("action"),
+        Child(L"OverWrite", &LocalUpdateEntry::tszOverWrite, WordText(UpdateWords::g_stYesNo))
+            .NeededWhen(IsMaking)
+            .Key("overWrite"),
+        _stMoreFields...,
+        Attribute(L"target", &LocalUpdateEntry::tszTarget, WordText(_rstTarget))
+            .OnStrange(Strange::Drop)
+            .Key("target"));
 }
 
 inline constexpr auto g_stLocalUpdateValue =
-    DescribeUpdateEntry(L"Key", Child(L"AllAccess", &LocalUpdateEntry::tszAllAccess, Text()).Key("allAccess"));
+    DescribeUpdateEntry(L"Key", g_stRegistryTarget,
+                        Child(L"AllAccess", &LocalUpdateEntry::tszAllAccess, WordText(UpdateWords::g_stYesNo))
+                            .NeededWhen(IsMaking)
+                            .Key("allAccess"));
 
-inline constexpr auto g_stLocalUpdateIniEntry = DescribeUpdateEntry(L"Entry");
+inline constexpr auto g_stLocalUpdateIniEntry = DescribeUpdateEntry(L"Entry", g_stIniFileTarget);
 
 // Items are told apart by a rule of their own, not by one name; the names here are those that a writer gives them.
 
 inline constexpr auto g_stLocalUpdateRegistry = DescribeWithConditions<LocalUpdateKey>(
-    g_szRegistryKind, Child(L"Root", &LocalUpdateKey::tszRoot, Text()).Key("root"),
+    g_szRegistryKind,
+    Child(L"Root", &LocalUpdateKey::tszRoot, WordText(g_stUpdateRoot)).OnStrange(Strange::Drop).Key("root"),
     Child(L"Path", &LocalUpdateKey::tszPath, Text()).Key("path"),
-    Child(L"AccessMode", &LocalUpdateKey::tszAccessMode, Text()).Key("accessMode"),
+    Child(L"AccessMode", &LocalUpdateKey::tszAccessMode, WordText(UpdateWords::g_stView)).Key("accessMode"),
     Children(L"", &LocalUpdateKey::lstEntry, g_stLocalUpdateValue).Key("entries"));
 
 inline constexpr auto g_stLocalUpdateIniFile = DescribeWithConditions<LocalUpdateKey>(
-    g_szIniFileKind, Child(L"Path", &LocalUpdateKey::tszRoot, Text()).Key("root"),
+    g_szIniFileKind, Child(L"Path", &LocalUpdateKey::tszRoot, Text()).OnStrange(Strange::Drop).Key("root"),
     Child(L"Section", &LocalUpdateKey::tszPath, Text()).Key("path"),
     Children(L"", &LocalUpdateKey::lstEntry, g_stLocalUpdateIniEntry).Key("entries"));
 

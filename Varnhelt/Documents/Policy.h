@@ -13,6 +13,7 @@ inline constexpr auto g_stPolicyProvider =
             .Key("controllerType")
             .Label(L"[ControllerType]"),
         Attribute(L"Provider", &SrvFrwk::PolicyProvider::ulProviderType, Words(Frwk::Words::g_stProviderType))
+            .Identity()
             .Key("providerType")
             .Label(L"[ProviderType]  "),
         Child(L"Permission", &SrvFrwk::PolicyProvider::ulPermission, Words(Frwk::Words::g_stPermission))
@@ -30,6 +31,7 @@ inline constexpr auto g_stPolicyController =
     Describe<SrvFrwk::PolicyController>(
         L"PolicyController",
         Attribute(L"Controller", &SrvFrwk::PolicyController::ulControllerType, Words(Frwk::Words::g_stControllerType))
+            .Identity()
             .Key("controllerType")
             .Label(L"[ControllerType]"),
         Child(L"Permission", &SrvFrwk::PolicyController::ulPermission, Words(Frwk::Words::g_stPermission))

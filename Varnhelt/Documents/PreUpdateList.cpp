@@ -1,14 +1,12 @@
+#include "PreUpdateList.h"
+
 #include "Boundary.h"
-#include "Compatibility.h"
 #include "DescriptionWriter.h"
 #include "DocumentFile.h"
 #include "Frwk_Utility.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
-
-// The update request that is sent before an installation: a document of the caller's, in which the platform's code and
-// the list of components are set.
 
 using namespace ZkCommon;
 using namespace SrvFrwk;
@@ -38,9 +36,9 @@ void StoreComponents(Storage::XmlElement _cList, const std::vector<Compatibility
         if (_bCreate) {
             Trace(TraceDetail,
                   L"*** CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList() create a new component node");
-            _cList.AddChild(L"component");
+            _cList.AddChild(Documents::g_svRequestComponent);
         }
-        cElement = &stComponent == _rvecComponent.data() ? _cList.FirstChild(L"component") : cElement.NextNamesake();
+        cElement = &stComponent == _rvecComponent.data() ? _cList.FirstChild(Documents::g_svRequestComponent) : cElement.NextNamesake();
         if (!cElement) {
             continue;
         }
@@ -78,13 +76,13 @@ std::uint32_t CFunctionXml::ImpChangePlatform(const PreUpdateList* _pCompatibili
         PlainDocument cDocument(m_cParser, Access::Write);
         m_cElement = cDocument.Select(_pCompatibilityCheckPrePUInfo->tszDocument, Frwk::Utility::GetInstalledFolder(),
                                       DocumentOf(DocumentId::PreUpdateList).pszRoot);
-        Storage::XmlElement cProduct = m_cElement.FirstChild(L"product");
+        Storage::XmlElement cProduct = m_cElement.FirstChild(Documents::g_svRequestProduct);
         if (!cProduct) {
             // The line names the components, which support scripts look for.
             Trace(TraceError, L"*** CFunctionXml::ImpChangePlatform() - components section was not found.");
             return Result::g_ulFailed;
         }
-        cProduct.SetAttribute(L"plat", g_pszPlatformCode);
+        cProduct.SetAttribute(Documents::g_svRequestPlatform, g_pszPlatformCode);
         cDocument.Store();
         return cTrace.Leave(Result::g_ulSuccess);
     });
@@ -105,7 +103,7 @@ std::uint32_t CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList(const PreUpd
         PlainDocument cDocument(m_cParser, Access::Write);
         m_cElement = cDocument.Select(_pCompatibilityCheckPrePUInfo->tszDocument, Frwk::Utility::GetInstalledFolder(),
                                       g_pszListRoot);
-        const Storage::XmlElement cList = m_cElement.FirstChild(L"components");
+        const Storage::XmlElement cList = m_cElement.FirstChild(Documents::g_svRequestComponents);
         if (!cList) {
             Trace(TraceError, L"*** CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList() - "
                               L"components section was not found.");

@@ -52,11 +52,15 @@ struct PuIdEntry
 };
 
 inline constexpr auto g_stPuIdEntry = Describe<PuIdEntry>(
-    L"InstallPuId", Attribute(L"label", &PuIdEntry::tszLabel, Text()).Label(L"[label]    "),
-    Attribute(L"version", &PuIdEntry::tszVersion, Text()).Label(L"[version]  "),
-    Child(L"Component", &PuIdEntry::tszComponent, WordText(g_stPuIdComponent)).Label(L"[Component]"),
+    L"InstallPuId", Attribute(L"label", &PuIdEntry::tszLabel, Text()).Optional().Label(L"[label]    "),
+    Attribute(L"version", &PuIdEntry::tszVersion, Text()).Optional().Label(L"[version]  "),
+    Child(L"Component", &PuIdEntry::tszComponent, WordText(g_stPuIdComponent))
+        .OnStrange(Strange::Drop)
+        .Label(L"[Component]"),
     Child(L"PuId", &PuIdEntry::ulPuId, Number()).Label(L"[PuId]     ", Show::Hexadecimal),
-    Child(L"Platform", &PuIdEntry::tszPlatform, WordText(g_stPuIdPlatform)).Label(L"[Platform] "));
+    Child(L"Platform", &PuIdEntry::tszPlatform, WordText(g_stPuIdPlatform))
+        .OnStrange(Strange::Drop)
+        .Label(L"[Platform] "));
 
 /** Whether an entry counts on a 32- or 64-bit system. An unknown word counts on none, and is logged. */
 bool IsNeedToAddPuIds(const std::wstring& _rtszPlatform, bool _b64Bit) noexcept;

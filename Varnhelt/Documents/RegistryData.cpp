@@ -21,8 +21,6 @@ using namespace Varnhelt;
 
 namespace {
 
-constexpr std::wstring_view g_svRoot = L"HKEY_LOCAL_MACHINE"; // the only one that such documents may name
-
 /** A fault in the document's text is told by its place, another one by its code. */
 void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
@@ -53,9 +51,9 @@ class RegistryReader
 {
 public:
     RegistryReader(const Storage::XmlElement& _rRoot, std::vector<RegistryData>& _rvecData)
-        : m_reg(_rRoot.FindName(L"Reg")),
-          m_key(_rRoot.FindName(L"key")),
-          m_access(_rRoot.FindName(L"access")),
+        : m_reg(_rRoot.FindName(Documents::g_svReg)),
+          m_key(_rRoot.FindName(Documents::g_svRegKey)),
+          m_access(_rRoot.FindName(Documents::g_svRegAccess)),
           m_element(_rRoot.FindName(Documents::g_stRegistryData.svElement)),
           m_cData(_rRoot, Documents::g_stRegistryData),
           m_rvecData(_rvecData)
@@ -86,13 +84,13 @@ private:
         }
         const std::wstring tszRoot(svKey.substr(0, uRoot));
         Trace(TraceNotice, L"CFunctionXml::GetRegistryComponent() - root key: [%s]", tszRoot);
-        if (tszRoot != g_svRoot) {
+        if (tszRoot != Documents::g_svRegRoot) {
             Trace(TraceError, L"CFunctionXml::GetRegistryComponent() - unsupported root key: %s", tszRoot);
             return false;
         }
         _rstPlace.hRoot = HKEY_LOCAL_MACHINE;
         _rstPlace.tszSubKey = svKey.substr(uRoot + 1);
-        _rstPlace.bAllAccess = _rReg.Attribute(m_access) == L"all";
+        _rstPlace.bAllAccess = Frwk::Utility::ToValue(Documents::g_stRegAccess, _rReg.Attribute(m_access)) != 0;
         Trace(TraceNotice, L"CFunctionXml::GetRegistryComponent() - sub key: %s, all access: %d", _rstPlace.tszSubKey,
               _rstPlace.bAllAccess ? 1 : 0);
         return true;
@@ -120,9 +118,10 @@ private:
 std::uint32_t ReadComponents(const Storage::XmlElement& _rRoot, const Selection& _rSelection,
                              std::vector<RegistryData>& _rvecData)
 {
-    const Storage::XmlName label = _rRoot.FindName(L"label");
+    const Storage::XmlName label = _rRoot.FindName(Documents::g_svComponentLabel);
     RegistryReader cReader(_rRoot, _rvecData);
-    for (auto cComponent = _rRoot.FirstChild(L"Component"); cComponent; cComponent = cComponent.NextNamesake()) {
+    for (auto cComponent = _rRoot.FirstChild(Documents::g_svRegistryComponent); cComponent;
+         cComponent = cComponent.NextNamesake()) {
         if (!_rSelection.Has(cComponent.Attribute(label))) {
             continue;
         }

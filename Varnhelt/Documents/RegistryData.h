@@ -14,6 +14,19 @@ inline constexpr Frwk::Word g_aRegistryDataType[] = {
 static_assert(Frwk::IsDistinct(g_aRegistryDataType));
 inline constexpr Frwk::WordTable g_stRegistryDataType{.aWord = g_aRegistryDataType, .stDefaults = {}, .bAnyCase = true};
 
+// What stands around a value, and says which component it belongs to, where it lies, and who may use it.
+inline constexpr std::wstring_view g_svRegistryComponent = L"Component";
+inline constexpr std::wstring_view g_svComponentLabel = L"label";
+inline constexpr std::wstring_view g_svReg = L"Reg";
+inline constexpr std::wstring_view g_svRegKey = L"key";
+inline constexpr std::wstring_view g_svRegAccess = L"access";
+/** The only root that a key may name. */
+inline constexpr std::wstring_view g_svRegRoot = L"HKEY_LOCAL_MACHINE";
+
+inline constexpr Frwk::Word g_aRegAccess[] = {{L"all", 1}, {L"", 0}, {L"none", 0}};
+static_assert(Frwk::IsDistinct(g_aRegAccess));
+inline constexpr Frwk::WordTable g_stRegAccess{g_aRegAccess, {}};
+
 /** A number of 64 bits; 0 unless the whole text is one. */
 struct WholeNumber
 {
@@ -27,9 +40,9 @@ struct WholeNumber
 };
 
 inline constexpr auto g_stRegistryData = Describe<SrvFrwk::RegistryData>(
-    L"Element", Derived(L"key", &SrvFrwk::RegistryData::hRoot, RegistryRoot()).Key("root"),
-    Derived(L"key", &SrvFrwk::RegistryData::tszSubKey, Text()).Key("subKey"),
-    Derived(L"access", &SrvFrwk::RegistryData::bAllAccess, Boolean()).Key("allAccess"),
+    L"Element", Derived(g_svRegKey, &SrvFrwk::RegistryData::hRoot, RegistryRoot()).Key("root"),
+    Derived(g_svRegKey, &SrvFrwk::RegistryData::tszSubKey, Text()).Key("subKey"),
+    Derived(g_svRegAccess, &SrvFrwk::RegistryData::bAllAccess, Boolean()).Key("allAccess"),
     Child(L"Name", &SrvFrwk::RegistryData::tszName, Text()).Key("name"),
     Child(L"Type", &SrvFrwk::RegistryData::ulType, Words(g_stRegistryDataType)).Key("type"),
     Child(L"Value", &SrvFrwk::RegistryData::tszValue, Text()).Key("text"),

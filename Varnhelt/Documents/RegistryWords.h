@@ -13,6 +13,9 @@ inline constexpr Frwk::Word g_aRegistryRoot[] = {
 static_assert(Frwk::IsDistinct(g_aRegistryRoot));
 inline constexpr Frwk::WordTable g_stRegistryRoot{.aWord = g_aRegistryRoot, .stDefaults = {}, .bAnyCase = true};
 
+/** As local updates write them: with case. */
+inline constexpr Frwk::WordTable g_stUpdateRoot{g_aRegistryRoot, {}};
+
 /** A predefined root by its short name; null for another text, and the empty text for another root. */
 struct RegistryRoot
 {

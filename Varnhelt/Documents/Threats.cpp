@@ -35,7 +35,7 @@ public:
         if (_szName != m_svElement) {
             return false;
         }
-        while (*_pszAttributes != nullptr && *_pszAttributes != std::string_view("id")) {
+        while (*_pszAttributes != nullptr && *_pszAttributes != g_svTextNumber) {
             _pszAttributes += 2;
         }
         return ToThreatNumber(*_pszAttributes != nullptr ? _pszAttributes[1] : "") == m_ulNumber;

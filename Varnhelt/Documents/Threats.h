@@ -31,6 +31,9 @@ enum TextLookupId : std::uint8_t
     LookupScannerTitle,
 };
 
+/** The attribute that holds an element's number. */
+inline constexpr std::string_view g_svTextNumber = "id";
+
 /** In the order of their TextLookupId. */
 inline constexpr TextLookup g_aTextLookup[] = {
     {L"CFunctionXml::QueryThreateNameORKAP()", DocumentId::ThreatsOrkap, L"/Quillmar/Threats", "Threat", L"Name",

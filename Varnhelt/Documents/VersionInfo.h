@@ -2,6 +2,7 @@
 
 #include "Description.h"
 #include "SrvFrwk_Records.h"
+#include "YesNo.h"
 
 /** The versions of the framework's components, "CmpVerIf.xml". */
 namespace Varnhelt::Documents {
@@ -10,11 +11,10 @@ inline constexpr Frwk::Word g_aVersionComponent[] = {
     {L"Framework", 1}, {L"Resource", 2}, {L"Enforce", 3}, {L"Function", 4}, {L"Engine", 5}, {L"Pattern", 6},
 };
 inline constexpr Frwk::Word g_aDirectDeploy[] = {{L"enable", 1}, {L"disable", 0}};
-inline constexpr Frwk::Word g_aFollowProductVersion[] = {{L"yes", 1}, {L"no", 0}};
 static_assert(Frwk::IsDistinct(g_aVersionComponent));
 inline constexpr Frwk::WordTable g_stVersionComponent{g_aVersionComponent, {}};
 inline constexpr Frwk::WordTable g_stDirectDeploy{g_aDirectDeploy, {}};
-inline constexpr Frwk::WordTable g_stFollowProductVersion{g_aFollowProductVersion, {}};
+inline constexpr Frwk::WordTable g_stFollowProductVersion{g_aYesNo, {}};
 
 inline constexpr auto g_stVersionInformation = Describe<SrvFrwk::VersionInformation>(
     L"VersionInfo",
