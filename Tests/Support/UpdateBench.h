@@ -1,54 +1,137 @@
 #pragma once
 
-#include "LocalUpdate.h"
-#include "LocalUpdateAgent.h"
-#include "TempFolder.h"
+#include "Frwk_Settings.h"
+#include "FunctionProvider.h"
+#include "SrvFrwk_ValueType.h"
 #include "TestKey.h"
 #include "TestProduct.h"
 #include "UpdateStorage.h"
+#include "ZkComn_String.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 /**
- * A machine for local updates: a product with an environment, registry keys of the test's own and a folder for ini files
- * and descriptions. In descriptions @K@ stands for the keys' path and @F@ for the folder.
+ * A machine for local updates: a product with an environment, registry keys of the test's own and a folder for ini
+ * files and descriptions. In descriptions @K@ stands for the keys' path, @F@ for the folder and @ALL@ for conditions
+ * that this machine meets. What the sample changes below the product's own key, or in Windows' folder, is moved there.
  */
 class UpdateBench
 {
 public:
-    UpdateBench();
-    UpdateBench(const UpdateBench&) = delete;
-    UpdateBench& operator=(const UpdateBench&) = delete;
-    ~UpdateBench();
-
-    /** Version 17.1.1040, edition qmrpro, language de; an empty text removes the value. */
-    void SetEnvironment(const std::wstring& _rtszVersion, const std::wstring& _rtszPid, std::uint32_t _ulLanguage);
-
-    /** Writes a description with these items into a file and returns its path. */
-    std::wstring Describe(std::string_view _svItems, std::string_view _svAttributes = "") const;
-    std::wstring Describe(const std::wstring& _rtszFile, std::string_view _svDocument) const;
-    /** Carries out the description, or a description with these items. @return the result of SendMessage */
-    static std::uint32_t Send(const std::wstring& _rtszPath);
-    std::uint32_t Apply(std::string_view _svItems, std::string_view _svAttributes = "") const
+    UpdateBench() { SetEnvironment(L"17.1.1040", L"QE17-0001", 32); } // edition qmrpro, language de
+    ~UpdateBench()
     {
-        return Send(Describe(_svItems, _svAttributes));
+        for (const wchar_t* pszName : {L"Version", L"PID", L"Language"}) {
+            ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey, pszName);
+        }
     }
 
-    /** Everything below the test's keys, in both views and below both roots, and all sections of the ini file, in lines. */
-    std::vector<std::wstring> Snapshot(Varnhelt::UpdateStorage& _rStorage) const;
-    std::vector<std::wstring> Snapshot() const;
+    static void SetEnvironment(const std::wstring& _rtszVersion, const std::wstring& _rtszPid,
+                               std::uint32_t _ulLanguage)
+    {
+        ZkCommon::Storage::Registry cKey;
+        cKey.Create(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey);
+        cKey.WriteString(L"Version", _rtszVersion);
+        cKey.WriteString(L"PID", _rtszPid);
+        cKey.WriteNumber(L"Language", _ulLanguage);
+    }
+
+    /** Writes a description into a file and returns its path. */
+    std::wstring Describe(const std::wstring& _rtszFile, std::string _sDocument) const
+    {
+        const std::pair<std::string, std::string> aMark[] = {
+            {ZkCommon::String::ToUtf8(Frwk::g_szProductKey), "@K@"},
+            {"$WINDOWS$pelto17", "$INSTALL$pelto17"},
+            {"@K@", ZkCommon::String::ToUtf8(Key())},
+            {"@F@", ZkCommon::String::ToUtf8(Folder().Path().wstring())},
+            {"@ALL@", "minversion='1' maxversion='18' product='all' language='all' platform='all'"}};
+        for (const auto& [sMark, sBy] : aMark) {
+            for (std::size_t uAt = 0; (uAt = _sDocument.find(sMark, uAt)) != std::string::npos; uAt += sBy.size()) {
+                _sDocument.replace(uAt, sMark.size(), sBy);
+            }
+        }
+        Folder().Write(_rtszFile, _sDocument);
+        return Folder().File(_rtszFile);
+    }
+    /** The same with these items. */
+    std::wstring Describe(const std::string& _rsItems, const std::string& _rsAttributes = {}) const
+    {
+        return Describe(L"update.xml", "<Quillmar version=\"17.2\" " + _rsAttributes + ">" + _rsItems + "</Quillmar>");
+    }
+
+    /** Carries out the description, or a description with these items. @return the result of SendMessage */
+    static std::uint32_t Send(std::wstring _tszPath)
+    {
+        return CFunctionProvider().SendMessage(SrvFrwk::MessageType::g_ulLocalUpdate, 0, 0, &_tszPath, 0, 0, nullptr);
+    }
+    std::uint32_t Apply(const std::string& _rsItems) const { return Send(Describe(_rsItems)); }
+
+    /**
+     * In lines: everything below the test's keys, in both views and below both roots, and those sections of ini files
+     * in the folder that tests use. Of the machine, or of another storage.
+     */
+    std::vector<std::wstring> Snapshot(Varnhelt::UpdateStorage* _pStorage = nullptr) const
+    {
+        Varnhelt::SystemStorage cSystem;
+        Varnhelt::UpdateStorage& rStorage = _pStorage != nullptr ? *_pStorage : cSystem;
+        std::vector<std::wstring> vecLine;
+        const auto AddKey = [&](HKEY _hRoot, ZkCommon::Storage::RegistryView _enView, const wchar_t* _pszPrefix) {
+            AddLines(rStorage, {Varnhelt::UpdatePlace::Kind::Registry, _hRoot, _enView, Key(), {}}, _pszPrefix,
+                     vecLine);
+        };
+        AddKey(HKEY_CURRENT_USER, ZkCommon::Storage::ViewDefault, L"user");
+        AddKey(HKEY_LOCAL_MACHINE, ZkCommon::Storage::View32, L"32");
+        AddKey(HKEY_LOCAL_MACHINE, ZkCommon::Storage::View64, L"64");
+        const std::pair<const wchar_t*, std::vector<std::wstring>> aFile[] = {
+            {L"test.ini", {L"A", L"B", L"C", L"D"}},
+            {L"service.ini", {L"Service", L"Update", L"Legacy", L"Compatibility"}},
+            {L"pattern.ini", {L"P", L"Pattern", L"Servers"}},
+            {L"pelto17.ini", {L"Setup"}}};
+        for (const auto& [pszFile, vecSection] : aFile) {
+            for (const std::wstring& tszSection : vecSection) {
+                AddLines(rStorage,
+                         {Varnhelt::UpdatePlace::Kind::IniFile, nullptr, {}, Folder().File(pszFile), tszSection},
+                         L"[" + tszSection + L"]", vecLine);
+            }
+        }
+        std::ranges::sort(vecLine); // what was removed and came back may stand elsewhere
+        return vecLine;
+    }
 
     const TempFolder& Folder() const { return m_cProduct.Folder(); }
     const std::wstring& Key() const { return m_cKey.Path(); }
-    std::wstring Ini() const { return Folder().File(L"test.ini"); }
-    Varnhelt::UpdatePlace Place(HKEY _hRoot, ZkCommon::Storage::RegistryView _enView,
-                                const std::wstring& _rtszBelow = {}) const;
 
 private:
-    std::string Expand(std::string_view _svText) const;
+    /** A place's own line, one for each of its values, and those of the places below it. */
+    static void AddLines(Varnhelt::UpdateStorage& _rStorage, const Varnhelt::UpdatePlace& _rstPlace,
+                         const std::wstring& _rtszPrefix, std::vector<std::wstring>& _rvecLine)
+    {
+        if (!_rStorage.Exists(_rstPlace)) {
+            return;
+        }
+        _rvecLine.push_back(_rtszPrefix);
+        for (const std::wstring& tszName : _rStorage.Names(_rstPlace)) {
+            const Varnhelt::UpdateStorage::Value stValue = _rStorage.Find(_rstPlace, tszName).value();
+            std::wstring& rtszLine = _rvecLine.emplace_back(_rtszPrefix + L" " + tszName + L" ");
+            if (stValue.ulType == REG_SZ && stValue == Varnhelt::UpdateStorage::Value::Of(stValue.Text())) {
+                rtszLine += L"\"" + stValue.Text() + L"\"";
+                continue;
+            }
+            rtszLine += std::to_wstring(stValue.ulType) + L":";
+            for (const std::uint8_t ucByte : stValue.vecData) {
+                rtszLine += L" " + std::to_wstring(ucByte);
+            }
+        }
+        for (const std::wstring& tszName : _rStorage.SubKeys(_rstPlace)) {
+            Varnhelt::UpdatePlace stBelow = _rstPlace;
+            stBelow.tszPath += L"\\" + tszName;
+            AddLines(_rStorage, stBelow, _rtszPrefix + L"\\" + tszName, _rvecLine);
+        }
+    }
 
     TestProduct m_cProduct;
     TestKey m_cKey;

@@ -2,7 +2,7 @@
 
 #include "RunProgram.h"
 #include "UpdateBench.h"
-#include "ZkComn_Registry.h"
+#include "ZkComn_String.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -14,120 +14,87 @@ using Json = nlohmann::json;
 
 namespace {
 
-constexpr const char* g_szItems = R"(
-<registry minversion="1" maxversion="18" product="all" language="de" platform="all"><Root>HKLM</Root><Path>@K@</Path>
-<AccessMode>eMode64bit</AccessMode>
-<Key target="registry" minversion="1" maxversion="18" product="all" language="all" platform="all"><Name>N</Name>
-<Type>uint32</Type><Value>7</Value><Action>write</Action><AllAccess>no</AllAccess></Key>
-<Key target="registry" minversion="1" maxversion="16" product="all" language="all" platform="all"><Action>remove</Action></Key>
-<Key target="registry" minversion="1" maxversion="18" product="all" language="all" platform="all"><Action>fly</Action></Key>
-</registry>
-<registry minversion="1" maxversion="18" product="all" language="all" platform="all"><Root>hklm</Root><Path>P</Path>
-<Key target="registry"><Name>M</Name></Key></registry>
-<inifile minversion="1" maxversion="18" product="all" language="all" platform="all"><Path>$INSTALL$test.ini</Path>
-<Section>A</Section><Entry target="inifile" minversion="1" maxversion="18" product="all" language="all" platform="all">
-<Name>k</Name><Type>string</Type><Value>v</Value><Action>write</Action></Entry></inifile><dir/>)";
+constexpr const char* g_szItems =
+    R"(<registry @ALL@><Root>HKLM</Root><Path>@K@</Path><AccessMode>eMode64bit</AccessMode>
+<Key target="registry" @ALL@><Name>N</Name><Type>uint32</Type><Value>7</Value><Action>write</Action>
+<AllAccess>no</AllAccess></Key><Key target="registry" minversion="1" maxversion="16"><Action>remove</Action></Key>
+<Key target="registry" @ALL@><Action>fly</Action></Key></registry><registry @ALL@><Root>hklm</Root><Path>P</Path>
+<Key target="registry"><Name>M</Name></Key></registry><inifile @ALL@><Path>$INSTALL$test.ini</Path><Section>A</Section>
+<Entry target="inifile" @ALL@><Name>k</Name><Type>string</Type><Value>v</Value><Action>write</Action></Entry></inifile>
+<dir/>)";
 
-class VrntUpdate : public testing::Test
+TEST(VrntUpdate, TheRehearsalTellsEveryItemTheUpdateCarriesThemOutAndItsWayBackLeadsBack)
 {
-protected:
-    UpdateBench m_cBench;
-};
-
-TEST_F(VrntUpdate, TheRehearsalTellsEveryItemAndEntryAndChangesNothing)
-{
-    const std::wstring tszPath = m_cBench.Describe(g_szItems, "check='yes'");
-    const ProgramRun stRun = RunVrnt({L"--json", L"update", L"--dry-run", tszPath});
-    EXPECT_EQ(stRun.iExitStatus, 0);
-    EXPECT_THAT(stRun.sError, IsEmpty());
-    Json jsExpected = Json::parse(R"({"result": "0x00040200", "data": {
-        "environment": {"version": "17.1.1040", "product": "qmrpro", "language": "de"}, "check": true, "stay": false,
-        "items": [
-         {"kind": "registry", "root": "HKLM", "path": "", "accessMode": "eMode64bit", "update": true, "reason": null,
-          "entries": [
-           {"name": "N", "type": "uint32", "action": "write", "value": "7", "effect": "write", "reason": null},
-           {"name": "", "type": "", "action": "remove", "value": "", "effect": "skip",
-            "reason": "the installed version is above \"16\""},
-           {"name": "", "type": "", "action": "fly", "value": "", "effect": "refuse", "reason": "no such action"}]},
-         {"kind": "registry", "root": null, "path": "P", "accessMode": "", "update": false,
-          "reason": "the root is none of HKCR, HKCU, HKLM, HKU",
-          "entries": [{"name": "M", "type": "", "action": "", "value": "", "effect": "skip",
-                       "reason": "the item is not updated"}]},
-         {"kind": "inifile", "root": "", "path": "A", "accessMode": "", "update": true, "reason": null,
-          "entries": [{"name": "k", "type": "string", "action": "write", "value": "v", "effect": "write",
-                       "reason": null}]},
-         {"kind": "directory", "root": null, "path": "", "accessMode": "", "update": false,
-          "reason": "directories are never acted on", "entries": []}]}})");
-    jsExpected["data"]["items"][0]["path"] = std::filesystem::path(m_cBench.Key()).string();
-    jsExpected["data"]["items"][2]["root"] = [&] {
-        const std::u8string s8Path = std::filesystem::path(m_cBench.Ini()).u8string();
-        return std::string(s8Path.begin(), s8Path.end());
-    }();
-    EXPECT_EQ(Json::parse(stRun.sOutput), jsExpected);
-    EXPECT_TRUE(std::filesystem::exists(tszPath));
-    EXPECT_THAT(m_cBench.Snapshot(), IsEmpty());
-
+    const UpdateBench cBench;
+    const std::wstring tszPath = cBench.Describe(g_szItems, "check='yes'");
+    const ProgramRun stRehearsal = RunVrnt({L"--json", L"update", L"--dry-run", tszPath});
+    EXPECT_EQ(stRehearsal.iExitStatus, 0);
+    EXPECT_THAT(stRehearsal.sError, IsEmpty());
+    Json jsExpected = Json::parse(R"({"result":"0x00040200", "data":{"check":true, "stay":false, "items":[
+         {"kind":"registry", "root":"HKLM", "path":"", "accessMode":"eMode64bit", "update":true, "reason":null,
+          "entries":[{"name":"N", "type":"uint32", "action":"write", "value":"7", "effect":"write", "reason":null},
+          {"name":"", "type":"", "action":"remove", "value":"", "effect":"skip",
+           "reason":"the installed version is above \"16\""},
+          {"name":"", "type":"", "action":"fly", "value":"", "effect":"refuse", "reason":"no such action"}]},
+         {"kind":"registry", "root":null, "path":"P", "accessMode":"", "update":false, "entries":[
+          {"name":"M", "type":"", "action":"", "value":"", "effect":"skip", "reason":"the item is not updated"}],
+          "reason":"the root is none of HKCR, HKCU, HKLM, HKU"},
+         {"kind":"inifile", "root":"", "path":"A", "accessMode":"", "update":true, "reason":null, "entries":[
+          {"name":"k", "type":"string", "action":"write", "value":"v", "effect":"write", "reason":null}]},
+         {"kind":"directory", "root":null, "path":"", "accessMode":"", "update":false, "entries":[],
+          "reason":"directories are never acted on"}],
+         "environment":{"version":"17.1.1040", "product":"qmrpro", "language":"de"}}})");
+    jsExpected["data"]["items"][0]["path"] = ZkCommon::String::ToUtf8(cBench.Key());
+    jsExpected["data"]["items"][2]["root"] = ZkCommon::String::ToUtf8(cBench.Folder().File(L"test.ini"));
+    EXPECT_EQ(Json::parse(stRehearsal.sOutput), jsExpected);
     const ProgramRun stText = RunVrnt({L"update", L"--dry-run", tszPath});
     EXPECT_THAT(stText.sOutput, HasSubstr("version 17.1.1040, product qmrpro, language de"));
     EXPECT_THAT(stText.sOutput, HasSubstr("not updated, the root is none of"));
-}
+    EXPECT_THAT(cBench.Snapshot(), IsEmpty());
 
-TEST_F(VrntUpdate, AnUpdateIsCarriedOutAndItsWayBackLeadsBack)
-{
-    const std::wstring tszUndo = m_cBench.Folder().File(L"back.xml");
-    const ProgramRun stRun =
-        RunVrnt({L"--json", L"update", L"--undo", tszUndo, m_cBench.Describe(g_szItems, "check='yes'")});
+    const std::wstring tszUndo = cBench.Folder().File(L"back.xml");
+    const ProgramRun stRun = RunVrnt({L"--json", L"update", L"--undo", tszUndo, tszPath});
     EXPECT_EQ(stRun.iExitStatus, 0);
     EXPECT_EQ(Json::parse(stRun.sOutput), Json::parse(R"({"result": "0x00040200", "data": null})"));
     EXPECT_THAT(stRun.sError, HasSubstr("test.ini stays\n"));
-    EXPECT_FALSE(std::filesystem::exists(m_cBench.Folder().File(L"update.xml")));
-    EXPECT_EQ(m_cBench.Snapshot().size(), 4U); // key, value, section, entry
+    EXPECT_FALSE(std::filesystem::exists(tszPath));
+    EXPECT_EQ(cBench.Snapshot().size(), 4U); // key, value, section, entry
 
     const ProgramRun stBack = RunVrnt({L"update", tszUndo});
     EXPECT_EQ(stBack.iExitStatus, 0);
     EXPECT_THAT(stBack.sError, IsEmpty());
-    EXPECT_THAT(m_cBench.Snapshot(), IsEmpty());
+    EXPECT_THAT(cBench.Snapshot(), IsEmpty());
 }
 
-TEST_F(VrntUpdate, WhatIsNotAppliedIsToldAndWhatIsNoUpdateIsLeftAlone)
+TEST(VrntUpdate, WhatIsNotAppliedIsToldAndWhatIsNoUpdateIsLeftAlone)
 {
-    const std::wstring tszMissing = m_cBench.Folder().File(L"missing.xml");
-    const std::wstring tszOther = m_cBench.Describe(L"other.xml", "<BaseFramework/>");
-    const std::wstring tszBroken = m_cBench.Describe(L"broken.xml", "<Quillmar stay='yes'>");
-    const std::wstring tszGood = m_cBench.Describe(g_szItems);
-    struct Row
-    {
-        int iLine;
-        std::vector<std::wstring> vecArgument;
-        int iExitStatus;
-        const char* szError;
-        std::wstring tszFile;
-        bool bStays;
+    const UpdateBench cBench;
+    const std::wstring tszMissing = cBench.Folder().File(L"missing.xml");
+    const std::wstring tszOther = cBench.Describe(L"other.xml", "<BaseFramework/>");
+    const std::wstring tszBroken = cBench.Describe(L"broken.xml", "<Quillmar stay='yes'>");
+    const std::wstring tszGood = cBench.Describe(g_szItems);
+    const std::tuple<int, std::vector<std::wstring>, int, const char*> aRow[] = {
+        {__LINE__, {L"update", tszMissing}, 0, "nothing was applied"},
+        {__LINE__, {L"update", L"--dry-run", tszMissing}, 0, "nothing was applied"},
+        {__LINE__, {L"update", L"--undo", tszMissing, tszMissing}, 0, "nothing was applied"},
+        {__LINE__, {L"update", tszOther}, 2, "is no local update description"},
+        {__LINE__, {L"update", L"--dry-run", tszBroken}, 1, "0x80040201"},
+        {__LINE__, {L"update", L"--undo", tszMissing, tszBroken}, 1, "0x80040201"},
+        {__LINE__, {L"update", tszBroken}, 1, "0x80040201"}, // it was left by the rehearsals
+        {__LINE__, {L"update", L"--undo", L"Z:\\no folder\\x", tszGood}, 2, "cannot write"},
     };
-    const Row aRow[] = {
-        {__LINE__, {L"update", tszMissing}, 0, "nothing was applied", tszMissing, false},
-        {__LINE__, {L"update", L"--dry-run", tszMissing}, 0, "nothing was applied", tszMissing, false},
-        {__LINE__, {L"update", L"--undo", tszMissing, tszMissing}, 0, "nothing was applied", tszMissing, false},
-        {__LINE__, {L"update", tszOther}, 2, "is no local update description", tszOther, true},
-        {__LINE__, {L"update", L"--undo", tszMissing, tszOther}, 2, "is no local update description", tszOther, true},
-        {__LINE__, {L"update", L"--dry-run", tszBroken}, 1, "0x80040201", tszBroken, true},
-        {__LINE__, {L"update", L"--undo", tszMissing, tszBroken}, 1, "0x80040201", tszBroken, true},
-        {__LINE__, {L"update", tszBroken}, 1, "0x80040201", tszBroken, false},
-        {__LINE__, {L"update", L"--undo", L"Z:\\no folder\\x", tszGood}, 2, "cannot write", tszGood, true},
-        {__LINE__, {L"update", L"--dry-run", L"--undo", L"x", tszGood}, 2, "--undo", tszGood, true},
-        {__LINE__, {L"update", L""}, 2, "", tszGood, true},
-        {__LINE__, {L"update"}, 2, "PATH", tszGood, true},
-    };
-    for (const Row& stRow : aRow) {
-        const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
-        const ProgramRun stRun = RunVrnt(stRow.vecArgument);
-        EXPECT_EQ(stRun.iExitStatus, stRow.iExitStatus);
-        EXPECT_THAT(stRun.sError, HasSubstr(stRow.szError));
+    for (const auto& [iLine, vecArgument, iExitStatus, szError] : aRow) {
+        const testing::ScopedTrace cRow(__FILE__, iLine, "row");
+        const ProgramRun stRun = RunVrnt(vecArgument);
+        EXPECT_EQ(stRun.iExitStatus, iExitStatus);
+        EXPECT_THAT(stRun.sError, HasSubstr(szError));
         EXPECT_EQ(std::count(stRun.sError.begin(), stRun.sError.end(), '\n'), 1) << stRun.sError;
-        EXPECT_EQ(std::filesystem::exists(stRow.tszFile), stRow.bStays);
         EXPECT_FALSE(std::filesystem::exists(tszMissing));
     }
-    EXPECT_THAT(m_cBench.Snapshot(), IsEmpty());
+    EXPECT_TRUE(std::filesystem::exists(tszOther));
+    EXPECT_TRUE(std::filesystem::exists(tszGood));
+    EXPECT_FALSE(std::filesystem::exists(tszBroken));
+    EXPECT_THAT(cBench.Snapshot(), IsEmpty());
 }
 
 } // namespace
