@@ -1,20 +1,11 @@
 // Threat names, descriptions and recommendations, and scanner titles.
 
-#include "Threats.h"
-
-#include "FunctionProvider.h"
-#include "FunctionXml.h"
-#include "SrvFrwk_Records.h"
-#include "SrvFrwk_ResultCode.h"
-#include "SrvFrwk_ValueType.h"
-#include "TestProduct.h"
-#include "TraceRecorder.h"
-
-#include <gmock/gmock.h>
-#include <string>
+#include "DocumentTest.h"
 
 using namespace SrvFrwk;
+using testing::Contains;
 using testing::ElementsAre;
+using testing::FieldsAre;
 using Varnhelt::DocumentId;
 
 namespace {
@@ -35,100 +26,81 @@ b </Description><Recommendation>delete</Recommendation></Threat>
 class Threats : public testing::Test
 {
 protected:
-    /** The text that was found, or what was there before. */
-    std::wstring Query(std::uint32_t _ulValueType, std::uint32_t _ulIdentifier)
+    std::uint32_t Query(std::uint32_t _ulValueType, std::uint32_t _ulIdentifier)
     {
         m_stText = {_ulIdentifier, L"before", L"before"};
-        CFunctionProvider cProvider;
-        m_ulResult = cProvider.QueryValue(0, _ulValueType, 0, &m_stText, 0, nullptr);
-        return m_stText.tszText;
+        return (CFunctionXml().*Varnhelt::FindValueType(_ulValueType)->pfnQuery)({.pValueData = &m_stText});
+    }
+    void StoreBoth(std::string_view _svXml) const
+    {
+        m_cProduct.Store(DocumentId::ThreatsOrkap, _svXml);
+        m_cProduct.Store(DocumentId::ThreatsElmap, _svXml);
     }
 
     TestProduct m_cProduct;
     ThreatText m_stText;
-    std::uint32_t m_ulResult = 0;
 };
 
-struct FoundRow
+TEST_F(Threats, TheFirstElementWithTheNumberGivesItsTextsAndOtherwiseTheRecordStays)
 {
-    int iLine;
-    std::uint32_t ulIdentifier;
-    const wchar_t* pszName; // null: not found
-};
-
-constexpr FoundRow g_aFound[] = {
-    {__LINE__, 7, L"seven"},
-    {__LINE__, 5, L"f\u00FCnf\U0001F512"},
-    {__LINE__, 0xFFFFFFFF, L"minus"},
-    {__LINE__, 0xFFFFFFFE, L"large"},
-    {__LINE__, 0, L"none"}, // what is no number stands for 0
-    {__LINE__, 9, L""},
-    {__LINE__, 10, nullptr}, // names compare with case
-    {__LINE__, 11, nullptr}, // the first table counts
-    {__LINE__, 1, nullptr},  // that is a scanner
-};
-
-TEST_F(Threats, TheFirstElementWithTheNumberGivesItsName)
-{
-    m_cProduct.Store(DocumentId::ThreatsOrkap, g_szTable);
-    for (const FoundRow& stRow : g_aFound) {
-        const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
-        EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, stRow.ulIdentifier),
-                  stRow.pszName != nullptr ? stRow.pszName : L"before");
-        EXPECT_EQ(m_ulResult, stRow.pszName != nullptr ? Result::g_ulSuccess : Result::g_ulFailed);
-        EXPECT_EQ(m_stText.ulIdentifier, stRow.ulIdentifier);
-        EXPECT_EQ(m_stText.tszSecondText, L"before");
-    }
-}
-
-TEST_F(Threats, EachLookUpHasItsOwnTableAndText)
-{
+    const struct
+    {
+        int iLine;
+        std::uint32_t ulValueType;
+        std::uint32_t ulIdentifier;
+        const wchar_t* pszText; // null: not found
+        const wchar_t* pszSecondText = L"before";
+    } aRow[] = {
+        {__LINE__, ValueType::g_ulThreatNameElmap, 7, L"seven"},
+        {__LINE__, ValueType::g_ulThreatNameElmap, 5, L"f\u00FCnf\U0001F512"},
+        {__LINE__, ValueType::g_ulThreatNameElmap, 0xFFFFFFFF, L"minus"},
+        {__LINE__, ValueType::g_ulThreatNameElmap, 0xFFFFFFFE, L"large"},
+        {__LINE__, ValueType::g_ulThreatNameElmap, 0, L"none"}, // what is no number stands for 0
+        {__LINE__, ValueType::g_ulThreatNameElmap, 9, L""},
+        {__LINE__, ValueType::g_ulThreatNameElmap, 10, nullptr}, // names compare with case
+        {__LINE__, ValueType::g_ulThreatNameElmap, 11, nullptr}, // the first table counts
+        {__LINE__, ValueType::g_ulThreatNameElmap, 1, nullptr},  // that is a scanner
+        {__LINE__, ValueType::g_ulThreatNameOrkap, 7, nullptr},  // that is in the other document
+        {__LINE__, ValueType::g_ulThreatDescription, 5, L" a\nb "},
+        {__LINE__, ValueType::g_ulThreatRecommendation, 5, L"delete"},
+        {__LINE__, ValueType::g_ulScannerTitle, 1, L"Sucher", L"sucht & findet"},
+        {__LINE__, ValueType::g_ulScannerTitle, 2, L"", L""},
+        {__LINE__, ValueType::g_ulScannerTitle, 5, nullptr},
+    };
     m_cProduct.Store(DocumentId::ThreatsElmap, g_szTable);
-    EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 7), L"before");
-    EXPECT_EQ(Query(ValueType::g_ulThreatNameElmap, 7), L"seven");
-    EXPECT_EQ(Query(ValueType::g_ulThreatDescription, 5), L" a\nb ");
-    EXPECT_EQ(Query(ValueType::g_ulThreatRecommendation, 5), L"delete");
-    EXPECT_EQ(m_stText.tszSecondText, L"before");
-    EXPECT_EQ(Query(ValueType::g_ulScannerTitle, 1), L"Sucher");
-    EXPECT_EQ(m_stText.tszSecondText, L"sucht & findet");
-    EXPECT_EQ(Query(ValueType::g_ulScannerTitle, 2), L"");
-    EXPECT_EQ(m_stText.tszSecondText, L"");
-    EXPECT_EQ(Query(ValueType::g_ulScannerTitle, 5), L"before");
-    EXPECT_EQ(m_stText.tszSecondText, L"before");
+    m_cProduct.Store(DocumentId::ThreatsOrkap, "<Quillmar><Threats/></Quillmar>");
+    for (const auto& stRow : aRow) {
+        const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
+        EXPECT_EQ(Query(stRow.ulValueType, stRow.ulIdentifier),
+                  stRow.pszText != nullptr ? Result::g_ulSuccess : Result::g_ulFailed);
+        EXPECT_THAT(m_stText, FieldsAre(stRow.ulIdentifier, stRow.pszText != nullptr ? stRow.pszText : L"before",
+                                        stRow.pszSecondText));
+    }
 }
 
 TEST_F(Threats, EachLookUpTellsUnderItsOwnName)
 {
-    TraceRecorder cTrace;
-    for (const auto& stLookup : Varnhelt::Documents::g_aTextLookup) {
-        const bool bScanner = stLookup.pszSecondText != nullptr;
-        m_cProduct.Store(stLookup.enDocument, bScanner ? "<Quillmar><Scanners><Scanner id='3'/></Scanners></Quillmar>"
-                                                       : "<Quillmar><Threats><Threat id='3'/></Threats></Quillmar>");
-        const std::uint32_t ulValueType = ValueType::g_ulThreatNameOrkap
-                                          << (&stLookup - Varnhelt::Documents::g_aTextLookup);
-        ThreatText stText{3, {}, {}};
-        const Varnhelt::Request stRequest{.ulValueType = ulValueType, .pValueData = &stText};
-        CFunctionXml cFunctionXml;
-        cTrace.Clear();
-        EXPECT_EQ(cFunctionXml.QueryValue(stRequest), Result::g_ulSuccess);
-        stText.ulIdentifier = 0xFFFFFFFE;
-        EXPECT_EQ(cFunctionXml.QueryValue(stRequest), Result::g_ulFailed);
-        m_cProduct.Store(stLookup.enDocument, "<Quillmar>");
-        EXPECT_EQ(cFunctionXml.QueryValue(stRequest), Result::g_ulFailed);
-
-        const std::wstring tszMethod = stLookup.pszMethod;
-        std::vector<std::wstring> vecLine;
-        for (const std::wstring& tszLine : cTrace.Lines()) {
-            if (tszLine.find(L"CFunctionXml::QueryValue()") == std::wstring::npos) {
-                vecLine.push_back(tszLine);
-            }
-        }
-        EXPECT_THAT(vecLine, ElementsAre(L".w. [Enter] " + tszMethod + L"...", L".w. [Leave] " + tszMethod + L"...",
-                                         L".w. [Enter] " + tszMethod + L"...",
-                                         bScanner ? L"!!! No <Scanner>: -2" : L"!!! No <Threat>: -2",
-                                         L".w. [Enter] " + tszMethod + L"...",
-                                         L"!!! *** " + tszMethod +
-                                             L" - Got ZkCommon::Storage::XmlException() failed. [0x00000006]"));
+    const std::pair<std::uint32_t, std::wstring> aRow[] = {
+        {ValueType::g_ulThreatNameOrkap, L"CFunctionXml::QueryThreateNameORKAP()"},
+        {ValueType::g_ulThreatNameElmap, L"CFunctionXml::QueryThreateNameELMAP()"},
+        {ValueType::g_ulThreatDescription, L"CFunctionXml::QueryThreateDesELMAP()"},
+        {ValueType::g_ulThreatRecommendation, L"CFunctionXml::QueryThreateRecELMAP()"},
+        {ValueType::g_ulScannerTitle, L"CFunctionXml::QueryTitleELMAP()"},
+    };
+    for (const auto& [ulValueType, tszMethod] : aRow) {
+        const TraceRecorder cTrace;
+        StoreBoth("<Quillmar><Scanners><Scanner id='3'/></Scanners><Threats><Threat id='3'/></Threats></Quillmar>");
+        EXPECT_EQ(Query(ulValueType, 3), Result::g_ulSuccess);
+        EXPECT_EQ(Query(ulValueType, 0xFFFFFFFE), Result::g_ulFailed);
+        StoreBoth("<Quillmar>");
+        EXPECT_EQ(Query(ulValueType, 3), Result::g_ulFailed);
+        const std::wstring tszEnter = L".w. [Enter] " + tszMethod + L"...";
+        EXPECT_THAT(
+            cTrace.Lines(),
+            ElementsAre(tszEnter, L".w. [Leave] " + tszMethod + L"...", tszEnter,
+                        ulValueType == ValueType::g_ulScannerTitle ? L"!!! No <Scanner>: -2" : L"!!! No <Threat>: -2",
+                        tszEnter,
+                        L"!!! *** " + tszMethod + L" - Got ZkCommon::Storage::XmlException() failed. [0x00000006]"));
     }
 }
 
@@ -136,18 +108,19 @@ TEST_F(Threats, ADocumentMustBeWholeBehindTheThreatThatWasFound)
 {
     const std::string sHead = "<Quillmar><Threats><Threat id='1'><Name>one</Name></Threat>";
     const std::string sTail = "</Threats></Quillmar>";
-    m_cProduct.Store(DocumentId::ThreatsOrkap, sHead + sTail);
-    EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 1), L"one");
     for (const std::string& sBad : {sHead, sHead + "<Threat>" + sTail, sHead + sTail + "<tail/>", sHead + "&x;" + sTail,
-                                    sHead + "\xFF" + sTail, std::string()}) {
-        m_cProduct.Store(DocumentId::ThreatsOrkap, sBad);
-        EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 1), L"before") << sBad;
-        EXPECT_EQ(m_ulResult, Result::g_ulFailed);
+                                    sHead + "\xFF" + sTail, std::string(), "<Other>" + sHead + sTail + "</Other>"}) {
+        StoreBoth(sBad);
+        EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 1), Result::g_ulFailed) << sBad;
+        EXPECT_EQ(m_stText.tszText, L"before") << sBad;
     }
-    m_cProduct.Store(DocumentId::ThreatsOrkap, "<Other><Threats><Threat id='1'/></Threats></Other>");
-    EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 1), L"before");
+    StoreBoth(sHead + sTail);
+    EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 1), Result::g_ulSuccess);
     TestProduct::Unregister();
-    EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 1), L"before");
+    const TraceRecorder cTrace(0x100);
+    EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 1), Result::g_ulFailed);
+    EXPECT_THAT(cTrace.Messages(), Contains(L"*** Frwk::Utility::GetInstalledFolder() -  Got "
+                                            L"ZkCommon::Storage::Exception(). [0x00000002]"));
 }
 
 } // namespace

@@ -1,0 +1,179 @@
+// What all documents share: requests that lack something, and documents that are missing, damaged or empty.
+
+#include "DocumentTest.h"
+
+#include <utility>
+
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+using Outcome = std::pair<std::uint32_t, std::size_t>; // the result, and how much there is then in the list
+
+/** Carries a request out on a list with so many entries. */
+template <class TList, std::size_t t_uEntries = 2>
+Outcome Try(Handler _pfnHandler, void* _pOption)
+{
+    TList list(t_uEntries);
+    const std::uint32_t ulResult =
+        (CFunctionXml().*_pfnHandler)({.ulValueSubType = 1, .pValueData = &list, .pOptionData = _pOption});
+    return {ulResult, list.size()};
+}
+
+template <>
+Outcome Try<InstallPuIds>(Handler _pfnHandler, void*)
+{
+    InstallPuIds stPuIds{{1}, {2}, {3}, {4}, 5};
+    const std::uint32_t ulResult = (CFunctionXml().*_pfnHandler)({.pValueData = &stPuIds});
+    return {ulResult, stPuIds.vecPattern.size() + stPuIds.vecEngine.size() + stPuIds.vecProduct.size() +
+                          stPuIds.vecReserved.size() + stPuIds.ulReserved};
+}
+
+/** One way to read or write a document. */
+struct Way
+{
+    DocumentId enDocument;
+    Handler pfnHandler;
+    std::wstring tszMethod;
+    std::wstring tszRecord;                      // as its lines call it
+    Outcome (*pfnTry)(Handler, void*) = nullptr; // null: only what lacks a record goes as everywhere
+    bool bOwnTexts = false;                      // has lines of its own for documents at fault
+};
+
+#define METHOD(name) &CFunctionXml::name, L"CFunctionXml::" #name L"()"
+const Way g_aWay[] = {
+    {DocumentId::ServiceUnits, METHOD(QueryValueAsServiceUnit), L"pArrayOfUnitService", &Try<std::vector<ServiceUnit>>},
+    {DocumentId::Policy, METHOD(QueryValueAsEnforcePolicy), L"pArrayOfEnPolicy", &Try<std::vector<PolicyController>>},
+    {DocumentId::Policy, METHOD(StoreValueAsEnforcePolicy), L"pArrayOfEnPolicy",
+     &Try<std::vector<PolicyController>, 0>},
+    {DocumentId::Policy, METHOD(QueryValueAsSpecificEnforcePolicy), L"pPolicyCtl"},
+    {DocumentId::EnforceData, METHOD(QueryValueAsEnforceData), L"pArrayOfEnData", &Try<std::vector<DataController>>},
+    {DocumentId::PuIds, METHOD(QueryValueAsInstallPuIds), L"pPuIds", &Try<InstallPuIds>},
+    {DocumentId::VersionInfo, METHOD(QueryValueAsVersionInfo), L"pVersionInformation",
+     &Try<std::vector<VersionInformation>>, true},
+    {DocumentId::CompetitorActions, METHOD(QueryValueAsInstallCompetitorActionDB), L"pArrayCompetitorAction",
+     &Try<std::vector<CompetitorAction>>},
+    {DocumentId::CompetitorDetections, METHOD(QueryValueAsInstallCompetitorDetectionDB), L"pArrayCompetitorDetection",
+     &Try<std::vector<CompetitorDetection>>, true},
+    {DocumentId::Compatibility, METHOD(QueryValueAsInstallCompatibilityCheckDB), L"pArrayCompatibilityOSCheckEntry",
+     &Try<std::vector<CompatibilityPlatform>>},
+    {DocumentId::Alias, METHOD(QueryValueAsDeployAliasConfig), L"pstDeployAliasConfig", &Try<DeployAliasConfig>, true},
+    {DocumentId::Alias, METHOD(StoreValueAsDeployAliasConfig), L"pstDeployAliasConfig", &Try<DeployAliasConfig, 0>,
+     true},
+    {DocumentId::Component, METHOD(QueryValueAsDeployComponentConfig), L"pstDeployComponentConfig",
+     &Try<DeployComponentConfig>, true},
+    {DocumentId::KeyConfig, METHOD(QueryValueAsKeyConfig), L"pKeyConfig", &Try<std::vector<DeployKey>>},
+    {DocumentId::RegistryData, METHOD(QueryValueAsRegistryData), L"pRegistryConfig", &Try<std::vector<RegistryData>>,
+     true},
+    {DocumentId::ThreatsOrkap, METHOD(QueryThreateNameORKAP), L"pThreatText"},
+    {DocumentId::ThreatsElmap, METHOD(QueryThreateNameELMAP), L"pThreatText"},
+    {DocumentId::ThreatsElmap, METHOD(QueryThreateDesELMAP), L"pThreatText"},
+    {DocumentId::ThreatsElmap, METHOD(QueryThreateRecELMAP), L"pThreatText"},
+    {DocumentId::ThreatsElmap, METHOD(QueryTitleELMAP), L"pThreatText"},
+};
+
+void PrintTo(const Way& _rstWay, std::ostream* _pStream)
+{
+    *_pStream << testing::PrintToString(_rstWay.tszMethod);
+}
+
+class Documents : public testing::TestWithParam<Way>
+{
+protected:
+    /** @param _rtszLast  the last line; empty: not compared */
+    void Expect(std::uint32_t _ulResult, const std::wstring& _rtszLast)
+    {
+        const Lines vecBefore = m_cProduct.Leftovers();
+        const TraceRecorder cTrace(0x101);
+        EXPECT_EQ(m_stWay.pfnTry(m_stWay.pfnHandler, m_pOption), Outcome(_ulResult, 0));
+        const Lines vecLine = cTrace.Messages();
+        EXPECT_EQ(vecLine.front(), L"[Enter] " + m_stWay.tszMethod + L"...");
+        EXPECT_EQ(vecLine.back(), _rtszLast.empty() ? vecLine.back() : _rtszLast);
+        EXPECT_EQ(m_cProduct.Leftovers(), vecBefore);
+    }
+
+    const Way m_stWay = GetParam();
+    const Document& m_rstDocument = DocumentOf(m_stWay.enDocument);
+    const wchar_t* m_pszFile = m_rstDocument.pszFile != nullptr ? m_rstDocument.pszFile : L"d";
+    const std::wstring m_tszError = L"*** " + m_stWay.tszMethod + L" - ";
+    TestProduct m_cProduct;
+    XmlPathConfig m_stPath{{{}, m_cProduct.Folder().Path().wstring()}, m_pszFile}; // begins with the directory's record
+    RegistryDataRequest m_stData{{}, m_cProduct.Folder().File(m_pszFile)};
+    void* m_pOption = m_stWay.enDocument == DocumentId::RegistryData ? static_cast<void*>(&m_stData) : &m_stPath;
+};
+
+INSTANTIATE_TEST_SUITE_P(Ways, Documents, testing::ValuesIn(g_aWay));
+
+TEST_P(Documents, WhatARequestLacksIsNamedAndItsListIsEmpty)
+{
+    XmlPathConfig stNoFolder{{}, L"d"};
+    XmlPathConfig stNoFile{{{}, L"C:\\"}, L""};
+    const struct
+    {
+        Location enLocation;
+        void* pOption;
+        const wchar_t* pszLine;
+    } aLacking[] = {
+        {Location::Directory, nullptr, L"pXmlDirectoryConfig was invalid."},
+        {Location::Directory, &stNoFolder, L"pXmlDirectoryConfig->tszXmlDir was empty."},
+        {Location::Path, nullptr, L"pstXmlPathConfig was invalid."},
+        {Location::Path, &stNoFolder, L"pstXmlPathConfig->stXmlDirectoryConfig.tszXmlDir was empty."},
+        {Location::Path, &stNoFile, L"tszXmlFileName was empty."},
+    };
+    const TraceRecorder cTrace(0x100);
+    EXPECT_EQ((CFunctionXml().*m_stWay.pfnHandler)({}), Result::g_ulMissingObject);
+    Lines vecExpected{m_stWay.tszRecord + L" was invalid."};
+    for (const auto& stLacking : aLacking) {
+        if (stLacking.enLocation == m_rstDocument.enLocation && m_pOption == &m_stPath) {
+            EXPECT_EQ(m_stWay.pfnTry(m_stWay.pfnHandler, stLacking.pOption), Outcome(Result::g_ulMissingObject, 0));
+            vecExpected.emplace_back(stLacking.pszLine);
+        }
+    }
+    EXPECT_EQ(cTrace.Messages(), Behind(m_tszError, vecExpected));
+}
+
+TEST_P(Documents, OneThatIsMissingOrDamagedFailsAndAnEmptyOneIsRead)
+{
+    if (m_stWay.pfnTry == nullptr) {
+        return;
+    }
+    const auto XmlLine = [&](const wchar_t* _pszCode) {
+        return m_stWay.bOwnTexts ? L"" : m_tszError + L"Got ZkCommon::Storage::XmlException() failed. " + _pszCode;
+    };
+    const bool bInstalled = m_rstDocument.enLocation == Location::Installed;
+    const auto ExpectNoFile = [&](const wchar_t* _pszCode) {
+        if (m_rstDocument.szKey == nullptr) {
+            Expect(Result::g_ulFailed, XmlLine(_pszCode));
+        } else if (bInstalled) {
+            Expect(Result::g_ulFailed, m_tszError + L"tszXmlFile is empty");
+        } else {
+            Expect(Result::g_ulMissingObject, m_tszError + L"tszXmlPath was empty.");
+        }
+    };
+    ExpectNoFile(L"[0x00000002]");
+
+    std::string sHead;
+    std::string sTail;
+    for (const auto& element : std::filesystem::path(m_rstDocument.pszRoot).relative_path()) {
+        sHead += "<" + element.string() + ">";
+        sTail.insert(0, "</" + element.string() + ">");
+    }
+    for (const std::string& sDamaged :
+         {sHead, sHead + sTail + "<tail/>", sHead + "\xFF\xFE" + sTail,
+          "<?xml version='1.0' encoding='x-unknown'?>" + sHead + sTail, std::string("no document at all")}) {
+        m_cProduct.Store(m_stWay.enDocument, sDamaged, m_pszFile);
+        Expect(Result::g_ulFailed, XmlLine(L"[0x00000006]"));
+        EXPECT_EQ(m_cProduct.Plain(m_stWay.enDocument, m_pszFile), sDamaged);
+    }
+    for (const std::string& sEmpty : {"<Other>" + sHead + sTail + "</Other>", sHead + sTail}) {
+        m_cProduct.Store(m_stWay.enDocument, sEmpty, m_pszFile);
+        Expect(Result::g_ulSuccess, m_stWay.bOwnTexts ? L"" : L"[Leave] " + m_stWay.tszMethod + L"...");
+    }
+    TestProduct::Unregister();
+    if (bInstalled) {
+        ExpectNoFile(L"[0x00000003]");
+    }
+}
+
+} // namespace
