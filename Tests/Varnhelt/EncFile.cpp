@@ -6,8 +6,6 @@
 #include "TraceRecorder.h"
 #include "ZkComn_FileCrypt.h"
 
-#include <algorithm>
-#include <array>
 #include <gmock/gmock.h>
 
 using namespace ZkCommon;
@@ -18,116 +16,94 @@ namespace {
 
 constexpr std::string_view g_svKey = "Wq8#Lp2!Zr7$Mv4&";
 
-/** A folder for copies and one with the encrypted document "a.xen". */
-struct Fixture
+std::ptrdiff_t Count(const TempFolder& _rcFolder)
 {
-    explicit Fixture(std::string_view _svPlain = "<document>of some length</document>") { Store(_svPlain); }
+    return std::distance(std::filesystem::directory_iterator(_rcFolder.Path()), {});
+}
 
-    void Store(std::string_view _svPlain) const
+/** A folder for copies, and one with the encrypted document "a.xen". */
+class EncFile : public testing::Test
+{
+protected:
+    EncFile()
     {
-        cDocuments.Write(L"plain", _svPlain);
-        std::array<std::uint8_t, 16> aKey;
-        std::ranges::copy(g_svKey, aKey.begin());
-        EXPECT_TRUE(File::EncryptFile(cDocuments.File(L"plain"), cDocuments.File(L"a.xen"), aKey));
-        std::filesystem::remove(cDocuments.Path() / L"plain");
+        CEncFile cFile = Open();
+        EXPECT_TRUE(cFile.WritePlain("<document>of some length</document>") && cFile.Encrypt());
     }
     CEncFile Open(std::wstring_view _svName = L"a.xen") const
     {
-        return CEncFile(cCopies.Path().wstring(), cDocuments.File(_svName), g_svKey);
+        return {m_cCopies.Path().wstring(), m_cDocuments.File(_svName), g_svKey};
     }
-    static std::ptrdiff_t Count(const TempFolder& _rcFolder)
+    static std::string Content(const std::wstring& _tszPath)
     {
-        return std::distance(std::filesystem::directory_iterator(_rcFolder.Path()), {});
+        ByteArray stContent;
+        EXPECT_EQ(File::Read(_tszPath, stContent, File::g_ulShareAll).ulError, 0U);
+        return {stContent.Bytes().begin(), stContent.Bytes().end()};
     }
+    std::string Stored(std::wstring_view _svName = L"a.xen") const { return Content(Open(_svName).DecryptedPath()); }
 
-    TempFolder cCopies;
-    TempFolder cDocuments;
+    TempFolder m_cCopies;
+    TempFolder m_cDocuments;
 };
 
-std::string Content(const std::wstring& _tszPath)
+TEST_F(EncFile, KeepsOneCopyUntilItIsDeletedOrDestroyed)
 {
-    ByteArray stContent;
-    EXPECT_EQ(File::Read(_tszPath, stContent, File::g_ulShareAll).ulError, 0U);
-    return {stContent.Bytes().begin(), stContent.Bytes().end()};
-}
-
-} // namespace
-
-TEST(EncFile, KeepsOneCopyUntilItIsDeletedOrDestroyed)
-{
-    const Fixture stFixture;
     {
-        CEncFile cFile = stFixture.Open();
+        CEncFile cFile = Open();
         EXPECT_TRUE(cFile.DeleteDecrypted());
         const std::wstring tszCopy = cFile.DecryptedPath();
         EXPECT_EQ(Content(tszCopy), "<document>of some length</document>");
         EXPECT_EQ(cFile.DecryptedPath(), tszCopy);
         EXPECT_TRUE(cFile.Decrypt());
-        EXPECT_EQ(Fixture::Count(stFixture.cCopies), 1);
+        EXPECT_EQ(Count(m_cCopies), 1);
         EXPECT_TRUE(cFile.DeleteDecrypted());
-        EXPECT_EQ(Fixture::Count(stFixture.cCopies), 0);
+        EXPECT_EQ(Count(m_cCopies), 0);
         EXPECT_NE(cFile.DecryptedPath(), L"");
     }
-    EXPECT_EQ(Fixture::Count(stFixture.cCopies), 0);
+    EXPECT_EQ(Count(m_cCopies), 0);
 }
 
-TEST(EncFile, TellsWhyADocumentCouldNotBeDecrypted)
+TEST_F(EncFile, TellsWhyADocumentCouldNotBeDecrypted)
 {
-    const Fixture stFixture;
-    stFixture.cDocuments.Write(L"odd.xen", std::string(17, 'x'));
-    const std::wstring tszFolder = stFixture.cCopies.Path().wstring();
-    const std::wstring tszFile = stFixture.cDocuments.File(L"a.xen");
-    const std::wstring tszMissing = stFixture.cDocuments.File(L"no.xen");
-    const std::wstring tszDecryptFailed =
-        L"!!! *** CEncFile::Decrypt() - ZkCommon::Storage::File::DecryptFile() failed";
-    const std::wstring tszFileLine = L"!!! *** ZkCommon::Storage::File::DecryptFile() - ";
+    m_cDocuments.Write(L"odd.xen", std::string(17, 'x'));
+    const std::wstring tszFolder = m_cCopies.Path().wstring();
+    const std::wstring tszFile = m_cDocuments.File(L"a.xen");
+    const std::wstring tszMissing = m_cDocuments.File(L"no.xen");
     const struct
     {
         int iLine;
         std::wstring tszFolder;
         std::wstring tszFile;
-        std::string sKey;
-        std::vector<std::wstring> vecLines;
+        std::string_view svKey;
+        std::wstring tszLine;
+        std::wstring tszReason = {}; // a line before it, of the conversion
     } aRows[] = {
-        {__LINE__, L"", tszFile, std::string(g_svKey), {L"!!! *** CEncFile::Decrypt() - m_tsFolderPath is empty"}},
-        {__LINE__, tszFolder, L"", std::string(g_svKey), {L"!!! *** CEncFile::Decrypt() - m_tsEncFilePath is empty"}},
-        {__LINE__, tszFolder, tszFile, "fifteen letters", {L"!!! *** CEncFile::Decrypt() - m_sKey is invalid: 15"}},
-        {__LINE__,
-         tszFolder,
-         tszMissing,
-         std::string(17, 'k'),
-         {L"!!! *** CEncFile::Decrypt() - m_sKey is invalid: 17"}},
-        {__LINE__,
-         tszFolder + L"\\no",
-         tszFile,
-         std::string(g_svKey),
-         {L"!!! *** CEncFile::Decrypt() - ::GetTempFileName() failed: 0x00000003"}},
-        {__LINE__,
-         tszFolder,
-         tszMissing,
-         std::string(g_svKey),
-         {tszFileLine + L"Failed to open file(" + tszMissing + L"), error: 2", tszDecryptFailed}},
-        {__LINE__,
-         tszFolder,
-         stFixture.cDocuments.File(L"odd.xen"),
-         std::string(g_svKey),
-         {tszFileLine + L"Failed to Rijndael::Convert(), error: 13", tszDecryptFailed}},
+        {__LINE__, L"", tszFile, g_svKey, L"m_tsFolderPath is empty"},
+        {__LINE__, tszFolder, L"", g_svKey, L"m_tsEncFilePath is empty"},
+        {__LINE__, tszFolder, tszFile, "fifteen letters", L"m_sKey is invalid: 15"},
+        {__LINE__, tszFolder, tszMissing, "seventeen letters", L"m_sKey is invalid: 17"},
+        {__LINE__, tszFolder + L"\\no", tszFile, g_svKey, L"::GetTempFileName() failed: 0x00000003"},
+        {__LINE__, tszFolder, tszMissing, g_svKey, L"ZkCommon::Storage::File::DecryptFile() failed",
+         L"Failed to open file(" + tszMissing + L"), error: 2"},
+        {__LINE__, tszFolder, m_cDocuments.File(L"odd.xen"), g_svKey, L"ZkCommon::Storage::File::DecryptFile() failed",
+         L"Failed to Rijndael::Convert(), error: 13"},
     };
-    for (auto stRow : aRows) {
+    for (const auto& stRow : aRows) {
         const testing::ScopedTrace cScope(__FILE__, stRow.iLine, "decrypt");
         const TraceRecorder cTrace(0x110);
-        CEncFile cFile(stRow.tszFolder, stRow.tszFile, stRow.sKey);
-        EXPECT_EQ(cFile.DecryptedPath(), L"");
-        stRow.vecLines.push_back(L"!!! *** CEncFile::DecryptedPath() - CEncFile::Decrypt() failed");
-        EXPECT_EQ(cTrace.Lines(), stRow.vecLines);
-        EXPECT_EQ(Fixture::Count(stFixture.cCopies), 0);
+        EXPECT_EQ(CEncFile(stRow.tszFolder, stRow.tszFile, stRow.svKey).DecryptedPath(), L"");
+        std::vector<std::wstring> vecExpected = {L"!!! *** ZkCommon::Storage::File::DecryptFile() - " + stRow.tszReason,
+                                                 L"!!! *** CEncFile::Decrypt() - " + stRow.tszLine,
+                                                 L"!!! *** CEncFile::DecryptedPath() - CEncFile::Decrypt() failed"};
+        vecExpected.erase(vecExpected.begin(), vecExpected.begin() + (stRow.tszReason.empty() ? 1 : 0));
+        EXPECT_EQ(cTrace.Lines(), vecExpected);
+        EXPECT_EQ(Count(m_cCopies), 0);
     }
 }
 
-TEST(EncFile, LeavesNoCopyBehindAFailedWriteAndReportsACopyThatIsGone)
+TEST_F(EncFile, LeavesNoCopyBehindAFailedWriteAndReportsACopyThatIsGone)
 {
-    const Fixture stFixture;
-    CEncFile cFile = stFixture.Open();
+    CEncFile cFile = Open();
     {
         const ApiFault<API(WriteFile)> cFault(ERROR_DISK_FULL);
         EXPECT_FALSE(cFile.Decrypt());
@@ -137,7 +113,7 @@ TEST(EncFile, LeavesNoCopyBehindAFailedWriteAndReportsACopyThatIsGone)
         const ApiFault<API(WriteFile)> cFault(ERROR_DISK_FULL);
         EXPECT_FALSE(cFile.WritePlain("half"));
     }
-    EXPECT_EQ(Fixture::Count(stFixture.cCopies), 0);
+    EXPECT_EQ(Count(m_cCopies), 0);
 
     const TraceRecorder cTrace(0x110);
     ASSERT_TRUE(cFile.Decrypt());
@@ -145,20 +121,18 @@ TEST(EncFile, LeavesNoCopyBehindAFailedWriteAndReportsACopyThatIsGone)
         const ApiFault<API(DeleteFileW)> cFault(ERROR_SHARING_VIOLATION);
         EXPECT_FALSE(cFile.DeleteDecrypted());
     }
-    EXPECT_EQ(Fixture::Count(stFixture.cCopies), 0) << "the handle removes what the call did not";
+    EXPECT_EQ(Count(m_cCopies), 0) << "the handle removes what the call did not";
     EXPECT_THAT(cTrace.Lines(),
                 ElementsAre(L"@@@ nLenConverted: 35",
                             L"!!! *** CEncFile::DeleteDecrypted() - ::DeleteFile() failed: 0x00000020"));
 }
 
-TEST(EncFile, StoresWhatTheCopyHoldsByWhicheverWayItGotThere)
+TEST_F(EncFile, StoresWhatTheCopyHoldsByWhicheverWayItGotThere)
 {
-    const Fixture stFixture;
-    CEncFile cFile = stFixture.Open();
+    CEncFile cFile = Open();
     ASSERT_TRUE(cFile.WritePlain("<longer>than what was there before, by far</longer>"));
-    ASSERT_TRUE(cFile.WritePlain("<new/>"));
-    ASSERT_TRUE(cFile.Encrypt());
-    EXPECT_EQ(Content(stFixture.Open().DecryptedPath()), "<new/>");
+    ASSERT_TRUE(cFile.WritePlain("<new/>") && cFile.Encrypt());
+    EXPECT_EQ(Stored(), "<new/>");
 
     {
         const FileHandle hSecond(::CreateFileW(cFile.DecryptedPath().c_str(), GENERIC_WRITE, File::g_ulShareAll,
@@ -167,36 +141,33 @@ TEST(EncFile, StoresWhatTheCopyHoldsByWhicheverWayItGotThere)
         ASSERT_TRUE(::WriteFile(hSecond.Get(), "<other/>", 8, &ulWritten, nullptr));
     }
     ASSERT_TRUE(cFile.Encrypt());
-    EXPECT_EQ(Content(stFixture.Open().DecryptedPath()), "<other/>");
+    EXPECT_EQ(Stored(), "<other/>");
 
-    CEncFile cNew = stFixture.Open(L"new.xen");
+    CEncFile cNew = Open(L"new.xen");
     EXPECT_FALSE(cNew.Encrypt());
     ASSERT_TRUE(cNew.WritePlain("<first/>") && cNew.Encrypt());
-    EXPECT_EQ(Content(stFixture.Open(L"new.xen").DecryptedPath()), "<first/>");
+    EXPECT_EQ(Stored(L"new.xen"), "<first/>");
 }
 
-TEST(EncFile, LeavesTheDocumentAsItWasWhicheverStepFails)
+TEST_F(EncFile, LeavesTheDocumentAsItWasWhicheverStepFails)
 {
-    const Fixture stFixture("old");
-    const std::wstring tszEncryptFailed =
-        L"!!! *** CEncFile::Encrypt() - ZkCommon::Storage::File::EncryptFile() failed";
-    CEncFile cFile = stFixture.Open();
-    ASSERT_TRUE(cFile.WritePlain("new"));
+    const wchar_t* pszEncryptFailed = L"ZkCommon::Storage::File::EncryptFile() failed";
     const struct
     {
         int iLine;
         std::shared_ptr<void> (*pfnFault)(DWORD, int);
         int iCall;
-        std::wstring tszLastLine;
+        const wchar_t* pszLastLine;
     } aRows[] = {
-        {__LINE__, &MakeFault<API(CreateFileW)>, 1,
-         L"!!! *** CEncFile::Encrypt() - ::GetTempFileName() failed: 0x00000070"},
-        {__LINE__, &MakeFault<API(CreateFileW)>, 2, tszEncryptFailed},
-        {__LINE__, &MakeFault<API(ReadFile)>, 1, tszEncryptFailed},
-        {__LINE__, &MakeFault<API(WriteFile)>, 1, tszEncryptFailed},
-        {__LINE__, &MakeFault<API(FlushFileBuffers)>, 1, tszEncryptFailed},
-        {__LINE__, &MakeFault<API(MoveFileExW)>, 1, L"!!! *** CEncFile::Encrypt() - ::MoveFileEx() failed: 0x00000070"},
+        {__LINE__, &MakeFault<API(CreateFileW)>, 1, L"::GetTempFileName() failed: 0x00000070"},
+        {__LINE__, &MakeFault<API(CreateFileW)>, 2, pszEncryptFailed},
+        {__LINE__, &MakeFault<API(ReadFile)>, 1, pszEncryptFailed},
+        {__LINE__, &MakeFault<API(WriteFile)>, 1, pszEncryptFailed},
+        {__LINE__, &MakeFault<API(FlushFileBuffers)>, 1, pszEncryptFailed},
+        {__LINE__, &MakeFault<API(MoveFileExW)>, 1, L"::MoveFileEx() failed: 0x00000070"},
     };
+    CEncFile cFile = Open();
+    ASSERT_TRUE(cFile.WritePlain("new"));
     for (const auto& stRow : aRows) {
         const testing::ScopedTrace cScope(__FILE__, stRow.iLine, "encrypt");
         const TraceRecorder cTrace(0x110);
@@ -204,15 +175,15 @@ TEST(EncFile, LeavesTheDocumentAsItWasWhicheverStepFails)
             const std::shared_ptr<void> pFault = stRow.pfnFault(ERROR_DISK_FULL, stRow.iCall);
             EXPECT_FALSE(cFile.Encrypt());
         }
-        EXPECT_EQ(cTrace.Lines().back(), stRow.tszLastLine);
-        EXPECT_EQ(Fixture::Count(stFixture.cDocuments), 1);
-        EXPECT_EQ(Content(stFixture.Open().DecryptedPath()), "old");
+        EXPECT_EQ(cTrace.Lines().back(), std::wstring(L"!!! *** CEncFile::Encrypt() - ") + stRow.pszLastLine);
+        EXPECT_EQ(Count(m_cDocuments), 1);
+        EXPECT_EQ(Stored(), "<document>of some length</document>");
     }
     EXPECT_TRUE(cFile.Encrypt());
-    EXPECT_EQ(Content(stFixture.Open().DecryptedPath()), "new");
+    EXPECT_EQ(Stored(), "new");
 }
 
-TEST(EncFile, DISABLED_IsBeingRead)
+TEST(EncFileChild, DISABLED_IsBeingRead)
 {
     CEncFile cFile(Child::Folder(), Child::Folder() + L"\\a.xen", g_svKey);
     const std::wstring tszCopy = cFile.DecryptedPath();
@@ -223,12 +194,13 @@ TEST(EncFile, DISABLED_IsBeingRead)
     }
 }
 
-TEST(EncFile, LeavesNoCopyWhenTheProcessIsKilledWhileReading)
+TEST_F(EncFile, LeavesNoCopyWhenTheProcessIsKilledWhileReading)
 {
-    const Fixture stFixture;
-    Child cChild("EncFile.DISABLED_IsBeingRead", stFixture.cDocuments.Path().wstring());
+    Child cChild("EncFileChild.DISABLED_IsBeingRead", m_cDocuments.Path().wstring());
     ASSERT_TRUE(cChild.IsReady());
-    EXPECT_EQ(Fixture::Count(stFixture.cDocuments), 2);
+    EXPECT_EQ(Count(m_cDocuments), 2);
     cChild.Kill();
-    EXPECT_EQ(Fixture::Count(stFixture.cDocuments), 1);
+    EXPECT_EQ(Count(m_cDocuments), 1);
 }
+
+} // namespace
