@@ -39,14 +39,13 @@ TEST_F(Compatibility, EveryFieldIsReadAndToldLineByLine)
                                           ElementsAre(FieldsAre(L"10", L"FW", L"p", L"l", L"q", L"r", L"0")),
                                           ElementsAre(FieldsAre(L"EN-US", L"Hi \u00E4"), FieldsAre(L"", L"none")))))));
 
-    const std::wstring tszFolder = m_stDirectory.tszXmlDir + L"\\";
     const std::wstring tszReader = L"[CFunctionXml::QueryValueAsInstallCompatibilityCheckDB";
     EXPECT_EQ(
         ReaderLines(cTrace),
         Joined({{L".w. [Enter] CFunctionXml::QueryValueAsInstallCompatibilityCheckDB()...",
-                 L".w. *** CFunctionXml::QueryValueAsInstallCompatibilityCheckDB() - tszXmlFile = [" + tszFolder +
+                 L".w. *** CFunctionXml::QueryValueAsInstallCompatibilityCheckDB() - tszXmlFile = [" + m_tszFolder +
                      L"compatck.xml]",
-                 L"@@@ Xml parser directory: " + tszFolder},
+                 L"@@@ Xml parser directory: " + m_tszFolder},
                 Behind(L".w. " + tszReader + L"]",
                        {L" OS tszPlatformMajorVersion=[6]", L" OS tszPlatformMinorVersion=[1]",
                         L" OS tszPlatformReVersion=[0]", L" OS tszPlatformBuild=[7601]",

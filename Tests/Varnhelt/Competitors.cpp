@@ -45,7 +45,7 @@ TEST_F(CompetitorDetections, TakeEveryFieldFromItsChildAndTheDefaultWhereItIsMis
     EXPECT_THAT(stProduct.lstIdentification,
                 ElementsAre(FieldsAre(false, true, L"pb", true, L"p\\q", L"kn", L"kt", L"kc", L"kv", L"ub", true, L"u"),
                             Default, Default));
-    EXPECT_THAT(cTrace.Messages(), ElementsAre(L"Xml parser directory: " + m_stDirectory.tszXmlDir + L"\\"));
+    EXPECT_THAT(cTrace.Messages(), ElementsAre(L"Xml parser directory: " + m_tszFolder));
 }
 
 TEST_F(CompetitorDetections, TellOfABadDocumentUnderTheActionReadersName)

@@ -7,40 +7,10 @@ using testing::ElementsAre;
 using testing::FieldsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using Varnhelt::DocumentId;
 
 namespace {
 
-/** A product with a document "d.xen". */
-class Deployment : public testing::Test
-{
-protected:
-    TestProduct m_cProduct;
-    XmlPathConfig m_stPath{{{}, m_cProduct.Folder().Path().wstring() + L"\\"}, L"d.xen"};
-};
-
-class Aliases : public Deployment
-{
-protected:
-    std::uint32_t Query()
-    {
-        return CFunctionXml().QueryValue(
-            {.ulValueType = ValueType::g_ulDeployAlias, .pValueData = &m_lstAlias, .pOptionData = &m_stPath});
-    }
-    std::uint32_t Store(DeployAliasConfig _lstAlias)
-    {
-        return CFunctionXml().StoreValue(
-            {.ulValueType = ValueType::g_ulDeployAlias, .pValueData = &_lstAlias, .pOptionData = &m_stPath});
-    }
-    void Write(std::string_view _svXml) const { m_cProduct.Store(DocumentId::Alias, _svXml, L"d.xen"); }
-    std::string Stored() const
-    {
-        EXPECT_THAT(m_cProduct.Leftovers(), ElementsAre(m_cProduct.Folder().File(L"d.xen")));
-        return m_cProduct.Stored(DocumentId::Alias, L"d.xen");
-    }
-
-    DeployAliasConfig m_lstAlias;
-};
+using Aliases = DocumentTest<ValueType::g_ulDeployAlias, DeployAliasConfig>;
 
 TEST_F(Aliases, AStoreUpdatesEveryAliasOfItsIdAndAppendsWhatIsNew)
 {
@@ -49,17 +19,16 @@ TEST_F(Aliases, AStoreUpdatesEveryAliasOfItsIdAndAppendsWhatIsNew)
     const DeployAliasConfig lstAlias = {
         {L"A", L"", L"new \u00E4"}, {L"B", L"Q", L""}, {L"A", L"R", L"last"}, {L"B", L"", L"again"}};
     ASSERT_EQ(Store(lstAlias), Result::g_ulSuccess);
-    EXPECT_EQ(m_cProduct.Plain(DocumentId::Alias, L"d.xen"),
-              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<Aliases v=\"1\">\r\n\t<!-- c -->\r\n"
-              "\t<Alias Id=\"A\" Property=\"R\">last</Alias>\r\n\t<Other Id=\"A\"/>\r\n"
-              "\t<Alias Id=\"a\">2</Alias>\r\n\t<Alias Id=\"A\" x=\"y\" Property=\"R\">last</Alias>\r\n"
-              "\t<Alias Id=\"B\" Property=\"Q\">again</Alias>\r\n</Aliases>\r\n");
+    EXPECT_EQ(Plain(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<Aliases v=\"1\">\r\n\t<!-- c -->\r\n"
+                       "\t<Alias Id=\"A\" Property=\"R\">last</Alias>\r\n\t<Other Id=\"A\"/>\r\n"
+                       "\t<Alias Id=\"a\">2</Alias>\r\n\t<Alias Id=\"A\" x=\"y\" Property=\"R\">last</Alias>\r\n"
+                       "\t<Alias Id=\"B\" Property=\"Q\">again</Alias>\r\n</Aliases>\r\n");
     const std::string sOnce = Stored();
     ASSERT_EQ(Store(lstAlias), Result::g_ulSuccess);
     EXPECT_EQ(Stored(), sOnce);
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_THAT(m_lstAlias, ElementsAre(FieldsAre(L"A", L"R", L"last"), FieldsAre(L"a", L"", L"2"),
-                                        FieldsAre(L"A", L"R", L"last"), FieldsAre(L"B", L"Q", L"again")));
+    EXPECT_THAT(m_Records, ElementsAre(FieldsAre(L"A", L"R", L"last"), FieldsAre(L"a", L"", L"2"),
+                                       FieldsAre(L"A", L"R", L"last"), FieldsAre(L"B", L"Q", L"again")));
 }
 
 TEST_F(Aliases, AStoreThatFailsLeavesTheDocument)
@@ -100,32 +69,21 @@ TEST_F(Aliases, ManyAliasesAreStoredInOneWalk)
     ASSERT_EQ(Store(lstAlias), Result::g_ulSuccess);
     EXPECT_LT(::GetTickCount64() - ullStart, 5000U);
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_EQ(m_lstAlias.size(), 30000U);
+    EXPECT_EQ(m_Records.size(), 30000U);
 }
 
-class Components : public Deployment
+class Components : public DocumentTest<ValueType::g_ulDeployComponent, DeployComponentConfig>
 {
 protected:
-    std::uint32_t Query(std::uint32_t _ulSection = 1, std::uint32_t _ulRunMode = 1)
+    void WriteInstall(const std::string& _rsXml) const
     {
-        return CFunctionXml().QueryValue({.ulValueType = ValueType::g_ulDeployComponent,
-                                          .ulValueSubType = _ulSection,
-                                          .pValueData = &m_lstComponent,
-                                          .ulValueOption = _ulRunMode,
-                                          .pOptionData = &m_stPath});
+        Write("<Components><Uninstall/><Install>" + _rsXml + "</Install></Components>");
     }
-    void Write(const std::string& _rsInstall) const
-    {
-        m_cProduct.Store(DocumentId::Component,
-                         "<Components><Uninstall/><Install>" + _rsInstall + "</Install></Components>", L"d.xen");
-    }
-
-    DeployComponentConfig m_lstComponent;
 };
 
 TEST_F(Components, EveryFieldOfEveryPartIsRead)
 {
-    Write(R"(<Component Id="C" Directory="D" Platform="Vista32" Process="X86">
+    WriteInstall(R"(<Component Id="C" Directory="D" Platform="Vista32" Process="X86">
         <File Id="f" Action="deploy" SourceDirectory="sd" SourceName="sn" Name="n" Overwrite="no"
             ActionAfterRebootIfFailed="yes" CompareVersion="yes"/>
         <Registry Root="HKLM" Key="K"><RegistryValue Name="N" OverWrite="yes" AllAccess="no" AccessMode="default"
@@ -136,18 +94,17 @@ TEST_F(Components, EveryFieldOfEveryPartIsRead)
     const TraceRecorder cTrace;
     ASSERT_EQ(Query(), Result::g_ulSuccess);
     EXPECT_THAT(
-        m_lstComponent,
+        m_Records,
         ElementsAre(FieldsAre(L"C", L"D", ElementsAre(FieldsAre(L"f", 1, L"sd", L"sn", L"n", true, false, false, true)),
                               ElementsAre(FieldsAre(HKEY_LOCAL_MACHINE, L"K", L"N", 0, L"data", 5, 3, true, false, 0)),
                               ElementsAre(FieldsAre(L"s", 2, L"sn", L"t", L"a", L"i", L"d", L"r")))));
     const Lines vecLine = cTrace.Lines();
     EXPECT_THAT(Lines(vecLine.end() - 4, vecLine.end()),
-                ElementsAre(L"@@@ Xml parser directory: " + m_stPath.stXmlDirectoryConfig.tszXmlDir,
-                            L".w. [Leave] CFunctionXml::GetKeyConfig()...",
+                ElementsAre(L"@@@ Xml parser directory: " + m_tszFolder, L".w. [Leave] CFunctionXml::GetKeyConfig()...",
                             L".w. [Leave] CFunctionXml::QueryValueAsDeployComponentConfig()...",
                             L".w. [Leave] CFunctionXml::QueryValue()..."));
     EXPECT_EQ(Query(2), Result::g_ulSuccess);
-    EXPECT_THAT(m_lstComponent, IsEmpty());
+    EXPECT_THAT(m_Records, IsEmpty());
 }
 
 TEST_F(Components, TheirFiltersCompareWithCase)
@@ -166,11 +123,11 @@ TEST_F(Components, TheirFiltersCompareWithCase)
         {"Process='X86'", "yyy"},
     };
     for (const auto& [szAttributes, szKept] : aRow) {
-        Write("<Component " + std::string(szAttributes) + "/>");
+        WriteInstall("<Component " + std::string(szAttributes) + "/>");
         std::string sKept;
         for (const std::uint32_t ulRunMode : {0U, 1U, 2U}) {
             EXPECT_EQ(Query(1, ulRunMode), Result::g_ulSuccess);
-            sKept += m_lstComponent.empty() ? 'n' : 'y';
+            sKept += m_Records.empty() ? 'n' : 'y';
         }
         EXPECT_EQ(sKept, szKept) << szAttributes;
     }
@@ -178,26 +135,26 @@ TEST_F(Components, TheirFiltersCompareWithCase)
 
 TEST_F(Components, AFileKnowsWhetherItNamesNothing)
 {
-    Write(R"(<Component><File/><File Action="deploy"/><File Action="deploy" SourceName="s"/><File Action="remove"
+    WriteInstall(R"(<Component><File/><File Action="deploy"/><File Action="deploy" SourceName="s"/><File Action="remove"
         SourceName="s"/><File Action="remove" Name="n"/><File Action="Deploy" Overwrite="No" CompareVersion="YES"/>
         </Component>)");
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_THAT(m_lstComponent.front().lstFile,
-                ElementsAre(FieldsAre(L"", 0, L"", L"", L"", false, false, true, false),
-                            FieldsAre(L"", 1, L"", L"", L"", false, true, true, false),
-                            FieldsAre(L"", 1, L"", L"s", L"", false, false, true, false),
-                            FieldsAre(L"", 2, L"", L"s", L"", false, true, true, false),
-                            FieldsAre(L"", 2, L"", L"", L"n", false, false, true, false),
-                            FieldsAre(L"", 0, L"", L"", L"", false, false, true, false)));
+    EXPECT_THAT(m_Records.front().lstFile, ElementsAre(FieldsAre(L"", 0, L"", L"", L"", false, false, true, false),
+                                                       FieldsAre(L"", 1, L"", L"", L"", false, true, true, false),
+                                                       FieldsAre(L"", 1, L"", L"s", L"", false, false, true, false),
+                                                       FieldsAre(L"", 2, L"", L"s", L"", false, true, true, false),
+                                                       FieldsAre(L"", 2, L"", L"", L"n", false, false, true, false),
+                                                       FieldsAre(L"", 0, L"", L"", L"", false, false, true, false)));
 }
 
 TEST_F(Components, AFailureKeepsTheComponentsBeforeIt)
 {
     const TraceRecorder cTrace(0x100);
-    Write("<Component Id='1'/><Component Id='2'><Registry Root='HKLM'><RegistryValue OsType='Windows'/></Registry>"
-          "</Component><Component Id='3'/>");
+    WriteInstall(
+        "<Component Id='1'/><Component Id='2'><Registry Root='HKLM'><RegistryValue OsType='Windows'/></Registry>"
+        "</Component><Component Id='3'/>");
     EXPECT_EQ(Query(), Result::g_ulFailed);
-    EXPECT_EQ(m_lstComponent.size(), 1U);
+    EXPECT_EQ(m_Records.size(), 1U);
     EXPECT_EQ(Query(3), Result::g_ulInvalidArgument);
     const std::wstring tszReader = L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - ";
     EXPECT_THAT(cTrace.Messages(), ElementsAre(L"*** CFunctionXml::GetKeyConfig() - OsType is invalid. [Windows]",

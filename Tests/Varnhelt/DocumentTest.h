@@ -31,28 +31,43 @@ inline Lines Joined(std::initializer_list<Lines> _lstLines)
     return vecResult;
 }
 
-/** An installed product, the document of a value type there or in the request's directory, and what it is read into. */
+/** An installed product with the document of a value type in its folder, and what that is read into. */
 template <std::uint32_t t_ulValueType, class TRecords>
 class DocumentTest : public testing::Test
 {
 protected:
-    void Write(std::string_view _svXml) const
+    std::uint32_t Query(std::uint32_t _ulValueSubType = 1, std::uint32_t _ulValueOption = 1)
     {
-        m_cProduct.Store(Varnhelt::FindValueType(t_ulValueType)->enDocument, _svXml);
+        return CFunctionXml().QueryValue({.ulValueType = t_ulValueType,
+                                          .ulValueSubType = _ulValueSubType,
+                                          .pValueData = &m_Records,
+                                          .ulValueOption = _ulValueOption,
+                                          .pOptionData = &m_stPath});
     }
-    std::uint32_t Query()
+    std::uint32_t Store(TRecords _records)
     {
-        return CFunctionXml().QueryValue(
-            {.ulValueType = t_ulValueType, .pValueData = &m_Records, .pOptionData = &m_stDirectory});
+        return CFunctionXml().StoreValue(
+            {.ulValueType = t_ulValueType, .pValueData = &_records, .pOptionData = &m_stPath});
     }
-    /** The lines of such a query, without those of its dispatch. */
+    void Write(std::string_view _svXml) const { m_cProduct.Store(m_rstDocument.enId, _svXml, m_pszFile); }
+    std::string Plain() const { return m_cProduct.Plain(m_rstDocument.enId, m_pszFile); }
+    std::string Stored() const
+    {
+        EXPECT_EQ(m_cProduct.Leftovers(), Lines(m_rstDocument.pszFile == nullptr ? 1 : 0, m_tszFolder + m_pszFile));
+        return m_cProduct.Stored(m_rstDocument.enId, m_pszFile);
+    }
+    /** The lines of one query, without those of its dispatch. */
     static Lines ReaderLines(const TraceRecorder& _rcTrace)
     {
         const Lines vecLine = _rcTrace.Lines();
         return vecLine.size() < 2 ? Lines() : Lines(vecLine.begin() + 1, vecLine.end() - 1);
     }
 
+    const Varnhelt::Document& m_rstDocument = DocumentOf(Varnhelt::FindValueType(t_ulValueType)->enDocument);
+    const wchar_t* m_pszFile = m_rstDocument.pszFile != nullptr ? m_rstDocument.pszFile : L"d";
     TestProduct m_cProduct;
-    SrvFrwk::XmlDirectoryConfig m_stDirectory{{}, m_cProduct.Folder().Path().wstring()};
+    const std::wstring m_tszFolder = m_cProduct.Folder().Path().wstring() + L"\\";
+    SrvFrwk::XmlPathConfig m_stPath{{{}, m_cProduct.Folder().Path().wstring()},
+                                    m_pszFile}; // begins with the directory's
     TRecords m_Records;
 };

@@ -1,15 +1,12 @@
 // The enforcement policy, read and stored.
 
 #include "ApiFault.h"
-#include "Child.h"
 #include "DocumentTest.h"
 
 using namespace SrvFrwk;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::FieldsAre;
 using testing::IsEmpty;
-using Varnhelt::DocumentId;
 
 namespace {
 
@@ -27,17 +24,11 @@ PolicyController Firewall(std::uint32_t _ulPermission)
     return {4, _ulPermission, false, {}};
 }
 
-std::uint32_t Store(std::vector<PolicyController> _vecPolicy)
-{
-    return CFunctionXml().StoreValue({.ulValueType = ValueType::g_ulEnforcePolicy, .pValueData = &_vecPolicy});
-}
-
 class Policy : public DocumentTest<ValueType::g_ulEnforcePolicy, std::vector<PolicyController>>
 {
 protected:
     Policy() { Write(g_szPolicy); }
 
-    std::string Stored() const { return m_cProduct.Stored(DocumentId::Policy); }
     /** The lines so far but those of the cipher. */
     Lines OwnLines() const
     {
@@ -147,10 +138,9 @@ TEST_F(Policy, AStoreWritesWhatRecordsNameAndKeepsAllElse)
 	</PolicyControllers>
 </PolicyEnforceLayer>
 )";
-    std::string sPlain = m_cProduct.Plain(DocumentId::Policy);
+    std::string sPlain = Plain();
     std::erase(sPlain, '\r');
     EXPECT_EQ(sPlain, szExpected);
-    EXPECT_THAT(m_cProduct.Leftovers(), IsEmpty());
     EXPECT_EQ(OwnLines(), Joined({Behind(METHOD(L"StoreValueAsEnforcePolicy"),
                                          {RULE, L"- [label]         :Virenschutz.", L"- [ControllerType]:0x00000001.",
                                           L"- [ePermission]   :0x00000007.", L"- [Allow Setup]   :false.", RULE}),
@@ -172,70 +162,35 @@ TEST_F(Policy, AStoreWritesWhatRecordsNameAndKeepsAllElse)
 TEST_F(Policy, AStoreThatFailsLeavesTheDocumentByteForByte)
 {
     const std::string sStored = Stored();
-    const std::wstring tszPath = m_cProduct.Folder().File(L"FwPolicy.xen");
-    const auto Lock = [&](DWORD, int) -> std::shared_ptr<void> {
-        return std::make_shared<ZkCommon::FileHandle>(
-            ::CreateFileW(tszPath.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-    };
-    const auto Deny = [&](DWORD, int) -> std::shared_ptr<void> {
-        ::SetFileAttributesW(tszPath.c_str(), FILE_ATTRIBUTE_READONLY);
-        return {nullptr, [&](void*) { ::SetFileAttributesW(tszPath.c_str(), FILE_ATTRIBUTE_NORMAL); }};
-    };
     const struct
     {
         int iLine;
-        std::function<std::shared_ptr<void>(DWORD, int)> fnFault;
+        std::shared_ptr<void> (*pfnFault)(DWORD, int);
         int iCall;
         const wchar_t* pszLast;
         std::vector<PolicyController> vecPolicy = {Firewall(1)};
     } aRow[] = {
-        {__LINE__,
-         [](DWORD, int) { return nullptr; },
-         0,
-         L"<PolicyController> was not found.",
-         {Firewall(1), {8, 1, true, {}}}},
-        {__LINE__, Lock, 0, L"CEncFile::Encrypt() failed"},
-        {__LINE__, Deny, 0, L"CEncFile::Encrypt() failed"},
         // The first write is the copy that is read, the second the new document in plain.
         {__LINE__, &MakeFault<API(WriteFile)>, 1, L"tszXmlFile is empty"},
         {__LINE__, &MakeFault<API(WriteFile)>, 2, L"CEncFile::Encrypt() failed"},
+        {__LINE__, &MakeFault<API(MoveFileExW)>, 1, L"CEncFile::Encrypt() failed"},
+        {__LINE__,
+         &MakeFault<API(MoveFileExW)>,
+         1,
+         L"<PolicyController> was not found.",
+         {Firewall(1), {8, 1, true, {}}}},
     };
     for (const auto& stRow : aRow) {
         const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
         m_cTrace.Clear();
         {
-            const std::shared_ptr<void> pFault = stRow.fnFault(ERROR_DISK_FULL, stRow.iCall);
+            const std::shared_ptr<void> pFault = stRow.pfnFault(ERROR_DISK_FULL, stRow.iCall);
             EXPECT_EQ(Store(stRow.vecPolicy), Result::g_ulFailed);
         }
         EXPECT_EQ(m_cTrace.Messages().back(),
                   std::wstring(L"*** CFunctionXml::StoreValueAsEnforcePolicy() - ") + stRow.pszLast);
         EXPECT_EQ(Stored(), sStored);
-        EXPECT_THAT(m_cProduct.Leftovers(), IsEmpty());
     }
-}
-
-BOOL WINAPI StopAtFlush(HANDLE)
-{
-    Child::WaitToBeKilled();
-}
-
-TEST(PolicyStore, DISABLED_StopsBeforeTheDocumentIsReplaced)
-{
-    DWORD ulProtection = 0;
-    ::VirtualProtect(&__imp_FlushFileBuffers, sizeof(void*), PAGE_READWRITE, &ulProtection);
-    __imp_FlushFileBuffers = reinterpret_cast<void*>(&StopAtFlush);
-    Store({Firewall(1)}); // the parent's product is registered
-}
-
-TEST_F(Policy, AStoreThatIsKilledLeavesTheDocumentAndNothingElse)
-{
-    const std::string sStored = Stored();
-    Child cChild("PolicyStore.DISABLED_StopsBeforeTheDocumentIsReplaced", m_cProduct.Folder().Path().wstring());
-    ASSERT_TRUE(cChild.IsReady());
-    EXPECT_THAT(m_cProduct.Leftovers(), testing::Not(IsEmpty()));
-    cChild.Kill();
-    EXPECT_EQ(Stored(), sStored);
-    EXPECT_THAT(m_cProduct.Leftovers(), IsEmpty());
 }
 
 } // namespace

@@ -38,10 +38,10 @@ TEST_F(KeyConfig, ValuesAreReadWithoutCaseAndARootCarriesOver)
                                        FieldsAre(HKEY_LOCAL_MACHINE, L"k1", L"n", 4, L"\u00E4", 2, 2, true, false, 2),
                                        FieldsAre(HKEY_LOCAL_MACHINE, L"k2", L"", 0, L"", 2, 3, false, false, 2),
                                        FieldsAre(HKEY_USERS, L"", L"", 0, L"", 2, 3, false, false, 2)));
-    EXPECT_THAT(ReaderLines(cTrace), ElementsAre(L".w. [Enter] CFunctionXml::QueryValueAsKeyConfig()...",
-                                                 L"@@@ Xml parser directory: " + m_stDirectory.tszXmlDir + L"\\",
-                                                 L".w. [Leave] CFunctionXml::GetKeyConfig()...",
-                                                 L".w. [Leave] CFunctionXml::QueryValueAsKeyConfig()..."));
+    EXPECT_THAT(ReaderLines(cTrace),
+                ElementsAre(L".w. [Enter] CFunctionXml::QueryValueAsKeyConfig()...",
+                            L"@@@ Xml parser directory: " + m_tszFolder, L".w. [Leave] CFunctionXml::GetKeyConfig()...",
+                            L".w. [Leave] CFunctionXml::QueryValueAsKeyConfig()..."));
 }
 
 TEST_F(KeyConfig, AValueThatIsIncompleteOrForOthersIsLeftOutSilently)

@@ -28,7 +28,7 @@ TEST_F(ServiceUnits, EveryFieldIsReadAndConvertedAndWhatIsMissingIsADefaultLogge
 </BaseFramework>)");
     const TraceRecorder cTrace(0x100);
     // With a backslash at its end here, without one elsewhere.
-    TestProduct::Register(m_stDirectory.tszXmlDir + L"\\");
+    TestProduct::Register(m_tszFolder);
     ASSERT_EQ(Query(), Result::g_ulSuccess);
     EXPECT_THAT(m_Records, ElementsAre(FieldsAre(4, 8, 2, 1, 0, 16, 8, TRUE, 2, 4, 0x2000000,
                                                  L"Ereignis & Zust\u00E4nde\U0001F512.dll", L"17.0.1", true),

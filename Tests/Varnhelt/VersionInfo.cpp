@@ -28,7 +28,7 @@ TEST_F(VersionInfo, FlagsCompareExactlyAndAnEntryWhoseNumberIsNotWholeIsSkippedS
                             FieldsAre(0, 8, L"", false, false, IsEmpty(), IsEmpty()),
                             FieldsAre(0, 0xFFFFFFFF, L"", false, false, IsEmpty(), IsEmpty())));
     EXPECT_THAT(ReaderLines(cTrace), ElementsAre(L".w. [Enter] CFunctionXml::QueryValueAsVersionInfo()...",
-                                                 L"@@@ Xml parser directory: " + m_stDirectory.tszXmlDir + L"\\",
+                                                 L"@@@ Xml parser directory: " + m_tszFolder,
                                                  L".w. [Leave] CFunctionXml::QueryValueAsQmrConfig()..."));
 }
 
