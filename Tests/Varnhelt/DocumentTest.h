@@ -11,6 +11,9 @@
 #include <string>
 #include <vector>
 
+/** A reader or writer and its name in the lines. */
+#define METHOD(name) &CFunctionXml::name, L"CFunctionXml::" #name L"()"
+
 using Lines = std::vector<std::wstring>;
 
 /** Lines that begin alike. */

@@ -30,6 +30,14 @@ Outcome Try<InstallPuIds>(Handler _pfnHandler, void*)
                           stPuIds.vecReserved.size() + stPuIds.ulReserved};
 }
 
+template <>
+Outcome Try<ThreatText>(Handler _pfnHandler, void*)
+{
+    ThreatText stText{0, L"before", L"before"};
+    const std::uint32_t ulResult = (CFunctionXml().*_pfnHandler)({.pValueData = &stText});
+    return {ulResult, stText.tszText == L"before" && stText.tszSecondText == L"before" ? 0 : 1};
+}
+
 /** One way to read or write a document. */
 struct Way
 {
@@ -41,7 +49,6 @@ struct Way
     bool bOwnTexts = false;                      // has lines of its own for documents at fault
 };
 
-#define METHOD(name) &CFunctionXml::name, L"CFunctionXml::" #name L"()"
 const Way g_aWay[] = {
     {DocumentId::ServiceUnits, METHOD(QueryValueAsServiceUnit), L"pArrayOfUnitService", &Try<std::vector<ServiceUnit>>},
     {DocumentId::Policy, METHOD(QueryValueAsEnforcePolicy), L"pArrayOfEnPolicy", &Try<std::vector<PolicyController>>},
@@ -66,11 +73,11 @@ const Way g_aWay[] = {
     {DocumentId::KeyConfig, METHOD(QueryValueAsKeyConfig), L"pKeyConfig", &Try<std::vector<DeployKey>>},
     {DocumentId::RegistryData, METHOD(QueryValueAsRegistryData), L"pRegistryConfig", &Try<std::vector<RegistryData>>,
      true},
-    {DocumentId::ThreatsOrkap, METHOD(QueryThreateNameORKAP), L"pThreatText"},
-    {DocumentId::ThreatsElmap, METHOD(QueryThreateNameELMAP), L"pThreatText"},
-    {DocumentId::ThreatsElmap, METHOD(QueryThreateDesELMAP), L"pThreatText"},
-    {DocumentId::ThreatsElmap, METHOD(QueryThreateRecELMAP), L"pThreatText"},
-    {DocumentId::ThreatsElmap, METHOD(QueryTitleELMAP), L"pThreatText"},
+    {DocumentId::ThreatsOrkap, METHOD(QueryThreateNameORKAP), L"pThreatText", &Try<ThreatText>},
+    {DocumentId::ThreatsElmap, METHOD(QueryThreateNameELMAP), L"pThreatText", &Try<ThreatText>},
+    {DocumentId::ThreatsElmap, METHOD(QueryThreateDesELMAP), L"pThreatText", &Try<ThreatText>},
+    {DocumentId::ThreatsElmap, METHOD(QueryThreateRecELMAP), L"pThreatText", &Try<ThreatText>},
+    {DocumentId::ThreatsElmap, METHOD(QueryTitleELMAP), L"pThreatText", &Try<ThreatText>},
 };
 
 void PrintTo(const Way& _rstWay, std::ostream* _pStream)
@@ -82,7 +89,7 @@ class Documents : public testing::TestWithParam<Way>
 {
 protected:
     /** @param _rtszLast  the last line; empty: not compared */
-    void Expect(std::uint32_t _ulResult, const std::wstring& _rtszLast)
+    Lines Expect(std::uint32_t _ulResult, const std::wstring& _rtszLast)
     {
         const Lines vecBefore = m_cProduct.Leftovers();
         const TraceRecorder cTrace(0x101);
@@ -91,6 +98,7 @@ protected:
         EXPECT_EQ(vecLine.front(), L"[Enter] " + m_stWay.tszMethod + L"...");
         EXPECT_EQ(vecLine.back(), _rtszLast.empty() ? vecLine.back() : _rtszLast);
         EXPECT_EQ(m_cProduct.Leftovers(), vecBefore);
+        return vecLine;
     }
 
     const Way m_stWay = GetParam();
@@ -143,13 +151,9 @@ TEST_P(Documents, OneThatIsMissingOrDamagedFailsAndAnEmptyOneIsRead)
     };
     const bool bInstalled = m_rstDocument.enLocation == Location::Installed;
     const auto ExpectNoFile = [&](const wchar_t* _pszCode) {
-        if (m_rstDocument.szKey == nullptr) {
-            Expect(Result::g_ulFailed, XmlLine(_pszCode));
-        } else if (bInstalled) {
-            Expect(Result::g_ulFailed, m_tszError + L"tszXmlFile is empty");
-        } else {
-            Expect(Result::g_ulMissingObject, m_tszError + L"tszXmlPath was empty.");
-        }
+        return m_rstDocument.szKey == nullptr ? Expect(Result::g_ulFailed, XmlLine(_pszCode))
+               : bInstalled                   ? Expect(Result::g_ulFailed, m_tszError + L"tszXmlFile is empty")
+                            : Expect(Result::g_ulMissingObject, m_tszError + L"tszXmlPath was empty.");
     };
     ExpectNoFile(L"[0x00000002]");
 
@@ -166,13 +170,16 @@ TEST_P(Documents, OneThatIsMissingOrDamagedFailsAndAnEmptyOneIsRead)
         Expect(Result::g_ulFailed, XmlLine(L"[0x00000006]"));
         EXPECT_EQ(m_cProduct.Plain(m_stWay.enDocument, m_pszFile), sDamaged);
     }
+    const bool bLookUp = m_stWay.tszRecord == L"pThreatText"; // which then finds nothing
     for (const std::string& sEmpty : {"<Other>" + sHead + sTail + "</Other>", sHead + sTail}) {
         m_cProduct.Store(m_stWay.enDocument, sEmpty, m_pszFile);
-        Expect(Result::g_ulSuccess, m_stWay.bOwnTexts ? L"" : L"[Leave] " + m_stWay.tszMethod + L"...");
+        Expect(bLookUp ? Result::g_ulFailed : Result::g_ulSuccess,
+               bLookUp || m_stWay.bOwnTexts ? L"" : L"[Leave] " + m_stWay.tszMethod + L"...");
     }
     TestProduct::Unregister();
     if (bInstalled) {
-        ExpectNoFile(L"[0x00000003]");
+        EXPECT_THAT(ExpectNoFile(L"[0x00000003]"), testing::Contains(L"*** Frwk::Utility::GetInstalledFolder() -  Got "
+                                                                     L"ZkCommon::Storage::Exception(). [0x00000002]"));
     }
 }
 

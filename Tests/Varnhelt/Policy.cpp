@@ -40,7 +40,7 @@ protected:
     TraceRecorder m_cTrace{0x110};
 };
 
-#define METHOD(name) L"@@@ *** CFunctionXml::" name L"() "
+#define DUMP(name) L"@@@ *** CFunctionXml::" name L"() "
 #define RULE L"---------------------------------------------."
 
 TEST_F(Policy, AQueryReadsControllersAndProvidersAndDumpsEach)
@@ -54,19 +54,19 @@ TEST_F(Policy, AQueryReadsControllersAndProvidersAndDumpsEach)
     const wchar_t* pszPermission = L"!!! *** Frwk::Utility::GetPermission() - Not support Permission was specified. []";
     const Lines vecFirewall =
         Joined({{pszPermission, L"!!! * Frwk::Utility::GetBooleanType() - Invalid boolean Type. []"},
-                Behind(METHOD(L"QueryValueAsEnforcePolicy"),
+                Behind(DUMP(L"QueryValueAsEnforcePolicy"),
                        {RULE, L"- [label]         :.", L"- [ControllerType]:0x00000004.",
                         L"- [ePermission]   :0x00000000.", L"- [Allow Setup]   :false.", RULE})});
     EXPECT_EQ(OwnLines(),
-              Joined({Behind(METHOD(L"QueryValueAsEnforcePolicy"),
+              Joined({Behind(DUMP(L"QueryValueAsEnforcePolicy"),
                              {RULE, L"- [label]         :Virenschutz.", L"- [ControllerType]:0x00000001.",
                               L"- [ePermission]   :0x00000001.", L"- [Allow Setup]   :true.", RULE}),
-                      Behind(METHOD(L"SetPolicyProvider"),
+                      Behind(DUMP(L"SetPolicyProvider"),
                              {RULE, L"- [label]         :At once.", L"- [ControllerType]:0x00000001.",
                               L"- [ProviderType]  :0x00000001.", L"- [ePermission]   :0x00000002.",
                               L"- [eDeployState]  :0x00000004.", RULE}),
                       {pszPermission, L"!!! *** Frwk::Utility::GetDeployState() - Invalid Deploy State Type. []"},
-                      Behind(METHOD(L"SetPolicyProvider"),
+                      Behind(DUMP(L"SetPolicyProvider"),
                              {RULE, L"- [label]         :.", L"- [ControllerType]:0x00000001.",
                               L"- [ProviderType]  :0x02000000.", L"- [ePermission]   :0x00000000.",
                               L"- [eDeployState]  :0x00000000.", RULE}),
@@ -86,7 +86,7 @@ TEST_F(Policy, OneControllerIsAnsweredAndDeniedWhereThePolicyLacksIt)
     EXPECT_THAT(stController, FieldsAre(1, 1, true, testing::SizeIs(2)));
     const Lines vecLine = m_cTrace.Lines();
     EXPECT_EQ(Lines(vecLine.end() - 4, vecLine.end()),
-              Joined({{METHOD(L"QueryValueAsEnforcePolicy") RULE},
+              Joined({{DUMP(L"QueryValueAsEnforcePolicy") RULE},
                       Behind(L"@@@ " + tszMethod, {L"[ControllerType]:0x00000001.", L"[ePermission]   :0x00000001.",
                                                    L"[Allow Setup]   :true."})}));
 
@@ -141,16 +141,16 @@ TEST_F(Policy, AStoreWritesWhatRecordsNameAndKeepsAllElse)
     std::string sPlain = Plain();
     std::erase(sPlain, '\r');
     EXPECT_EQ(sPlain, szExpected);
-    EXPECT_EQ(OwnLines(), Joined({Behind(METHOD(L"StoreValueAsEnforcePolicy"),
+    EXPECT_EQ(OwnLines(), Joined({Behind(DUMP(L"StoreValueAsEnforcePolicy"),
                                          {RULE, L"- [label]         :Virenschutz.", L"- [ControllerType]:0x00000001.",
                                           L"- [ePermission]   :0x00000007.", L"- [Allow Setup]   :false.", RULE}),
-                                  Behind(METHOD(L"SetPolicyProviderXml"),
+                                  Behind(DUMP(L"SetPolicyProviderXml"),
                                          {RULE, L"- [label]         :.", L"- [ControllerType]:0x00000001.",
                                           L"- [ProviderType]  :0x02000000.", L"- [ePermission]   :0x00000001.",
                                           L"- [eDeployState]  :0x00000001.", RULE, RULE, L"- [label]         :At once.",
                                           L"- [ControllerType]:0x00010000.", L"- [ProviderType]  :0x00000001.",
                                           L"- [ePermission]   :0x00000000.", L"- [eDeployState]  :0x00000009.", RULE}),
-                                  Behind(METHOD(L"StoreValueAsEnforcePolicy"),
+                                  Behind(DUMP(L"StoreValueAsEnforcePolicy"),
                                          {RULE, L"- [label]         :.", L"- [ControllerType]:0x00000004.",
                                           L"- [ePermission]   :0x00000002.", L"- [Allow Setup]   :false.", RULE})}));
 

@@ -3,7 +3,6 @@
 #include "DocumentTest.h"
 
 using namespace SrvFrwk;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::FieldsAre;
 using Varnhelt::DocumentId;
@@ -26,15 +25,10 @@ b </Description><Recommendation>delete</Recommendation></Threat>
 class Threats : public testing::Test
 {
 protected:
-    std::uint32_t Query(std::uint32_t _ulValueType, std::uint32_t _ulIdentifier)
+    std::uint32_t Query(Varnhelt::Handler _pfnHandler, std::uint32_t _ulIdentifier)
     {
         m_stText = {_ulIdentifier, L"before", L"before"};
-        return (CFunctionXml().*Varnhelt::FindValueType(_ulValueType)->pfnQuery)({.pValueData = &m_stText});
-    }
-    void StoreBoth(std::string_view _svXml) const
-    {
-        m_cProduct.Store(DocumentId::ThreatsOrkap, _svXml);
-        m_cProduct.Store(DocumentId::ThreatsElmap, _svXml);
+        return (CFunctionXml().*_pfnHandler)({.pValueData = &m_stText});
     }
 
     TestProduct m_cProduct;
@@ -46,61 +40,43 @@ TEST_F(Threats, TheFirstElementWithTheNumberGivesItsTextsAndOtherwiseTheRecordSt
     const struct
     {
         int iLine;
-        std::uint32_t ulValueType;
+        Varnhelt::Handler pfnHandler;
+        std::wstring tszMethod;
         std::uint32_t ulIdentifier;
-        const wchar_t* pszText; // null: not found
+        const wchar_t* pszText;          // null: not found
+        std::wstring tszSecondLine = {}; // empty: the leave line
         const wchar_t* pszSecondText = L"before";
     } aRow[] = {
-        {__LINE__, ValueType::g_ulThreatNameElmap, 7, L"seven"},
-        {__LINE__, ValueType::g_ulThreatNameElmap, 5, L"f\u00FCnf\U0001F512"},
-        {__LINE__, ValueType::g_ulThreatNameElmap, 0xFFFFFFFF, L"minus"},
-        {__LINE__, ValueType::g_ulThreatNameElmap, 0xFFFFFFFE, L"large"},
-        {__LINE__, ValueType::g_ulThreatNameElmap, 0, L"none"}, // what is no number stands for 0
-        {__LINE__, ValueType::g_ulThreatNameElmap, 9, L""},
-        {__LINE__, ValueType::g_ulThreatNameElmap, 10, nullptr}, // names compare with case
-        {__LINE__, ValueType::g_ulThreatNameElmap, 11, nullptr}, // the first table counts
-        {__LINE__, ValueType::g_ulThreatNameElmap, 1, nullptr},  // that is a scanner
-        {__LINE__, ValueType::g_ulThreatNameOrkap, 7, nullptr},  // that is in the other document
-        {__LINE__, ValueType::g_ulThreatDescription, 5, L" a\nb "},
-        {__LINE__, ValueType::g_ulThreatRecommendation, 5, L"delete"},
-        {__LINE__, ValueType::g_ulScannerTitle, 1, L"Sucher", L"sucht & findet"},
-        {__LINE__, ValueType::g_ulScannerTitle, 2, L"", L""},
-        {__LINE__, ValueType::g_ulScannerTitle, 5, nullptr},
+        {__LINE__, METHOD(QueryThreateNameELMAP), 7, L"seven"},
+        {__LINE__, METHOD(QueryThreateNameELMAP), 5, L"f\u00FCnf\U0001F512"},
+        {__LINE__, METHOD(QueryThreateNameELMAP), 0xFFFFFFFF, L"minus"},
+        {__LINE__, METHOD(QueryThreateNameELMAP), 0xFFFFFFFE, L"large"},
+        {__LINE__, METHOD(QueryThreateNameELMAP), 0, L"none"}, // what is no number stands for 0
+        {__LINE__, METHOD(QueryThreateNameELMAP), 9, L""},
+        {__LINE__, METHOD(QueryThreateNameELMAP), 10, nullptr, L"!!! No <Threat>: 10"}, // names compare with case
+        {__LINE__, METHOD(QueryThreateNameELMAP), 11, nullptr, L"!!! No <Threat>: 11"}, // the first table counts
+        {__LINE__, METHOD(QueryThreateNameELMAP), 1, nullptr, L"!!! No <Threat>: 1"},   // that is a scanner
+        {__LINE__, METHOD(QueryThreateNameORKAP), 7, nullptr, L"!!! No <Threat>: 7"},   // that is in the other document
+        {__LINE__, METHOD(QueryThreateNameORKAP), 0xFFFFFFFD, L"its own"},
+        {__LINE__, METHOD(QueryThreateDesELMAP), 5, L" a\nb "},
+        {__LINE__, METHOD(QueryThreateRecELMAP), 5, L"delete"},
+        {__LINE__, METHOD(QueryTitleELMAP), 1, L"Sucher", L"", L"sucht & findet"},
+        {__LINE__, METHOD(QueryTitleELMAP), 2, L"", L"", L""},
+        {__LINE__, METHOD(QueryTitleELMAP), 0xFFFFFFFE, nullptr, L"!!! No <Scanner>: -2"},
     };
     m_cProduct.Store(DocumentId::ThreatsElmap, g_szTable);
-    m_cProduct.Store(DocumentId::ThreatsOrkap, "<Quillmar><Threats/></Quillmar>");
+    m_cProduct.Store(DocumentId::ThreatsOrkap,
+                     "<Quillmar><Threats><Threat id='-3'><Name>its own</Name></Threat></Threats></Quillmar>");
     for (const auto& stRow : aRow) {
         const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
-        EXPECT_EQ(Query(stRow.ulValueType, stRow.ulIdentifier),
+        const TraceRecorder cTrace;
+        EXPECT_EQ(Query(stRow.pfnHandler, stRow.ulIdentifier),
                   stRow.pszText != nullptr ? Result::g_ulSuccess : Result::g_ulFailed);
         EXPECT_THAT(m_stText, FieldsAre(stRow.ulIdentifier, stRow.pszText != nullptr ? stRow.pszText : L"before",
                                         stRow.pszSecondText));
-    }
-}
-
-TEST_F(Threats, EachLookUpTellsUnderItsOwnName)
-{
-    const std::pair<std::uint32_t, std::wstring> aRow[] = {
-        {ValueType::g_ulThreatNameOrkap, L"CFunctionXml::QueryThreateNameORKAP()"},
-        {ValueType::g_ulThreatNameElmap, L"CFunctionXml::QueryThreateNameELMAP()"},
-        {ValueType::g_ulThreatDescription, L"CFunctionXml::QueryThreateDesELMAP()"},
-        {ValueType::g_ulThreatRecommendation, L"CFunctionXml::QueryThreateRecELMAP()"},
-        {ValueType::g_ulScannerTitle, L"CFunctionXml::QueryTitleELMAP()"},
-    };
-    for (const auto& [ulValueType, tszMethod] : aRow) {
-        const TraceRecorder cTrace;
-        StoreBoth("<Quillmar><Scanners><Scanner id='3'/></Scanners><Threats><Threat id='3'/></Threats></Quillmar>");
-        EXPECT_EQ(Query(ulValueType, 3), Result::g_ulSuccess);
-        EXPECT_EQ(Query(ulValueType, 0xFFFFFFFE), Result::g_ulFailed);
-        StoreBoth("<Quillmar>");
-        EXPECT_EQ(Query(ulValueType, 3), Result::g_ulFailed);
-        const std::wstring tszEnter = L".w. [Enter] " + tszMethod + L"...";
-        EXPECT_THAT(
-            cTrace.Lines(),
-            ElementsAre(tszEnter, L".w. [Leave] " + tszMethod + L"...", tszEnter,
-                        ulValueType == ValueType::g_ulScannerTitle ? L"!!! No <Scanner>: -2" : L"!!! No <Threat>: -2",
-                        tszEnter,
-                        L"!!! *** " + tszMethod + L" - Got ZkCommon::Storage::XmlException() failed. [0x00000006]"));
+        EXPECT_THAT(cTrace.Lines(), ElementsAre(L".w. [Enter] " + stRow.tszMethod + L"...",
+                                                stRow.tszSecondLine.empty() ? L".w. [Leave] " + stRow.tszMethod + L"..."
+                                                                            : stRow.tszSecondLine));
     }
 }
 
@@ -109,18 +85,13 @@ TEST_F(Threats, ADocumentMustBeWholeBehindTheThreatThatWasFound)
     const std::string sHead = "<Quillmar><Threats><Threat id='1'><Name>one</Name></Threat>";
     const std::string sTail = "</Threats></Quillmar>";
     for (const std::string& sBad : {sHead, sHead + "<Threat>" + sTail, sHead + sTail + "<tail/>", sHead + "&x;" + sTail,
-                                    sHead + "\xFF" + sTail, std::string(), "<Other>" + sHead + sTail + "</Other>"}) {
-        StoreBoth(sBad);
-        EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 1), Result::g_ulFailed) << sBad;
+                                    sHead + "\xFF" + sTail, std::string()}) {
+        m_cProduct.Store(DocumentId::ThreatsOrkap, sBad);
+        EXPECT_EQ(Query(&CFunctionXml::QueryThreateNameORKAP, 1), Result::g_ulFailed) << sBad;
         EXPECT_EQ(m_stText.tszText, L"before") << sBad;
     }
-    StoreBoth(sHead + sTail);
-    EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 1), Result::g_ulSuccess);
-    TestProduct::Unregister();
-    const TraceRecorder cTrace(0x100);
-    EXPECT_EQ(Query(ValueType::g_ulThreatNameOrkap, 1), Result::g_ulFailed);
-    EXPECT_THAT(cTrace.Messages(), Contains(L"*** Frwk::Utility::GetInstalledFolder() -  Got "
-                                            L"ZkCommon::Storage::Exception(). [0x00000002]"));
+    m_cProduct.Store(DocumentId::ThreatsOrkap, sHead + sTail);
+    EXPECT_EQ(Query(&CFunctionXml::QueryThreateNameORKAP, 1), Result::g_ulSuccess);
 }
 
 } // namespace
