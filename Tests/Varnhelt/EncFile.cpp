@@ -163,7 +163,6 @@ TEST_F(EncFile, LeavesTheDocumentAsItWasWhicheverStepFails)
         {__LINE__, &MakeFault<API(CreateFileW)>, 2, pszEncryptFailed},
         {__LINE__, &MakeFault<API(ReadFile)>, 1, pszEncryptFailed},
         {__LINE__, &MakeFault<API(WriteFile)>, 1, pszEncryptFailed},
-        {__LINE__, &MakeFault<API(FlushFileBuffers)>, 1, pszEncryptFailed},
         {__LINE__, &MakeFault<API(MoveFileExW)>, 1, L"::MoveFileEx() failed: 0x00000070"},
     };
     CEncFile cFile = Open();

@@ -110,37 +110,22 @@ TEST_F(Policy, AStoreWritesWhatRecordsNameAndKeepsAllElse)
         Firewall(2),
     };
     ASSERT_EQ(Store(vecPolicy), Result::g_ulSuccess);
-    const char* szExpected = R"(<?xml version="1.0" encoding="UTF-8"?>
-<!-- kept -->
-<PolicyEnforceLayer release="17">
-	<PolicyControllers>
-		<Other/>
-		<PolicyController Controller="eAntiVirus" label="Virenschutz" note="kept">
-			<Permission>eDeny</Permission>
-			<AllowToLoadSetupMode>false</AllowToLoadSetupMode>
-			<PolicyProviders>
-				<!-- kept too -->
-				<PolicyProvider Controller="eCommon" Provider="eRealTimeScan" label="At once">
-					<Permission>eDeny</Permission>
-					<Deploy>eNoDeploy</Deploy>
-				</PolicyProvider>
-				<PolicyProvider Controller="eAntiVirus" Provider="eMalwareScan">
-					<Permission>eAllow</Permission>
-					<Deploy>eInstalled</Deploy>
-				</PolicyProvider>
-			</PolicyProviders>
-		</PolicyController>
-		<PolicyController Controller="eFirewall">
-			<Permission>ePartial</Permission>
-			<AllowToLoadSetupMode>false</AllowToLoadSetupMode>
-		</PolicyController>
-		<PolicyController Controller="eFirewall" note="the second"/>
-	</PolicyControllers>
-</PolicyEnforceLayer>
-)";
-    std::string sPlain = Plain();
-    std::erase(sPlain, '\r');
-    EXPECT_EQ(sPlain, szExpected);
+    EXPECT_EQ(Plain(),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<!-- kept -->\r\n"
+              "<PolicyEnforceLayer release=\"17\">\r\n\t<PolicyControllers>\r\n\t\t<Other/>\r\n"
+              "\t\t<PolicyController Controller=\"eAntiVirus\" label=\"Virenschutz\" note=\"kept\">\r\n"
+              "\t\t\t<Permission>eDeny</Permission>\r\n\t\t\t<AllowToLoadSetupMode>false</AllowToLoadSetupMode>\r\n"
+              "\t\t\t<PolicyProviders>\r\n\t\t\t\t<!-- kept too -->\r\n"
+              "\t\t\t\t<PolicyProvider Controller=\"eCommon\" Provider=\"eRealTimeScan\" label=\"At once\">\r\n"
+              "\t\t\t\t\t<Permission>eDeny</Permission>\r\n\t\t\t\t\t<Deploy>eNoDeploy</Deploy>\r\n"
+              "\t\t\t\t</PolicyProvider>\r\n"
+              "\t\t\t\t<PolicyProvider Controller=\"eAntiVirus\" Provider=\"eMalwareScan\">\r\n"
+              "\t\t\t\t\t<Permission>eAllow</Permission>\r\n\t\t\t\t\t<Deploy>eInstalled</Deploy>\r\n"
+              "\t\t\t\t</PolicyProvider>\r\n\t\t\t</PolicyProviders>\r\n\t\t</PolicyController>\r\n"
+              "\t\t<PolicyController Controller=\"eFirewall\">\r\n\t\t\t<Permission>ePartial</Permission>\r\n"
+              "\t\t\t<AllowToLoadSetupMode>false</AllowToLoadSetupMode>\r\n\t\t</PolicyController>\r\n"
+              "\t\t<PolicyController Controller=\"eFirewall\" note=\"the second\"/>\r\n\t</PolicyControllers>\r\n"
+              "</PolicyEnforceLayer>\r\n");
     EXPECT_EQ(OwnLines(), Joined({Behind(DUMP(L"StoreValueAsEnforcePolicy"),
                                          {RULE, L"- [label]         :Virenschutz.", L"- [ControllerType]:0x00000001.",
                                           L"- [ePermission]   :0x00000007.", L"- [Allow Setup]   :false.", RULE}),

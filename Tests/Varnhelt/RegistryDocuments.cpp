@@ -112,11 +112,6 @@ protected:
     {
         m_cProduct.Folder().Write(L"data.xml", "<Quillmar>" + _rsXml + "</Quillmar>");
     }
-    static std::string Element(const std::string& _rsName, const std::string& _rsType, const std::string& _rsValue)
-    {
-        return "<Element><Name>" + _rsName + "</Name><Type>" + _rsType + "</Type><Value>" + _rsValue +
-               "</Value></Element>";
-    }
 
     TestProduct m_cProduct;
     RegistryDataRequest m_stRequest{{}, m_cProduct.Folder().File(L"data.xml")};
@@ -125,11 +120,12 @@ protected:
 
 TEST_F(RegistryDocument, ValuesOfTheSelectedComponentsAreReadWithTheirPlace)
 {
-    Write("<Component label='a'><Reg key='HKEY_LOCAL_MACHINE\\S\\X' access='all'>" +
-          Element("1", "reg_qword", "0xFFFFFFFFFFFFFFFF") + Element("2", "REG_SZ", "16x") +
-          "</Reg><Reg key='HKEY_LOCAL_MACHINE\\' access='All'>" + Element("3", "REG_MULTI_SZ", "010") +
-          "</Reg></Component><Component label='A'/><Component><Reg key='HKEY_LOCAL_MACHINE\\Y'><Element/></Reg>"
-          "</Component>");
+    Write(R"(<Component label="a"><Reg key="HKEY_LOCAL_MACHINE\S\X" access="all">
+        <Element><Name>1</Name><Type>reg_qword</Type><Value>0xFFFFFFFFFFFFFFFF</Value></Element>
+        <Element><Name>2</Name><Type>REG_SZ</Type><Value>16x</Value></Element></Reg>
+        <Reg key="HKEY_LOCAL_MACHINE\" access="All"><Element><Name>3</Name><Type>REG_MULTI_SZ</Type><Value>010</Value>
+        </Element></Reg></Component><Component label="A"/>
+        <Component><Reg key="HKEY_LOCAL_MACHINE\Y"><Element/></Reg></Component>)");
     const TraceRecorder cTrace;
     ASSERT_EQ(Query({L"b", L"a"}), Result::g_ulSuccess);
     EXPECT_THAT(m_vecData, ElementsAre(FieldsAre(HKEY_LOCAL_MACHINE, L"S\\X", true, L"1", 11, L"0xFFFFFFFFFFFFFFFF",
@@ -161,8 +157,8 @@ TEST_F(RegistryDocument, AKeyThatIsNoneAndABadDocumentFailWithTheirLines)
     const std::wstring tszComponent = L"CFunctionXml::GetRegistryComponent() - ";
     const TraceRecorder cTrace(0x100);
     for (const std::string sKey : {"HKLM\\S", "hkey_local_machine\\S", "Software"}) {
-        Write("<Component><Reg key='HKEY_LOCAL_MACHINE\\A'>" + Element("1", "", "") + "</Reg><Reg key='" + sKey + "'>" +
-              Element("2", "", "") + "</Reg></Component>");
+        Write("<Component><Reg key='HKEY_LOCAL_MACHINE\\A'><Element/></Reg><Reg key='" + sKey +
+              "'><Element/></Reg></Component>");
         EXPECT_EQ(Query({L""}), Result::g_ulFailed);
         EXPECT_EQ(m_vecData.size(), 1U);
     }

@@ -68,8 +68,6 @@ TEST(Words, AnUnknownValueTakesItsTablesTextAndOnlyTheProvidersIsLogged)
 {
     const TraceRecorder cTrace;
     EXPECT_EQ(Utility::GetControllerTypeString(0x20), L"eNone");
-    EXPECT_EQ(Utility::GetPermissionString(7), L"eDeny");
-    EXPECT_EQ(Utility::GetDeployStateString(5), L"eNoDeploy");
     EXPECT_EQ(Utility::GetBooleanTypeString(true), L"true");
     EXPECT_TRUE(cTrace.Messages().empty());
     EXPECT_EQ(Utility::GetProviderTypeString(0x800000), L"");
