@@ -89,62 +89,50 @@ TEST_F(Compatibility, WhatTheActionDoesNotCallForIsNotRead)
     EXPECT_THAT(m_Records, IsEmpty());
 }
 
-class PreUpdate : public testing::Test
+class PreUpdate : public DocumentTest<ValueType::g_ulPreUpdateList, PreUpdateList>
 {
 protected:
-    std::uint32_t Store()
+    PreUpdate()
     {
-        return CFunctionXml().StoreValue({.ulValueType = ValueType::g_ulPreUpdateList, .pValueData = &m_stList});
+        m_Records = {m_tszFolder + m_pszFile,
+                     {{L"a", L"t", L"p", L"l", L"o", L"r", L"1"}, {L"b<\"&", L"", L"", L"", L"", L"", L"\u00E4"}}};
     }
-    void Write(std::string_view _svXml) const { m_cProduct.Folder().Write(L"request.xml", _svXml); }
-    std::string Read() const
-    {
-        EXPECT_THAT(m_cProduct.Leftovers(), ElementsAre(m_stList.tszDocument));
-        return m_cProduct.Folder().Read(L"request.xml");
-    }
-
-    TestProduct m_cProduct;
-    PreUpdateList m_stList{
-        m_cProduct.Folder().File(L"request.xml"),
-        {{L"a", L"t", L"p", L"l", L"o", L"r", L"1"}, {L"b<\"&", L"", L"", L"", L"", L"", L"\u00E4"}}};
 };
 
 TEST_F(PreUpdate, ComponentsLandOnTheFirstElementsAndAsManyEmptyOnesAreAppended)
 {
     Write("<body x='1'><!-- kept --><product plat='0'><components><other/><component class='old' extra='e'/>"
           "</components></product><product/></body>");
-    ASSERT_EQ(Store(), Result::g_ulSuccess);
-    EXPECT_EQ(Read(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<body x=\"1\">\r\n\t<!-- kept -->\r\n"
-                      "\t<product plat=\"5889\">\r\n\t\t<components>\r\n\t\t\t<other/>\r\n"
-                      "\t\t\t<component class=\"a\" extra=\"e\" type=\"t\" plat=\"p\" lang=\"l\" oem=\"o\" "
-                      "region=\"r\" ver=\"1\"/>\r\n"
-                      "\t\t\t<component class=\"b&lt;&quot;&amp;\" type=\"\" plat=\"\" lang=\"\" oem=\"\" "
-                      "region=\"\" ver=\"\xC3\xA4\"/>\r\n"
-                      "\t\t\t<component/>\r\n\t\t</components>\r\n\t</product>\r\n\t<product/>\r\n</body>\r\n");
+    ASSERT_EQ(Store(m_Records), Result::g_ulSuccess);
+    EXPECT_EQ(Stored(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<body x=\"1\">\r\n\t<!-- kept -->\r\n"
+                        "\t<product plat=\"5889\">\r\n\t\t<components>\r\n\t\t\t<other/>\r\n"
+                        "\t\t\t<component class=\"a\" extra=\"e\" type=\"t\" plat=\"p\" lang=\"l\" oem=\"o\" "
+                        "region=\"r\" ver=\"1\"/>\r\n"
+                        "\t\t\t<component class=\"b&lt;&quot;&amp;\" type=\"\" plat=\"\" lang=\"\" oem=\"\" "
+                        "region=\"\" ver=\"\xC3\xA4\"/>\r\n"
+                        "\t\t\t<component/>\r\n\t\t</components>\r\n\t</product>\r\n\t<product/>\r\n</body>\r\n");
 }
 
 TEST_F(PreUpdate, TheStepsAreToldLineByLine)
 {
     Write("<body><product><components/></product></body>");
-    m_stList.vecComponent.resize(1);
+    m_Records.vecComponent.resize(1);
     const TraceRecorder cTrace(0x111);
-    ASSERT_EQ(Store(), Result::g_ulSuccess);
+    ASSERT_EQ(Store(m_Records), Result::g_ulSuccess);
     const std::wstring tszList = L"CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList()";
     const Lines vecBegun = {L"[Enter] " + tszList + L"...", L"[1] " + tszList + L"..."};
     const Lines vecStored = Joined(
         {{L"*** " + tszList + L" found! need to modify this new node"},
          Behind(L" -- DEBUG ", {L"class[a]", L"type[t]", L"plat[p]", L"lang[l]", L"oem[o]", L"region[r]", L"ver[1]"}),
          {L"[Leave] " + tszList + L"..."}});
-    const Lines vecLine = cTrace.Lines();
-    EXPECT_EQ(Lines(vecLine.begin() + 1, vecLine.end() - 1), // the dispatch's around it
-              Behind(L".w. ",
-                     Joined({{L"[Enter] CFunctionXml::ImpChangePlatform()...", L"FunctionXml::ImpChangePlatform()...",
-                              L"[Leave] CFunctionXml::ImpChangePlatform()..."},
-                             vecBegun,
-                             {L"*** " + tszList + L" create a new component node"},
-                             vecStored,
-                             vecBegun,
-                             vecStored})));
+    EXPECT_EQ(ReaderLines(cTrace), Behind(L".w. ", Joined({{L"[Enter] CFunctionXml::ImpChangePlatform()...",
+                                                            L"FunctionXml::ImpChangePlatform()...",
+                                                            L"[Leave] CFunctionXml::ImpChangePlatform()..."},
+                                                           vecBegun,
+                                                           {L"*** " + tszList + L" create a new component node"},
+                                                           vecStored,
+                                                           vecBegun,
+                                                           vecStored})));
 }
 
 TEST_F(PreUpdate, AFailedStepLeavesWhatTheStepsBeforeItStored)
@@ -153,17 +141,17 @@ TEST_F(PreUpdate, AFailedStepLeavesWhatTheStepsBeforeItStored)
     const std::wstring tszPlatform = L"*** CFunctionXml::ImpChangePlatform() - ";
     const TraceRecorder cTrace(0x100);
     Write("<body><product/></body>"); // no list
-    EXPECT_EQ(Store(), Result::g_ulFailed);
-    EXPECT_THAT(Read(), HasSubstr("<product plat=\"5889\"/>"));
+    EXPECT_EQ(Store(m_Records), Result::g_ulFailed);
+    EXPECT_THAT(Stored(), HasSubstr("<product plat=\"5889\"/>"));
 
     Write("<body/>"); // the list is asked for although the platform had no place
-    EXPECT_EQ(Store(), Result::g_ulFailed);
-    EXPECT_EQ(Read(), "<body/>");
+    EXPECT_EQ(Store(m_Records), Result::g_ulFailed);
+    EXPECT_EQ(Stored(), "<body/>");
 
     Write("<body><product><components/></product></body>");
-    m_stList.vecComponent[1].tszOem = L"\x01"; // no document can hold it
-    EXPECT_EQ(Store(), Result::g_ulFailed);
-    EXPECT_THAT(Read(), testing::Not(HasSubstr("<component ")));
+    m_Records.vecComponent[1].tszOem = L"\x01"; // no document can hold it
+    EXPECT_EQ(Store(m_Records), Result::g_ulFailed);
+    EXPECT_THAT(Stored(), testing::Not(HasSubstr("<component ")));
     EXPECT_THAT(cTrace.Messages(), ElementsAre(tszList + L"components section was not found.",
                                                tszPlatform + L"components section was not found.",
                                                tszList + L"components section was not found.",
@@ -173,11 +161,11 @@ TEST_F(PreUpdate, AFailedStepLeavesWhatTheStepsBeforeItStored)
 TEST_F(PreUpdate, ADeniedReplacementFailsAndLeavesTheDocument)
 {
     Write("<body><product><components/></product></body>");
-    const std::string sBefore = Read();
-    ::SetFileAttributesW(m_stList.tszDocument.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(Store(), Result::g_ulFailed);
-    ::SetFileAttributesW(m_stList.tszDocument.c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(Read(), sBefore);
+    const std::string sBefore = Stored();
+    ::SetFileAttributesW(m_Records.tszDocument.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(Store(m_Records), Result::g_ulFailed);
+    ::SetFileAttributesW(m_Records.tszDocument.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Stored(), sBefore);
 }
 
 } // namespace

@@ -88,9 +88,8 @@ TEST_F(Components, EveryFieldOfEveryPartIsRead)
             ActionAfterRebootIfFailed="yes" CompareVersion="yes"/>
         <Registry Root="HKLM" Key="K"><RegistryValue Name="N" OverWrite="yes" AllAccess="no" AccessMode="default"
             Action="write">data</RegistryValue></Registry>
-        <IniFile><IniValue/></IniFile>
-        <Shortcut Id="s" Action="remove" Name="sn" Target="t" Arguments="a" Icon="i" Description="d"
-            RootProductDirectory="r"/><Shortcut Id="nameless" Action="deploy"/></Component>)");
+        <IniFile><IniValue/></IniFile><Shortcut Id="s" Action="remove" Name="sn" Target="t" Arguments="a" Icon="i"
+            Description="d" RootProductDirectory="r"/><Shortcut Id="nameless" Action="deploy"/></Component>)");
     const TraceRecorder cTrace;
     ASSERT_EQ(Query(), Result::g_ulSuccess);
     EXPECT_THAT(

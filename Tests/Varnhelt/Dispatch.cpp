@@ -18,22 +18,20 @@ TEST(Dispatch, EachLevelHasItsValueTypesAndTestsThemBeforeTheRecord)
 {
     CFunctionProvider cProvider;
     CFunctionXml cFunctionXml;
-    std::uint32_t aulAccepted[3] = {}; // queried and stored through a function object, and known at all
-    const auto Ask = [&](std::uint32_t _ulValueType) {
-        const bool aAccepted[] = {cProvider.QueryValue(0, _ulValueType, 7, nullptr, 0, nullptr) != Result::g_ulRefused,
-                                  cProvider.StoreValue(0, _ulValueType, 7, nullptr, 0, nullptr) != Result::g_ulRefused,
-                                  cFunctionXml.CheckParameters(
-                                      {.ulValueType = _ulValueType, .pValueData = aulAccepted}) == Result::g_ulSuccess};
-        for (std::size_t i = 0; i < 3; ++i) {
-            aulAccepted[i] |= aAccepted[i] ? _ulValueType : 0;
-        }
-    };
-    Ask(0x3);
-    EXPECT_THAT(aulAccepted, ElementsAre(0, 0, 0));
-    for (std::uint32_t ulValueType = 1; ulValueType != 0; ulValueType <<= 1) {
-        Ask(ulValueType);
+    std::uint32_t ulQueried = 0;
+    std::uint32_t ulStored = 0;
+    std::uint32_t ulKnown = 0;
+    for (std::uint32_t ulBit = 1; ulBit != 0; ulBit <<= 1) {
+        ulQueried |= cProvider.QueryValue(0, ulBit, 7, nullptr, 0, nullptr) != Result::g_ulRefused ? ulBit : 0;
+        ulStored |= cProvider.StoreValue(0, ulBit, 7, nullptr, 0, nullptr) != Result::g_ulRefused ? ulBit : 0;
+        const std::uint32_t ulChecked = cFunctionXml.CheckParameters({.ulValueType = ulBit, .pValueData = &ulKnown});
+        ulKnown |= ulChecked == Result::g_ulSuccess ? ulBit : 0;
     }
-    EXPECT_THAT(aulAccepted, ElementsAre(0xDFE7F, 0x100002, 0x7FFE7F));
+    EXPECT_EQ(ulQueried, 0xDFE7FU);
+    EXPECT_EQ(ulStored, 0x100002U);
+    EXPECT_EQ(ulKnown, 0x7FFE7FU);
+    EXPECT_EQ(cProvider.QueryValue(0, 0x3, 7, nullptr, 0, nullptr), Result::g_ulRefused);
+    EXPECT_EQ(cFunctionXml.CheckParameters({.ulValueType = 0x3, .pValueData = &ulKnown}), Result::g_ulInvalidArgument);
     const TraceRecorder cTrace(0x100);
     EXPECT_EQ(cFunctionXml.CheckParameters({.ulValueType = 0x80, .ulValueSubType = 1}), Result::g_ulInvalidArgument);
     EXPECT_THAT(cTrace.Messages(), ElementsAre(L"*** CFunctionXml::CheckParameters() - Invalid Value Type was "

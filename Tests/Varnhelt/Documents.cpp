@@ -85,7 +85,7 @@ void PrintTo(const Way& _rstWay, std::ostream* _pStream)
     *_pStream << testing::PrintToString(_rstWay.tszMethod);
 }
 
-class Documents : public testing::TestWithParam<Way>
+class AnyDocument : public testing::TestWithParam<Way>
 {
 protected:
     /** @param _rtszLast  the last line; empty: not compared */
@@ -111,9 +111,9 @@ protected:
     void* m_pOption = m_stWay.enDocument == DocumentId::RegistryData ? static_cast<void*>(&m_stData) : &m_stPath;
 };
 
-INSTANTIATE_TEST_SUITE_P(Ways, Documents, testing::ValuesIn(g_aWay));
+INSTANTIATE_TEST_SUITE_P(Ways, AnyDocument, testing::ValuesIn(g_aWay));
 
-TEST_P(Documents, WhatARequestLacksIsNamedAndItsListIsEmpty)
+TEST_P(AnyDocument, WhatARequestLacksIsNamedAndItsListIsEmpty)
 {
     XmlPathConfig stNoFolder{{}, L"d"};
     XmlPathConfig stNoFile{{{}, L"C:\\"}, L""};
@@ -141,7 +141,7 @@ TEST_P(Documents, WhatARequestLacksIsNamedAndItsListIsEmpty)
     EXPECT_EQ(cTrace.Messages(), Behind(m_tszError, vecExpected));
 }
 
-TEST_P(Documents, OneThatIsMissingOrDamagedFailsAndAnEmptyOneIsRead)
+TEST_P(AnyDocument, FailsWhileItIsMissingOrDamagedAndIsReadWhileItIsEmpty)
 {
     if (m_stWay.pfnTry == nullptr) {
         return;

@@ -16,21 +16,18 @@ using EnforceData = DocumentTest<ValueType::g_ulEnforceData, std::vector<DataCon
 TEST_F(EnforceData, AQueryReadsEveryFieldAndDumpsItInItsOrder)
 {
     Write(R"(<DataEnforceLayer><DataControllers>
-  <DataController Controller="eContentsProtection" version="17.0.1" label="Inhalte">
-    <Module>eExecutable</Module><Startup>eDemand</Startup>
-    <OrderOfLoading>010</OrderOfLoading><ConcurrentLoading>true</ConcurrentLoading>
-    <OrderOfUnloading>7</OrderOfUnloading><ConcurrentUnLoading>0</ConcurrentUnLoading>
-    <PuId>0x1A</PuId><ModuleName>Inhalt.exe</ModuleName><InitializeOption>eDelayInit</InitializeOption>
-    <DataProviders><!-- of any name -->
-      <Anything Controller="eCommon" Provider="eUrlFilter" version="1.2" label="Filter">
-        <Module>eInlineCode</Module><Startup>eAutomatic</Startup><OrderOfLoading>0x11</OrderOfLoading><OrderOfUnloading/>
-        <Shared>eSharedProvider</Shared><Layer>eEnforceLayer</Layer><Service>eEnforceHandler</Service>
-        <DependencyController>eFirewall</DependencyController><DependencyProvider>eHomeNetwork</DependencyProvider>
-        <AdditionalCallAfterInstall>1</AdditionalCallAfterInstall>
-        <AdditionalCallAfterUninstall>FALSE</AdditionalCallAfterUninstall>
-        <ModuleName>Filter.dll</ModuleName><InitializeOption>ePartialInit</InitializeOption>
-      </Anything>
-    </DataProviders></DataController></DataControllers></DataEnforceLayer>)");
+  <DataController Controller="eContentsProtection" version="17.0.1" label="Inhalte"><Module>eExecutable</Module>
+    <Startup>eDemand</Startup><OrderOfLoading>010</OrderOfLoading><ConcurrentLoading>true</ConcurrentLoading>
+    <OrderOfUnloading>7</OrderOfUnloading><ConcurrentUnLoading>0</ConcurrentUnLoading><PuId>0x1A</PuId>
+    <ModuleName>Inhalt.exe</ModuleName><InitializeOption>eDelayInit</InitializeOption>
+    <DataProviders><!-- of any name --><Anything Controller="eCommon" Provider="eUrlFilter" version="1.2" label="Filter">
+      <Module>eInlineCode</Module><Startup>eAutomatic</Startup><OrderOfLoading>0x11</OrderOfLoading><OrderOfUnloading/>
+      <Shared>eSharedProvider</Shared><Layer>eEnforceLayer</Layer><Service>eEnforceHandler</Service>
+      <DependencyController>eFirewall</DependencyController><DependencyProvider>eHomeNetwork</DependencyProvider>
+      <AdditionalCallAfterInstall>1</AdditionalCallAfterInstall><ModuleName>Filter.dll</ModuleName>
+      <AdditionalCallAfterUninstall>FALSE</AdditionalCallAfterUninstall>
+      <InitializeOption>ePartialInit</InitializeOption></Anything></DataProviders>
+  </DataController></DataControllers></DataEnforceLayer>)");
     const TraceRecorder cTrace(0x110);
     ASSERT_EQ(Query(), Result::g_ulSuccess);
     EXPECT_THAT(m_Records,

@@ -99,43 +99,34 @@ TEST_F(KeyConfig, WhatCannotBeDecidedFailsWithItsLine)
                                                tszReader + L"GetModuleFileName() failed. [0x00000008]", pszFailed));
 }
 
-class RegistryDocument : public testing::Test
+class RegistryDocument : public DocumentTest<ValueType::g_ulRegistryData, std::vector<RegistryData>>
 {
 protected:
     std::uint32_t Query(std::vector<std::wstring> _vecLabel)
     {
-        m_stRequest.vecLabel = std::move(_vecLabel);
+        RegistryDataRequest stRequest{std::move(_vecLabel), m_tszFolder + m_pszFile};
         return CFunctionXml().QueryValue(
-            {.ulValueType = ValueType::g_ulRegistryData, .pValueData = &m_vecData, .pOptionData = &m_stRequest});
+            {.ulValueType = ValueType::g_ulRegistryData, .pValueData = &m_Records, .pOptionData = &stRequest});
     }
-    void Write(const std::string& _rsXml) const
-    {
-        m_cProduct.Folder().Write(L"data.xml", "<Quillmar>" + _rsXml + "</Quillmar>");
-    }
-
-    TestProduct m_cProduct;
-    RegistryDataRequest m_stRequest{{}, m_cProduct.Folder().File(L"data.xml")};
-    std::vector<RegistryData> m_vecData;
 };
 
 TEST_F(RegistryDocument, ValuesOfTheSelectedComponentsAreReadWithTheirPlace)
 {
-    Write(R"(<Component label="a"><Reg key="HKEY_LOCAL_MACHINE\S\X" access="all">
+    Write(R"(<Quillmar><Component label="a"><Reg key="HKEY_LOCAL_MACHINE\S\X" access="all">
         <Element><Name>1</Name><Type>reg_qword</Type><Value>0xFFFFFFFFFFFFFFFF</Value></Element>
         <Element><Name>2</Name><Type>REG_SZ</Type><Value>16x</Value></Element></Reg>
         <Reg key="HKEY_LOCAL_MACHINE\" access="All"><Element><Name>3</Name><Type>REG_MULTI_SZ</Type><Value>010</Value>
         </Element></Reg></Component><Component label="A"/>
-        <Component><Reg key="HKEY_LOCAL_MACHINE\Y"><Element/></Reg></Component>)");
+        <Component><Reg key="HKEY_LOCAL_MACHINE\Y"><Element/></Reg></Component></Quillmar>)");
     const TraceRecorder cTrace;
     ASSERT_EQ(Query({L"b", L"a"}), Result::g_ulSuccess);
-    EXPECT_THAT(m_vecData, ElementsAre(FieldsAre(HKEY_LOCAL_MACHINE, L"S\\X", true, L"1", 11, L"0xFFFFFFFFFFFFFFFF",
+    EXPECT_THAT(m_Records, ElementsAre(FieldsAre(HKEY_LOCAL_MACHINE, L"S\\X", true, L"1", 11, L"0xFFFFFFFFFFFFFFFF",
                                                  0xFFFFFFFFFFFFFFFFU),
                                        FieldsAre(HKEY_LOCAL_MACHINE, L"S\\X", true, L"2", 1, L"16x", 0),
                                        FieldsAre(HKEY_LOCAL_MACHINE, L"", false, L"3", 0, L"010", 8)));
-    const Lines vecLine = cTrace.Lines();
     const std::wstring tszComponent = L"@@@ CFunctionXml::GetRegistryComponent() - ";
     EXPECT_THAT(
-        Lines(vecLine.begin() + 1, vecLine.end() - 1), // the dispatch's around it
+        ReaderLines(cTrace),
         ElementsAre(
             L".w. [Enter] CFunctionXml::QueryValueAsRegistryData()...",
             L".w. [Enter] CFunctionXml::GetRegistryComponent()...", tszComponent + L"root key: [HKEY_LOCAL_MACHINE]",
@@ -146,9 +137,9 @@ TEST_F(RegistryDocument, ValuesOfTheSelectedComponentsAreReadWithTheirPlace)
             L".w. [Leave] CFunctionXml::GetRegistryComponent()...",
             L".w. [Leave] CFunctionXml::QueryValueAsRegistryData()..."));
     ASSERT_EQ(Query({L"*"}), Result::g_ulSuccess);
-    EXPECT_EQ(m_vecData.size(), 4U);
+    EXPECT_EQ(m_Records.size(), 4U);
     ASSERT_EQ(Query({}), Result::g_ulSuccess);
-    EXPECT_THAT(m_vecData, IsEmpty());
+    EXPECT_THAT(m_Records, IsEmpty());
 }
 
 TEST_F(RegistryDocument, AKeyThatIsNoneAndABadDocumentFailWithTheirLines)
@@ -157,16 +148,16 @@ TEST_F(RegistryDocument, AKeyThatIsNoneAndABadDocumentFailWithTheirLines)
     const std::wstring tszComponent = L"CFunctionXml::GetRegistryComponent() - ";
     const TraceRecorder cTrace(0x100);
     for (const std::string sKey : {"HKLM\\S", "hkey_local_machine\\S", "Software"}) {
-        Write("<Component><Reg key='HKEY_LOCAL_MACHINE\\A'><Element/></Reg><Reg key='" + sKey +
-              "'><Element/></Reg></Component>");
+        Write("<Quillmar><Component><Reg key='HKEY_LOCAL_MACHINE\\A'><Element/></Reg><Reg key='" + sKey +
+              "'><Element/></Reg></Component></Quillmar>");
         EXPECT_EQ(Query({L""}), Result::g_ulFailed);
-        EXPECT_EQ(m_vecData.size(), 1U);
+        EXPECT_EQ(m_Records.size(), 1U);
     }
-    Write("\n<Component>");
+    Write("<Quillmar>\n<Component></Quillmar>");
     EXPECT_EQ(Query({L"*"}), Result::g_ulFailed);
-    m_stRequest.tszXmlFile += L".none";
+    m_pszFile = L"none";
     EXPECT_EQ(Query({L"*"}), Result::g_ulFailed);
-    EXPECT_EQ(CFunctionXml().QueryValueAsRegistryData({.pValueData = &m_vecData}), Result::g_ulMissingObject);
+    EXPECT_EQ(CFunctionXml().QueryValueAsRegistryData({.pValueData = &m_Records}), Result::g_ulMissingObject);
     const std::wstring tszFailed = tszReader + L"GetRegistryComponent() failed.[0x80040201]";
     EXPECT_THAT(cTrace.Messages(),
                 ElementsAre(tszComponent + L"unsupported root key: HKLM", tszFailed,

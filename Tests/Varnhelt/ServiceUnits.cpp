@@ -14,18 +14,14 @@ using ServiceUnits = DocumentTest<ValueType::g_ulServiceUnit, std::vector<Servic
 
 TEST_F(ServiceUnits, EveryFieldIsReadAndConvertedAndWhatIsMissingIsADefaultLoggedInTheOrderOfTheFields)
 {
-    Write(R"(<?xml version="1.0" encoding="UTF-8"?>
-<BaseFramework>
-  <!-- the first -->
+    Write(R"(<?xml version="1.0" encoding="UTF-8"?><BaseFramework><!-- the first -->
   <FrameworkService Layer="eServiceLayer" Service="eEventManager" version="17.0.1"><Module>eDynamicLinkLibrary</Module>
     <Startup>eAutomatic</Startup><Load>ePreLoad</Load><OrderOfLoading>0x10</OrderOfLoading>
     <OrderOfUnloading>010</OrderOfUnloading><ConcurrentUnLoading>TRUE</ConcurrentUnLoading>
     <Shared>eSharedProvider</Shared><Controller>eFirewall</Controller><Provider>eMalwareScan</Provider>
     <ModuleName>Ereignis &amp; Zust&#xE4;nde&#x1F512;.dll</ModuleName>
-    <AllowToLoadSetupMode>1</AllowToLoadSetupMode>
-  </FrameworkService>
-  <SomethingElse/><frameworkservice/><FrameworkService/>
-</BaseFramework>)");
+    <AllowToLoadSetupMode>1</AllowToLoadSetupMode></FrameworkService>
+  <SomethingElse/><frameworkservice/><FrameworkService/></BaseFramework>)");
     const TraceRecorder cTrace(0x100);
     // With a backslash at its end here, without one elsewhere.
     TestProduct::Register(m_tszFolder);
