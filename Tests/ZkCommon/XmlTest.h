@@ -6,7 +6,6 @@
 #include "ZkComn_XmlWriter.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 
 /** What a failing document operation told. */
@@ -19,18 +18,25 @@ struct XmlFailure
     bool operator==(const XmlFailure&) const = default;
 };
 
-/** The failure of an operation; nothing when it succeeded. */
+/** The failure of an operation; without a code when it succeeded. */
 template <class TOperation>
-std::optional<XmlFailure> FailureOf(TOperation&& _fnOperation)
+XmlFailure FailureOf(TOperation&& _fnOperation)
 {
     try {
         _fnOperation();
-        return std::nullopt;
+        return {};
     } catch (ZkCommon::Storage::XmlException* pCaught) {
         const std::unique_ptr<ZkCommon::Storage::XmlException> pError(pCaught);
-        return XmlFailure{pError->ErrorCode(), pError->XmlErrorCode(), pError->XmlLine(), pError->XmlFile()};
+        return {pError->ErrorCode(), pError->XmlErrorCode(), pError->XmlLine(), pError->XmlFile()};
     }
 }
+
+/** A document of which all is kept. */
+struct Whole final : ZkCommon::Storage::XmlParser
+{
+    explicit Whole(std::string_view _svText) { LoadText(_svText, KeepWhole); }
+    ZkCommon::Storage::XmlElement Root() const { return Document().FirstChild(); }
+};
 
 /** An element in short: name[attribute=value](text){child,child}; a comment is !(text). For small trees. */
 // NOLINTNEXTLINE(misc-no-recursion): the trees that tests compare as text are small
