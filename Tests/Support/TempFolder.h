@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /** A new empty folder, whose name is not ASCII; removed with everything in it. */
 class TempFolder
@@ -20,6 +21,8 @@ public:
     void Write(std::wstring_view _svName, std::string_view _svBytes) const;
     /** The file's bytes; empty when it is not there. */
     std::string Read(std::wstring_view _svName) const;
+    /** Names of the files and folders in it, sorted. */
+    std::vector<std::wstring> Names() const;
 
 private:
     std::filesystem::path m_Path;
