@@ -3,12 +3,10 @@
 #include "../TraceLibraries/Recorder.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Library.h"
-#include "ZkComn_Registry.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <iterator>
 
 using namespace ZkCommon;
 
@@ -31,14 +29,6 @@ std::wstring MessageOf(const std::wstring& _rtszRaw)
     return tszRest.substr(uStart, tszRest.rfind(L" - ") - uStart);
 }
 
-template <class TConvert>
-std::vector<std::wstring> Convert(const std::vector<std::wstring>& _rvecRaw, TConvert&& _fnConvert)
-{
-    std::vector<std::wstring> vecResult;
-    std::ranges::transform(_rvecRaw, std::back_inserter(vecResult), _fnConvert);
-    return vecResult;
-}
-
 } // namespace
 
 std::wstring ProgramFolder()
@@ -54,12 +44,8 @@ TraceRecorder::TraceRecorder(std::uint32_t _ulLevelMask, const wchar_t* _pszModu
 {
     m_pRecord->Clear();
     m_pRecord->Answer(0, 0);
-    for (const wchar_t* pszSession : {L"\\InteractiveSession", L"\\ServiceSession"}) {
-        Storage::Registry settings;
-        settings.Create(HKEY_CURRENT_USER, m_Key.Path() + pszSession);
-        settings.WriteNumber(L"Enable", 1);
-        settings.WriteNumber(L"Level", _ulLevelMask);
-    }
+    SetForTrace(m_Key, L"Enable", 1U);
+    SetForTrace(m_Key, L"Level", _ulLevelMask);
     EXPECT_TRUE(g_cDebugLog.Initialize(_pszModuleName, {Storage::Key::Registry, HKEY_CURRENT_USER, m_Key.Path()},
                                        ProgramFolder() + L"\\Recorder"));
 }
@@ -82,13 +68,18 @@ std::vector<std::wstring> TraceRecorder::RawLines() const
 
 std::vector<std::wstring> TraceRecorder::Lines() const
 {
-    return Convert(RawLines(),
-                   [](const std::wstring& _rtszRaw) { return FromTag(_rtszRaw).substr(0, 4) + MessageOf(_rtszRaw); });
+    std::vector<std::wstring> vecLines = RawLines();
+    for (std::wstring& tszLine : vecLines) {
+        tszLine = FromTag(tszLine).substr(0, 4) + MessageOf(tszLine);
+    }
+    return vecLines;
 }
 
 std::vector<std::wstring> TraceRecorder::Messages() const
 {
-    return Convert(RawLines(), MessageOf);
+    std::vector<std::wstring> vecLines = RawLines();
+    std::ranges::transform(vecLines, vecLines.begin(), MessageOf);
+    return vecLines;
 }
 
 void TraceRecorder::Clear()

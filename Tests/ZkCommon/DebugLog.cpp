@@ -4,7 +4,6 @@
 #include "TempFolder.h"
 #include "TestKey.h"
 #include "TraceRecorder.h"
-#include "ZkComn_Registry.h"
 
 #include <gmock/gmock.h>
 #include <regex>
@@ -21,15 +20,7 @@ struct OwnLog
     template <class TValue>
     void Set(const wchar_t* _pszName, const TValue& _rValue) const
     {
-        for (const wchar_t* pszSession : {L"\\InteractiveSession", L"\\ServiceSession"}) {
-            Storage::Registry settings;
-            settings.Create(HKEY_CURRENT_USER, m_Key.Path() + pszSession);
-            if constexpr (std::is_integral_v<TValue>) {
-                settings.WriteNumber(_pszName, _rValue);
-            } else {
-                settings.WriteString(_pszName, _rValue);
-            }
-        }
+        SetForTrace(m_Key, _pszName, _rValue);
     }
     bool Start(const wchar_t* _pszFolder = L"\\Recorder", const wchar_t* _pszModule = L"Module")
     {
@@ -82,15 +73,12 @@ TEST(DebugLog, IsSilentlyOffWithoutSettingsOrLibrary)
 {
     OwnLog own;
     const auto ExpectInitialisedAndDisabled = [&] {
-        EXPECT_TRUE(own.Start());
-        EXPECT_TRUE(own.TraceOneError());
-        EXPECT_FALSE(own.m_Log.Passes(TraceError));
-        EXPECT_TRUE(own.m_Log.Uninitialize());
+        EXPECT_TRUE(own.Start() && own.TraceOneError() && !own.m_Log.Passes(TraceError) && own.m_Log.Uninitialize());
     };
-    EXPECT_FALSE(own.TraceOneError());
-    EXPECT_FALSE(own.m_Log.Uninitialize());
+    const auto ExpectNotInitialised = [&] { EXPECT_FALSE(own.TraceOneError() || own.m_Log.Uninitialize()); };
+    ExpectNotInitialised();
     ExpectInitialisedAndDisabled(); // without the key
-    EXPECT_FALSE(own.TraceOneError());
+    ExpectNotInitialised();
     own.Set(L"Enable", 0U);
     ExpectInitialisedAndDisabled();
 
@@ -98,13 +86,11 @@ TEST(DebugLog, IsSilentlyOffWithoutSettingsOrLibrary)
     own.Set(L"Enable", 1U);
     for (const wchar_t* pszFolder : {L"\\NoSuchFolder", L"\\Incomplete", L"\\Incomplete\\ZkDbgLog.dll"}) {
         EXPECT_FALSE(own.Start(pszFolder));
-        EXPECT_FALSE(own.TraceOneError());
-        EXPECT_FALSE(own.m_Log.Uninitialize());
+        ExpectNotInitialised();
         EXPECT_EQ(::GetModuleHandleW(L"ZkDbgLog.dll"), nullptr);
     }
-    Storage::Key stUnknown{Storage::Key::Registry, HKEY_CURRENT_USER, own.m_Key.Path()};
-    stUnknown.ulKind = 2;
-    EXPECT_FALSE(own.m_Log.Initialize(L"Module", stUnknown, ProgramFolder() + L"\\Recorder"));
+    EXPECT_FALSE(
+        own.m_Log.Initialize(L"Module", {2, HKEY_CURRENT_USER, own.m_Key.Path()}, ProgramFolder() + L"\\Recorder"));
 
     own.Set(L"LogPrefix", 1U); // not its type
     ExpectInitialisedAndDisabled();
@@ -116,16 +102,14 @@ TEST(DebugLog, UnloadsALibraryThatFailsAndGoesOnWhenALineIsRefused)
     OwnLog own;
     own.Set(L"Enable", 1U);
     trace.Record().Answer(5, 0);
-    EXPECT_FALSE(own.Start());
-    EXPECT_FALSE(own.TraceOneError());
+    EXPECT_FALSE(own.Start() || own.TraceOneError());
     EXPECT_EQ(trace.Record().Open(), 1); // that of the recorder
 
     trace.Record().Answer(0, 5);
     EXPECT_TRUE(own.Start(L"\\Recorder\\"));
     EXPECT_FALSE(own.TraceOneError());
     trace.Record().Answer(0, 0);
-    EXPECT_TRUE(own.TraceOneError());
-    EXPECT_TRUE(own.m_Log.Uninitialize());
+    EXPECT_TRUE(own.TraceOneError() && own.m_Log.Uninitialize());
     EXPECT_EQ(trace.Record().Open(), 1);
 }
 
@@ -133,9 +117,11 @@ TEST(DebugLog, HandsItsSettingsToTheLibrary)
 {
     const TraceRecorder trace;
     const Library::ZkDbgSettings& stSettings = trace.Record().Settings();
-    EXPECT_STREQ(stSettings.aszLogPrefix, L"vqx"); // the defaults
-    EXPECT_STREQ(stSettings.aszLogExtension, L"log");
-    EXPECT_STREQ(stSettings.aszLogFolder, L"");
+    const auto Texts = [&stSettings] {
+        return std::vector<std::wstring>{stSettings.aszModuleName, stSettings.aszLogFolder, stSettings.aszLogPrefix,
+                                         stSettings.aszLogFile, stSettings.aszLogExtension};
+    };
+    EXPECT_THAT(Texts(), ElementsAre(L"Varnhelt", L"", L"vqx", L"", L"log")); // the defaults
     EXPECT_EQ(stSettings.ucRobust, 0);
 
     OwnLog own;
@@ -147,11 +133,10 @@ TEST(DebugLog, HandsItsSettingsToTheLibrary)
     own.Set(L"Robust", 2U);
     own.Set(L"Debugger", 3U);
     ASSERT_TRUE(own.Start(L"\\Recorder", std::wstring(40, L'm').c_str()));
-    EXPECT_THAT((std::vector{stSettings.ulLogProcess, stSettings.ulLogUnitType}), ElementsAre(11U, 12U));
-    EXPECT_THAT((std::vector{stSettings.ucRobust, stSettings.ucDebugger}), ElementsAre(1, 1));
-    EXPECT_EQ(stSettings.aszLogFolder, std::wstring(259, L'f')); // cut off to their fields
-    EXPECT_EQ(stSettings.aszModuleName, std::wstring(31, L'm'));
-    EXPECT_STREQ(stSettings.aszLogFile, L"file");
+    EXPECT_THAT((std::vector<std::uint32_t>{stSettings.ulLogProcess, stSettings.ulLogUnitType, stSettings.ucRobust,
+                                            stSettings.ucDebugger}),
+                ElementsAre(11, 12, 1, 1));
+    EXPECT_THAT(Texts(), ElementsAre(std::wstring(31, L'm'), std::wstring(259, L'f'), L"vqx", L"file", L"log")); // cut
     EXPECT_NE(stSettings.stTime.wYear, 0);
 }
 
@@ -185,23 +170,18 @@ TEST(DebugLog, TakesLinesFromManyThreadsWhileItIsOpenedAndClosed)
     const TraceRecorder trace;
     OwnLog own;
     own.Set(L"Enable", 1U);
-    std::atomic<bool> bStop = false;
-    std::vector<std::thread> vecThread;
+    std::vector<std::jthread> vecThread;
     for (int i = 0; i < 4; ++i) {
-        vecThread.emplace_back([&] {
-            while (!bStop) {
+        vecThread.emplace_back([&](const std::stop_token& _rStop) {
+            while (!_rStop.stop_requested()) {
                 own.TraceOneError();
             }
         });
     }
     for (int i = 0; i < 50; ++i) {
-        EXPECT_TRUE(own.Start());
-        EXPECT_TRUE(own.m_Log.Uninitialize());
+        EXPECT_TRUE(own.Start() && own.m_Log.Uninitialize());
         trace.Record().Clear();
     }
-    bStop = true;
-    for (std::thread& rThread : vecThread) {
-        rThread.join();
-    }
+    vecThread.clear();
     EXPECT_EQ(trace.Record().Open(), 1);
 }

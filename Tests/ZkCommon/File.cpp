@@ -11,28 +11,9 @@ using namespace ZkCommon;
 using namespace ZkCommon::Storage;
 using testing::ElementsAre;
 
-namespace {
-
-std::vector<std::wstring> Names(const TempFolder& _rcFolder)
-{
-    std::vector<std::wstring> vecNames;
-    for (const auto& entry : std::filesystem::directory_iterator(_rcFolder.Path())) {
-        vecNames.push_back(entry.path().filename().wstring());
-    }
-    return vecNames;
-}
-
-} // namespace
-
 TEST(ReplacedFile, IsWholeOrUntouchedWhicheverStepFails)
 {
-    const struct
-    {
-        int iLine;
-        std::shared_ptr<void> (*pfnFault)(DWORD, int);
-        int iCall;
-        DWORD ulError;
-    } aRows[] = {
+    const std::tuple<int, std::shared_ptr<void> (*)(DWORD, int), int, DWORD> aRows[] = {
         {__LINE__, &MakeFault<API(CreateFileW)>, 1, ERROR_ACCESS_DENIED},
         {__LINE__, &MakeFault<API(SetFileInformationByHandle)>, 1, ERROR_NOT_SUPPORTED},
         {__LINE__, &MakeFault<API(WriteFile)>, 1, ERROR_DISK_FULL},
@@ -42,17 +23,17 @@ TEST(ReplacedFile, IsWholeOrUntouchedWhicheverStepFails)
         {__LINE__, &MakeFault<API(SetFileInformationByHandle)>, 2, ERROR_NOT_SUPPORTED},
         {__LINE__, &MakeFault<API(MoveFileExW)>, 1, ERROR_NOT_SAME_DEVICE},
     };
-    for (const auto& stRow : aRows) {
+    for (const auto& [iLine, pfnFault, iCall, ulError] : aRows) {
         for (const bool bExisted : {true, false}) {
-            const testing::ScopedTrace cTrace(__FILE__, stRow.iLine, bExisted ? "existed" : "new");
+            const testing::ScopedTrace cTrace(__FILE__, iLine, bExisted ? "existed" : "new");
             const TempFolder cFolder;
             if (bExisted) {
                 cFolder.Write(L"a.xml", "old");
             }
-            const std::shared_ptr<void> pFault = stRow.pfnFault(stRow.ulError, stRow.iCall);
-            EXPECT_EQ(File::Replace(cFolder.File(L"a.xml"), "new", [](auto) { return true; }), stRow.ulError);
+            const std::shared_ptr<void> pFault = pfnFault(ulError, iCall);
+            EXPECT_EQ(File::Replace(cFolder.File(L"a.xml"), "new", [](auto) { return true; }), ulError);
             EXPECT_EQ(cFolder.Read(L"a.xml"), bExisted ? "old" : "");
-            EXPECT_EQ(Names(cFolder).size(), bExisted ? 1U : 0U);
+            EXPECT_EQ(cFolder.Names().size(), bExisted ? 1U : 0U);
         }
     }
 }
@@ -72,7 +53,7 @@ TEST(ReplacedFile, IsReadBackBeforeItReplacesAnything)
     EXPECT_EQ(cFolder.Read(L"a.xml"), "old and longer");
     EXPECT_EQ(ReplaceBy("", true), 0U);
     EXPECT_THAT(vecSeen, ElementsAre("new", ""));
-    EXPECT_THAT(Names(cFolder), ElementsAre(L"a.xml"));
+    EXPECT_THAT(cFolder.Names(), ElementsAre(L"a.xml"));
     EXPECT_EQ(std::filesystem::file_size(cFolder.Path() / L"a.xml"), 0U);
 }
 
@@ -87,16 +68,15 @@ TEST(ReplacedFile, WaitsForAReaderForABoundedTime)
     const ULONGLONG ulTaken = ::GetTickCount64() - ulStart;
     EXPECT_TRUE(ulTaken >= 500 && ulTaken <= 10000) << ulTaken;
     EXPECT_EQ(cFolder.Read(L"a.xml"), "old");
-    EXPECT_THAT(Names(cFolder), ElementsAre(L"a.xml"));
+    EXPECT_THAT(cFolder.Names(), ElementsAre(L"a.xml"));
 
-    std::thread cReader([&hReader] {
+    const std::jthread cReader([&hReader] {
         ::Sleep(200);
         hReader.Reset();
     });
     EXPECT_EQ(File::Replace(cFolder.File(L"a.xml"), "new"), 0U);
-    cReader.join();
     EXPECT_EQ(cFolder.Read(L"a.xml"), "new");
-    EXPECT_THAT(Names(cFolder), ElementsAre(L"a.xml"));
+    EXPECT_THAT(cFolder.Names(), ElementsAre(L"a.xml"));
 }
 
 TEST(ReplacedFile, FailsAtOnceWhereWaitingIsInVain)
@@ -111,7 +91,7 @@ TEST(ReplacedFile, FailsAtOnceWhereWaitingIsInVain)
         EXPECT_EQ(cMoves.Calls(), 0) << pszName;
     }
     EXPECT_EQ(cFolder.Read(L"fixed.xml"), "old");
-    EXPECT_THAT(Names(cFolder), testing::UnorderedElementsAre(L"fixed.xml", L"folder"));
+    EXPECT_THAT(cFolder.Names(), ElementsAre(L"fixed.xml", L"folder"));
     ::SetFileAttributesW(cFolder.File(L"fixed.xml").c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
@@ -149,7 +129,7 @@ TEST(ReplacedFile, LeavesNothingWhenTheProcessIsKilledWhileWriting)
     ASSERT_TRUE(cChild.IsReady());
     cChild.Kill();
     EXPECT_EQ(cFolder.Read(L"a.xml"), "old");
-    EXPECT_THAT(Names(cFolder), ElementsAre(L"a.xml"));
+    EXPECT_THAT(cFolder.Names(), ElementsAre(L"a.xml"));
 }
 
 TEST(TempFile, ExistsAsLongAsItsOwner)
@@ -164,7 +144,7 @@ TEST(TempFile, ExistsAsLongAsItsOwner)
         const std::wstring tszFirst = cFile.Path();
         ASSERT_EQ(cFile.Create(cFolder.Path().wstring()), 0U);
         EXPECT_NE(cFile.Path(), tszFirst);
-        EXPECT_EQ(Names(cFolder).size(), 1U);
+        EXPECT_EQ(cFolder.Names().size(), 1U);
         EXPECT_EQ(cFile.Write(aContent), 0U);
         EXPECT_EQ(cFile.Write(std::span(aContent).first(2)), 0U);
         ByteArray stContent;
@@ -172,7 +152,7 @@ TEST(TempFile, ExistsAsLongAsItsOwner)
         EXPECT_EQ(File::Read(cFile.Path(), stContent, File::g_ulShareAll).ulError, 0U);
         EXPECT_EQ(std::string(stContent.Bytes().begin(), stContent.Bytes().end()), "ab");
     }
-    EXPECT_EQ(Names(cFolder).size(), 0U);
+    EXPECT_EQ(cFolder.Names().size(), 0U);
 }
 
 TEST(TempFile, TakesAnotherNameWhenOneIsInUse)
