@@ -1,5 +1,6 @@
 #include "Child.h"
 
+#include "RunProgram.h"
 #include "ZkComn_String.h"
 
 namespace {
@@ -12,26 +13,31 @@ ZkCommon::Handle ReadyEvent(DWORD _ulParentId)
     return ZkCommon::Handle(::CreateEventW(nullptr, FALSE, FALSE, tszName.c_str()));
 }
 
+/** In the child: the parent's number and the folder. */
+std::wstring FromParent()
+{
+    wchar_t szValue[MAX_PATH] = {};
+    ::GetEnvironmentVariableW(g_pszFolderVariable, szValue, MAX_PATH);
+    return szValue;
+}
+
 } // namespace
 
 Child::Child(const char* _szTest, const std::wstring& _tszFolder)
 {
-    ::SetEnvironmentVariableW(g_pszFolderVariable, (std::to_wstring(::GetCurrentProcessId()) + _tszFolder).c_str());
     const ZkCommon::Handle hReady = ReadyEvent(::GetCurrentProcessId());
+    m_hProcess = Start(_szTest, _tszFolder);
+    const HANDLE aWait[] = {hReady.Get(), m_hProcess.Get()};
+    m_bReady = ::WaitForMultipleObjects(2, aWait, FALSE, 30000) == WAIT_OBJECT_0;
+}
+
+ZkCommon::Handle Child::Start(const char* _szTest, const std::wstring& _tszFolder)
+{
+    ::SetEnvironmentVariableW(g_pszFolderVariable, (std::to_wstring(::GetCurrentProcessId()) + _tszFolder).c_str());
     wchar_t szProgram[MAX_PATH];
     ::GetModuleFileNameW(nullptr, szProgram, MAX_PATH);
-    std::wstring tszCommand = L"\"" + std::wstring(szProgram) + L"\" --gtest_also_run_disabled_tests --gtest_filter=" +
-                              ZkCommon::String::FromUtf8(_szTest);
-    STARTUPINFOW stStart{};
-    stStart.cb = sizeof(stStart);
-    PROCESS_INFORMATION stProcess{};
-    if (::CreateProcessW(nullptr, tszCommand.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr,
-                         &stStart, &stProcess)) {
-        const ZkCommon::Handle hThread(stProcess.hThread);
-        m_hProcess.Reset(stProcess.hProcess);
-        const HANDLE aWait[] = {hReady.Get(), m_hProcess.Get()};
-        m_bReady = ::WaitForMultipleObjects(2, aWait, FALSE, 30000) == WAIT_OBJECT_0;
-    }
+    return StartProgram(szProgram,
+                        {L"--gtest_also_run_disabled_tests", L"--gtest_filter=" + ZkCommon::String::FromUtf8(_szTest)});
 }
 
 void Child::Kill()
@@ -45,17 +51,14 @@ void Child::Kill()
 
 std::wstring Child::Folder()
 {
-    wchar_t szValue[MAX_PATH] = {};
-    ::GetEnvironmentVariableW(g_pszFolderVariable, szValue, MAX_PATH);
-    const std::wstring tszValue = szValue;
+    const std::wstring tszValue = FromParent();
     return tszValue.substr(tszValue.find_first_not_of(L"0123456789"));
 }
 
 void Child::WaitToBeKilled()
 {
-    wchar_t szValue[MAX_PATH] = {};
-    ::GetEnvironmentVariableW(g_pszFolderVariable, szValue, MAX_PATH);
-    ::SetEvent(ReadyEvent(ZkCommon::String::ToNumber(szValue)).Get());
+    const std::wstring tszValue = FromParent();
+    ::SetEvent(ReadyEvent(ZkCommon::String::ToNumber(tszValue)).Get());
     for (;;) {
         ::Sleep(INFINITE);
     }

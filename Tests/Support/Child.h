@@ -21,6 +21,9 @@ public:
     /** Ends the child in the middle of what it does, and returns when it is gone. */
     void Kill();
 
+    /** A child that ends by itself. */
+    static ZkCommon::Handle Start(const char* _szTest, const std::wstring& _tszFolder);
+
     /** In the child: the folder that it was given. */
     static std::wstring Folder();
     /** In the child: tells the parent and never returns. */

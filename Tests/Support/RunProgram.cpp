@@ -2,7 +2,6 @@
 
 #include "TempFolder.h"
 #include "TraceRecorder.h"
-#include "ZkComn_Owner.h"
 
 #include <gtest/gtest.h>
 
@@ -31,59 +30,56 @@ ZkCommon::FileHandle StreamFile(const std::wstring& _tszPath)
                                               CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-/** Starts a program. A start that fails within the system, as Wine's now and then does under load, is tried again. */
-bool Start(const std::wstring& _tszProgram, std::wstring& _rtszCommandLine, STARTUPINFOW& _rstStartup,
-           PROCESS_INFORMATION& _rstProcess)
-{
-    constexpr int iTries = 5;
-    for (int i = 0; i < iTries; ++i) {
-        if (::CreateProcessW(_tszProgram.c_str(), _rtszCommandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                             &_rstStartup, &_rstProcess) != FALSE) {
-            return true;
-        }
-        if (::GetLastError() != ERROR_INTERNAL_ERROR) {
-            break;
-        }
-        ::Sleep(200);
-    }
-    ADD_FAILURE() << "cannot start the program: error " << ::GetLastError();
-    return false;
-}
-
 } // namespace
 
-ProgramRun RunProgram(const std::wstring& _tszProgram, const std::vector<std::wstring>& _vecArgument)
+ZkCommon::Handle StartProgram(const std::wstring& _tszPath, const std::vector<std::wstring>& _vecArgument,
+                              HANDLE _hOutput, HANDLE _hError)
 {
-    const std::wstring tszProgram = ProgramFolder() + L"\\" + _tszProgram;
-    std::wstring tszCommandLine = Quoted(tszProgram);
+    std::wstring tszCommandLine = Quoted(_tszPath);
     for (const std::wstring& tszArgument : _vecArgument) {
         tszCommandLine += L' ' + Quoted(tszArgument);
     }
-    const TempFolder cStreams;
-    ProgramRun stRun;
-    {
-        const ZkCommon::FileHandle hOutput = StreamFile(cStreams.File(L"output"));
-        const ZkCommon::FileHandle hError = StreamFile(cStreams.File(L"error"));
-        STARTUPINFOW stStartup{};
-        stStartup.cb = sizeof(stStartup);
-        stStartup.dwFlags = STARTF_USESTDHANDLES;
-        stStartup.hStdOutput = hOutput.Get();
-        stStartup.hStdError = hError.Get();
-        PROCESS_INFORMATION stProcess{};
-        if (!Start(tszProgram, tszCommandLine, stStartup, stProcess)) {
-            return stRun;
+    const bool bStreams = _hOutput != nullptr;
+    STARTUPINFOW stStartup{};
+    stStartup.cb = sizeof stStartup;
+    stStartup.dwFlags = bStreams ? STARTF_USESTDHANDLES : 0;
+    stStartup.hStdOutput = _hOutput;
+    stStartup.hStdError = _hError;
+    PROCESS_INFORMATION stProcess{};
+    // A start that fails within the system, as Wine's now and then does under load, is tried again.
+    for (int iTry = 1; !::CreateProcessW(_tszPath.c_str(), tszCommandLine.data(), nullptr, nullptr, bStreams,
+                                         bStreams ? 0 : CREATE_NO_WINDOW, nullptr, nullptr, &stStartup, &stProcess);
+         ++iTry) {
+        if (::GetLastError() != ERROR_INTERNAL_ERROR || iTry == 5) {
+            ADD_FAILURE() << "cannot start the program: error " << ::GetLastError();
+            return {};
         }
-        const ZkCommon::Handle hProcess(stProcess.hProcess);
-        const ZkCommon::Handle hThread(stProcess.hThread);
-        if (::WaitForSingleObject(hProcess.Get(), 60000) != WAIT_OBJECT_0) {
-            ADD_FAILURE() << "the program hangs";
-            ::TerminateProcess(hProcess.Get(), 99);
-        }
-        DWORD ulExit = 0;
-        ::GetExitCodeProcess(hProcess.Get(), &ulExit);
-        stRun.iExitStatus = static_cast<int>(ulExit);
+        ::Sleep(200);
     }
-    stRun.sOutput = cStreams.Read(L"output");
-    stRun.sError = cStreams.Read(L"error");
-    return stRun;
+    const ZkCommon::Handle hThread(stProcess.hThread);
+    return ZkCommon::Handle(stProcess.hProcess);
+}
+
+int ExitStatusOf(const ZkCommon::Handle& _rhProcess)
+{
+    if (::WaitForSingleObject(_rhProcess.Get(), 60000) != WAIT_OBJECT_0) {
+        ADD_FAILURE() << "the program hangs";
+        ::TerminateProcess(_rhProcess.Get(), 99);
+    }
+    DWORD ulExit = MAXDWORD;
+    ::GetExitCodeProcess(_rhProcess.Get(), &ulExit);
+    return static_cast<int>(ulExit);
+}
+
+ProgramRun RunProgram(const std::wstring& _tszProgram, const std::vector<std::wstring>& _vecArgument)
+{
+    const TempFolder cStreams;
+    ZkCommon::FileHandle hOutput = StreamFile(cStreams.File(L"output"));
+    ZkCommon::FileHandle hError = StreamFile(cStreams.File(L"error"));
+    const ZkCommon::Handle hProcess =
+        StartProgram(ProgramFolder() + L"\\" + _tszProgram, _vecArgument, hOutput.Get(), hError.Get());
+    const int iExitStatus = ExitStatusOf(hProcess);
+    hOutput.Reset();
+    hError.Reset();
+    return {iExitStatus, cStreams.Read(L"output"), cStreams.Read(L"error")};
 }
