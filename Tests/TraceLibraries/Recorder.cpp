@@ -35,31 +35,6 @@ public:
     const Library::ZkDbgSettings& Settings() const override { return m_stSettings; }
     int Open() const override { return m_iOpen; }
 
-    std::uint32_t OnInitialize(void** _ppHandle, const Library::ZkDbgSettings& _rstSettings)
-    {
-        const Synchronize::SingleLock lock(&m_Lock);
-        m_stSettings = _rstSettings;
-        if (m_ulToInitialize == 0) {
-            *_ppHandle = this;
-            ++m_iOpen;
-        }
-        return m_ulToInitialize;
-    }
-    void OnUninitialize()
-    {
-        const Synchronize::SingleLock lock(&m_Lock);
-        --m_iOpen;
-    }
-    std::uint32_t OnTrace(const wchar_t* _pszLine)
-    {
-        const Synchronize::SingleLock lock(&m_Lock);
-        if (m_ulToTrace == 0) {
-            m_vecLines.emplace_back(_pszLine);
-        }
-        return m_ulToTrace;
-    }
-
-private:
     mutable Synchronize::CriticalSection m_Lock;
     std::vector<std::wstring> m_vecLines;
     Library::ZkDbgSettings m_stSettings{};
@@ -76,18 +51,27 @@ extern "C" {
 
 std::uint32_t ZkDbgInitialize(void** _ppHandle, const Library::ZkDbgSettings* _pstSettings)
 {
-    return g_cRecord.OnInitialize(_ppHandle, *_pstSettings);
+    const Synchronize::SingleLock lock(&g_cRecord.m_Lock);
+    g_cRecord.m_stSettings = *_pstSettings;
+    *_ppHandle = g_cRecord.m_ulToInitialize == 0 ? &g_cRecord : nullptr;
+    g_cRecord.m_iOpen += g_cRecord.m_ulToInitialize == 0 ? 1 : 0;
+    return g_cRecord.m_ulToInitialize;
 }
 
 std::uint32_t ZkDbgUninitialize(void* /*_pHandle*/)
 {
-    g_cRecord.OnUninitialize();
+    const Synchronize::SingleLock lock(&g_cRecord.m_Lock);
+    --g_cRecord.m_iOpen;
     return 0;
 }
 
 std::uint32_t ZkDbgTrace(void* /*_pHandle*/, const SYSTEMTIME* /*_pstTime*/, const wchar_t* _pszLine)
 {
-    return g_cRecord.OnTrace(_pszLine);
+    const Synchronize::SingleLock lock(&g_cRecord.m_Lock);
+    if (g_cRecord.m_ulToTrace == 0) {
+        g_cRecord.m_vecLines.emplace_back(_pszLine);
+    }
+    return g_cRecord.m_ulToTrace;
 }
 
 ITraceRecord* TraceRecord()

@@ -5,10 +5,8 @@
 #include "ZkComn_Owner.h"
 #include "ZkComn_String.h"
 
-#include <filesystem>
-#include <functional>
 #include <gmock/gmock.h>
-#include <windows.h>
+#include <vector>
 
 using namespace ZkCommon;
 using Storage::IniFile;
@@ -21,20 +19,16 @@ TEST(IniFile, TellsAbsentEntriesFromEmptyOnes)
     folder.Write(L"a.ini",
                  "[First]\r\ntext=some text\r\nempty=\r\nquoted=\" x \"\r\nnumber=17\r\nnone=abc\r\n[Second]\r\n");
     IniFile file(folder.File(L"a.ini"), L"first");
-    EXPECT_EQ(file.Find(L"TEXT"), L"some text");
-    EXPECT_EQ(file.Find(L"empty"), L"");
-    EXPECT_EQ(file.Find(L"quoted"), L" x ");
-    EXPECT_EQ(file.Find(L"absent"), std::nullopt);
+    EXPECT_THAT((std::vector{file.Find(L"TEXT"), file.Find(L"empty"), file.Find(L"quoted"), file.Find(L"absent")}),
+                ElementsAre(L"some text", L"", L" x ", std::nullopt));
     EXPECT_EQ(file.ReadString(L"absent", L"default "), L"default ");
-    EXPECT_EQ(file.ReadNumber(L"number", 5), 17U);
-    EXPECT_EQ(file.ReadNumber(L"none", 5), 0U);
-    EXPECT_EQ(file.ReadNumber(L"absent", 0xFFFFFFFF), 0xFFFFFFFFU);
+    EXPECT_THAT((std::vector{file.ReadNumber(L"number", 5), file.ReadNumber(L"none", 5),
+                             file.ReadNumber(L"absent", 0xFFFFFFFF)}),
+                ElementsAre(17, 0, 0xFFFFFFFF));
     file.SetSection(L"Second");
-    EXPECT_TRUE(file.SectionExists());
-    EXPECT_EQ(file.Find(L"text"), std::nullopt);
+    EXPECT_TRUE(file.SectionExists() && !file.Find(L"text"));
     file.SetSection(L"Third");
-    EXPECT_FALSE(file.SectionExists());
-    EXPECT_THAT(file.Section(), IsEmpty());
+    EXPECT_TRUE(!file.SectionExists() && file.Section().empty());
 }
 
 TEST(IniFile, ReadsAbsentFilesAsEmptyAndWritesNewOnes)
@@ -51,44 +45,32 @@ TEST(IniFile, ReadsAbsentFilesAsEmptyAndWritesNewOnes)
     EXPECT_EQ(folder.Read(L"new.ini"), "[Section]\r\nkey=other value\r\nnumber=4294967295\r\n");
     file.DeleteEntry(L"number");
     file.DeleteEntry(L"absent");
-    file.SetSection(L"Other");
-    file.WriteString(L"a", L"1");
-    file.SetSection(L"Section");
-    EXPECT_THAT(file.SectionNames(), ElementsAre(L"Section", L"Other"));
     EXPECT_THAT(file.Section(), ElementsAre(L"key=other value"));
+    file.SetSection(L"New"); // a section that is really empty
+    file.CreateSection();
+    EXPECT_TRUE(file.SectionExists() && file.Section().empty());
+    EXPECT_THAT(folder.Read(L"new.ini"), testing::HasSubstr("[New]\r\n"));
+    file.SetSection(L"section"); // what exists keeps its entries
+    file.CreateSection();
+    EXPECT_THAT(file.Section(), ElementsAre(L"key=other value"));
+    EXPECT_THAT(file.SectionNames(), ElementsAre(L"Section", L"New"));
     file.DeleteSection();
-    EXPECT_THAT(file.SectionNames(), ElementsAre(L"Other"));
-}
-
-TEST(IniFile, CreatesASectionThatIsReallyEmpty)
-{
-    const TempFolder folder;
-    folder.Write(L"a.ini", "[Old]\r\na=1\r\n");
-    IniFile file(folder.File(L"a.ini"), L"New");
-    file.CreateSection();
-    EXPECT_TRUE(file.SectionExists());
-    EXPECT_THAT(file.Section(), IsEmpty());
-    EXPECT_THAT(folder.Read(L"a.ini"), testing::HasSubstr("[New]\r\n"));
-    file.SetSection(L"old"); // what exists keeps its entries
-    file.CreateSection();
-    EXPECT_THAT(file.Section(), ElementsAre(L"a=1"));
-    EXPECT_THAT(file.SectionNames(), ElementsAre(L"Old", L"New"));
+    EXPECT_THAT(file.SectionNames(), ElementsAre(L"New"));
 }
 
 TEST(IniFile, ReadsTextsAndListsOfAnyLength)
 {
     const TempFolder folder;
-    std::string sSections;
-    std::string sEntries;
+    std::wstring tszFile;
     std::vector<std::wstring> vecName;
     std::vector<std::wstring> vecLine;
     for (std::size_t u = 0; u < 300; ++u) {
-        vecName.push_back(L"Section" + std::to_wstring(u));
-        vecLine.push_back(L"key" + std::to_wstring(u) + L"=" + std::wstring(u, L'x'));
-        sSections += "[" + String::ToUtf8(vecName.back()) + "]\r\n";
-        sEntries += String::ToUtf8(vecLine.back()) + "\r\n";
+        tszFile += L"[" + vecName.emplace_back(L"Section" + std::to_wstring(u)) + L"]\r\n";
     }
-    folder.Write(L"long.ini", sSections + sEntries);
+    for (std::size_t u = 0; u < 300; ++u) {
+        tszFile += vecLine.emplace_back(L"key" + std::to_wstring(u) + L"=" + std::wstring(u, L'x')) + L"\r\n";
+    }
+    folder.Write(L"long.ini", String::ToUtf8(tszFile));
     const IniFile file(folder.File(L"long.ini"), L"Section299");
     EXPECT_EQ(file.SectionNames(), vecName);
     EXPECT_EQ(file.Section(), vecLine);
@@ -114,17 +96,13 @@ TEST(IniFile, RefusesEmptyNamesBeforeItTouchesAnything)
     IniFile noPath(L"", L"Section");
     IniFile noSection(folder.File(L"a.ini"));
     IniFile file(folder.File(L"a.ini"), L"Section");
-    int iCall = 0;
-    for (const std::function<void()>& fnCall : std::initializer_list<std::function<void()>>{
-             [&] { noPath.Find(L"key"); }, [&] { noPath.Flush(); }, [&] { noSection.Find(L"key"); },
-             [&] { noSection.Section(); },
-             [&] { noSection.DeleteSection(); }, // with no section the call would flush and succeed
-             [&] { file.Find(L""); }, [&] { file.WriteString(L"", L"value"); },
-             [&] { file.DeleteEntry(L""); }, // with no key the call would delete the section
-         }) {
-        EXPECT_EQ(CodeOf(fnCall), DWORD{ERROR_BAD_ARGUMENTS}) << "call " << ++iCall;
-    }
-    EXPECT_FALSE(std::filesystem::exists(folder.File(L"a.ini")));
+    EXPECT_THAT((std::vector{CodeOf([&] { noPath.Find(L"key"); }), CodeOf([&] { noPath.Flush(); }),
+                             CodeOf([&] { noSection.Find(L"key"); }), CodeOf([&] { noSection.Section(); }),
+                             CodeOf([&] { noSection.DeleteSection(); }), // without a check it flushes and succeeds
+                             CodeOf([&] { file.Find(L""); }), CodeOf([&] { file.WriteString(L"", L"value"); }),
+                             CodeOf([&] { file.DeleteEntry(L""); })}), // without a check it deletes the section
+                testing::Each(ERROR_BAD_ARGUMENTS));
+    EXPECT_THAT(folder.Names(), IsEmpty());
 }
 
 TEST(IniFile, ReportsFilesThatItCannotReadOrWrite)
@@ -136,10 +114,8 @@ TEST(IniFile, ReportsFilesThatItCannotReadOrWrite)
     folder.Write(L"a.ini", "[S]\r\nkey=value\r\n");
     const FileHandle hHeld(::CreateFileW(folder.File(L"a.ini").c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                          OPEN_EXISTING, 0, nullptr));
-    ASSERT_TRUE(hHeld);
     IniFile held(folder.File(L"a.ini"), L"S");
-    EXPECT_EQ(CodeOf([&] { held.Find(L"key"); }), ERROR_SHARING_VIOLATION);
-    EXPECT_EQ(CodeOf([&] { held.SectionNames(); }), ERROR_SHARING_VIOLATION);
-    EXPECT_EQ(CodeOf([&] { held.Section(); }), ERROR_SHARING_VIOLATION);
-    EXPECT_EQ(CodeOf([&] { held.WriteString(L"key", L"value"); }), ERROR_SHARING_VIOLATION);
+    EXPECT_THAT((std::vector{CodeOf([&] { held.Find(L"key"); }), CodeOf([&] { held.SectionNames(); }),
+                             CodeOf([&] { held.Section(); }), CodeOf([&] { held.WriteString(L"key", L"value"); })}),
+                testing::Each(ERROR_SHARING_VIOLATION));
 }

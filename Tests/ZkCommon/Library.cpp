@@ -37,49 +37,38 @@ TEST(Library, BindsAllEntryPointsOrTellsWhyNot)
     EXPECT_EQ(ulError, 6U); // not loaded
 
     library.Load();
-    EXPECT_TRUE(library.Bind(true, ulError));
-    EXPECT_TRUE(library.IsBound());
+    EXPECT_TRUE(library.Bind(true, ulError) && library.IsBound());
     EXPECT_EQ(Library::FunctionAt<decltype(::GetCurrentProcessId)>(library.m_pFirst)(), ::GetCurrentProcessId());
 
     library.m_szFirst = "NoSuchFunction";
-    EXPECT_FALSE(library.Bind(true, ulError));
+    EXPECT_FALSE(library.Bind(true, ulError) || library.IsBound());
     EXPECT_EQ(ulError, ERROR_PROC_NOT_FOUND);
-    EXPECT_FALSE(library.IsBound());
     EXPECT_NE(library.m_pSecond, nullptr); // what was found stays in place
 
     library.m_szFirst = nullptr;
     EXPECT_FALSE(library.Bind(true, ulError));
     EXPECT_EQ(ulError, 160U);
-
-    EXPECT_TRUE(library.Bind(false, ulError));
-    EXPECT_EQ(library.m_pSecond, nullptr);
+    EXPECT_TRUE(library.Bind(false, ulError) && library.m_pSecond == nullptr);
 }
 
-TEST(Library, TraceLibraryIsLoadedOnceAndFreedWithItsOwner)
+TEST(Library, TraceLibraryIsLoadedOnceFromNoCurrentFolderAndFreedWithItsOwner)
 {
+    const std::filesystem::path recorder = std::filesystem::path(ProgramFolder()) / L"Recorder";
+    const std::filesystem::path before = std::filesystem::current_path();
     {
         Library::ZkDbg library;
-        std::uint32_t ulError = 0;
         EXPECT_FALSE(library.Load(ProgramFolder() + L"\\NoSuchFolder"));
-        EXPECT_TRUE(library.Load(ProgramFolder() + L"\\Recorder"));
-        EXPECT_FALSE(library.Load(ProgramFolder() + L"\\Recorder"));
+        EXPECT_TRUE(library.Load(recorder.wstring()) && !library.Load(recorder.wstring()));
         EXPECT_FALSE(library.Trace(nullptr, {}, L"")); // loaded and not bound
-        EXPECT_TRUE(library.Bind(true, ulError));
         library.Unload();
         EXPECT_EQ(::GetModuleHandleW(L"ZkDbgLog.dll"), nullptr);
-        EXPECT_TRUE(library.Load(ProgramFolder() + L"\\Recorder\\"));
+
+        std::filesystem::current_path(recorder);
+        EXPECT_TRUE(library.Load(L""));
+        std::filesystem::current_path(before);
+        wchar_t aszPath[MAX_PATH] = {};
+        ::GetModuleFileNameW(::GetModuleHandleW(L"ZkDbgLog.dll"), aszPath, MAX_PATH);
+        EXPECT_EQ(aszPath, ProgramFolder() + L"\\ZkDbgLog.dll"); // the one beside the program
     }
     EXPECT_EQ(::GetModuleHandleW(L"ZkDbgLog.dll"), nullptr);
-}
-
-TEST(Library, TraceLibraryIsNotTakenFromTheCurrentFolder)
-{
-    const std::filesystem::path before = std::filesystem::current_path();
-    std::filesystem::current_path(ProgramFolder() + L"\\Recorder");
-    Library::ZkDbg library;
-    EXPECT_TRUE(library.Load(L""));
-    std::filesystem::current_path(before);
-    wchar_t aszPath[MAX_PATH] = {};
-    ::GetModuleFileNameW(::GetModuleHandleW(L"ZkDbgLog.dll"), aszPath, MAX_PATH);
-    EXPECT_EQ(aszPath, ProgramFolder() + L"\\ZkDbgLog.dll"); // the one beside the program
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <set>
 #include <thread>
+#include <tuple>
 #include <vector>
 #include <windows.h>
 
@@ -11,14 +12,8 @@ using namespace ZkCommon::Platform;
 namespace {
 
 /** Machines, each with every kind that it is of; it is of no other. */
-struct Row
-{
-    int iLine;
-    Version stVersion; // platform, major, minor, service pack, product type, 64-bit
-    std::set<std::uint32_t> setType;
-};
-
-const Row g_aRow[] = {
+// Platform, major, minor, service pack, product type, 64-bit.
+const std::tuple<int, Version, std::set<std::uint32_t>> g_aRow[] = {
     {__LINE__, {1, 4, 10, 0, 0, false}, {2}},
     {__LINE__, {1, 4, 90, 0, 0, false}, {1, 2}},
     {__LINE__, {0, 6, 1, 1, 1, true}, {}},
@@ -46,10 +41,9 @@ const Row g_aRow[] = {
 
 TEST(Platform, KnowsTheKindsOfEveryVersion)
 {
-    for (const Row& stRow : g_aRow) {
-        const testing::ScopedTrace row(__FILE__, stRow.iLine, "");
+    for (const auto& [iLine, stVersion, setType] : g_aRow) {
         for (std::uint32_t ulType = 0; ulType <= 300; ++ulType) {
-            EXPECT_EQ(IsOfType(ulType, stRow.stVersion), stRow.setType.contains(ulType)) << ulType;
+            EXPECT_EQ(IsOfType(ulType, stVersion), setType.contains(ulType)) << iLine << ", type " << ulType;
         }
     }
 }
@@ -61,8 +55,7 @@ TEST(Platform, NamesKindsInBothDirectionsExactly)
         EXPECT_EQ(NameOf(stName.ulOsType), stName.svName);
     }
     EXPECT_EQ(OsTypeOf(L"Vista32or64"), 10U);
-    EXPECT_EQ(OsTypeOf(L"xp32"), std::nullopt);
-    EXPECT_EQ(OsTypeOf(L""), std::nullopt);
+    EXPECT_FALSE(OsTypeOf(L"xp32") || OsTypeOf(L""));
     for (const std::uint32_t ulNameless : {0U, 14U, 16U, 50U, 110U, 112U}) {
         EXPECT_EQ(NameOf(ulNameless), L"");
     }
@@ -73,17 +66,12 @@ TEST(Platform, AnswersForThisMachineOnAnyThread)
     OSVERSIONINFOW stInfo{};
     stInfo.dwOSVersionInfoSize = sizeof stInfo;
     ASSERT_TRUE(::GetVersionExW(&stInfo));
-    std::vector<std::thread> vecThread;
+    std::vector<std::jthread> vecThread;
     for (int i = 0; i < 4; ++i) {
         vecThread.emplace_back([&] {
-            EXPECT_FALSE(CheckOsType(50));
-            EXPECT_TRUE(CheckOsType(OsXpOrLater));
+            EXPECT_TRUE(CheckOsType(OsXpOrLater) && !CheckOsType(50));
             EXPECT_EQ(CheckOsType(OsSeven64), stInfo.dwMajorVersion == 6 && stInfo.dwMinorVersion == 1);
-            EXPECT_TRUE(IsNative64Bit()); // this is a program for x64
-            EXPECT_EQ(ErrorCode(), 0U);
+            EXPECT_TRUE(IsNative64Bit() && ErrorCode() == 0); // this is a program for x64
         });
-    }
-    for (std::thread& rThread : vecThread) {
-        rThread.join();
     }
 }
