@@ -33,20 +33,19 @@ TEST(EntryPoints, WithoutAManagerEveryExportFailsAndTheLibraryStays)
 
 TEST(EntryPoints, AttachmentSucceedsWithAndWithoutMemoryForTheManager)
 {
+    const auto Main = [](DWORD _ulReason) { return DllMain(::GetModuleHandleW(nullptr), _ulReason, nullptr); };
     {
         const AllocationFault cFault(1, 1);
-        EXPECT_TRUE(DllMain(::GetModuleHandleW(nullptr), DLL_PROCESS_ATTACH, nullptr));
+        EXPECT_TRUE(Main(DLL_PROCESS_ATTACH));
         EXPECT_EQ(Vrnt_Initialize(0, nullptr), Result::g_ulMissingObject);
     }
-    EXPECT_TRUE(DllMain(::GetModuleHandleW(nullptr), DLL_PROCESS_DETACH, nullptr));
-    EXPECT_TRUE(DllMain(::GetModuleHandleW(nullptr), DLL_PROCESS_ATTACH, nullptr));
-    EXPECT_TRUE(DllMain(::GetModuleHandleW(nullptr), DLL_THREAD_ATTACH, nullptr));
+    EXPECT_TRUE(Main(DLL_PROCESS_DETACH) && Main(DLL_PROCESS_ATTACH) && Main(DLL_THREAD_ATTACH));
     Interface::IFunctionProvider* pFunction = nullptr;
     EXPECT_EQ(Vrnt_CreateFunction(&pFunction, 0, nullptr), Result::g_ulSuccess); // no Vrnt_Initialize before
     EXPECT_EQ(Vrnt_FreeFunction(pFunction), Result::g_ulSuccess);
     EXPECT_EQ(Vrnt_Initialize(0, nullptr), Result::g_ulSuccess);
     EXPECT_EQ(Vrnt_CreateFunction(nullptr, 0, nullptr), Result::g_ulInvalidArgument);
-    EXPECT_TRUE(DllMain(::GetModuleHandleW(nullptr), DLL_PROCESS_DETACH, nullptr));
+    EXPECT_TRUE(Main(DLL_PROCESS_DETACH));
     EXPECT_EQ(Vrnt_Initialize(0, nullptr), Result::g_ulMissingObject);
 }
 
