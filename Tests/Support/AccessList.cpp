@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <sddl.h>
 
-std::vector<std::string> EntriesOf(PSECURITY_DESCRIPTOR _pDescriptor)
+std::vector<std::string> EntriesOf(PSECURITY_DESCRIPTOR _pDescriptor, bool _bFlags)
 {
     BOOL bPresent = FALSE;
     BOOL bDefaulted = FALSE;
@@ -17,25 +17,18 @@ std::vector<std::string> EntriesOf(PSECURITY_DESCRIPTOR _pDescriptor)
         void* pEntry = nullptr;
         ::GetAce(pAcl, i, &pEntry);
         vecEntry.emplace_back(static_cast<const char*>(pEntry), static_cast<const ACE_HEADER*>(pEntry)->AceSize);
+        vecEntry.back()[1] = _bFlags ? vecEntry.back()[1] : '\0';
     }
     return vecEntry;
 }
 
-std::vector<std::string> EntriesOf(const wchar_t* _pszList)
+std::vector<std::string> EntriesOf(const wchar_t* _pszList, bool _bFlags)
 {
     PSECURITY_DESCRIPTOR pList = nullptr;
     EXPECT_TRUE(::ConvertStringSecurityDescriptorToSecurityDescriptorW(_pszList, SDDL_REVISION_1, &pList, nullptr));
-    const std::vector<std::string> vecEntry = EntriesOf(pList);
+    const std::vector<std::string> vecEntry = EntriesOf(pList, _bFlags);
     ::LocalFree(pList);
     return vecEntry;
-}
-
-std::vector<std::string> WithoutFlags(std::vector<std::string> _vecEntry)
-{
-    for (std::string& sEntry : _vecEntry) {
-        sEntry[1] = '\0';
-    }
-    return _vecEntry;
 }
 
 std::vector<std::string> EntriesOfKey(const std::wstring& _rtszPath, REGSAM _ulView)
@@ -45,5 +38,5 @@ std::vector<std::string> EntriesOfKey(const std::wstring& _rtszPath, REGSAM _ulV
     std::array<DWORD, 1024> aDescriptor{};
     DWORD ulSize = sizeof aDescriptor;
     EXPECT_EQ(::RegGetKeySecurity(hKey.Get(), DACL_SECURITY_INFORMATION, aDescriptor.data(), &ulSize), ERROR_SUCCESS);
-    return WithoutFlags(EntriesOf(aDescriptor.data()));
+    return EntriesOf(aDescriptor.data());
 }

@@ -40,10 +40,9 @@ std::wstring ProgramFolder()
 
 TraceRecorder::TraceRecorder(std::uint32_t _ulLevelMask, const wchar_t* _pszModuleName)
     : m_hLibrary(::LoadLibraryW((ProgramFolder() + L"\\Recorder\\ZkDbgLog.dll").c_str())),
-      m_pRecord(Library::FunctionAt<TraceRecordFunction>(::GetProcAddress(m_hLibrary.Get(), "TraceRecord"))())
+      m_pRecord(Library::FunctionAt<RecordOfTraceFunction>(::GetProcAddress(m_hLibrary.Get(), "RecordOfTrace"))())
 {
-    m_pRecord->Clear();
-    m_pRecord->Answer(0, 0);
+    Clear();
     SetForTrace(m_Key, L"Enable", 1U);
     SetForTrace(m_Key, L"Level", _ulLevelMask);
     EXPECT_TRUE(g_cDebugLog.Initialize(_pszModuleName, {Storage::Key::Registry, HKEY_CURRENT_USER, m_Key.Path()},
@@ -58,11 +57,9 @@ TraceRecorder::~TraceRecorder()
 std::vector<std::wstring> TraceRecorder::RawLines() const
 {
     std::vector<std::wstring> vecLines;
-    m_pRecord->Visit(
-        [](void* _pContext, const wchar_t* _pszLine) {
-            static_cast<std::vector<std::wstring>*>(_pContext)->emplace_back(_pszLine);
-        },
-        &vecLines);
+    while (const wchar_t* pszLine = m_pRecord->pfnLine(vecLines.size())) {
+        vecLines.emplace_back(pszLine);
+    }
     return vecLines;
 }
 
@@ -84,5 +81,5 @@ std::vector<std::wstring> TraceRecorder::Messages() const
 
 void TraceRecorder::Clear()
 {
-    m_pRecord->Clear();
+    m_pRecord->pfnClear();
 }

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-class ITraceRecord;
+struct TraceRecord;
 
 /** Puts a value into the trace settings at a key below HKCU, for sessions of both kinds. */
 template <class TValue>
@@ -52,12 +52,12 @@ public:
     void Clear();
 
     /** The library's own record: its settings, and what it shall answer. */
-    ITraceRecord& Record() const { return *m_pRecord; }
+    TraceRecord& Record() const { return *m_pRecord; }
 
 private:
     TestKey m_Key;
     ZkCommon::ModuleHandle m_hLibrary; // keeps the record beyond the log's own hold on the library
-    ITraceRecord* m_pRecord;
+    TraceRecord* m_pRecord;
 };
 
 /** Folder of the test program, without a backslash. */

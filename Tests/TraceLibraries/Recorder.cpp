@@ -4,46 +4,29 @@
 
 #include "ZkComn_Synchronize.h"
 
+#include <deque>
 #include <string>
-#include <vector>
 
 using namespace ZkCommon;
 
 namespace {
 
-class TraceRecord final : public ITraceRecord
+Synchronize::CriticalSection g_cLock;
+std::deque<std::wstring> g_cLines;
+
+const wchar_t* LineAt(std::size_t _uLine)
 {
-public:
-    void Visit(void (*_pfnVisit)(void*, const wchar_t*), void* _pContext) const override
-    {
-        const Synchronize::SingleLock lock(&m_Lock);
-        for (const std::wstring& tszLine : m_vecLines) {
-            _pfnVisit(_pContext, tszLine.c_str());
-        }
-    }
-    void Clear() override
-    {
-        const Synchronize::SingleLock lock(&m_Lock);
-        m_vecLines.clear();
-    }
-    void Answer(std::uint32_t _ulToInitialize, std::uint32_t _ulToTrace) override
-    {
-        const Synchronize::SingleLock lock(&m_Lock);
-        m_ulToInitialize = _ulToInitialize;
-        m_ulToTrace = _ulToTrace;
-    }
-    const Library::ZkDbgSettings& Settings() const override { return m_stSettings; }
-    int Open() const override { return m_iOpen; }
+    const Synchronize::SingleLock lock(&g_cLock);
+    return _uLine < g_cLines.size() ? g_cLines[_uLine].c_str() : nullptr;
+}
 
-    mutable Synchronize::CriticalSection m_Lock;
-    std::vector<std::wstring> m_vecLines;
-    Library::ZkDbgSettings m_stSettings{};
-    std::uint32_t m_ulToInitialize = 0;
-    std::uint32_t m_ulToTrace = 0;
-    int m_iOpen = 0;
-};
+void Clear()
+{
+    const Synchronize::SingleLock lock(&g_cLock);
+    g_cLines.clear();
+}
 
-TraceRecord g_cRecord;
+TraceRecord g_stRecord{.pfnLine = &LineAt, .pfnClear = &Clear};
 
 } // namespace
 
@@ -51,31 +34,31 @@ extern "C" {
 
 std::uint32_t ZkDbgInitialize(void** _ppHandle, const Library::ZkDbgSettings* _pstSettings)
 {
-    const Synchronize::SingleLock lock(&g_cRecord.m_Lock);
-    g_cRecord.m_stSettings = *_pstSettings;
-    *_ppHandle = g_cRecord.m_ulToInitialize == 0 ? &g_cRecord : nullptr;
-    g_cRecord.m_iOpen += g_cRecord.m_ulToInitialize == 0 ? 1 : 0;
-    return g_cRecord.m_ulToInitialize;
+    g_stRecord.stSettings = *_pstSettings;
+    if (g_stRecord.ulToInitialize == 0) {
+        *_ppHandle = &g_stRecord;
+        ++g_stRecord.iOpen;
+    }
+    return g_stRecord.ulToInitialize;
 }
 
 std::uint32_t ZkDbgUninitialize(void* /*_pHandle*/)
 {
-    const Synchronize::SingleLock lock(&g_cRecord.m_Lock);
-    --g_cRecord.m_iOpen;
+    --g_stRecord.iOpen;
     return 0;
 }
 
 std::uint32_t ZkDbgTrace(void* /*_pHandle*/, const SYSTEMTIME* /*_pstTime*/, const wchar_t* _pszLine)
 {
-    const Synchronize::SingleLock lock(&g_cRecord.m_Lock);
-    if (g_cRecord.m_ulToTrace == 0) {
-        g_cRecord.m_vecLines.emplace_back(_pszLine);
+    if (g_stRecord.ulToTrace == 0) {
+        const Synchronize::SingleLock lock(&g_cLock);
+        g_cLines.emplace_back(_pszLine);
     }
-    return g_cRecord.m_ulToTrace;
+    return g_stRecord.ulToTrace;
 }
 
-ITraceRecord* TraceRecord()
+TraceRecord* RecordOfTrace()
 {
-    return &g_cRecord;
+    return &g_stRecord;
 }
 }

@@ -3,20 +3,19 @@
 #include "ZkComn_ZkDbgSettings.h"
 
 /** What the recording trace library lends to a test, across its own run time: no object is handed over. */
-class ITraceRecord
+struct TraceRecord
 {
-public:
-    virtual ~ITraceRecord() = default;
-    /** Calls _pfnVisit with every recorded line, oldest first. */
-    virtual void Visit(void (*_pfnVisit)(void* _pContext, const wchar_t* _pszLine), void* _pContext) const = 0;
-    virtual void Clear() = 0;
-    /** What the library answers from now on; 0 is success. */
-    virtual void Answer(std::uint32_t _ulToInitialize, std::uint32_t _ulToTrace) = 0;
+    /** What the library answers; 0 is success. */
+    std::uint32_t ulToInitialize = 0;
+    std::uint32_t ulToTrace = 0;
     /** What the last opened trace was given. */
-    virtual const ZkCommon::Library::ZkDbgSettings& Settings() const = 0;
+    ZkCommon::Library::ZkDbgSettings stSettings{};
     /** Traces that were opened and not closed. */
-    virtual int Open() const = 0;
+    int iOpen = 0;
+    /** A recorded line; null behind the last one. */
+    const wchar_t* (*pfnLine)(std::size_t _uLine);
+    void (*pfnClear)();
 };
 
-/** The export "TraceRecord". */
-using TraceRecordFunction = ITraceRecord*();
+/** The export "RecordOfTrace". */
+using RecordOfTraceFunction = TraceRecord*();

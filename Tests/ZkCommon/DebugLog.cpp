@@ -101,22 +101,23 @@ TEST(DebugLog, UnloadsALibraryThatFailsAndGoesOnWhenALineIsRefused)
     const TraceRecorder trace;
     OwnLog own;
     own.Set(L"Enable", 1U);
-    trace.Record().Answer(5, 0);
+    trace.Record().ulToInitialize = 5;
     EXPECT_FALSE(own.Start() || own.TraceOneError());
-    EXPECT_EQ(trace.Record().Open(), 1); // that of the recorder
+    EXPECT_EQ(trace.Record().iOpen, 1); // that of the recorder
 
-    trace.Record().Answer(0, 5);
+    trace.Record().ulToInitialize = 0;
+    trace.Record().ulToTrace = 5;
     EXPECT_TRUE(own.Start(L"\\Recorder\\"));
     EXPECT_FALSE(own.TraceOneError());
-    trace.Record().Answer(0, 0);
+    trace.Record().ulToTrace = 0;
     EXPECT_TRUE(own.TraceOneError() && own.m_Log.Uninitialize());
-    EXPECT_EQ(trace.Record().Open(), 1);
+    EXPECT_EQ(trace.Record().iOpen, 1);
 }
 
 TEST(DebugLog, HandsItsSettingsToTheLibrary)
 {
     const TraceRecorder trace;
-    const Library::ZkDbgSettings& stSettings = trace.Record().Settings();
+    const Library::ZkDbgSettings& stSettings = trace.Record().stSettings;
     const auto Texts = [&stSettings] {
         return std::vector<std::wstring>{stSettings.aszModuleName, stSettings.aszLogFolder, stSettings.aszLogPrefix,
                                          stSettings.aszLogFile, stSettings.aszLogExtension};
@@ -150,7 +151,7 @@ TEST(DebugLog, ReadsItsSettingsFromAnIniFileToo)
     ASSERT_TRUE(log.Initialize(L"Module", {Storage::Key::IniFile, nullptr, folder.File(L"trace.ini")},
                                ProgramFolder() + L"\\Recorder"));
     EXPECT_TRUE(log.Passes(TraceNotice) && !log.Passes(TraceError));
-    EXPECT_STREQ(trace.Record().Settings().aszLogPrefix, L"p");
+    EXPECT_STREQ(trace.Record().stSettings.aszLogPrefix, L"p");
 }
 
 TEST(DebugLog, TakesOverSettingsButNoLibraryWhenInitialisedAgain)
@@ -162,7 +163,7 @@ TEST(DebugLog, TakesOverSettingsButNoLibraryWhenInitialisedAgain)
     own.Set(L"Enable", 1U);
     EXPECT_TRUE(own.Start());
     EXPECT_FALSE(own.TraceOneError()); // on, and without a library
-    EXPECT_EQ(trace.Record().Open(), 1);
+    EXPECT_EQ(trace.Record().iOpen, 1);
 }
 
 TEST(DebugLog, TakesLinesFromManyThreadsWhileItIsOpenedAndClosed)
@@ -180,8 +181,8 @@ TEST(DebugLog, TakesLinesFromManyThreadsWhileItIsOpenedAndClosed)
     }
     for (int i = 0; i < 50; ++i) {
         EXPECT_TRUE(own.Start() && own.m_Log.Uninitialize());
-        trace.Record().Clear();
+        trace.Record().pfnClear();
     }
     vecThread.clear();
-    EXPECT_EQ(trace.Record().Open(), 1);
+    EXPECT_EQ(trace.Record().iOpen, 1);
 }

@@ -18,10 +18,11 @@ TEST(SecurityAttributes, GrantsSevenAccountsTheRightsOfTheKindOfObject)
         EXPECT_EQ(security.Get()->nLength, 24U);
         EXPECT_EQ(security.Get()->bInheritHandle, bFile ? TRUE : FALSE);
         ASSERT_TRUE(::IsValidSecurityDescriptor(security.Get()->lpSecurityDescriptor));
-        EXPECT_EQ(EntriesOf(security.Get()->lpSecurityDescriptor),
+        EXPECT_EQ(EntriesOf(security.Get()->lpSecurityDescriptor, true),
                   EntriesOf(bFile ? L"D:(A;;0x13013f;;;BA)(A;;0x12002f;;;PU)(A;;0x13013f;;;SY)(A;;0x120029;;;AU)"
                                     L"(A;;0x120029;;;BU)(A;;0x1f01ff;;;CO)(A;;0x120029;;;IU)"
-                                  : g_pszAllAccessKey));
+                                  : g_pszAllAccessKey,
+                            true));
     }
 }
 
@@ -31,7 +32,7 @@ TEST(SecurityAttributes, AreGivenToANewKeyAndLeaveAnOldOneAlone)
     Storage::Registry registry;
     registry.CreateAllAccess(HKEY_LOCAL_MACHINE, key.Path() + L"\\new", Storage::View32);
     registry.WriteNumber(L"value", 1);
-    EXPECT_EQ(EntriesOfKey(key.Path() + L"\\new", KEY_WOW64_32KEY), WithoutFlags(EntriesOf(g_pszAllAccessKey)));
+    EXPECT_EQ(EntriesOfKey(key.Path() + L"\\new", KEY_WOW64_32KEY), EntriesOf(g_pszAllAccessKey));
     registry.Create(HKEY_LOCAL_MACHINE, key.Path() + L"\\old", Storage::View64);
     const std::vector<std::string> vecOld = EntriesOfKey(key.Path() + L"\\old", KEY_WOW64_64KEY);
     registry.CreateAllAccess(HKEY_LOCAL_MACHINE, key.Path() + L"\\old", Storage::View64);
@@ -41,14 +42,13 @@ TEST(SecurityAttributes, AreGivenToANewKeyAndLeaveAnOldOneAlone)
 TEST(PrivateAccess, LetsInTheUserTheAdministratorsAndTheSystemAlone)
 {
     PrivateAccess cAccess;
-    ASSERT_NE(cAccess.Get(), nullptr);
     const PSECURITY_DESCRIPTOR pDescriptor = cAccess.Get()->lpSecurityDescriptor;
     SECURITY_DESCRIPTOR_CONTROL usControl = 0;
     DWORD ulRevision = 0;
     ASSERT_TRUE(::GetSecurityDescriptorControl(pDescriptor, &usControl, &ulRevision));
     EXPECT_TRUE(usControl & SE_DACL_PROTECTED);
-    const std::vector<std::string> vecEntry = EntriesOf(pDescriptor);
-    const std::vector<std::string> vecOthers = EntriesOf(L"D:(A;;0x1f01ff;;;BA)(A;;0x1f01ff;;;SY)");
+    const std::vector<std::string> vecEntry = EntriesOf(pDescriptor, true);
+    const std::vector<std::string> vecOthers = EntriesOf(L"D:(A;;0x1f01ff;;;BA)(A;;0x1f01ff;;;SY)", true);
     ASSERT_EQ(vecEntry.size(), 3U);
     EXPECT_EQ(vecEntry[0][0], ACCESS_ALLOWED_ACE_TYPE);
     EXPECT_EQ(vecEntry[0].substr(4, 4), vecOthers[0].substr(4, 4)); // the same rights
