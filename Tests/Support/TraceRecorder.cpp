@@ -3,6 +3,7 @@
 #include "../TraceLibraries/Recorder.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Library.h"
+#include "ZkComn_Registry.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -43,8 +44,12 @@ TraceRecorder::TraceRecorder(std::uint32_t _ulLevelMask, const wchar_t* _pszModu
       m_pRecord(Library::FunctionAt<RecordOfTraceFunction>(::GetProcAddress(m_hLibrary.Get(), "RecordOfTrace"))())
 {
     Clear();
-    SetForTrace(m_Key, L"Enable", 1U);
-    SetForTrace(m_Key, L"Level", _ulLevelMask);
+    for (const wchar_t* pszSession : {L"\\InteractiveSession", L"\\ServiceSession"}) {
+        Storage::Registry settings;
+        settings.Create(HKEY_CURRENT_USER, m_Key.Path() + pszSession);
+        settings.WriteNumber(L"Enable", 1);
+        settings.WriteNumber(L"Level", _ulLevelMask);
+    }
     EXPECT_TRUE(g_cDebugLog.Initialize(_pszModuleName, {Storage::Key::Registry, HKEY_CURRENT_USER, m_Key.Path()},
                                        ProgramFolder() + L"\\Recorder"));
 }

@@ -2,28 +2,12 @@
 
 #include "TestKey.h"
 #include "ZkComn_Owner.h"
-#include "ZkComn_Registry.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
 struct TraceRecord;
-
-/** Puts a value into the trace settings at a key below HKCU, for sessions of both kinds. */
-template <class TValue>
-void SetForTrace(const TestKey& _rKey, const wchar_t* _pszName, const TValue& _rValue)
-{
-    for (const wchar_t* pszSession : {L"\\InteractiveSession", L"\\ServiceSession"}) {
-        ZkCommon::Storage::Registry settings;
-        settings.Create(HKEY_CURRENT_USER, _rKey.Path() + pszSession);
-        if constexpr (std::is_integral_v<TValue>) {
-            settings.WriteNumber(_pszName, _rValue);
-        } else {
-            settings.WriteString(_pszName, _rValue);
-        }
-    }
-}
 
 /**
  * Turns this program's trace log on, onto a trace library that records, for as long as the object lives:

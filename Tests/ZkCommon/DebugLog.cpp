@@ -4,6 +4,7 @@
 #include "TempFolder.h"
 #include "TestKey.h"
 #include "TraceRecorder.h"
+#include "ZkComn_Registry.h"
 
 #include <gmock/gmock.h>
 #include <regex>
@@ -14,22 +15,22 @@ using testing::ElementsAre;
 
 namespace {
 
-/** A log, with settings of the test's own for sessions of both kinds. */
+/** A log with an ini file of its own. */
 struct OwnLog
 {
-    template <class TValue>
-    void Set(const wchar_t* _pszName, const TValue& _rValue) const
+    /** Settings for sessions of both kinds: lines, each ended. */
+    void Set(const std::string& _rsLines) const
     {
-        SetForTrace(m_Key, _pszName, _rValue);
+        m_Folder.Write(L"trace.ini", "[InteractiveSession]\r\n" + _rsLines + "[ServiceSession]\r\n" + _rsLines);
     }
     bool Start(const wchar_t* _pszFolder = L"\\Recorder", const wchar_t* _pszModule = L"Module")
     {
-        return m_Log.Initialize(_pszModule, {Storage::Key::Registry, HKEY_CURRENT_USER, m_Key.Path()},
+        return m_Log.Initialize(_pszModule, {Storage::Key::IniFile, nullptr, m_Folder.File(L"trace.ini")},
                                 ProgramFolder() + _pszFolder);
     }
     bool TraceOneError() { return m_Log.Trace("Test.cpp", 1, TraceError, L"text"); }
 
-    TestKey m_Key;
+    TempFolder m_Folder;
     DebugLog m_Log;
 };
 
@@ -49,24 +50,16 @@ TEST(DebugLog, WritesALineWithTimeProcessThreadTagModuleMessageAndSource)
     EXPECT_EQ(std::stoi(trace.RawLines()[0].substr(6)), stNow.wYear); // behind the day and the month
 }
 
-TEST(DebugLog, WritesOnlyLevelsOfItsMaskAndTagsThem)
+TEST(DebugLog, WritesOnlyLevelsOfItsMaskTagsThemAndCutsNothingOff)
 {
     const TraceRecorder trace(0x112);
     for (const std::uint32_t ulLevel : {1U, 16U, 256U, 2U, 0U, 0x112U, 4U, 0x201U}) {
         const bool bWritten = g_cDebugLog.Passes(ulLevel);
         EXPECT_EQ(g_cDebugLog.Trace("Test.cpp", 1, ulLevel, L"%u", ulLevel), bWritten) << ulLevel;
     }
-    EXPECT_THAT(trace.Lines(), ElementsAre(L"@@@ 16", L"!!! 256", L"??? 2", L"??? 274"));
-}
-
-TEST(DebugLog, WritesAMessageOfAnyLengthWhole)
-{
-    const TraceRecorder trace;
-    for (const std::size_t uLength : {255U, 256U, 1000000U}) {
-        const std::wstring tszText(uLength, L'x');
-        Trace(TraceError, L"%s", tszText);
-        EXPECT_EQ(trace.Messages().back(), tszText);
-    }
+    const std::wstring tszLong(1000000, L'x');
+    Trace(TraceError, L"%s", tszLong);
+    EXPECT_THAT(trace.Lines(), ElementsAre(L"@@@ 16", L"!!! 256", L"??? 2", L"??? 274", L"!!! " + tszLong));
 }
 
 TEST(DebugLog, IsSilentlyOffWithoutSettingsOrLibrary)
@@ -77,30 +70,36 @@ TEST(DebugLog, IsSilentlyOffWithoutSettingsOrLibrary)
     };
     const auto ExpectNotInitialised = [&] { EXPECT_FALSE(own.TraceOneError() || own.m_Log.Uninitialize()); };
     ExpectNotInitialised();
-    ExpectInitialisedAndDisabled(); // without the key
+    ExpectInitialisedAndDisabled(); // without the file
     ExpectNotInitialised();
-    own.Set(L"Enable", 0U);
+    own.Set("Enable=0\r\n");
     ExpectInitialisedAndDisabled();
 
     // On, but the library is not there, lacks an entry point, or its folder is none.
-    own.Set(L"Enable", 1U);
+    own.Set("Enable=1\r\n");
     for (const wchar_t* pszFolder : {L"\\NoSuchFolder", L"\\Incomplete", L"\\Incomplete\\ZkDbgLog.dll"}) {
         EXPECT_FALSE(own.Start(pszFolder));
         ExpectNotInitialised();
         EXPECT_EQ(::GetModuleHandleW(L"ZkDbgLog.dll"), nullptr);
     }
-    EXPECT_FALSE(
-        own.m_Log.Initialize(L"Module", {2, HKEY_CURRENT_USER, own.m_Key.Path()}, ProgramFolder() + L"\\Recorder"));
+    const TestKey key;
+    EXPECT_FALSE(own.m_Log.Initialize(L"Module", {2, HKEY_CURRENT_USER, key.Path()}, ProgramFolder() + L"\\Recorder"));
 
-    own.Set(L"LogPrefix", 1U); // not its type
-    ExpectInitialisedAndDisabled();
+    for (const wchar_t* pszSession : {L"\\InteractiveSession", L"\\ServiceSession"}) {
+        Storage::Registry settings;
+        settings.Create(HKEY_CURRENT_USER, key.Path() + pszSession);
+        settings.WriteNumber(L"Enable", 1);
+        settings.WriteNumber(L"LogPrefix", 1); // not its type
+    }
+    EXPECT_TRUE(own.m_Log.Initialize(L"Module", {0, HKEY_CURRENT_USER, key.Path()}, ProgramFolder() + L"\\Recorder"));
+    EXPECT_TRUE(own.TraceOneError() && !own.m_Log.Passes(TraceError));
 }
 
 TEST(DebugLog, UnloadsALibraryThatFailsAndGoesOnWhenALineIsRefused)
 {
     const TraceRecorder trace;
     OwnLog own;
-    own.Set(L"Enable", 1U);
+    own.Set("Enable=1\r\n");
     trace.Record().ulToInitialize = 5;
     EXPECT_FALSE(own.Start() || own.TraceOneError());
     EXPECT_EQ(trace.Record().iOpen, 1); // that of the recorder
@@ -126,41 +125,24 @@ TEST(DebugLog, HandsItsSettingsToTheLibrary)
     EXPECT_EQ(stSettings.ucRobust, 0);
 
     OwnLog own;
-    own.Set(L"Enable", 1U);
-    own.Set(L"LogProcess", 11U);
-    own.Set(L"LogUnitType", 12U);
-    own.Set(L"LogFolder", std::wstring(300, L'f'));
-    own.Set(L"LogFile", std::wstring(L"file"));
-    own.Set(L"Robust", 2U);
-    own.Set(L"Debugger", 3U);
+    own.Set("Enable=1\r\nLevel=16\r\nLogProcess=11\r\nLogUnitType=12\r\nLogFolder=" + std::string(300, 'f') +
+            "\r\nLogFile=file\r\nRobust=2\r\nDebugger=3\r\n");
     ASSERT_TRUE(own.Start(L"\\Recorder", std::wstring(40, L'm').c_str()));
     EXPECT_THAT((std::vector<std::uint32_t>{stSettings.ulLogProcess, stSettings.ulLogUnitType, stSettings.ucRobust,
                                             stSettings.ucDebugger}),
                 ElementsAre(11, 12, 1, 1));
     EXPECT_THAT(Texts(), ElementsAre(std::wstring(31, L'm'), std::wstring(259, L'f'), L"vqx", L"file", L"log")); // cut
     EXPECT_NE(stSettings.stTime.wYear, 0);
-}
-
-TEST(DebugLog, ReadsItsSettingsFromAnIniFileToo)
-{
-    const TraceRecorder trace;
-    const TempFolder folder;
-    folder.Write(L"trace.ini", "[InteractiveSession]\r\nEnable=1\r\nLevel=16\r\nLogPrefix=p\r\n"
-                               "[ServiceSession]\r\nEnable=1\r\nLevel=16\r\nLogPrefix=p\r\n");
-    DebugLog log;
-    ASSERT_TRUE(log.Initialize(L"Module", {Storage::Key::IniFile, nullptr, folder.File(L"trace.ini")},
-                               ProgramFolder() + L"\\Recorder"));
-    EXPECT_TRUE(log.Passes(TraceNotice) && !log.Passes(TraceError));
-    EXPECT_STREQ(trace.Record().stSettings.aszLogPrefix, L"p");
+    EXPECT_TRUE(own.m_Log.Passes(TraceNotice) && !own.m_Log.Passes(TraceError));
 }
 
 TEST(DebugLog, TakesOverSettingsButNoLibraryWhenInitialisedAgain)
 {
     const TraceRecorder trace;
     OwnLog own;
-    own.Set(L"Enable", 0U);
+    own.Set("Enable=0\r\n");
     EXPECT_TRUE(own.Start());
-    own.Set(L"Enable", 1U);
+    own.Set("Enable=1\r\n");
     EXPECT_TRUE(own.Start());
     EXPECT_FALSE(own.TraceOneError()); // on, and without a library
     EXPECT_EQ(trace.Record().iOpen, 1);
@@ -170,7 +152,7 @@ TEST(DebugLog, TakesLinesFromManyThreadsWhileItIsOpenedAndClosed)
 {
     const TraceRecorder trace;
     OwnLog own;
-    own.Set(L"Enable", 1U);
+    own.Set("Enable=1\r\n");
     std::vector<std::jthread> vecThread;
     for (int i = 0; i < 4; ++i) {
         vecThread.emplace_back([&](const std::stop_token& _rStop) {

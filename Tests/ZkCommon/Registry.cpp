@@ -86,19 +86,18 @@ TEST(Registry, RefusesValuesOfAnotherTypeOrSize)
     const TestKey key;
     PutRaw(key, L"string", REG_SZ, "a\0\0\0"sv);
     PutRaw(key, L"number", REG_DWORD, "abcd"sv);
-    PutRaw(key, L"number64", REG_QWORD, "abcdefgh"sv);
     PutRaw(key, L"short number", REG_DWORD, "abc"sv);
     PutRaw(key, L"long number", REG_QWORD, "abcdefghi"sv);
     const Registry registry(HKEY_CURRENT_USER, key.Path());
     ExpectCodes({
         {__LINE__, ERROR_INVALID_DATATYPE, [&] { registry.ReadString(L"number"); }},
-        {__LINE__, ERROR_INVALID_DATATYPE, [&] { registry.ReadNumber(L"number64"); }},
+        {__LINE__, ERROR_INVALID_DATATYPE, [&] { registry.ReadNumber(L"long number"); }},
         {__LINE__, ERROR_INVALID_DATATYPE, [&] { registry.ReadNumber64(L"number"); }},
         {__LINE__, ERROR_INVALID_DATATYPE, [&] { registry.ReadBinary(L"string"); }},
+        {__LINE__, ERROR_FILE_NOT_FOUND, [&] { registry.ReadString(L"absent"); }},
         {__LINE__, ERROR_INVALID_DATATYPE, [&] { registry.ReadNumber(L"string", 1); }},
         {__LINE__, ERROR_INVALID_DATA, [&] { registry.ReadNumber(L"short number"); }},
         {__LINE__, ERROR_INVALID_DATA, [&] { registry.ReadNumber64(L"long number"); }},
-        {__LINE__, ERROR_FILE_NOT_FOUND, [&] { registry.ReadString(L"absent"); }},
     });
     EXPECT_EQ(registry.ReadString(L"absent", L"default"), L"default");
     EXPECT_EQ(registry.ReadNumber(L"absent", 7), 7U);
@@ -111,11 +110,9 @@ TEST(Registry, TellsWhyAKeyCannotBeOpened)
     const std::wstring tszAbsent = key.Path() + L"\\absent";
     ExpectCodes({
         {__LINE__, ERROR_BAD_ARGUMENTS, [&] { registry.Create(HKEY_CURRENT_USER, L""); }},
-        {__LINE__, ERROR_BAD_ARGUMENTS, [&] { registry.CreateAllAccess(HKEY_CURRENT_USER, L""); }},
         {__LINE__, ERROR_BAD_ARGUMENTS, [&] { Registry::DeleteKeyAt(HKEY_CURRENT_USER, L"\\"); }},
         {__LINE__, ERROR_INVALID_HANDLE, [&] { registry.Open(nullptr, tszAbsent); }},
         {__LINE__, ERROR_FILE_NOT_FOUND, [&] { registry.OpenForDeletion(HKEY_CURRENT_USER, tszAbsent); }},
-        {__LINE__, ERROR_FILE_NOT_FOUND, [&] { registry.OpenForEnumeration(HKEY_CURRENT_USER, tszAbsent); }},
         // A failed opening closes what was open; the object may be used again.
         {__LINE__, 0, [&] { registry.Create(HKEY_CURRENT_USER, key.Path()); }},
         {__LINE__, ERROR_FILE_NOT_FOUND, [&] { registry.Open(HKEY_CURRENT_USER, tszAbsent); }},

@@ -38,7 +38,6 @@ TEST(XmlParser, SelectsTheSameElementFromPartAndWhole)
         {__LINE__, "<A><B i='1'/><B i='2'/></A>", L"/A/B", "B[i=1]"},
         {__LINE__, "<A><B/><B><C>1</C></B><B><C>2</C></B></A>", L"/A/B/C", "C(1)"},
         {__LINE__, "<A><X><B/></X><A><B/></A><B i='1'/></A>", L"/A/B", "B[i=1]"},
-        {__LINE__, "<A><A><A>x</A></A></A>", L"/A/A/A", "A(x)"},
         {__LINE__, "<A><B/></A>", L"/a", ""}, // not found
         {__LINE__, "<A><B/></A>", L"/A//B", ""},
 
@@ -50,7 +49,6 @@ TEST(XmlParser, SelectsTheSameElementFromPartAndWhole)
         {__LINE__, "<A>\xC2\xA0<B/></A>", L"/A", "A(\xC2\xA0){B}"},
         {__LINE__, "<A> a <!-- c --> b </A>", L"/A", "A(ab){!( c )}"},
         {__LINE__, "<A> a <!----> b </A>", L"/A", "A( a  b )"},
-        {__LINE__, "<A><![CDATA[ <x> ]]></A>", L"/A", "A( <x> )"},
 
         // References, and every kind of character.
         {__LINE__, "<A x='&lt;&quot;'>&amp;&#x41;&#228;&#x1F512;</A>", L"/A", "A[x=<\"](&A\xC3\xA4\xF0\x9F\x94\x92)"},
@@ -77,12 +75,10 @@ TEST(XmlParser, RefusesADocumentThatIsNotWellFormedAnywhereAndTellsWhere)
 {
     const std::tuple<int, std::string, std::uint32_t, std::uint32_t, std::uint32_t> aRows[] = {
         {__LINE__, "", XML_ERROR_NO_ELEMENTS, 1, 1},
-        {__LINE__, "\0\0\0\0"s, XML_ERROR_INVALID_TOKEN, 1, 1},
         {__LINE__, "<A>\n<B", XML_ERROR_UNCLOSED_TOKEN, 2, 1},
         {__LINE__, "<A><B/>\n<C></A>", XML_ERROR_TAG_MISMATCH, 2, 6}, // behind what is selected
         {__LINE__, "<A><B/></A>\n &", XML_ERROR_INVALID_TOKEN, 2, 2},
         {__LINE__, "<A>\n a\0b</A>"s, XML_ERROR_INVALID_TOKEN, 2, 3},
-        {__LINE__, "<A>\n\xFF</A>", XML_ERROR_INVALID_TOKEN, 2, 1},
         {__LINE__, "<A>\n\xED\xA0\x80</A>", XML_ERROR_INVALID_TOKEN, 2, 1}, // half a surrogate pair
         {__LINE__, "<A>\n&none;</A>", XML_ERROR_UNDEFINED_ENTITY, 2, 1},
         {__LINE__, "<?xml version='1.0' encoding='EBCDIC'?>\n<A/>", XML_ERROR_UNKNOWN_ENCODING, 1, 31},
@@ -112,46 +108,26 @@ TEST(XmlParser, RefusesADocumentThatIsNotWellFormedAnywhereAndTellsWhere)
     }
 }
 
-TEST(XmlParser, SelectsAgainAndKeepsWhatItSelected)
-{
-    XmlParser parser;
-    parser.LoadText("<A><B>1</B><C>2</C></A>");
-    XmlElement b;
-    XmlElement c;
-    EXPECT_TRUE(parser.Select(L"/A/B", b) && parser.Select(L"/A/C", c));
-    EXPECT_EQ(Short(b) + Short(c), "B(1)C(2)");
-    EXPECT_FALSE(b.Parent() || c.Parent());
-    EXPECT_EQ(CodeOf([&] { parser.Select(L"/", b); }), 160U);
-    parser.Close();
-    EXPECT_EQ(CodeOf([&] { parser.Select(L"/A", b); }), 6U);
-}
-
-TEST(XmlParser, NoticesAPathThatMatchesNothingAndLeavesTheElementAlone)
+TEST(XmlParser, SelectsAgainKeepsWhatItSelectedAndNoticesAPathThatMatchesNothing)
 {
     const TempFolder folder;
-    folder.Write(L"a.xml", "<A/>");
-    for (const std::uint32_t ulOptions : {XmlParser::KeepSelected, XmlParser::KeepWhole}) {
+    folder.Write(L"a.xml", "<?xml version='1.0'?>\n<A>\r\n<B>1\n</B><C\nx='1'/>\n</A>");
+    for (const std::uint32_t ulOptions : {XmlParser::KeepSelected, XmlParser::KeepWhole, XmlParser::KeepLines}) {
         const TraceRecorder trace(TraceNotice);
         XmlParser parser;
         parser.Load(folder.File(L"a.xml"), ulOptions);
-        XmlElement element;
-        EXPECT_TRUE(parser.Select(L"/A", element) && !parser.Select(L"/A/B", element));
-        EXPECT_EQ(Short(element), "A");
-        EXPECT_THAT(trace.Messages(), ElementsAre(L"*** XmlParser::Select() - [/A/B] was not found in [" +
+        XmlElement b;
+        XmlElement c;
+        EXPECT_TRUE(parser.Select(L"/A/B", b) && parser.Select(L"/A/C", c) && !parser.Select(L"/A/D", c));
+        EXPECT_EQ(Short(b) + Short(c), "B(1\n)C[x=1]");
+        EXPECT_EQ(static_cast<bool>(b.Parent()), ulOptions == XmlParser::KeepWhole);
+        const bool bLines = ulOptions == XmlParser::KeepLines;
+        EXPECT_EQ(std::pair(b.Line(), c.Line()), bLines ? std::pair(3U, 4U) : std::pair(0U, 0U));
+        EXPECT_THAT(trace.Messages(), ElementsAre(L"*** XmlParser::Select() - [/A/D] was not found in [" +
                                                   folder.File(L"a.xml") + L"]."));
-    }
-}
-
-TEST(XmlParser, TellsTheLineOfEachElementWhenAsked)
-{
-    for (const std::uint32_t ulLines : {0U, 1U}) {
-        XmlParser parser;
-        parser.LoadText("<?xml version='1.0'?>\n<A>\r\n<B>\n</B><C\nx='1'/>\n</A>",
-                        ulLines != 0 ? XmlParser::KeepLines : XmlParser::KeepSelected);
-        XmlElement a;
-        parser.Select(L"/A", a);
-        EXPECT_THAT((std::vector{a.Line(), a.FirstChild(L"B").Line(), a.FirstChild(L"C").Line()}),
-                    ElementsAre(2 * ulLines, 3 * ulLines, 4 * ulLines));
+        EXPECT_EQ(CodeOf([&] { parser.Select(L"/", b); }), 160U);
+        parser.Close();
+        EXPECT_EQ(CodeOf([&] { parser.Select(L"/A", b); }), 6U);
     }
 }
 
@@ -161,14 +137,12 @@ TEST(XmlParser, PropertiesAreCheckedAndTheEncodingIsUsed)
     EXPECT_EQ(CodeOf([&] { parser.SetProperty(L"PathOfDll", L""); }), 160U);
     EXPECT_EQ(CodeOf([&] { parser.SetProperty(L"", L"x"); }), 160U);
     EXPECT_EQ(CodeOf([&] { parser.SetProperty(L"PathOfDll", std::wstring(260, L'x')); }), 34U);
-    EXPECT_TRUE(parser.SetProperty(L"PathOfDll", std::wstring(259, L'x')));
-    EXPECT_TRUE(parser.SetProperty(L"NoSuchProperty", L"x"));
+    EXPECT_TRUE(parser.SetProperty(L"PathOfDll", std::wstring(259, L'x')) && parser.SetProperty(L"Unheard", L"x"));
 
     const std::tuple<int, const wchar_t*, std::string, std::uint32_t> aRows[] = {
         {__LINE__, L"UTF8", "<A>\xC3\xA4</A>", 0},        {__LINE__, L"ISO_8859_1", "<A>\xE4</A>", 0},
         {__LINE__, L"UTF16", Utf16(L"<A>\u00e4</A>"), 0}, {__LINE__, L"US_ASCII", "<A>&#228;</A>", 0},
-        {__LINE__, L"US_ASCII", "<A>\xC3\xA4</A>", 6},    {__LINE__, L"UTF8", "<A>\xE4</A>", 6},
-        {__LINE__, L"UTF-8", "<A>\xC3\xA4</A>", 160},
+        {__LINE__, L"US_ASCII", "<A>\xC3\xA4</A>", 6},    {__LINE__, L"UTF-8", "<A>\xC3\xA4</A>", 160},
     };
     for (const auto& [iLine, pszEncoding, sDocument, ulCode] : aRows) {
         XmlElement element;
@@ -263,32 +237,15 @@ TEST(XmlParser, TakesTheLibraryOfTheGivenFolderElseTheOneBesideTheModule)
     EXPECT_TRUE(::DeleteFileW(own.File(L"libexpat.dll").c_str()));
 }
 
-TEST(ExpatLibrary, LoadsFromAFolderOnceAndBindsAll)
-{
-    Library::Expat library;
-    std::uint32_t ulError = 0;
-    EXPECT_FALSE(library.Load(L"C:\\NoSuchFolder", ulError) || library.IsBound());
-    EXPECT_EQ(ulError, DWORD{ERROR_MOD_NOT_FOUND});
-    EXPECT_FALSE(library.Load(std::wstring(L"C:\\\0x", 5), ulError) || library.IsBound());
-    EXPECT_EQ(ulError, DWORD{ERROR_BAD_ARGUMENTS});
-    EXPECT_TRUE(library.Load(ProgramFolder() + L"\\", ulError) && library.IsBound());
-    EXPECT_EQ(library.ExpatVersion(), std::string("expat_2.5.0"));
-    EXPECT_TRUE(!library.Load(ProgramFolder(), ulError) && library.IsBound());
-    EXPECT_EQ(ulError, 5010U);
-}
-
 TEST_F(RelativeQueries, TakeTheFirstMatchOfAPathOfChildNames)
 {
-    const std::pair<const wchar_t*, const char*> aRows[] = {
-        {L"./A", "A"},    {L"A", "A"},  {L"./A/B", "B"}, {L"./A/C", "C[k=][k2=v](two)"}, // in a later A
-        {L"./A/C/D", ""}, {L"./a", ""}, {L"./A//C", ""}, {L"", ""},
-        {L"./", ""},      {L"/R", ""},
-    };
-    for (const auto& [pszPath, szExpected] : aRows) {
-        EXPECT_EQ(Short(m_root.Child(pszPath)), szExpected) << pszPath;
-    }
+    EXPECT_EQ(Short(m_root.Child(L"./A")) + Short(m_root.Child(L"E")) + Short(m_root.Child(L"./A/B")), "AEB");
+    const XmlElement c = m_root.Child(L"./A/C"); // in a later A
+    EXPECT_EQ(Short(c), "C[k=][k2=v](two)");
     EXPECT_EQ(m_root.Child(L"."), m_root);
-    const XmlElement c = m_root.Child(L"./A/C");
+    for (const wchar_t* pszPath : {L"./A/C/D", L"./a", L"./A//C", L"", L"./", L"/R"}) {
+        EXPECT_FALSE(m_root.Child(pszPath)) << pszPath;
+    }
     EXPECT_THAT((std::vector{m_root.ChildText(L"./A/C", L"none"), m_root.ChildText(L"./E", L"none"),
                              m_root.ChildText(L"./F", L"none"), m_root.ChildText(m_root.FindName(L"Z")),
                              m_root.ChildText(m_root.FindName(L"F"), L"none")}),
