@@ -1,10 +1,8 @@
 #include "TestProduct.h"
 
 #include "Frwk_Settings.h"
-#include "ZkComn_Exception.h"
 #include "ZkComn_File.h"
 #include "ZkComn_FileCrypt.h"
-#include "ZkComn_Registry.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -37,29 +35,21 @@ TestProduct::~TestProduct()
 
 void TestProduct::Register(const std::wstring& _rtszPath)
 {
-    Registry cRegistry;
-    cRegistry.Create(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey);
-    cRegistry.WriteString(L"ProductPath", _rtszPath);
+    ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey, L"ProductPath", REG_SZ, _rtszPath.c_str(),
+                      static_cast<DWORD>((_rtszPath.size() + 1) * sizeof(wchar_t)));
 }
 
 void TestProduct::Unregister()
 {
-    try {
-        Registry cRegistry;
-        cRegistry.OpenForDeletion(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey);
-        cRegistry.DeleteValue(L"ProductPath");
-    } catch (ZkCommon::Exception::Base* pError) {
-        const ZkCommon::Exception::Caught pCaught(pError); // it was not there
-    }
+    ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey, L"ProductPath");
 }
 
 void TestProduct::Store(Varnhelt::DocumentId _enDocument, std::string_view _svXml, const wchar_t* _pszFile) const
 {
     const Varnhelt::Document& stDocument = Varnhelt::DocumentOf(_enDocument);
-    const wchar_t* pszFile = FileOf(stDocument, _pszFile);
-    m_cFolder.Write(pszFile, _svXml);
+    m_cFolder.Write(FileOf(stDocument, _pszFile), _svXml);
     if (stDocument.szKey != nullptr) {
-        const std::wstring tszPath = m_cFolder.File(pszFile);
+        const std::wstring tszPath = m_cFolder.File(FileOf(stDocument, _pszFile));
         File::EncryptFile(tszPath, tszPath, KeyOf(stDocument));
     }
 }

@@ -104,12 +104,9 @@ TEST(ReplacedFile, MayHaveALongPath)
         ASSERT_TRUE(::CreateDirectoryW(tszPath.c_str(), nullptr));
     }
     tszPath += L"\\\u4e2d.xml";
-    EXPECT_EQ(File::Replace(tszPath, "new"), 0U);
-    EXPECT_EQ(File::Replace(tszPath, "newer"), 0U);
+    EXPECT_TRUE(File::Replace(tszPath, "new") == 0 && File::Replace(tszPath, "newer") == 0);
     ByteArray stContent;
-    EXPECT_EQ(File::Read(tszPath, stContent).ulError, 0U);
-    EXPECT_EQ(stContent.Size(), 5U);
-    EXPECT_EQ(File::Delete(tszPath), 0U);
+    EXPECT_TRUE(File::Read(tszPath, stContent).ulError == 0 && stContent.Size() == 5 && File::Delete(tszPath) == 0);
 }
 
 TEST(ReplacedFile, DISABLED_IsBeingWritten)
@@ -138,15 +135,12 @@ TEST(TempFile, ExistsAsLongAsItsOwner)
     const std::uint8_t aContent[] = {'a', 'b', 'c'};
     {
         File::TempFile cFile;
-        EXPECT_EQ(cFile.Create(cFolder.File(L"missing")), DWORD{ERROR_PATH_NOT_FOUND});
-        EXPECT_EQ(cFile.Path(), L"");
+        EXPECT_TRUE(cFile.Create(cFolder.File(L"missing")) == ERROR_PATH_NOT_FOUND && cFile.Path().empty());
         ASSERT_EQ(cFile.Create(cFolder.Path().wstring()), 0U);
         const std::wstring tszFirst = cFile.Path();
-        ASSERT_EQ(cFile.Create(cFolder.Path().wstring()), 0U);
-        EXPECT_NE(cFile.Path(), tszFirst);
+        ASSERT_TRUE(cFile.Create(cFolder.Path().wstring()) == 0 && cFile.Path() != tszFirst);
         EXPECT_EQ(cFolder.Names().size(), 1U);
-        EXPECT_EQ(cFile.Write(aContent), 0U);
-        EXPECT_EQ(cFile.Write(std::span(aContent).first(2)), 0U);
+        EXPECT_TRUE(cFile.Write(aContent) == 0 && cFile.Write(std::span(aContent).first(2)) == 0);
         ByteArray stContent;
         EXPECT_EQ(File::Read(cFile.Path(), stContent).enFailed, File::ReadStep::Open); // without the sharing it asks
         EXPECT_EQ(File::Read(cFile.Path(), stContent, File::g_ulShareAll).ulError, 0U);

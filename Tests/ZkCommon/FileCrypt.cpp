@@ -23,16 +23,11 @@ TEST(FileCrypt, PadsOnlyALastBlockThatIsNotFull)
 {
     const TempFolder cFolder;
     for (const std::size_t uSize : {1U, 15U, 16U, 17U, 32U, 100000U}) {
-        const std::size_t uPadding = (16 - uSize % 16) % 16;
-        const std::string sPlain(uSize, 'x');
-        cFolder.Write(L"plain", sPlain);
-        cFolder.Write(L"padded", sPlain + std::string(uPadding, static_cast<char>(uPadding)));
+        cFolder.Write(L"plain", std::string(uSize, 'x'));
         ASSERT_TRUE(File::EncryptFile(cFolder.File(L"plain"), cFolder.File(L"cipher"), g_aKey) &&
-                    File::EncryptFile(cFolder.File(L"padded"), cFolder.File(L"whole"), g_aKey) &&
                     File::DecryptFile(cFolder.File(L"cipher"), cFolder.File(L"back"), g_aKey));
-        EXPECT_EQ(cFolder.Read(L"cipher").size(), uSize + uPadding);
-        EXPECT_EQ(cFolder.Read(L"cipher"), cFolder.Read(L"whole"));
-        EXPECT_EQ(cFolder.Read(L"back"), sPlain);
+        EXPECT_EQ(cFolder.Read(L"cipher").size(), (uSize + 15) / 16 * 16);
+        EXPECT_EQ(cFolder.Read(L"back"), std::string(uSize, 'x'));
     }
 }
 

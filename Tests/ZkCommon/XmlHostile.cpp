@@ -128,8 +128,9 @@ TEST(XmlHostile, AnEntityThatExpandsWithoutMeasureIsRefused)
         XmlParser parser;
         parser.LoadText(sDocument);
         XmlElement element;
-        EXPECT_EQ(FailureOf([&] { parser.Select(pszPath, element); }).ulXmlCode,
-                  std::uint32_t{XML_ERROR_AMPLIFICATION_LIMIT_BREACH});
+        const auto pFailure = FailureOf<XmlException>([&] { parser.Select(pszPath, element); });
+        ASSERT_TRUE(pFailure);
+        EXPECT_EQ(pFailure->XmlErrorCode(), std::uint32_t{XML_ERROR_AMPLIFICATION_LIMIT_BREACH});
     }
 }
 

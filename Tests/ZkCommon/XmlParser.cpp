@@ -96,14 +96,14 @@ TEST(XmlParser, RefusesADocumentThatIsNotWellFormedAnywhereAndTellsWhere)
             folder.Write(L"faulty.xml", sDocument);
             XmlParser parser;
             XmlElement element;
-            const XmlFailure stFailure = FailureOf([&] {
+            const auto pFailure = FailureOf<XmlException>([&] {
                 parser.Load(tszPath, ulOptions);
                 parser.Select(L"/A/B", element);
             });
-            EXPECT_EQ(stFailure, (XmlFailure{6, ulXmlCode, ulLine, String::ToAnsi(tszPath)}));
-            EXPECT_EQ(std::pair(parser.FailurePlace().ulLine, parser.FailurePlace().ulColumn),
-                      std::pair(ulLine, ulColumn));
-            EXPECT_FALSE(element);
+            ASSERT_TRUE(pFailure && !element);
+            EXPECT_EQ(std::tuple(pFailure->ErrorCode(), pFailure->XmlErrorCode(), pFailure->XmlLine(),
+                                 parser.FailurePlace().ulLine, parser.FailurePlace().ulColumn, pFailure->XmlFile()),
+                      std::tuple(6U, ulXmlCode, ulLine, ulLine, ulColumn, String::ToAnsi(tszPath)));
         }
     }
 }
@@ -159,14 +159,17 @@ TEST(XmlParser, FailsWithTheSystemsErrorWhenTheFileCannotBeRead)
     folder.Write(L"locked.xml", "<A/>");
     const FileHandle lock(
         ::CreateFileW(folder.File(L"locked.xml").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    const auto LoadFailure = [&](const wchar_t* _pszName) {
-        return FailureOf([&] { XmlParser().Load(folder.File(_pszName)); });
-    };
-    EXPECT_EQ(LoadFailure(L"missing.xml"),
-              (XmlFailure{ERROR_FILE_NOT_FOUND, 0, 0, String::ToAnsi(folder.File(L"missing.xml"))}));
-    EXPECT_EQ(LoadFailure(L"none\\missing.xml").ulCode, DWORD{ERROR_PATH_NOT_FOUND});
-    EXPECT_EQ(LoadFailure(L".").ulCode, DWORD{ERROR_ACCESS_DENIED});
-    EXPECT_EQ(LoadFailure(L"locked.xml").ulCode, DWORD{ERROR_SHARING_VIOLATION});
+    const std::pair<const wchar_t*, std::uint32_t> aRows[] = {{L"missing.xml", ERROR_FILE_NOT_FOUND},
+                                                              {L"none\\missing.xml", ERROR_PATH_NOT_FOUND},
+                                                              {L".", ERROR_ACCESS_DENIED},
+                                                              {L"locked.xml", ERROR_SHARING_VIOLATION}};
+    for (const auto& [pszName, ulError] : aRows) {
+        const std::wstring tszPath = folder.File(pszName);
+        const auto pFailure = FailureOf<XmlException>([&] { XmlParser().Load(tszPath); });
+        ASSERT_TRUE(pFailure);
+        EXPECT_EQ(std::tuple(pFailure->ErrorCode(), pFailure->XmlErrorCode(), pFailure->XmlLine(), pFailure->XmlFile()),
+                  std::tuple(ulError, 0U, 0U, String::ToAnsi(tszPath)));
+    }
 }
 
 TEST(XmlParser, ReadsAFileThatSomebodyElseWritesAndDeletes)

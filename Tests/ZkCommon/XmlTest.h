@@ -5,31 +5,7 @@
 #include "ZkComn_XmlParser.h"
 #include "ZkComn_XmlWriter.h"
 
-#include <memory>
 #include <string>
-
-/** What a failing document operation told. */
-struct XmlFailure
-{
-    std::uint32_t ulCode = 0;
-    std::uint32_t ulXmlCode = 0;
-    std::uint32_t ulLine = 0;
-    std::string sFile;
-    bool operator==(const XmlFailure&) const = default;
-};
-
-/** The failure of an operation; without a code when it succeeded. */
-template <class TOperation>
-XmlFailure FailureOf(TOperation&& _fnOperation)
-{
-    try {
-        _fnOperation();
-        return {};
-    } catch (ZkCommon::Storage::XmlException* pCaught) {
-        const std::unique_ptr<ZkCommon::Storage::XmlException> pError(pCaught);
-        return {pError->ErrorCode(), pError->XmlErrorCode(), pError->XmlLine(), pError->XmlFile()};
-    }
-}
 
 /** A document of which all is kept. */
 struct Whole final : ZkCommon::Storage::XmlParser
