@@ -13,21 +13,15 @@ using namespace ZkCommon;
 
 namespace {
 
-/** Behind the blank that follows the thread's number: "day time process:thread TAG <module> message - file(line)". */
-std::wstring FromTag(const std::wstring& _rtszRaw)
+/** "TAG message" of "day time process:thread TAG <module> message - file(line)". */
+std::wstring TagAndMessage(const std::wstring& _rtszRaw)
 {
-    std::size_t uAt = 0;
+    std::size_t uTag = 0;
     for (int i = 0; i < 3; ++i) {
-        uAt = _rtszRaw.find(L' ', uAt) + 1;
+        uTag = _rtszRaw.find(L' ', uTag) + 1;
     }
-    return _rtszRaw.substr(uAt);
-}
-
-std::wstring MessageOf(const std::wstring& _rtszRaw)
-{
-    const std::wstring tszRest = FromTag(_rtszRaw);
-    const std::size_t uStart = tszRest.find(L"> ") + 2;
-    return tszRest.substr(uStart, tszRest.rfind(L" - ") - uStart);
+    const std::size_t uMessage = _rtszRaw.find(L"> ", uTag) + 2;
+    return _rtszRaw.substr(uTag, 4) + _rtszRaw.substr(uMessage, _rtszRaw.rfind(L" - ") - uMessage);
 }
 
 } // namespace
@@ -71,16 +65,14 @@ std::vector<std::wstring> TraceRecorder::RawLines() const
 std::vector<std::wstring> TraceRecorder::Lines() const
 {
     std::vector<std::wstring> vecLines = RawLines();
-    for (std::wstring& tszLine : vecLines) {
-        tszLine = FromTag(tszLine).substr(0, 4) + MessageOf(tszLine);
-    }
+    std::ranges::transform(vecLines, vecLines.begin(), &TagAndMessage);
     return vecLines;
 }
 
 std::vector<std::wstring> TraceRecorder::Messages() const
 {
-    std::vector<std::wstring> vecLines = RawLines();
-    std::ranges::transform(vecLines, vecLines.begin(), MessageOf);
+    std::vector<std::wstring> vecLines = Lines();
+    std::ranges::for_each(vecLines, [](std::wstring& _rtszLine) { _rtszLine.erase(0, 4); });
     return vecLines;
 }
 

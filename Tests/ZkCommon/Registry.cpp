@@ -103,7 +103,7 @@ TEST(Registry, RefusesValuesOfAnotherTypeOrSize)
     EXPECT_EQ(registry.ReadNumber(L"absent", 7), 7U);
 }
 
-TEST(Registry, TellsWhyAKeyCannotBeOpened)
+TEST(Registry, TellsWhyAKeyCannotBeOpenedOrDeleted)
 {
     const TestKey key;
     Registry registry;
@@ -120,6 +120,18 @@ TEST(Registry, TellsWhyAKeyCannotBeOpened)
         {__LINE__, ERROR_INVALID_HANDLE, [&] { registry.SubKeys(); }},
         {__LINE__, 0, [&] { registry.Open(HKEY_CURRENT_USER, key.Path()); }},
         {__LINE__, ERROR_ACCESS_DENIED, [&] { registry.WriteNumber(L"value", 1); }}, // it is open for reading
+        // A key is deleted without its children only.
+        {__LINE__, 0, [&] { registry.Create(HKEY_CURRENT_USER, key.Path() + L"\\parent\\child"); }},
+        {__LINE__, 0, [&] { registry.Create(HKEY_CURRENT_USER, key.Path()); }},
+        {__LINE__, 0, [&] { registry.WriteNumber(L"value", 1); }},
+        {__LINE__, 0, [&] { registry.OpenForDeletion(HKEY_CURRENT_USER, key.Path()); }},
+        {__LINE__, ERROR_ACCESS_DENIED, [&] { registry.DeleteKey(L"parent"); }},
+        {__LINE__, ERROR_BAD_ARGUMENTS, [&] { registry.DeleteKey(L""); }},
+        {__LINE__, 0, [&] { registry.DeleteValue(L"value"); }},
+        {__LINE__, ERROR_FILE_NOT_FOUND, [&] { registry.DeleteValue(L"value"); }},
+        {__LINE__, 0, [&] { Registry::DeleteKeyAt(HKEY_CURRENT_USER, key.Path() + L"\\parent\\child"); }},
+        {__LINE__, 0, [&] { registry.DeleteKey(L"parent"); }},
+        {__LINE__, ERROR_FILE_NOT_FOUND, [&] { registry.DeleteKey(L"parent"); }},
     });
 }
 
@@ -148,25 +160,4 @@ TEST(Registry, KeepsTheViewsApart)
         {__LINE__, 0, [&] { Registry::DeleteKeyAt(HKEY_LOCAL_MACHINE, key.Path() + L"\\", View64); }},
         {__LINE__, ERROR_FILE_NOT_FOUND, [&] { Registry(HKEY_LOCAL_MACHINE, key.Path(), View64); }},
     });
-}
-
-TEST(Registry, DeletesKeysWithoutChildrenAndValues)
-{
-    const TestKey key;
-    Registry registry;
-    registry.Create(HKEY_CURRENT_USER, key.Path() + L"\\parent\\child");
-    registry.Create(HKEY_CURRENT_USER, key.Path());
-    registry.WriteNumber(L"value", 1);
-    registry.OpenForDeletion(HKEY_CURRENT_USER, key.Path());
-    ExpectCodes({
-        {__LINE__, ERROR_ACCESS_DENIED, [&] { registry.DeleteKey(L"parent"); }},
-        {__LINE__, ERROR_BAD_ARGUMENTS, [&] { registry.DeleteKey(L""); }},
-        {__LINE__, ERROR_FILE_NOT_FOUND, [&] { registry.DeleteKey(L"absent"); }},
-        {__LINE__, 0, [&] { registry.DeleteValue(L"value"); }},
-        {__LINE__, ERROR_FILE_NOT_FOUND, [&] { registry.DeleteValue(L"value"); }},
-        {__LINE__, 0, [&] { Registry::DeleteKeyAt(HKEY_CURRENT_USER, key.Path() + L"\\parent\\child"); }},
-        {__LINE__, 0, [&] { registry.DeleteKey(L"parent"); }},
-    });
-    registry.OpenForEnumeration(HKEY_CURRENT_USER, key.Path());
-    EXPECT_THAT(registry.SubKeys(), IsEmpty());
 }
