@@ -9,8 +9,21 @@
 class AllocationFault
 {
 public:
-    AllocationFault(int _iNth, std::size_t _uLarge);
+    AllocationFault(int _iNth, std::size_t _uLarge)
+    {
+        m_iUntilRefusal = _iNth;
+        m_uLarge = _uLarge;
+    }
     AllocationFault(const AllocationFault&) = delete;
     AllocationFault& operator=(const AllocationFault&) = delete;
-    ~AllocationFault();
+    ~AllocationFault() { m_iUntilRefusal = 0; }
+
+    static bool Refuses(std::size_t _uSize)
+    {
+        return m_iUntilRefusal > 0 && _uSize >= m_uLarge && --m_iUntilRefusal == 0;
+    }
+
+private:
+    static inline int m_iUntilRefusal = 0; // 0: none is refused
+    static inline std::size_t m_uLarge = 0;
 };

@@ -69,17 +69,13 @@ std::wstring g_tszDebuggerText;
 /** What the system raises for a debugger to see: the text, wide or, on some systems, in the ANSI code page. */
 LONG CALLBACK SeeDebuggerText(EXCEPTION_POINTERS* _pException)
 {
-    constexpr DWORD ulNarrowText = 0x40010006;
-    constexpr DWORD ulWideText = 0x4001000A;
     const EXCEPTION_RECORD& rstRecord = *_pException->ExceptionRecord;
-    const ULONG_PTR pText = rstRecord.ExceptionInformation[1];
-    if (rstRecord.ExceptionCode == ulWideText) {
-        g_tszDebuggerText += reinterpret_cast<const wchar_t*>(pText);
-    } else if (rstRecord.ExceptionCode == ulNarrowText) {
-        g_tszDebuggerText += String::FromAnsi(reinterpret_cast<const char*>(pText));
-    } else {
+    if (rstRecord.ExceptionCode != 0x4001000A && rstRecord.ExceptionCode != 0x40010006) {
         return EXCEPTION_CONTINUE_SEARCH;
     }
+    const ULONG_PTR pText = rstRecord.ExceptionInformation[1];
+    g_tszDebuggerText += rstRecord.ExceptionCode == 0x4001000A ? std::wstring(reinterpret_cast<const wchar_t*>(pText))
+                                                               : String::FromAnsi(reinterpret_cast<const char*>(pText));
     return EXCEPTION_CONTINUE_EXECUTION;
 }
 

@@ -75,8 +75,13 @@ TEST(DebugLog, IsSilentlyOffWithoutSettingsOrLibrary)
     own.Set("Enable=0\r\n");
     ExpectInitialisedAndDisabled();
 
-    // On, but the library is not there, lacks an entry point, or its folder is none.
+    // Initialised again it takes over the settings, but no library.
+    EXPECT_TRUE(own.Start());
     own.Set("Enable=1\r\n");
+    EXPECT_TRUE(own.Start() && !own.TraceOneError() && own.m_Log.Uninitialize());
+    EXPECT_EQ(::GetModuleHandleW(L"ZkDbgLog.dll"), nullptr);
+
+    // On, but the library is not there, lacks an entry point, or its folder is none.
     for (const wchar_t* pszFolder : {L"\\NoSuchFolder", L"\\Incomplete", L"\\Incomplete\\ZkDbgLog.dll"}) {
         EXPECT_FALSE(own.Start(pszFolder));
         ExpectNotInitialised();
@@ -134,18 +139,6 @@ TEST(DebugLog, HandsItsSettingsToTheLibrary)
     EXPECT_THAT(Texts(), ElementsAre(std::wstring(31, L'm'), std::wstring(259, L'f'), L"vqx", L"file", L"log")); // cut
     EXPECT_NE(stSettings.stTime.wYear, 0);
     EXPECT_TRUE(own.m_Log.Passes(TraceNotice) && !own.m_Log.Passes(TraceError));
-}
-
-TEST(DebugLog, TakesOverSettingsButNoLibraryWhenInitialisedAgain)
-{
-    const TraceRecorder trace;
-    OwnLog own;
-    own.Set("Enable=0\r\n");
-    EXPECT_TRUE(own.Start());
-    own.Set("Enable=1\r\n");
-    EXPECT_TRUE(own.Start());
-    EXPECT_FALSE(own.TraceOneError()); // on, and without a library
-    EXPECT_EQ(trace.Record().iOpen, 1);
 }
 
 TEST(DebugLog, TakesLinesFromManyThreadsWhileItIsOpenedAndClosed)

@@ -58,36 +58,30 @@ TEST(IniFile, ReadsAbsentFilesAsEmptyAndWritesNewOnes)
     EXPECT_THAT(file.SectionNames(), ElementsAre(L"New"));
 }
 
-TEST(IniFile, ReadsTextsAndListsOfAnyLength)
+TEST(IniFile, ReadsTextsAndListsOfAnyLengthAndKeepsUtf16)
 {
     const TempFolder folder;
-    std::wstring tszFile;
+    std::wstring tszSections;
+    std::wstring tszLines;
     std::vector<std::wstring> vecName;
     std::vector<std::wstring> vecLine;
     for (std::size_t u = 0; u < 300; ++u) {
-        tszFile += L"[" + vecName.emplace_back(L"Section" + std::to_wstring(u)) + L"]\r\n";
+        tszSections += L"[" + vecName.emplace_back(L"Section" + std::to_wstring(u)) + L"]\r\n";
+        tszLines += vecLine.emplace_back(L"key" + std::to_wstring(u) + L"=" + std::wstring(u, L'x')) + L"\r\n";
     }
-    for (std::size_t u = 0; u < 300; ++u) {
-        tszFile += vecLine.emplace_back(L"key" + std::to_wstring(u) + L"=" + std::wstring(u, L'x')) + L"\r\n";
-    }
-    folder.Write(L"long.ini", String::ToUtf8(tszFile));
+    folder.Write(L"long.ini", String::ToUtf8(tszSections + tszLines));
     const IniFile file(folder.File(L"long.ini"), L"Section299");
     EXPECT_EQ(file.SectionNames(), vecName);
     EXPECT_EQ(file.Section(), vecLine);
     for (std::size_t u = 250; u < 260; ++u) { // around the size of the first buffer
         EXPECT_EQ(file.Find(L"key" + std::to_wstring(u)), std::wstring(u, L'x'));
     }
-}
 
-TEST(IniFile, KeepsTextThatIsNotAsciiInAUtf16File)
-{
-    const TempFolder folder;
-    using namespace std::string_view_literals;
-    folder.Write(L"wide.ini", "\xFF\xFE[\0S\0]\0\r\0\n\0"sv);
-    IniFile file(folder.File(L"wide.ini"), L"S");
-    file.WriteString(L"\u4e2d", L"\u00e4\u4e2d");
-    file.Flush();
-    EXPECT_EQ(file.Find(L"\u4e2d"), L"\u00e4\u4e2d");
+    folder.Write(L"wide.ini", std::string("\xFF\xFE[\0S\0]\0\r\0\n\0", 12)); // keeps what is not ASCII
+    IniFile wide(folder.File(L"wide.ini"), L"S");
+    wide.WriteString(L"\u4e2d", L"\u00e4\u4e2d");
+    wide.Flush();
+    EXPECT_EQ(wide.Find(L"\u4e2d"), L"\u00e4\u4e2d");
 }
 
 TEST(IniFile, RefusesEmptyNamesBeforeItTouchesAnything)

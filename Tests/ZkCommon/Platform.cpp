@@ -4,7 +4,6 @@
 #include <set>
 #include <thread>
 #include <tuple>
-#include <vector>
 #include <windows.h>
 
 using namespace ZkCommon::Platform;
@@ -58,9 +57,9 @@ TEST(Platform, AnswersForThisMachineOnAnyThread)
     OSVERSIONINFOW stInfo{};
     stInfo.dwOSVersionInfoSize = sizeof stInfo;
     ASSERT_TRUE(::GetVersionExW(&stInfo));
-    std::vector<std::jthread> vecThread;
-    for (int i = 0; i < 4; ++i) {
-        vecThread.emplace_back([&] {
+    std::jthread aThread[4];
+    for (std::jthread& rThread : aThread) {
+        rThread = std::jthread([&] {
             EXPECT_TRUE(CheckOsType(OsXpOrLater) && !CheckOsType(50));
             EXPECT_EQ(CheckOsType(OsSeven64), stInfo.dwMajorVersion == 6 && stInfo.dwMinorVersion == 1);
             EXPECT_TRUE(IsNative64Bit() && ErrorCode() == 0); // this is a program for x64

@@ -1,15 +1,63 @@
 #include "ZkComn_SecurityAttributes.h"
 
-#include "AccessList.h"
 #include "Failure.h"
 #include "TestKey.h"
 #include "ZkComn_PrivateAccess.h"
 #include "ZkComn_Registry.h"
 
+#include <array>
 #include <gtest/gtest.h>
+#include <sddl.h>
+#include <string>
+#include <vector>
 
 using namespace ZkCommon;
 using namespace ZkCommon::AccessControl;
+
+namespace {
+
+constexpr const wchar_t* g_pszAllAccessKey =
+    L"D:(A;CI;0x1003f;;;BA)(A;CI;0x3f;;;PU)(A;CI;0x1003f;;;SY)(A;CI;0x20009;;;AU)"
+    L"(A;CI;0x20009;;;BU)(A;CI;0xf003f;;;CO)(A;CI;0x20009;;;IU)";
+
+/** The entries of an access list, byte by byte: type, flags (0 unless asked for), size (2), mask (4), account. */
+std::vector<std::string> EntriesOf(PSECURITY_DESCRIPTOR _pDescriptor, bool _bFlags = false)
+{
+    BOOL bPresent = FALSE;
+    BOOL bDefaulted = FALSE;
+    ACL* pAcl = nullptr;
+    ::GetSecurityDescriptorDacl(_pDescriptor, &bPresent, &pAcl, &bDefaulted);
+    std::vector<std::string> vecEntry;
+    for (DWORD i = 0; pAcl != nullptr && i < pAcl->AceCount; ++i) {
+        void* pEntry = nullptr;
+        ::GetAce(pAcl, i, &pEntry);
+        vecEntry.emplace_back(static_cast<const char*>(pEntry), static_cast<const ACE_HEADER*>(pEntry)->AceSize);
+        vecEntry.back()[1] = _bFlags ? vecEntry.back()[1] : '\0';
+    }
+    return vecEntry;
+}
+
+/** The same of a list in the system's notation. */
+std::vector<std::string> EntriesOf(const wchar_t* _pszList, bool _bFlags = false)
+{
+    PSECURITY_DESCRIPTOR pList = nullptr;
+    EXPECT_TRUE(::ConvertStringSecurityDescriptorToSecurityDescriptorW(_pszList, SDDL_REVISION_1, &pList, nullptr));
+    const std::vector<std::string> vecEntry = EntriesOf(pList, _bFlags);
+    ::LocalFree(pList);
+    return vecEntry;
+}
+
+std::vector<std::string> EntriesOfKey(const std::wstring& _rtszPath, REGSAM _ulView)
+{
+    RegKey hKey;
+    ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, _rtszPath.c_str(), 0, READ_CONTROL | _ulView, hKey.Receive());
+    std::array<DWORD, 1024> aDescriptor{};
+    DWORD ulSize = sizeof aDescriptor;
+    EXPECT_EQ(::RegGetKeySecurity(hKey.Get(), DACL_SECURITY_INFORMATION, aDescriptor.data(), &ulSize), ERROR_SUCCESS);
+    return EntriesOf(aDescriptor.data());
+}
+
+} // namespace
 
 TEST(SecurityAttributes, GrantsSevenAccountsTheRightsOfTheKindOfObject)
 {

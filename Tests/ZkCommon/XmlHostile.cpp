@@ -129,8 +129,7 @@ TEST(XmlHostile, AnEntityThatExpandsWithoutMeasureIsRefused)
         parser.LoadText(sDocument);
         XmlElement element;
         const auto pFailure = FailureOf<XmlException>([&] { parser.Select(pszPath, element); });
-        ASSERT_TRUE(pFailure);
-        EXPECT_EQ(pFailure->XmlErrorCode(), std::uint32_t{XML_ERROR_AMPLIFICATION_LIMIT_BREACH});
+        EXPECT_TRUE(pFailure && pFailure->XmlErrorCode() == XML_ERROR_AMPLIFICATION_LIMIT_BREACH);
     }
 }
 
