@@ -152,7 +152,7 @@ private:
             AddForeign(stType, true);
             stElement.Add(std::move(stType));
         } else if (bLeaf && _rstShape.stText) {
-            stElement.With(L"type", TypeOf(*_rstShape.stText));
+            stElement.With(L"type", TypeOf(_rstShape.svName, *_rstShape.stText));
         } else {
             stElement.Add(ComplexType(_rstShape));
         }
@@ -163,7 +163,7 @@ private:
     {
         Node stType = Xs(L"complexType");
         if (_rstShape.stText) { // no document has an element with both a text and elements
-            Node stExtension = Xs(L"extension").With(L"base", TypeOf(*_rstShape.stText));
+            Node stExtension = Xs(L"extension").With(L"base", TypeOf(_rstShape.svName, *_rstShape.stText));
             AddAttributes(stExtension, _rstShape);
             stType.Add(Xs(L"simpleContent")).Add(std::move(stExtension));
             return stType;
@@ -211,7 +211,7 @@ private:
         for (const AttributeShape& stAttribute : _rstShape.vecAttribute) {
             Node& rstAttribute = _rstType.Add(Xs(L"attribute"))
                                      .With(L"name", stAttribute.svName)
-                                     .With(L"type", TypeOf(stAttribute.stText));
+                                     .With(L"type", TypeOf(stAttribute.svName, stAttribute.stText));
             if (stAttribute.stText.enStrange != Strange::Default && !stAttribute.stText.bOptional) {
                 rstAttribute.With(L"use", L"required");
             }
@@ -244,12 +244,12 @@ private:
         }
     }
 
-    /** The name of a text's type. */
-    std::wstring TypeOf(const TextShape& _rstText)
+    /** The name of the type of the text that stands under a name. */
+    std::wstring TypeOf(std::wstring_view _svName, const TextShape& _rstText)
     {
         switch (_rstText.enKind) {
         case Kind::Word:
-            return WordType(*_rstText.pWords);
+            return WordType(_svName, *_rstText.pWords);
         case Kind::Number32:
         case Kind::Number64:
             return NumberType(L"number", {L"0[xX][0-9A-Fa-f]+", L"[0-9]+"});
@@ -268,11 +268,16 @@ private:
         return _pszName;
     }
 
-    std::wstring WordType(const Frwk::WordTable& _rstTable)
+    /** A set of words is called as what it is first met under. */
+    std::wstring WordType(std::wstring_view _svName, const Frwk::WordTable& _rstTable)
     {
-        const auto [itName, bNew] =
-            m_mapWords.try_emplace(&_rstTable, L"words" + std::to_wstring(m_mapWords.size() + 1));
+        const auto [itName, bNew] = m_mapWords.try_emplace(&_rstTable);
         if (bNew) {
+            std::wstring tszName = std::wstring(_svName) + L"Word";
+            while (std::ranges::any_of(m_mapWords, [&](const auto& _rPair) { return _rPair.second == tszName; })) {
+                tszName += L's';
+            }
+            itName->second = std::move(tszName);
             std::vector<std::wstring> vecWord;
             std::vector<std::wstring> vecAnyCase;
             for (const Frwk::Word& stWord : _rstTable.aWord) {

@@ -1,5 +1,6 @@
 // Parses the command line, runs the command, and turns what happened into the exit status.
 
+#include "Nearest.h"
 #include "Output.h"
 #include "Tool.h"
 #include "ZkComn_Exception.h"
@@ -57,25 +58,56 @@ const CLI::App* Reached(const CLI::App& _rApp)
     return pApp;
 }
 
+/** "; did you mean ...?", when one of the known words is near. */
+std::string DidYouMean(const std::string& _rsWord, const std::vector<std::string>& _rvecKnown)
+{
+    std::vector<std::wstring> vecKnown;
+    std::transform(_rvecKnown.begin(), _rvecKnown.end(), std::back_inserter(vecKnown), &ToWide);
+    const std::wstring_view svNearest = Nearest(ToWide(_rsWord), {vecKnown.begin(), vecKnown.end()});
+    return svNearest.empty() ? "" : "; did you mean " + ZkCommon::String::ToUtf8(svNearest) + "?";
+}
+
+/** The options of a command and of all that stand above it. */
+std::vector<std::string> OptionsOf(const CLI::App* _pApp)
+{
+    std::vector<std::string> vecName;
+    for (; _pApp != nullptr; _pApp = _pApp->get_parent()) {
+        for (const CLI::Option* pOption : _pApp->get_options()) {
+            for (const std::string& sName : pOption->get_lnames()) {
+                vecName.push_back("--" + sName);
+            }
+        }
+    }
+    return vecName;
+}
+
 /** What is wrong with the arguments, naming the word that nothing knows where the parser only misses a command. */
 std::string Explain(const CLI::App& _rApp, const CLI::ParseError& _rError)
 {
     const CLI::App* pReached = Reached(_rApp);
     const bool bMissesCommand = dynamic_cast<const CLI::RequiredError*>(&_rError) != nullptr &&
                                 !pReached->get_subcommands([](const CLI::App*) { return true; }).empty();
+    const std::vector<std::string> vecUnknown = _rApp.remaining(true);
+    const auto itOption = std::find_if(vecUnknown.begin(), vecUnknown.end(),
+                                       [](const std::string& _rsWord) { return _rsWord.starts_with("--"); });
+    if (itOption != vecUnknown.end()) {
+        const std::string sName = itOption->substr(0, itOption->find('='));
+        return "unknown option " + sName + DidYouMean(sName, OptionsOf(pReached));
+    }
     if (!bMissesCommand) {
         return _rError.what();
     }
-    std::string sKnown;
+    std::vector<std::string> vecKnown;
     for (const CLI::App* pCommand : pReached->get_subcommands([](const CLI::App*) { return true; })) {
         if (!pCommand->get_name().empty()) { // a group of options has none
-            sKnown += (sKnown.empty() ? "" : ", ") + pCommand->get_name();
+            vecKnown.push_back(pCommand->get_name());
         }
     }
-    const std::vector<std::string> vecUnknown = _rApp.remaining(true);
+    const std::string sKnown = CLI::detail::join(vecKnown, ", ");
     return sKnown.empty()       ? std::string(_rError.what())
            : vecUnknown.empty() ? "a command is missing: " + sKnown
-                                : "unknown command \"" + vecUnknown.front() + "\": there are " + sKnown;
+                                : "unknown command \"" + vecUnknown.front() + "\": there are " + sKnown +
+                                      DidYouMean(vecUnknown.front(), vecKnown);
 }
 
 int Complain(const std::string& _rsText)

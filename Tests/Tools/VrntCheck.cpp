@@ -1,0 +1,208 @@
+// What the tool tells the authors of documents.
+
+#include "RunProgram.h"
+#include "TempFolder.h"
+#include "TestKey.h"
+#include "TestProduct.h"
+#include "ZkComn_String.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+using Json = nlohmann::json;
+
+namespace {
+
+/** What a check finds, a line each: "12 error /A/B: what". */
+std::vector<std::string> Findings(const std::wstring& _tszDocument, const std::wstring& _tszFile)
+{
+    const ProgramRun stRun = RunVrnt({L"--json", L"check", L"--document", _tszDocument, _tszFile});
+    EXPECT_THAT(stRun.sError, IsEmpty());
+    const Json jsRun = Json::parse(stRun.sOutput);
+    std::vector<std::string> vecFinding;
+    for (const Json& jsFinding : jsRun["data"]) {
+        vecFinding.push_back(std::to_string(jsFinding["line"].get<int>()) + " " +
+                             jsFinding["severity"].get<std::string>() + " " + jsFinding["element"].get<std::string>() +
+                             ": " + jsFinding["text"].get<std::string>());
+    }
+    EXPECT_EQ(stRun.iExitStatus, vecFinding.empty() ? 0 : 1);
+    EXPECT_EQ(jsRun["result"], vecFinding.empty() ? "0x00040200" : "0x80040201");
+    return vecFinding;
+}
+
+struct Row
+{
+    int iLine;
+    const wchar_t* pszDocument;
+    const char* szText;
+    std::vector<std::string> vecFinding;
+};
+
+const Row g_aRow[] = {
+    {__LINE__,
+     L"policy",
+     R"(<PolicyEnforceLayer><!-- spelt in every wrong way -->
+<PolicyControllers>
+<PolicyController Controler="eFirewall" label="x">
+<Permission>eAlow</Permission><Permission>eDeny</Permission>
+<AllowToLoadSetupMode>yes</AllowToLoadSetupMode><PolicyProviders><PolicyProvider
+ Provider="eFirewall" Controller="eFirewall" Deploy="eWait"><Permission>eallow</Permission><Comment/></PolicyProvider>
+</PolicyProviders></PolicyController>
+<PolicyController Controller="eNone"/>
+</PolicyControllers><Extra/></PolicyEnforceLayer>)",
+     {R"(3 warning /PolicyEnforceLayer/PolicyControllers/PolicyController: no reader looks at attribute "Controler"; did you mean "Controller"?)",
+      R"(3 warning /PolicyEnforceLayer/PolicyControllers/PolicyController: attribute "Controller" is missing: read as "eNone")",
+      R"(4 warning /PolicyEnforceLayer/PolicyControllers/PolicyController/Permission: unknown word "eAlow" of the text: read as "eDeny"; did you mean "eAllow"?)",
+      R"(4 warning /PolicyEnforceLayer/PolicyControllers/PolicyController/Permission: "Permission" is here once more: only the first counts)",
+      R"(5 warning /PolicyEnforceLayer/PolicyControllers/PolicyController/AllowToLoadSetupMode: unknown word "yes" of the text: read as "false"; there is "false", "FALSE", "0", "true", "TRUE", "1")",
+      R"(5 warning /PolicyEnforceLayer/PolicyControllers/PolicyController/PolicyProviders/PolicyProvider: no reader looks at attribute "Deploy": it is read from an element)",
+      R"(5 warning /PolicyEnforceLayer/PolicyControllers/PolicyController/PolicyProviders/PolicyProvider: "Deploy" is missing: read as "eNoDeploy")",
+      R"(6 warning /PolicyEnforceLayer/PolicyControllers/PolicyController/PolicyProviders/PolicyProvider/Permission: unknown word "eallow" of the text: read as "eDeny"; did you mean "eAllow"?)",
+      R"(6 warning /PolicyEnforceLayer/PolicyControllers/PolicyController/PolicyProviders/PolicyProvider/Comment: no reader looks at "Comment")",
+      R"(8 warning /PolicyEnforceLayer/PolicyControllers/PolicyController: the same "PolicyController" as in line 3: only the first counts)",
+      R"(8 warning /PolicyEnforceLayer/PolicyControllers/PolicyController: "Permission" is missing: read as "eDeny")",
+      R"(8 warning /PolicyEnforceLayer/PolicyControllers/PolicyController: "AllowToLoadSetupMode" is missing: read as "false")",
+      R"(8 warning /PolicyEnforceLayer/PolicyControllers/PolicyController: "PolicyProviders" is missing: nothing is read there)",
+      R"(9 warning /PolicyEnforceLayer/Extra: no reader looks at "Extra")"}},
+    {__LINE__,
+     L"pu-ids",
+     R"(<InstallPuIds><InstallPuId><Component>ePatern</Component><PuId>12x</PuId><Platform>eOnly32bit</Platform>
+</InstallPuId></InstallPuIds>)",
+     {R"(1 error /InstallPuIds/InstallPuId/Component: unknown word "ePatern" of the text: it is passed over; did you mean "ePattern"?)",
+      R"(1 warning /InstallPuIds/InstallPuId/PuId: the text is no whole number: "12x" is read as 12)"}},
+    {__LINE__,
+     L"threats", // names alone
+     R"(<Quillmar><Threats><Threat id="16"><Name>a</Name></Threat>
+<Threat id="0x10"><Name>b</Name></Threat><Threat id="4294967312"><Name>c</Name></Threat></Threats></Quillmar>)",
+     {R"(2 warning /Quillmar/Threats/Threat: attribute "id" is no whole number: "0x10" is read as 0)",
+      R"(2 warning /Quillmar/Threats/Threat: the same "Threat" as in line 1: only the first counts)"}},
+    {__LINE__,
+     L"threats", // with texts
+     R"(<Quillmar><Scanners><Scanner id="1"><Name>a</Name></Scanner></Scanners><Threats>
+<Threat id="1"><Name>b</Name><Description/></Threat></Threats></Quillmar>)",
+     {R"(1 warning /Quillmar/Scanners/Scanner: "Desc" is missing: read as empty)",
+      R"(2 warning /Quillmar/Threats/Threat: "Recommendation" is missing: read as empty)"}},
+    {__LINE__,
+     L"compatibility", // texts that are looked at only when another one says so
+     R"(<CompatibilityCheck><Platforms><Platform major_version="" minor_version="" reversion="" build_number=""
+LeftHandMost="0" service_pack="" language=""><Product sku="" major_version="" minor_version="" reversion=""
+build_number="" LeftHandMost="0" OEM="" language=""><Action>PreInstallUpdate</Action><ShowMessage>0</ShowMessage>
+<Components><Component class="" type="" plat="" lang="" oem="" region="" ver="1">treu</Component></Components>
+</Product></Platform></Platforms></CompatibilityCheck>)",
+     {R"(4 error /CompatibilityCheck/Platforms/Platform/Product/Components/Component: unknown word "treu" of the text: it is passed over; did you mean "true"?)"}},
+    {__LINE__,
+     L"key-config",
+     R"(<Config><IniFile>anything</IniFile><Registry Root="hklm" Key="a">
+<RegistryValue Name="n" Type="DWORD" Action="write" OverWrite="yes" AllAccess="no" AccessMode="default"
+ Assign="x.exe" OsType="seven64">x</RegistryValue>
+<RegistryValue Name="n" Type="string" Action="writ" OverWrite="yes" AllAccess="no" OsType="XP96"/>
+</Registry></Config>)",
+     {R"(4 error /Config/Registry/RegistryValue: unknown word "writ" of attribute "Action": it is passed over; did you mean "write"?)",
+      R"(4 error /Config/Registry/RegistryValue: unknown word "XP96" of attribute "OsType": the reader refuses the document; did you mean "XP32"?)",
+      R"(4 error /Config/Registry/RegistryValue: attribute "AccessMode" is missing: it is passed over)"}},
+    {__LINE__,
+     L"registry-data",
+     R"(<Quillmar><Component label="a"><Reg key="HKLM\a" access="none"><Element><Name>n</Name><Type>REG_DWORD</Type>
+<Value>1 2</Value></Element><Element><Name>n</Name><Type>reg_sz</Type></Element></Reg><Reg access="al"/></Component>
+</Quillmar>)",
+     {R"(1 error /Quillmar/Component/Reg: the root of a key must be "HKEY_LOCAL_MACHINE", and is "HKLM": the reader refuses the document)",
+      R"(1 warning /Quillmar/Component/Reg/Element: the value "1 2" is no whole number: read as 0)",
+      R"(2 warning /Quillmar/Component/Reg: unknown word "al" of attribute "access": read as ""; did you mean "all"?)",
+      R"(2 error /Quillmar/Component/Reg: "key" has no backslash: "": the reader refuses the document)"}},
+    {__LINE__,
+     L"component",
+     R"(<Components><Install><Component Id="a" Directory="d" Platform="Vista96"><File Id="f" Action="remove" Name="n"
+ActionAfterRebootIfFailed="no"/><Shortcut Id="s" Action="remove"/></Component></Install><Uninstal/></Components>)",
+     {R"(1 error /Components/Install/Component: unknown word "Vista96" of attribute "Platform": it is passed over; did you mean "Vista32"?)",
+      R"(1 warning /Components: "Uninstall" is missing: nothing is read there)",
+      R"(2 error /Components/Install/Component/Shortcut: attribute "Name" is missing: it is passed over)",
+      R"(2 warning /Components/Uninstal: no reader looks at "Uninstal"; did you mean "Uninstall"?)"}},
+    {__LINE__,
+     L"pre-update-list",
+     R"(<body other="1"><others/><product><componets/></product></body>)",
+     {R"(1 error /body/product: "components" is missing: nothing is read there)"}},
+    {__LINE__,
+     L"local-update",
+     R"(<Quillmar check="yes"><REG minversion="1..2."><Root>HKLM</Root><Path>p</Path><AccessMode>eMode64</AccessMode>
+<Key target="registry" platform="seven"><Name>n</Name><Type>uint32</Type><Value>-1</Value><Action>write</Action></Key>
+<Key><Action>create</Action><OverWrite>no</OverWrite><AllAccess>yes</AllAccess></Key>
+</REG><inifile><Path>a.ini</Path><Section>s</Section><Entry target="registry"><Action>remove</Action></Entry></inifile>
+<registryx/></Quillmar>)",
+     {R"(1 error /Quillmar/REG: "minversion" is no version: "1..2.": it is passed over)",
+      R"(1 warning /Quillmar/REG/AccessMode: unknown word "eMode64" of the text: read as "eModeDefault"; did you mean "eMode64bit"?)",
+      R"(2 error /Quillmar/REG/Key: unknown word "seven" of attribute "platform": it is passed over; did you mean "seven32"?)",
+      R"(2 warning /Quillmar/REG/Key: "OverWrite" is missing: read as "no")",
+      R"(2 warning /Quillmar/REG/Key: "AllAccess" is missing: read as "no")",
+      R"(2 error /Quillmar/REG/Key: the value "-1" is no whole number of 32 bits: it is passed over)",
+      R"(3 error /Quillmar/REG/Key: attribute "target" is missing: it is passed over)",
+      R"(4 error /Quillmar/inifile/Entry: unknown word "registry" of attribute "target": it is passed over; there is "inifile")",
+      R"(5 error /Quillmar/registryx: no item is called "registryx": the reader refuses the document; did you mean "registry"?)"}},
+    {__LINE__,
+     L"alias",
+     "<Alias/>",
+     {R"(1 error /Alias: the root is "Alias", and the reader looks for "Aliases": nothing is read)"}},
+    {__LINE__, L"alias", "<Aliases>\n\n<Alias>\n</Aliases>", {"4 error : not well-formed at column 3: mismatched tag"}},
+};
+
+TEST(VrntCheck, TellsWhatEachReaderWouldMakeOfADocument)
+{
+    const TempFolder folder;
+    for (const Row& stRow : g_aRow) {
+        const testing::ScopedTrace row(__FILE__, stRow.iLine, "");
+        folder.Write(L"document.xml", stRow.szText);
+        EXPECT_THAT(Findings(stRow.pszDocument, folder.File(L"document.xml")), ElementsAreArray(stRow.vecFinding));
+        EXPECT_EQ(folder.Read(L"document.xml"), stRow.szText);
+    }
+}
+
+TEST(VrntCheck, KnowsTheLineInALongEncryptedDocumentAndSaysItsFindingsForPeople)
+{
+    const TempFolder folder;
+    std::string sText = "<Aliases>\n";
+    for (int i = 0; i < 100000; ++i) {
+        sText += "<Alias Id=\"a" + std::to_string(i) + "\" Property=\"p\">\xC3\xA4</Alias>\n";
+    }
+    folder.Write(L"a.xml", sText + "</Aliases>");
+    ASSERT_EQ(RunVrnt({L"xen", L"encrypt", L"--document", L"alias", folder.File(L"a.xml"), folder.File(L"a.xen")})
+                  .iExitStatus,
+              0);
+    const ProgramRun stClean = RunVrnt({L"check", L"--document", L"alias", folder.File(L"a.xen")});
+    EXPECT_EQ(stClean.sOutput + stClean.sError, "");
+    EXPECT_EQ(stClean.iExitStatus, 0);
+
+    folder.Write(L"b.xml", sText + "<Alias Id=\"b\" Propperty=\"\"/>\n</Aliases>");
+    const std::wstring tszFile = folder.File(L"b.xml");
+    const std::string sFile = ZkCommon::String::ToUtf8(tszFile);
+    const ProgramRun stRun = RunVrnt({L"check", L"--document", L"alias", tszFile});
+    EXPECT_EQ(stRun.iExitStatus, 1);
+    EXPECT_EQ(stRun.sOutput,
+              sFile + ":100002: warning: no reader looks at attribute \"Propperty\"; did you mean \"Property\"?\n" +
+                  sFile + ":100002: warning: attribute \"Property\" is missing: read as empty\n0 errors, 2 warnings\n");
+
+    EXPECT_THAT(Findings(L"component", folder.File(L"a.xen")),
+                ElementsAre("1 error : neither XML nor encrypted with this document's key"));
+    EXPECT_EQ(RunVrnt({L"check", L"--document", L"alias", folder.File(L"none")}).iExitStatus, 2);
+}
+
+TEST(VrntCheck, UnknownWordsOfTheCommandLineAreToldWithTheNearest)
+{
+    const std::pair<std::vector<std::wstring>, const char*> aRow[] = {
+        {{L"chekc"}, "did you mean check?\n"},
+        {{L"query", L"polcy"}, "did you mean policy?\n"},
+        {{L"schema", L"--documnt", L"policy"}, "unknown option --documnt; did you mean --document?\n"},
+        {{L"schema", L"--document", L"polcy"}, "policy"},
+    };
+    for (const auto& [vecArgument, szExpected] : aRow) {
+        const ProgramRun stRun = RunVrnt(vecArgument);
+        EXPECT_EQ(stRun.iExitStatus, 2);
+        EXPECT_THAT(stRun.sError, HasSubstr(szExpected));
+    }
+    EXPECT_THAT(RunVrnt({L"schema", L"--document", L"policy"}).sOutput, StartsWith("<?xml"));
+}
+
+} // namespace
