@@ -6,13 +6,14 @@ target_compile_definitions(VarnheltOptions INTERFACE
 
 if(MSVC)
     target_compile_options(VarnheltOptions INTERFACE /W4 /WX /permissive- /utf-8 /Zc:__cplusplus)
+    target_link_options(VarnheltOptions INTERFACE /Brepro)
 else()
     target_compile_options(VarnheltOptions INTERFACE
         -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
         -Woverloaded-virtual -Wcast-qual -Wundef -Wimplicit-fallthrough
         -ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -fstack-protector-strong)
-    # Everything is linked in: what ships depends on system libraries alone.
-    target_link_options(VarnheltOptions INTERFACE -static -fstack-protector-strong)
+    # Everything is linked in: what ships depends on system libraries alone. The same sources give the same bytes.
+    target_link_options(VarnheltOptions INTERFACE -static -fstack-protector-strong -Wl,--no-insert-timestamp)
     if(VARNHELT_CHECKS)
         target_compile_definitions(VarnheltOptions INTERFACE _GLIBCXX_ASSERTIONS _GLIBCXX_DEBUG)
         target_compile_options(VarnheltOptions INTERFACE -g

@@ -1,5 +1,5 @@
-# What `cmake --install` lays out: programs, public headers, import library, CMake package, samples and licences. The
-# tree may be moved. Records cross the module's boundary, so a build with checking containers is nothing to install.
+# What `cmake --install` lays out: programs, public headers, import library, CMake package, docs, samples and licences; to
+# which scripts/package adds the schemas. The tree may be moved. Records cross the module's boundary, so a build with checking containers is nothing to install.
 if(VARNHELT_CHECKS)
     return()
 endif()
@@ -36,6 +36,7 @@ install(FILES ${CMAKE_BINARY_DIR}/package/VarnheltConfig.cmake ${CMAKE_BINARY_DI
     DESTINATION ${package_dir})
 
 install(DIRECTORY Samples/ DESTINATION share/Varnhelt/samples)
+install(DIRECTORY docs/ DESTINATION share/Varnhelt/docs)
 
 # Of what is delivered beside our own or linked into it.
 install(FILES ${VARNHELT_EXPAT_DIR}/share/licenses/expat/COPYING

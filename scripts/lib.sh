@@ -149,6 +149,11 @@ built() {
     step "Building $preset" cmake --build --preset "$preset" -j "$(nproc)" ${@:+--target "$@"} -- -k 0
 }
 
+# project_version: the version, which CMakeLists.txt alone says.
+project_version() {
+    sed -n 's/^project(Varnhelt VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt
+}
+
 # wine_ready: makes the Wine prefix and starts its server, in a step of its own.
 wine_ready() {
     need run

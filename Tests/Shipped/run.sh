@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# What a customer gets: the installed tree of the release, looked at from outside and used by a host of its own.
+# What a customer gets: the package of the release, unpacked, looked at from outside and used by a host of its own.
 # Exit status 77 (skipped) where there is no release yet.
 . "$(dirname "$0")/../../scripts/lib.sh"
 
 trap 'echo "line $LINENO failed; the log is ${work#"$root"/}.log"' ERR
 [ -e build/release/bin/Varnhelt.dll ] || exit 77
 work=$root/build/shipped
-tree=$work/moved
+tree=$work/Varnhelt-$(project_version)-win64
 faults=0
 fault() {
     echo "fault: $*"
@@ -15,9 +15,14 @@ fault() {
 objdump=x86_64-w64-mingw32-objdump
 
 rm -rf "$work"
-cmake --install build/release --prefix "$work/installed" >"$work.log"
-# Nothing in the tree may know where it was installed, or built.
-mv "$work/installed" "$tree"
+scripts/package --trial "$work/first.zip" >"$work.log"
+(umask 077 && TZ=Asia/Tokyo scripts/package --trial "$work/second.zip") >>"$work.log"
+cmp "$work/first.zip" "$work/second.zip" || fault "two packages of the same release differ"
+(cd "$work" && cmake -E tar xf first.zip)
+for part in bin include lib share/Varnhelt/docs share/Varnhelt/samples share/Varnhelt/licenses; do
+    [ -n "$(ls "$tree/$part")" ] || fault "the package lacks $part"
+done
+# Nothing in the tree may know where it was laid out, or built.
 grep -rlF -e "$root" "$tree" && fault "names a folder of the build machine"
 
 while read -r library names; do
@@ -28,6 +33,7 @@ done < <(grep -v '^#' Tests/Shipped/exports)
 # The system's own libraries; a compiler's run time is none of them.
 system=" advapi32 kernel32 msvcrt ole32 shell32 shlwapi user32 version "
 for binary in "$tree"/bin/*.dll "$tree"/bin/*.exe; do
+    $objdump -p "$binary" | grep -q '^Time/Date.* 1970$' || fault "${binary##*/} knows when it was built"
     imported=$($objdump -p "$binary" | sed -n 's/.*DLL Name: //p' | tr '[:upper:]' '[:lower:]')
     [ -n "$imported" ] || fault "${binary##*/} imports nothing: is it whole?"
     for library in $imported; do
@@ -36,7 +42,7 @@ for binary in "$tree"/bin/*.dll "$tree"/bin/*.exe; do
 done
 
 # The version resource: words of UTF-16 in its section.
-version=$(sed -n 's/^project(Varnhelt VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+version=$(project_version)
 for binary in Varnhelt.dll vrnt.exe ZkDbgLog.dll; do
     x86_64-w64-mingw32-objcopy -O binary -j .rsrc "$tree/bin/$binary" "$work/resource"
     words=$(strings -e l "$work/resource" | tr '\n' ' ')
@@ -50,7 +56,7 @@ for header in "$tree"/include/Varnhelt/*.h; do
         fault "${header##*/} does not compile by itself"
 done
 
-# A host that has the installed tree alone.
+# A host that has the package alone.
 cmake -S "$tree/share/Varnhelt/samples/host" -B "$work/host" -G Ninja -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-w64.cmake" -DCMAKE_PREFIX_PATH="$tree" >>"$work.log"
 cmake --build "$work/host" >>"$work.log" || fault "the host does not build: $(tail -n 20 "$work.log")"
