@@ -33,7 +33,7 @@ done < <(grep -v '^#' Tests/Shipped/exports)
 # The system's own libraries; a compiler's run time is none of them.
 system=" advapi32 kernel32 msvcrt ole32 shell32 shlwapi user32 version "
 for binary in "$tree"/bin/*.dll "$tree"/bin/*.exe; do
-    $objdump -p "$binary" | grep -q '^Time/Date.* 1970$' || fault "${binary##*/} knows when it was built"
+    $objdump -p "$binary" | grep '^Time/Date.* 1970$' >/dev/null || fault "${binary##*/} knows when it was built"
     imported=$($objdump -p "$binary" | sed -n 's/.*DLL Name: //p' | tr '[:upper:]' '[:lower:]')
     [ -n "$imported" ] || fault "${binary##*/} imports nothing: is it whole?"
     for library in $imported; do
