@@ -1,0 +1,116 @@
+"""Holds the docs against the code: docs.py TREE DRIVE
+
+A page's blocks of C++ are compiled as one program with the installed TREE. Blocks of commands are run under Wine with the
+sample product on DRIVE, and what they print is compared ("..." stands for anything). Blocks with a file's name are installed.
+"""
+import pathlib, re, subprocess, sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+TREE, DRIVE = map(pathlib.Path, sys.argv[1:])
+DESK, PRODUCT = DRIVE / "docs", DRIVE / "Program Files/Pelto"
+faults, done = [], dict.fromkeys(["programs", "files", "commands", "outputs", "links", "names"], 0)
+
+
+def run(*command, **options):
+    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL,
+                          encoding="utf-8", **options)
+
+
+def wine(program, line):
+    arguments = [word.strip('"') for word in re.findall(r'"[^"]*"|\S+', line)][1:]
+    return run(ROOT / "scripts/wine", program, *arguments, cwd=DESK)
+
+
+def compile_program(where, text, program):
+    program.parent.mkdir(parents=True)
+    program.with_suffix(".cpp").write_text(text)
+    done["programs"] += 1
+    result = run("x86_64-w64-mingw32-g++-posix", "-std=c++20", "-Wall", "-Wextra", "-Werror", "-static",
+                 *(["-municode"] if "wmain(" in text else []), "-I", TREE / "include", program.with_suffix(".cpp"), "-o", program)
+    if result.returncode != 0:
+        faults.append(f"{where}: does not compile\n{result.stdout}")
+
+
+def looks_like(printed, shown):
+    def lines(text):
+        return [line.rstrip() + "\n" for line in text.strip("\n").splitlines()]
+    pattern = "".join(r"(?:.*\n)*" if line.strip() == "..." else re.escape(line).replace(r"\.\.\.", ".*")
+                      for line in lines(shown))
+    return re.fullmatch(pattern, "".join(lines(printed)))
+
+
+def run_commands(where, text, program):
+    parts = re.split(r"^((?:vrnt|host) .*)\n", text, flags=re.M)
+    if parts[0]:
+        faults.append(f"{where}: begins with no command")
+    for line, shown in zip(parts[1::2], parts[2::2]):
+        if line.startswith("vrnt ") and re.search(r"vrnt (--json )?(\w+)", line)[2] not in TOOL_COMMANDS:
+            print(f"{where}: left out, there is no such command: {line}")
+            continue
+        result = wine(PRODUCT / "vrnt.exe" if line.startswith("vrnt ") else program, line)
+        done["commands"] += 1
+        done["outputs"] += shown.strip() != ""
+        fails = "vrnt: 0x8" in shown
+        if (result.returncode != 0) != fails or (shown.strip() and not looks_like(result.stdout, shown)):
+            faults.append(f"{where}: {line}: leaves with {result.returncode} and prints\n{result.stdout}")
+
+
+def install(document, name, text):
+    (DESK / name).write_text(text)
+    (PRODUCT / name).write_text(text)
+    if document in ("service-units", "policy", "enforce-data", "alias", "component"):
+        wine(PRODUCT / "vrnt.exe", f'vrnt xen encrypt --document {document} {name} "Z:{PRODUCT / name}"'.replace(".xml\"", ".xen\""))
+    done["files"] += 1
+
+
+BLOCK = re.compile(r"^```(\w+) ?(.*)\n((?:.*\n)*?)```$", re.M)
+
+
+def look_through(page):
+    text, cpp = page.read_text("utf-8"), ""
+    program = TREE.parent / "programs" / page.stem / "host.exe"
+    for block in BLOCK.finditer(text):
+        kind, info, body = block.groups()
+        where = f"{page.relative_to(ROOT)}:{text.count(chr(10), 0, block.start()) + 1}"
+        if kind == "cpp":
+            cpp += body
+            if "main(" in body:
+                compile_program(where, cpp, program)
+        elif kind == "console":
+            run_commands(where, body, program)
+        elif info:
+            install(*info.split(), body)
+    if cpp and not program.parent.exists():
+        faults.append(f"{page}: its blocks make no program")
+    for target in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", BLOCK.sub("", text)):
+        done["links"] += 1
+        if not (page.parent / target).exists():
+            faults.append(f"{page}: leads to {target}, which is not there")
+
+
+def compare_names():
+    """The names of elements and attributes and the words: all of the code's stand in the page, and no others."""
+    def names(texts):
+        return {name for text in texts for name in text.split("/") if re.fullmatch(r"(?!(0x)?\d*$)\w+", name)}
+
+    known = set()
+    for pattern in ("Varnhelt/Documents/*", "Varnhelt/DocumentTable.cpp", "Varnhelt/LocalUpdate*.cpp",
+                    "Common/FrwkCommon/Frwk_DataTypesUtility.cpp", "Common/ZkCommon/ZkComn_Platform.h"):
+        for source in ROOT.glob(pattern):
+            code = re.sub(r'#include.*|\.Key\("\w+"\)', "", source.read_text("utf-8"))
+            known |= names(re.findall(r'"(?:\./)?([\w/]+)"', code))
+    known = {name for name in known if not re.match(r"p[A-Z]|tsz|0123", name)}  # of variables, in trace lines; digits
+    told = names(re.findall(r"`([\w/]+)`", BLOCK.sub("", (ROOT / "docs/documents.md").read_text("utf-8"))))
+    faults.extend(f"{name} stands only in {'docs/documents.md' if name in told else 'the code'}" for name in known ^ told)
+    done["names"] += len(known & told)
+
+
+DESK.mkdir(exist_ok=True)
+TOOL_COMMANDS = re.findall(r"^  (\w+)", wine(PRODUCT / "vrnt.exe", "vrnt --help").stdout, re.M)
+# The documents' page comes last: it replaces the sample's documents by its own.
+for page in sorted([ROOT / "README.md", *(ROOT / "docs").glob("*.md")], key=lambda page: page.stem == "documents"):
+    look_through(page)
+compare_names()
+faults += [f"there are no {kind}" for kind, count in done.items() if count == 0]
+print(*sorted(faults), ", ".join(f"{count} {kind}" for kind, count in done.items()), sep="\n")
+sys.exit(bool(faults))
