@@ -55,11 +55,14 @@ def run_commands(where, text, program):
             faults.append(f"{where}: {line}: leaves with {result.returncode} and prints\n{result.stdout}")
 
 
-def install(document, name, text):
+def install(where, document, name, text):
     (DESK / name).write_text(text)
     (PRODUCT / name).write_text(text)
     if document in ("service-units", "policy", "enforce-data", "alias", "component"):
-        wine(PRODUCT / "vrnt.exe", f'vrnt xen encrypt --document {document} {name} "Z:{PRODUCT / name}"'.replace(".xml\"", ".xen\""))
+        stored = (PRODUCT / name).with_suffix(".xen")
+        result = wine(PRODUCT / "vrnt.exe", f'vrnt xen encrypt --document {document} {name} "Z:{stored}"')
+        if result.returncode != 0:
+            faults.append(f"{where}: {result.stdout}")
     done["files"] += 1
 
 
@@ -79,7 +82,7 @@ def look_through(page):
         elif kind == "console":
             run_commands(where, body, program)
         elif info:
-            install(*info.split(), body)
+            install(where, *info.split(), body)
     if cpp and not program.parent.exists():
         faults.append(f"{page}: its blocks make no program")
     for target in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", BLOCK.sub("", text)):
