@@ -13,12 +13,16 @@ namespace Varnhelt {
 
 /**
  * A loaded Varnhelt.dll, initialised. Move-only; destroying it uninitialises and unloads, so it outlives every Function
- * that it handed out.
+ * that it handed out. One that was moved from can only be destroyed. Any number of threads may create functions at the
+ * same time; loading and destroying belong to one.
  */
 class Module
 {
 public:
-    /** @throws std::system_error with the system's error when the file cannot be loaded or is no Varnhelt.dll */
+    /**
+     * @param _tszPath  the full path: what the library needs is then looked for beside it
+     * @throws std::system_error with the system's error when the file cannot be loaded or is no Varnhelt.dll
+     */
     explicit Module(const std::filesystem::path& _tszPath)
         : m_hModule(::LoadLibraryExW(_tszPath.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH))
     {
@@ -55,7 +59,7 @@ public:
     };
     using Function = std::unique_ptr<SrvFrwk::Interface::IFunctionProvider, Free>;
 
-    /** @return a new function object; null when the module has none to give */
+    /** @return a new function object, the caller's; null when memory runs out or the module could not set itself up */
     Function CreateFunction() const
     {
         SrvFrwk::Interface::IFunctionProvider* pFunction = nullptr;

@@ -1,5 +1,6 @@
-# What `cmake --install` lays out: programs, public headers, import library, CMake package, docs, samples and licences; to
-# which scripts/package adds the schemas. The tree may be moved. Records cross the module's boundary, so a build with checking containers is nothing to install.
+# What `cmake --install` lays out: programs, public headers, import library, CMake package, docs, samples and licences;
+# scripts/package adds the schemas. The tree may be moved. Records cross the module's boundary, so a build with checking
+# containers is nothing to install.
 if(VARNHELT_CHECKS)
     return()
 endif()

@@ -3,8 +3,9 @@
 #include <cstdint>
 
 /**
- * The framework's enumerations, as records and documents use them. Many are bit values, so that callers can form sets;
- * a record holds a single value.
+ * The framework's enumerations, as records and documents use them: 32 bits each. Many are bit values, so that callers
+ * can form sets; a record holds a single value. A word that no reader knows becomes 0, an unknown load option
+ * LoadDelayLoad: what is not understood is denied, not deployed and not started.
  */
 namespace Frwk {
 

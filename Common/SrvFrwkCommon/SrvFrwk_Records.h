@@ -8,7 +8,11 @@
 
 /**
  * The records that requests point to, field by field in the order in which they are read. Numbers that stand for words
- * take their values from Frwk_DataTypes.h. Records are plain values and belong to the caller.
+ * take their values from the enumeration of Frwk_DataTypes.h that the comment names, or from the comment. Texts are
+ * UTF-16 and as the document has them; what is missing there is empty, 0 or false where nothing else is said.
+ *
+ * Records are plain values and belong to the caller, who may copy, move and destroy them at any time; the library keeps
+ * no pointer to them after a call. Two calls at the same time must not share one.
  *
  * They hold standard strings and containers: host and module must be built with the same compiler and standard library
  * and must share one C run-time heap (mingw-w64: always; Visual C++: both with the DLL run time, /MD).
@@ -17,7 +21,7 @@ namespace SrvFrwk {
 
 // Requests
 
-/** The directory of a document whose file name is fixed. */
+/** The directory of a document whose file name is fixed. The parser library is looked for there, too. */
 struct XmlDirectoryConfig
 {
     std::wstring tszReserved; // leave empty
@@ -35,18 +39,18 @@ struct XmlPathConfig
 
 struct ServiceUnit
 {
-    std::uint32_t ulLayer = 0;
-    std::uint32_t ulServiceType = 0;
-    std::uint32_t ulModuleType = 0;
-    std::uint32_t ulStartupType = 0;
-    std::uint32_t ulLoadOption = 0;
+    std::uint32_t ulLayer = 0;       // LayerType
+    std::uint32_t ulServiceType = 0; // ServiceType
+    std::uint32_t ulModuleType = 0;  // ModuleType
+    std::uint32_t ulStartupType = 0; // StartupType
+    std::uint32_t ulLoadOption = 0;  // LoadOption; LoadDelayLoad when missing
     std::uint32_t ulOrderOfLoading = 0;
     std::uint32_t ulOrderOfUnloading = 0;
     BOOL bConcurrentUnloading = FALSE;
-    std::uint32_t ulSharedType = 0;
-    std::uint32_t ulControllerType = 0;
-    std::uint32_t ulProviderType = 0;
-    std::wstring tszModuleName;
+    std::uint32_t ulSharedType = 0;     // SharedType
+    std::uint32_t ulControllerType = 0; // ControllerType
+    std::uint32_t ulProviderType = 0;   // ProviderType
+    std::wstring tszModuleName;         // file name
     std::wstring tszVersion;
     bool bAllowToLoadInSetupMode = false;
 };
@@ -55,60 +59,61 @@ struct ServiceUnit
 
 struct PolicyProvider
 {
-    std::uint32_t ulControllerType = 0;
-    std::uint32_t ulProviderType = 0;
-    std::uint32_t ulPermission = 0;
-    std::uint32_t ulDeployState = 0;
+    std::uint32_t ulControllerType = 0; // ControllerType
+    std::uint32_t ulProviderType = 0;   // ProviderType
+    std::uint32_t ulPermission = 0;     // Permission
+    std::uint32_t ulDeployState = 0;    // DeployState
 };
 
 struct PolicyController
 {
-    std::uint32_t ulControllerType = 0;
-    std::uint32_t ulPermission = 0;
+    std::uint32_t ulControllerType = 0; // ControllerType; of g_ulSpecificEnforcePolicy, set by the caller
+    std::uint32_t ulPermission = 0;     // Permission; PermissionDeny for a controller that the policy does not have
     bool bAllowToLoadInSetupMode = false;
-    std::vector<PolicyProvider> vecProvider;
+    std::vector<PolicyProvider> vecProvider; // in the order of the document
 };
 
 // Enforcement data
 
 struct DataProvider
 {
-    std::uint32_t ulControllerType = 0;
-    std::uint32_t ulProviderType = 0;
-    std::uint32_t ulModuleType = 0;
-    std::uint32_t ulStartupType = 0;
+    std::uint32_t ulControllerType = 0; // ControllerType
+    std::uint32_t ulProviderType = 0;   // ProviderType
+    std::uint32_t ulModuleType = 0;     // ModuleType
+    std::uint32_t ulStartupType = 0;    // StartupType
     std::uint32_t ulOrderOfLoading = 0;
     std::uint32_t ulOrderOfUnloading = 0;
-    std::uint32_t ulSharedType = 0;
-    std::uint32_t ulLayer = 0;
-    std::uint32_t ulServiceType = 0;
-    std::uint32_t ulDependencyController = 0;
-    std::uint32_t ulDependencyProvider = 0;
+    std::uint32_t ulSharedType = 0;           // SharedType
+    std::uint32_t ulLayer = 0;                // LayerType
+    std::uint32_t ulServiceType = 0;          // ServiceType
+    std::uint32_t ulDependencyController = 0; // ControllerType; ControllerNone: it depends on nothing
+    std::uint32_t ulDependencyProvider = 0;   // ProviderType of that controller
     bool bAdditionalCallAfterInstall = false;
     bool bAdditionalCallAfterUninstall = false;
-    std::wstring tszModuleName;
+    std::wstring tszModuleName; // file name
     std::wstring tszVersion;
-    std::uint32_t ulInitializeOption = 0;
+    std::uint32_t ulInitializeOption = 0; // DelayInitialize
 };
 
 struct DataController
 {
-    std::uint32_t ulControllerType = 0;
-    std::uint32_t ulModuleType = 0;
-    std::uint32_t ulStartupType = 0;
+    std::uint32_t ulControllerType = 0; // ControllerType
+    std::uint32_t ulModuleType = 0;     // ModuleType
+    std::uint32_t ulStartupType = 0;    // StartupType
     std::uint32_t ulOrderOfLoading = 0;
     BOOL bConcurrentLoading = FALSE;
     std::uint32_t ulOrderOfUnloading = 0;
     BOOL bConcurrentUnloading = FALSE;
-    std::uint32_t ulUpdateComponentNumber = 0;
-    std::wstring tszModuleName;
+    std::uint32_t ulUpdateComponentNumber = 0; // of the update service
+    std::wstring tszModuleName;                // file name
     std::wstring tszVersion;
-    std::uint32_t ulInitializeOption = 0;
+    std::uint32_t ulInitializeOption = 0; // DelayInitialize
     std::vector<DataProvider> vecProvider;
 };
 
 // Install component numbers and version information
 
+/** The update service's numbers of what this system has, in the document's order; equal ones are all there. */
 struct InstallPuIds
 {
     std::vector<std::uint32_t> vecPattern;
@@ -131,6 +136,7 @@ struct VersionInformation
 
 // Competitor products
 
+/** Its texts are the installer's to interpret. */
 struct CompetitorProduct
 {
     std::wstring tszId;
@@ -187,12 +193,12 @@ struct CompatibilityComponent
     std::wstring tszLang;
     std::wstring tszOem;
     std::wstring tszRegion;
-    std::wstring tszVer;
+    std::wstring tszVer; // "0" when it is empty
 };
 
 struct stCCLocalizedMsg
 {
-    std::wstring tszLocale;
+    std::wstring tszLocale; // "EN-US" when it is missing
     std::wstring tszMessage;
 };
 
@@ -204,13 +210,13 @@ struct CompatibilityProduct
     std::wstring tszQMRReVersion;
     std::wstring tszQMRBuild;
     bool LeftHandMost = false;
-    std::uint32_t emCompatibilityCheckAction = 0;
-    std::uint32_t emCompatibility2rdCheckAction = 0;
+    std::uint32_t emCompatibilityCheckAction = 0;    // CompatibilityCheckAction
+    std::uint32_t emCompatibility2rdCheckAction = 0; // CompatibilityBlock for CompatibilityPreInstallUpdate, else 0
     bool bShowMessage = false;
     std::wstring tszOEMFlag;
     std::wstring tszLanguage;
-    std::vector<CompatibilityComponent> vecComponent;
-    std::vector<stCCLocalizedMsg> vecMessage;
+    std::vector<CompatibilityComponent> vecComponent; // for CompatibilityPreInstallUpdate only: those to be fetched
+    std::vector<stCCLocalizedMsg> vecMessage;         // where bShowMessage is set only
 };
 
 struct CompatibilityPlatform
@@ -236,7 +242,7 @@ struct PreUpdateList
 struct DeployAlias
 {
     std::wstring strId;
-    std::wstring strProperty;
+    std::wstring strProperty; // stored only when it is not empty
     std::wstring strValue;
 };
 using DeployAliasConfig = std::list<DeployAlias>;
@@ -249,14 +255,14 @@ struct DeployFile
     std::wstring strSourceName;
     std::wstring strName;
     bool bActionAfterRebootIfFailed = false;
-    bool bEmptyEntry = false;
+    bool bEmptyEntry = false; // there is nothing to deploy or to remove
     bool bOverwrite = true;
     bool bCompareVersion = false;
 };
 
 struct DeployKey
 {
-    HKEY hRoot = nullptr;
+    HKEY hRoot = nullptr; // predefined, not to be closed; null when no root was named so far
     std::wstring strKey;
     std::wstring strName;
     std::uint32_t ulType = 0; // REG_SZ, REG_BINARY, REG_DWORD, or 0
@@ -299,7 +305,7 @@ struct RegistryDataRequest
 
 struct RegistryData
 {
-    HKEY hRoot = nullptr; // always HKEY_LOCAL_MACHINE
+    HKEY hRoot = nullptr; // always HKEY_LOCAL_MACHINE, not to be closed
     std::wstring tszSubKey;
     bool bAllAccess = false;
     std::wstring tszName;
