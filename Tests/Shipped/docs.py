@@ -117,7 +117,8 @@ def compare_names():
 DESK.mkdir(exist_ok=True)
 TOOL_COMMANDS = re.findall(r"^  (\w+)", wine(PRODUCT / "vrnt.exe", "vrnt --help").stdout, re.M)
 # The documents' page comes last: it replaces the sample's documents by its own.
-for page in sorted([ROOT / "README.md", *(ROOT / "docs").glob("*.md")], key=lambda page: page.stem == "documents"):
+pages = [ROOT / "README.md", *(ROOT / "docs").glob("*.md")]
+for page in sorted(pages, key=lambda page: (page.stem == "documents", page)):
     look_through(page)
 compare_names()
 faults += [f"there are no {kind}" for kind, count in done.items() if count == 0]
