@@ -51,7 +51,7 @@ const Row g_aRow[] = {
 <PolicyController Controler="eFirewall" label="x">
 <Permission>eAlow</Permission><Permission>eDeny</Permission>
 <AllowToLoadSetupMode>yes</AllowToLoadSetupMode><PolicyProviders><PolicyProvider
- Provider="eFirewall" Controller="eFirewall" Deploy="eWait"><Permission>eallow</Permission><Comment/></PolicyProvider>
+ Provider="eRealTimeScan" Controller="eFirewall" Deploy="eWait"><Permission>eallow</Permission><Comment/></PolicyProvider>
 </PolicyProviders></PolicyController>
 <PolicyController Controller="eNone"/>
 </PolicyControllers><Extra/></PolicyEnforceLayer>)",
@@ -112,14 +112,14 @@ build_number="" LeftHandMost="0" OEM="" language=""><Action>PreInstallUpdate</Ac
 </Quillmar>)",
      {R"(1 error /Quillmar/Component/Reg: the root of a key must be "HKEY_LOCAL_MACHINE", and is "HKLM": the reader refuses the document)",
       R"(1 warning /Quillmar/Component/Reg/Element: the value "1 2" is no whole number: read as 0)",
-      R"(2 warning /Quillmar/Component/Reg: unknown word "al" of attribute "access": read as ""; did you mean "all"?)",
+      R"(2 warning /Quillmar/Component/Reg: unknown word "al" of attribute "access": read as "none"; did you mean "all"?)",
       R"(2 error /Quillmar/Component/Reg: "key" has no backslash: "": the reader refuses the document)"}},
     {__LINE__,
      L"component",
      R"(<Components><Install><Component Id="a" Directory="d" Platform="Vista96"><File Id="f" Action="remove" Name="n"
 ActionAfterRebootIfFailed="no"/><Shortcut Id="s" Action="remove"/></Component></Install><Uninstal/></Components>)",
-     {R"(1 error /Components/Install/Component: unknown word "Vista96" of attribute "Platform": it is passed over; did you mean "Vista32"?)",
-      R"(1 warning /Components: "Uninstall" is missing: nothing is read there)",
+     {R"(1 warning /Components: "Uninstall" is missing: nothing is read there)",
+      R"(1 error /Components/Install/Component: unknown word "Vista96" of attribute "Platform": it is passed over; did you mean "Vista32"?)",
       R"(2 error /Components/Install/Component/Shortcut: attribute "Name" is missing: it is passed over)",
       R"(2 warning /Components/Uninstal: no reader looks at "Uninstal"; did you mean "Uninstall"?)"}},
     {__LINE__,
@@ -136,9 +136,9 @@ ActionAfterRebootIfFailed="no"/><Shortcut Id="s" Action="remove"/></Component></
      {R"(1 error /Quillmar/REG: "minversion" is no version: "1..2.": it is passed over)",
       R"(1 warning /Quillmar/REG/AccessMode: unknown word "eMode64" of the text: read as "eModeDefault"; did you mean "eMode64bit"?)",
       R"(2 error /Quillmar/REG/Key: unknown word "seven" of attribute "platform": it is passed over; did you mean "seven32"?)",
+      R"(2 error /Quillmar/REG/Key: the value "-1" is no whole number of 32 bits: it is passed over)",
       R"(2 warning /Quillmar/REG/Key: "OverWrite" is missing: read as "no")",
       R"(2 warning /Quillmar/REG/Key: "AllAccess" is missing: read as "no")",
-      R"(2 error /Quillmar/REG/Key: the value "-1" is no whole number of 32 bits: it is passed over)",
       R"(3 error /Quillmar/REG/Key: attribute "target" is missing: it is passed over)",
       R"(4 error /Quillmar/inifile/Entry: unknown word "registry" of attribute "target": it is passed over; there is "inifile")",
       R"(5 error /Quillmar/registryx: no item is called "registryx": the reader refuses the document; did you mean "registry"?)"}},

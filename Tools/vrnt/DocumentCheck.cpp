@@ -111,7 +111,6 @@ private:
         TellProgress(_rElement);
         if (!_rstShape.bUnread) {
             CheckAttributes(_rElement, _rstShape);
-            CheckChildren(_rElement, _rstShape);
             if (_rstShape.stText) {
                 CheckText(_rElement, "the text", _rElement.Text(), *_rstShape.stText);
             }
@@ -120,6 +119,7 @@ private:
                     TellStrange(_rElement, _enStrange, _rsText);
                 });
             }
+            CheckChildren(_rElement, _rstShape);
         }
         m_vecPath.pop_back();
     }
@@ -145,6 +145,7 @@ private:
 
     void CheckChildren(const XmlElement& _rElement, const ElementShape& _rstShape)
     {
+        const auto iOwn = std::ranges::ssize(m_vecFinding);
         std::vector<std::size_t> vecCount(_rstShape.vecChild.size());
         std::map<std::pair<const ElementShape*, std::wstring>, std::uint32_t> mapIdentity;
         for (auto cChild = _rElement.FirstChild(); cChild; cChild = cChild.NextSibling()) {
@@ -176,6 +177,7 @@ private:
             }
             Check(cChild, *itKnown);
         }
+        const auto iChildren = std::ranges::ssize(m_vecFinding);
         for (std::size_t i = 0; i < vecCount.size(); ++i) {
             const ElementShape& rstKnown = _rstShape.vecChild[i];
             if (vecCount[i] == 0 && !rstKnown.bMany && !rstKnown.bOptional &&
@@ -183,6 +185,8 @@ private:
                 TellMissingChild(_rElement, rstKnown);
             }
         }
+        // What the element itself lacks comes before what is found in it.
+        std::rotate(m_vecFinding.begin() + iOwn, m_vecFinding.begin() + iChildren, m_vecFinding.end());
     }
 
     void CheckText(const XmlElement& _rElement, const std::string& _rsWhat, std::wstring_view _svText,

@@ -21,13 +21,15 @@ std::string ReadInputFile(const std::string& _rsPath)
     return {spanBytes.begin(), spanBytes.end()};
 }
 
-void CheckReadable(const std::string& _rsPath)
+std::uint64_t ReadableSize(const std::string& _rsPath)
 {
     const ZkCommon::FileHandle hFile(::CreateFileW(ToFullPath(_rsPath).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!hFile) {
+    LARGE_INTEGER stSize{};
+    if (!hFile || ::GetFileSizeEx(hFile.Get(), &stSize) == FALSE) {
         throw UsageError("cannot read \"" + _rsPath + "\": " + SystemErrorText(::GetLastError()));
     }
+    return static_cast<std::uint64_t>(stSize.QuadPart);
 }
 
 } // namespace Vrnt

@@ -8,13 +8,16 @@ namespace Vrnt {
 
 namespace {
 
-constexpr std::uint64_t g_ullPatience = 500; // milliseconds until the first, and between two
+constexpr std::uint64_t g_ullPatience = 500;  // milliseconds until the first, and between two
+constexpr std::uint64_t g_ullMuch = 32 << 20; // bytes that are told of at once
 constexpr std::size_t g_uWidth = 60;
 
 } // namespace
 
-ProgressLine::ProgressLine(std::string _sWhat)
-    : m_sWhat(std::move(_sWhat)), m_ullNext(::GetTickCount64() + g_ullPatience), m_bTerminal(ErrorIsTerminal())
+ProgressLine::ProgressLine(std::string _sWhat, std::uint64_t _ullBytes)
+    : m_sWhat(std::move(_sWhat)),
+      m_ullNext(_ullBytes < g_ullMuch ? ::GetTickCount64() + g_ullPatience : 0),
+      m_bTerminal(ErrorIsTerminal())
 {
     if (m_sWhat.size() > g_uWidth) {
         m_sWhat.replace(g_uWidth - 3, std::string::npos, "...");

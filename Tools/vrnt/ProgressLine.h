@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -9,12 +10,13 @@ namespace Vrnt {
 class ProgressLine
 {
 public:
-    explicit ProgressLine(std::string _sWhat);
+    /** @param _ullBytes  how much there is to do: of little, nothing is told before half a second has passed */
+    explicit ProgressLine(std::string _sWhat, std::uint64_t _ullBytes = 0);
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
     ~ProgressLine() { End(); }
 
-    /** Tells the part that is done, from 0 to 1; quick work never shows. */
+    /** Tells the part that is done, from 0 to 1. */
     void Tell(double _dDone);
     /** Takes the line away. */
     void End();

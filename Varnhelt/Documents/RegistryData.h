@@ -23,7 +23,7 @@ inline constexpr std::wstring_view g_svRegAccess = L"access";
 /** The only root that a key may name. */
 inline constexpr std::wstring_view g_svRegRoot = L"HKEY_LOCAL_MACHINE";
 
-inline constexpr Frwk::Word g_aRegAccess[] = {{L"all", 1}, {L"", 0}, {L"none", 0}};
+inline constexpr Frwk::Word g_aRegAccess[] = {{L"all", 1}, {L"none", 0}, {L"", 0}};
 static_assert(Frwk::IsDistinct(g_aRegAccess));
 inline constexpr Frwk::WordTable g_stRegAccess{g_aRegAccess, {}};
 

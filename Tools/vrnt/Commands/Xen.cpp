@@ -3,6 +3,7 @@
 #include "DocumentTable.h"
 #include "InputFile.h"
 #include "Output.h"
+#include "ProgressLine.h"
 #include "Tool.h"
 #include "ZkComn_File.h"
 #include "ZkComn_FileCrypt.h"
@@ -55,11 +56,16 @@ void Convert(Tool& _rTool, File::Conversion::Direction _enDirection, const XenOp
     const std::string sKey = KeyOf(_rstOptions);
     const std::wstring tszIn = ToFullPath(_rstOptions.sIn);
     const std::wstring tszOut = ToFullPath(_rstOptions.sOut);
-    CheckReadable(_rstOptions.sIn);
+    const bool bEncrypts = _enDirection == File::Conversion::Direction::Encrypt;
+    ProgressLine cProgress((bEncrypts ? "Encrypting " : "Decrypting ") + _rstOptions.sIn,
+                           ReadableSize(_rstOptions.sIn));
     const auto* pKey = reinterpret_cast<const std::uint8_t*>(sKey.data());
-    const File::KeySpan spanKey(pKey, File::g_uKeySize);
-    const bool bOk = _enDirection == File::Conversion::Direction::Encrypt ? File::EncryptFile(tszIn, tszOut, spanKey)
-                                                                          : File::DecryptFile(tszIn, tszOut, spanKey);
+    File::Conversion cConversion(_enDirection);
+    cProgress.Tell(0);
+    bool bOk = cConversion.Run(tszIn, FILE_SHARE_READ, File::KeySpan(pKey, File::g_uKeySize));
+    cProgress.Tell(0.5); // the rest is the disk's
+    bOk = bOk && cConversion.Replace(tszOut);
+    cProgress.End();
     if (_rTool.stOptions.bJson) {
         Write(Json{{"ok", bOk}}.dump() + "\n");
     }
