@@ -3,6 +3,7 @@
 
 #include "Catalogue.h"
 #include "DescriptionReader.h"
+#include "Floor.h"
 #include "ServiceUnits.h"
 #include "ZkComn_XmlParser.h"
 

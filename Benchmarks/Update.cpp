@@ -7,7 +7,9 @@
 #include "SrvFrwk_ResultCode.h"
 #include "TempFolder.h"
 #include "UpdateStorage.h"
+#include "ZkComn_IniFile.h"
 #include "ZkComn_Owner.h"
+#include "ZkComn_Registry.h"
 
 #include <benchmark/benchmark.h>
 #include <chrono>
@@ -19,6 +21,8 @@ namespace {
 
 using namespace Varnhelt;
 using ZkCommon::RegKey;
+using ZkCommon::Storage::IniFile;
+using ZkCommon::Storage::Registry;
 
 constexpr std::uint32_t g_ulEntries = 10000;
 constexpr std::uint32_t g_ulNames = 100;
@@ -29,6 +33,8 @@ std::wstring NameOf(std::uint32_t _ulEntry)
 {
     return L"Setting" + std::to_wstring(_ulEntry % g_ulNames);
 }
+
+constexpr wchar_t g_szValue[] = L"the setting's value";
 
 /** A key that is gone again afterwards. */
 class BenchKey
@@ -68,7 +74,7 @@ LocalUpdateKey MakeItem(const wchar_t* _pszKind, const std::wstring& _rtszRoot, 
         LocalUpdateEntry stEntry;
         stEntry.tszName = NameOf(i);
         stEntry.tszType = L"string";
-        stEntry.tszValue = L"the setting's value";
+        stEntry.tszValue = g_szValue;
         stEntry.tszAction = L"write";
         stEntry.tszOverWrite = g_svYes;
         stEntry.tszAllAccess = L"no";
@@ -91,6 +97,10 @@ void UpdateRegistry(benchmark::State& _rState)
     LocalUpdateConfig stConfig;
     stConfig.lstRegistry.push_back(MakeItem(g_szRegistryKind, L"HKCU", g_pszKey));
     MeasurePerEntry(_rState, [&] { return Apply(stConfig); });
+    // An entry that fails does not fail the update.
+    if (Registry(HKEY_CURRENT_USER, g_pszKey).ValueNames().size() != g_ulNames) {
+        _rState.SkipWithError("entries were not applied");
+    }
 }
 
 bool WriteValue(const std::wstring& _rtszName)
@@ -104,9 +114,8 @@ bool WriteValue(const std::wstring& _rtszName)
                       KEY_QUERY_VALUE | KEY_SET_VALUE | KEY_CREATE_SUB_KEY | KEY_WOW64_64KEY, nullptr, hKey.Receive(),
                       nullptr);
     ::RegOpenKeyExW(HKEY_CURRENT_USER, g_pszKey, 0, KEY_SET_VALUE, hKey.Receive());
-    constexpr wchar_t szValue[] = L"the setting's value";
-    return ::RegSetValueExW(hKey.Get(), _rtszName.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(szValue),
-                            sizeof szValue) == ERROR_SUCCESS;
+    return ::RegSetValueExW(hKey.Get(), _rtszName.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(g_szValue),
+                            sizeof g_szValue) == ERROR_SUCCESS;
 }
 
 void WriteValues(benchmark::State& _rState)
@@ -127,6 +136,9 @@ void UpdateIni(benchmark::State& _rState)
     LocalUpdateConfig stConfig;
     stConfig.lstIniFile.push_back(MakeItem(g_szIniFileKind, cFolder.File(L"bench.ini"), g_pszSection));
     MeasurePerEntry(_rState, [&] { return Apply(stConfig); });
+    if (IniFile(cFolder.File(L"bench.ini"), g_pszSection).Entries().size() != g_ulNames) {
+        _rState.SkipWithError("entries were not applied");
+    }
 }
 
 void WriteEntries(benchmark::State& _rState)
@@ -139,9 +151,7 @@ void WriteEntries(benchmark::State& _rState)
             wchar_t szText[256];
             const std::wstring tszName = NameOf(i);
             ::GetPrivateProfileStringW(g_pszSection, tszName.c_str(), L"", szText, 256, tszFile.c_str());
-            bDone =
-                ::WritePrivateProfileStringW(g_pszSection, tszName.c_str(), L"the setting's value", tszFile.c_str()) &&
-                bDone;
+            bDone = ::WritePrivateProfileStringW(g_pszSection, tszName.c_str(), g_szValue, tszFile.c_str()) && bDone;
         }
         return bDone;
     });

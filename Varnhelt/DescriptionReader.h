@@ -156,26 +156,33 @@ public:
               _rstDescription.tplFields))
     {}
 
-    /** One record of the element's children that the description is of, in document order. */
+    /** One record of the element's children that the description is of, in document order, each read in its place. */
     template <class TContainer, class THook>
     void ReadAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook) const
     {
-        ForEach(
-            _rContainer, [&](TRecord&& _rstRecord) { _rRecords.push_back(std::move(_rstRecord)); }, _rHook);
+        if constexpr (requires { _rRecords.reserve(0); }) {
+            std::size_t uCount = 0;
+            ForEachElement(_rContainer, [&](const ZkCommon::Storage::XmlElement&) { ++uCount; });
+            _rRecords.reserve(_rRecords.size() + uCount);
+        }
+        ForEachElement(_rContainer, [&](const ZkCommon::Storage::XmlElement& _rElement) {
+            NewRecord<TContainer> cRecord(_rRecords);
+            if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, cRecord.Record(), _rHook); })) {
+                cRecord.Keep();
+            }
+        });
     }
 
     /** Hands over the records one by one. */
     template <class TVisit, class THook>
     void ForEach(const ZkCommon::Storage::XmlElement& _rContainer, const TVisit& _fnVisit, const THook& _rHook) const
     {
-        auto cElement = m_bAnyName ? _rContainer.FirstChild() : _rContainer.FirstChild(m_element);
-        while (cElement) {
+        ForEachElement(_rContainer, [&](const ZkCommon::Storage::XmlElement& _rElement) {
             TRecord stRecord;
-            if (_rHook.template Around<TRecord>([&] { return ReadOne(cElement, stRecord, _rHook); })) {
+            if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, stRecord, _rHook); })) {
                 _fnVisit(std::move(stRecord));
             }
-            cElement = m_bAnyName ? cElement.NextSibling() : cElement.NextSibling(m_element);
-        }
+        });
     }
 
     /** @return false when the hook or a required field dropped the record, whose lists are then not read */
@@ -188,6 +195,38 @@ public:
     }
 
 private:
+    /** A record at the container's end, which goes again unless it is kept. */
+    template <class TContainer>
+    class NewRecord
+    {
+    public:
+        explicit NewRecord(TContainer& _rRecords) : m_rRecords(_rRecords) { m_rRecords.emplace_back(); }
+        NewRecord(const NewRecord&) = delete;
+        NewRecord& operator=(const NewRecord&) = delete;
+        ~NewRecord()
+        {
+            if (!m_bKept) {
+                m_rRecords.pop_back();
+            }
+        }
+        TRecord& Record() noexcept { return m_rRecords.back(); }
+        void Keep() noexcept { m_bKept = true; }
+
+    private:
+        TContainer& m_rRecords;
+        bool m_bKept = false;
+    };
+
+    template <class TVisit>
+    void ForEachElement(const ZkCommon::Storage::XmlElement& _rContainer, const TVisit& _fnVisit) const
+    {
+        auto cElement = m_bAnyName ? _rContainer.FirstChild() : _rContainer.FirstChild(m_element);
+        while (cElement) {
+            _fnVisit(cElement);
+            cElement = m_bAnyName ? cElement.NextSibling() : cElement.NextSibling(m_element);
+        }
+    }
+
     template <bool t_bLists, class THook>
     bool ReadFields(const ZkCommon::Storage::XmlElement& _rElement, TRecord& _rstRecord, const THook& _rHook) const
     {

@@ -1,0 +1,354 @@
+// Every document's query at a product's size and at a hundred times that, from CFunctionXml to the records, against the
+// bare parser library over the same text; and what storing costs, against the query of the same document.
+//
+// The parser library stays loaded on both sides. At a product's size most of a query is what every query costs, however
+// little there is to read: "fixed" is the query of the same document without its records, "fixed-floor" the floor of
+// that, and what is left of both sides without them is compared. The floor of an encrypted document holds what its
+// reader cannot do without: reading the file, decrypting it, a private temporary file.
+
+#include "Compatibility.h"
+#include "DescriptionReader.h"
+#include "DocumentFile.h"
+#include "Floor.h"
+#include "FunctionXml.h"
+#include "SrvFrwk_Records.h"
+#include "SrvFrwk_ResultCode.h"
+#include "SrvFrwk_ValueType.h"
+#include "TestProduct.h"
+
+#include <benchmark/benchmark.h>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace SrvFrwk;
+using Varnhelt::Document;
+using Varnhelt::DocumentId;
+using Varnhelt::Request;
+
+constexpr unsigned g_ulMore = 100;
+
+/** A document to measure: its sample, and how that grows. */
+struct Sample
+{
+    DocumentId enDocument;
+    const char* szFile;                 // full path of the plain text
+    std::string_view svRecords;         // the element whose content is repeated
+    std::string_view svIdentifier{};    // an attribute whose values stay distinct, with its equals sign and quote
+    const wchar_t* pszStored = nullptr; // where the document has no fixed name
+};
+
+constexpr Sample g_stServiceUnits{DocumentId::ServiceUnits, SAMPLES_FOLDER "/FwSvUnit.xml", "BaseFramework"};
+constexpr Sample g_stPolicy{DocumentId::Policy, SAMPLES_FOLDER "/FwPolicy.xml", "PolicyControllers"};
+constexpr Sample g_stEnforceData{DocumentId::EnforceData, SAMPLES_FOLDER "/FwEnfDat.xml", "DataControllers"};
+constexpr Sample g_stPuIds{DocumentId::PuIds, SAMPLES_FOLDER "/FwCompId.xml", "InstallPuIds"};
+constexpr Sample g_stVersionInfo{DocumentId::VersionInfo, SAMPLES_FOLDER "/CmpVerIf.xml", "QmrVersionInfo"};
+constexpr Sample g_stCompetitorActions{DocumentId::CompetitorActions, TABLES_FOLDER "/rivalact.xml", "Sequence"};
+constexpr Sample g_stCompetitorDetections{DocumentId::CompetitorDetections, TABLES_FOLDER "/rivaldet.xml",
+                                          "CompetitorDetection"};
+constexpr Sample g_stCompatibility{DocumentId::Compatibility, SAMPLES_FOLDER "/compatck.xml", "Platforms"};
+constexpr Sample g_stPreUpdateList{
+    DocumentId::PreUpdateList, SAMPLES_FOLDER "/PrePuReq.xml", "components", {}, L"PrePuReq.xml"};
+constexpr Sample g_stAlias{DocumentId::Alias, SAMPLES_FOLDER "/DepAlias.xml", "Aliases", "Id=\"", L"DepAlias.xen"};
+constexpr Sample g_stComponent{DocumentId::Component, SAMPLES_FOLDER "/DepComp.xml", "Install", {}, L"DepComp.xen"};
+constexpr Sample g_stKeyConfig{DocumentId::KeyConfig, SAMPLES_FOLDER "/regkycfg.xml", "Config"};
+constexpr Sample g_stRegistryData{
+    DocumentId::RegistryData, SAMPLES_FOLDER "/RegData.xml", "Quillmar", {}, L"RegData.xml"};
+constexpr Sample g_stThreatsOrkap{DocumentId::ThreatsOrkap, TABLES_FOLDER "/StrVirus.xml", "Threats", "id=\""};
+constexpr Sample g_stThreatsElmap{DocumentId::ThreatsElmap, TABLES_FOLDER "/antispy.xml", "Threats", "id=\""};
+
+const std::string& TextOf(const Sample& _rstSample)
+{
+    static std::map<std::string, std::string> mapText;
+    std::string& rsText = mapText[_rstSample.szFile];
+    if (rsText.empty()) {
+        std::ifstream cFile(_rstSample.szFile, std::ios::binary);
+        rsText.assign(std::istreambuf_iterator<char>(cFile), {});
+    }
+    return rsText;
+}
+
+/**
+ * The sample with what its element of records holds repeated _ulTimes, not at all for 0. Each repetition puts its number
+ * before the identifiers, the last one the highest.
+ */
+std::string Grown(const Sample& _rstSample, unsigned _ulTimes)
+{
+    const std::string& rsText = TextOf(_rstSample);
+    const std::string sName(_rstSample.svRecords);
+    const std::size_t uBegin = rsText.find('>', rsText.find("<" + sName)) + 1;
+    const std::size_t uEnd = rsText.rfind("</" + sName + ">");
+    const std::string_view svRecords = std::string_view(rsText).substr(uBegin, uEnd - uBegin);
+
+    std::string sGrown = rsText.substr(0, uBegin);
+    sGrown.reserve(rsText.size() + svRecords.size() * _ulTimes * 11 / 10);
+    for (unsigned i = 0; i < _ulTimes; ++i) {
+        std::size_t uDone = 0;
+        if (i > 0 && !_rstSample.svIdentifier.empty()) {
+            const std::string sNumber = std::to_string(i);
+            std::size_t uFound = 0;
+            while ((uFound = svRecords.find(_rstSample.svIdentifier, uDone)) != std::string_view::npos) {
+                uFound += _rstSample.svIdentifier.size();
+                sGrown.append(svRecords, uDone, uFound - uDone).append(sNumber);
+                uDone = uFound;
+            }
+        }
+        sGrown.append(svRecords, uDone);
+    }
+    return sGrown.append(rsText, uEnd);
+}
+
+/** A product with one document, and the request for that. */
+class Bed
+{
+public:
+    Bed(const Sample& _rstSample, unsigned _ulTimes)
+        : m_rstDocument(Varnhelt::DocumentOf(_rstSample.enDocument)),
+          m_pszFile(m_rstDocument.pszFile != nullptr ? m_rstDocument.pszFile : _rstSample.pszStored),
+          m_sText(Grown(_rstSample, _ulTimes))
+    {
+        Reset();
+        m_stDirectory.tszXmlDir = m_cProduct.Folder().Path().wstring();
+        m_stPath.stXmlDirectoryConfig = m_stDirectory;
+        m_stPath.tszXmlFileName = m_pszFile;
+        m_stRegistryData = {{L"*"}, File()};
+    }
+
+    /** The document as it was before it was stored. */
+    void Reset() const { m_cProduct.Store(m_rstDocument.enId, m_sText, m_pszFile); }
+
+    std::wstring File() const { return m_cProduct.Folder().File(m_pszFile); }
+
+    Request RequestFor(std::uint32_t _ulValueType, void* _pValueData)
+    {
+        Request stRequest;
+        stRequest.ulValueType = _ulValueType;
+        stRequest.ulValueSubType = ComponentSection::g_ulInstall;
+        stRequest.pValueData = _pValueData;
+        if (_ulValueType == ValueType::g_ulRegistryData) {
+            stRequest.pOptionData = &m_stRegistryData;
+        } else if (m_rstDocument.enLocation == Varnhelt::Location::Path) {
+            stRequest.pOptionData = &m_stPath;
+        } else {
+            stRequest.pOptionData = &m_stDirectory;
+        }
+        return stRequest;
+    }
+
+    /** What reading the document costs at the least. */
+    bool Scan(const Bench::Expat& _rExpat) const
+    {
+        const std::wstring tszFile = m_rstDocument.enLocation == Varnhelt::Location::Installed
+                                         ? Bench::ReadProductPath() + L"\\" + m_pszFile
+                                         : File();
+        return m_rstDocument.szKey == nullptr
+                   ? _rExpat.ScanFile(tszFile.c_str())
+                   : Bench::ScanThroughTemporaryFile(_rExpat, Bench::ReadDecrypted(tszFile, m_rstDocument));
+    }
+
+private:
+    TestProduct m_cProduct;
+    const Document& m_rstDocument;
+    const wchar_t* m_pszFile;
+    std::string m_sText;
+    XmlDirectoryConfig m_stDirectory;
+    XmlPathConfig m_stPath;
+    RegistryDataRequest m_stRegistryData;
+};
+
+bool IsFilled(const InstallPuIds& _rstPuIds)
+{
+    return !_rstPuIds.vecProduct.empty();
+}
+bool IsFilled(const ThreatText& _rstText)
+{
+    return !_rstText.tszText.empty();
+}
+template <class TRecords>
+bool IsFilled(const TRecords& _rRecords)
+{
+    return !_rRecords.empty();
+}
+
+template <class TRecords>
+bool Query(Bed& _rBed, std::uint32_t _ulValueType, TRecords& _rRecords)
+{
+    CFunctionXml cXml;
+    return cXml.QueryValue(_rBed.RequestFor(_ulValueType, &_rRecords)) == Result::g_ulSuccess;
+}
+
+/** Measures a body that tells whether it did its work. The parser library stays loaded. */
+template <class TBody>
+void Measure(benchmark::State& _rState, TBody&& _fnBody)
+{
+    const Bench::Expat cKept;
+    for (auto _ : _rState) {
+        if (!_fnBody(cKept)) {
+            _rState.SkipWithError("it failed");
+        }
+    }
+}
+
+enum class Side
+{
+    Candidate,
+    Floor,
+};
+
+/** Registers one of the series that scripts/bench sets against each other: the document at so many times its sample. */
+template <class TBody>
+void Register(std::string _sName, unsigned _ulTimes, Side _enSide, TBody&& _fnBody)
+{
+    const bool bCandidate = _enSide == Side::Candidate;
+    if (_ulTimes == 0) {
+        _sName += bCandidate ? "/fixed" : "/fixed-floor";
+    } else {
+        _sName += _ulTimes > 1 ? "-" + std::to_string(_ulTimes) + "x" : "";
+        _sName += bCandidate ? "/candidate" : "/floor";
+    }
+    benchmark::RegisterBenchmark(_sName.c_str(), _fnBody)
+        ->Unit(_ulTimes > 1 ? benchmark::kMillisecond : benchmark::kMicrosecond);
+}
+
+/** @param _stAsked, _stAskedOfMore  what the caller hands in: for a look-up, the entry that stands last */
+template <class TRecords>
+void RegisterQuery(const char* _szName, const Sample& _rstSample, std::uint32_t _ulValueType, TRecords _stAsked = {},
+                   TRecords _stAskedOfMore = {})
+{
+    for (const unsigned ulTimes : {1U, 0U, g_ulMore}) {
+        const TRecords stAsked = ulTimes > 1 ? _stAskedOfMore : _stAsked;
+        Register(_szName, ulTimes, Side::Candidate, [=, &_rstSample](benchmark::State& _rState) {
+            Bed cBed(_rstSample, ulTimes);
+            Measure(_rState, [&](const Bench::Expat&) {
+                TRecords stRecords = stAsked;
+                return (Query(cBed, _ulValueType, stRecords) && IsFilled(stRecords)) || ulTimes == 0;
+            });
+        });
+        Register(_szName, ulTimes, Side::Floor, [=, &_rstSample](benchmark::State& _rState) {
+            const Bed cBed(_rstSample, ulTimes);
+            Measure(_rState, [&](const Bench::Expat& _rExpat) { return cBed.Scan(_rExpat); });
+        });
+    }
+}
+
+/** All records stored as they are, against their query. */
+template <class TRecords>
+void RegisterStore(const char* _szName, const Sample& _rstSample, std::uint32_t _ulValueType)
+{
+    for (const unsigned ulTimes : {1U, 0U, g_ulMore}) {
+        Register(_szName, ulTimes, Side::Candidate, [=, &_rstSample](benchmark::State& _rState) {
+            Bed cBed(_rstSample, ulTimes);
+            TRecords stRecords;
+            Query(cBed, _ulValueType, stRecords);
+            Measure(_rState, [&](const Bench::Expat&) {
+                CFunctionXml cXml;
+                return (IsFilled(stRecords) || ulTimes == 0) &&
+                       cXml.StoreValue(cBed.RequestFor(_ulValueType, &stRecords)) == Result::g_ulSuccess;
+            });
+        });
+        if (ulTimes != 0) {
+            Register(_szName, ulTimes, Side::Floor, [=, &_rstSample](benchmark::State& _rState) {
+                Bed cBed(_rstSample, ulTimes);
+                Measure(_rState, [&](const Bench::Expat&) {
+                    TRecords stRecords;
+                    return Query(cBed, _ulValueType, stRecords) && IsFilled(stRecords);
+                });
+            });
+        }
+    }
+}
+
+/** The list before an update has no query; as one would read it, whole. @return how many components it has */
+std::size_t QueryPreUpdateList(const std::wstring& _rtszFile, std::vector<CompatibilityComponent>& _rvecComponent)
+{
+    auto stComponent = Varnhelt::Documents::g_stCompatibilityComponent;
+    stComponent.svElement = L"component";
+    ZkCommon::Storage::XmlParser cParser;
+    Varnhelt::PlainDocument cDocument(cParser, Varnhelt::Access::Read);
+    Varnhelt::Documents::ReadRecords(cDocument.Select(_rtszFile, {}, L"/body/product/components"), stComponent,
+                                     _rvecComponent);
+    return _rvecComponent.size();
+}
+
+/**
+ * Its store has three steps, each of which stores the document: the first leaves it as long as it was, the others leave
+ * it with as many components more. The floor are the queries of these three documents. The sample is a small one, hence
+ * how far it grows; and each store starts from the document as it was.
+ */
+void RegisterPreUpdateListStore()
+{
+    for (const unsigned ulTimes : {1U, 0U, 100 * g_ulMore}) {
+        Register("store-pre-update-list", ulTimes, Side::Candidate, [=](benchmark::State& _rState) {
+            Bed cBed(g_stPreUpdateList, ulTimes);
+            PreUpdateList stList{cBed.File(), {}};
+            QueryPreUpdateList(cBed.File(), stList.vecComponent);
+            const Bench::Expat cKept;
+            for (auto _ : _rState) {
+                CFunctionXml cXml;
+                if (cXml.StoreValue(cBed.RequestFor(ValueType::g_ulPreUpdateList, &stList)) != Result::g_ulSuccess) {
+                    _rState.SkipWithError("it failed");
+                }
+                _rState.PauseTiming();
+                cBed.Reset();
+                _rState.ResumeTiming();
+            }
+        });
+        if (ulTimes != 0) {
+            Register("store-pre-update-list", ulTimes, Side::Floor, [=](benchmark::State& _rState) {
+                const Bed cBefore(g_stPreUpdateList, ulTimes);
+                const Bed cAfter(g_stPreUpdateList, 2 * ulTimes);
+                Measure(_rState, [&](const Bench::Expat&) {
+                    std::size_t uComponents = 0;
+                    for (const Bed* pBed : {&cBefore, &cAfter, &cAfter}) {
+                        std::vector<CompatibilityComponent> vecComponent;
+                        uComponents += QueryPreUpdateList(pBed->File(), vecComponent);
+                    }
+                    return uComponents != 0;
+                });
+            });
+        }
+    }
+}
+
+ThreatText Threat(std::uint32_t _ulIdentifier)
+{
+    return {.ulIdentifier = _ulIdentifier, .tszText = {}, .tszSecondText = {}};
+}
+
+bool RegisterAll()
+{
+    RegisterQuery<std::vector<ServiceUnit>>("query-service-units", g_stServiceUnits, ValueType::g_ulServiceUnit);
+    RegisterQuery<std::vector<PolicyController>>("query-policy", g_stPolicy, ValueType::g_ulEnforcePolicy);
+    RegisterQuery<std::vector<DataController>>("query-enforce-data", g_stEnforceData, ValueType::g_ulEnforceData);
+    RegisterQuery<InstallPuIds>("query-pu-ids", g_stPuIds, ValueType::g_ulInstallPuIds);
+    RegisterQuery<std::vector<VersionInformation>>("query-version-info", g_stVersionInfo, ValueType::g_ulVersionInfo);
+    RegisterQuery<std::vector<CompetitorAction>>("query-competitor-actions", g_stCompetitorActions,
+                                                 ValueType::g_ulCompetitorAction);
+    RegisterQuery<std::vector<CompetitorDetection>>("query-competitor-detections", g_stCompetitorDetections,
+                                                    ValueType::g_ulCompetitorDetection);
+    RegisterQuery<std::vector<CompatibilityPlatform>>("query-compatibility", g_stCompatibility,
+                                                      ValueType::g_ulCompatibilityCheck);
+    RegisterQuery<DeployAliasConfig>("query-alias", g_stAlias, ValueType::g_ulDeployAlias);
+    RegisterQuery<DeployComponentConfig>("query-component", g_stComponent, ValueType::g_ulDeployComponent);
+    RegisterQuery<std::vector<DeployKey>>("query-key-config", g_stKeyConfig, ValueType::g_ulKeyConfig);
+    RegisterQuery<std::vector<RegistryData>>("query-registry-data", g_stRegistryData, ValueType::g_ulRegistryData);
+    RegisterQuery("query-threat-name", g_stThreatsOrkap, ValueType::g_ulThreatNameOrkap, Threat(6999), Threat(996999));
+    // Names and recommendations of this table are looked up as descriptions are.
+    RegisterQuery("query-threat-description", g_stThreatsElmap, ValueType::g_ulThreatDescription, Threat(4999),
+                  Threat(994999));
+    RegisterQuery("query-scanner-title", g_stThreatsElmap, ValueType::g_ulScannerTitle, Threat(8), Threat(8));
+
+    RegisterStore<std::vector<PolicyController>>("store-policy", g_stPolicy, ValueType::g_ulEnforcePolicy);
+    RegisterStore<DeployAliasConfig>("store-alias", g_stAlias, ValueType::g_ulDeployAlias);
+    RegisterPreUpdateListStore();
+    return true;
+}
+
+[[maybe_unused]] const bool g_bRegistered = RegisterAll();
+
+} // namespace
