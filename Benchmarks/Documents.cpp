@@ -3,8 +3,8 @@
 //
 // The parser library stays loaded on both sides. At a product's size most of a query is what every query costs, however
 // little there is to read: "fixed" is the query of the same document without its records, "fixed-floor" the floor of
-// that, and what is left of both sides without them is compared. The floor of an encrypted document holds what its
-// reader cannot do without: reading the file, decrypting it, a private temporary file.
+// that. What is left of both sides without them is compared, where it is enough to be compared. The floor of an encrypted
+// document holds what its reader cannot do without: reading the file, decrypting it, a private temporary file.
 
 #include "Compatibility.h"
 #include "DescriptionReader.h"
