@@ -7,6 +7,7 @@
 #include "SrvFrwk_ResultCode.h"
 #include "TempFolder.h"
 #include "UpdateStorage.h"
+#include "UpdateWords.h"
 #include "ZkComn_IniFile.h"
 #include "ZkComn_Owner.h"
 #include "ZkComn_Registry.h"
@@ -76,7 +77,7 @@ LocalUpdateKey MakeItem(const wchar_t* _pszKind, const std::wstring& _rtszRoot, 
         stEntry.tszType = L"string";
         stEntry.tszValue = g_szValue;
         stEntry.tszAction = L"write";
-        stEntry.tszOverWrite = g_svYes;
+        stEntry.tszOverWrite = UpdateWords::g_svYes;
         stEntry.tszAllAccess = L"no";
         stItem.lstEntry.push_back(stEntry);
     }
