@@ -30,7 +30,8 @@ std::uint32_t ToController(const std::string& _rsUtf8)
     }
     std::string sKnown;
     for (const Frwk::Word& stWord : rstWords.aWord) {
-        sKnown += (sKnown.empty() ? "" : ", ") + ZkCommon::String::ToUtf8(stWord.svText);
+        sKnown += sKnown.empty() ? "" : ", ";
+        sKnown += ZkCommon::String::ToUtf8(stWord.svText);
     }
     throw UsageError("--controller: \"" + _rsUtf8 + "\" is no number and none of " + sKnown);
 }
