@@ -6,11 +6,15 @@
 
 namespace Vrnt {
 
+std::filesystem::path ModulePath(const GlobalOptions& _rstOptions)
+{
+    return _rstOptions.sModule.empty() ? ToolFolder() / L"Varnhelt.dll"
+                                       : std::filesystem::path(ToFullPath(_rstOptions.sModule));
+}
+
 Varnhelt::Module LoadModule(const GlobalOptions& _rstOptions)
 {
-    const std::filesystem::path tszPath = _rstOptions.sModule.empty()
-                                              ? ToolFolder() / L"Varnhelt.dll"
-                                              : std::filesystem::path(ToFullPath(_rstOptions.sModule));
+    const std::filesystem::path tszPath = ModulePath(_rstOptions);
     try {
         return Varnhelt::Module(tszPath);
     } catch (const std::system_error& rError) {

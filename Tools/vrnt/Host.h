@@ -12,6 +12,9 @@
 /** The tool as a host: it loads the library and drives a function object. */
 namespace Vrnt {
 
+/** The path of the library that the command line names. */
+std::filesystem::path ModulePath(const GlobalOptions& _rstOptions);
+
 /** Loads the library that the command line names. @throws UsageError when that fails */
 Varnhelt::Module LoadModule(const GlobalOptions& _rstOptions);
 

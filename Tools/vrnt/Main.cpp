@@ -46,6 +46,7 @@ void Configure(Tool& _rTool)
     AddSchema(_rTool);
     AddDocuments(_rTool);
     AddTrace(_rTool);
+    AddReport(_rTool);
 }
 
 /** The deepest command that the arguments have reached. */

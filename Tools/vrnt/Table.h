@@ -14,6 +14,8 @@ public:
 
     void Add(std::vector<std::string> _vecCell) { m_vecRow.push_back(std::move(_vecCell)); }
     bool IsEmpty() const { return m_vecRow.empty(); }
+    const std::vector<std::string>& Heading() const { return m_vecHeading; }
+    const std::vector<std::vector<std::string>>& Rows() const { return m_vecRow; }
 
     /**
      * Columns as wide as their widest cell; a heading of several words stands on as many lines as it needs to fit.

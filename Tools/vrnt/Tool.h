@@ -53,6 +53,7 @@ void AddCheck(Tool& _rTool);
 void AddSchema(Tool& _rTool);
 void AddDocuments(Tool& _rTool);
 void AddTrace(Tool& _rTool);
+void AddReport(Tool& _rTool);
 
 /** An argument of the command line as text. */
 std::wstring ToWide(const std::string& _rsUtf8);

@@ -1,17 +1,16 @@
 // vrnt trace: turns the trace log on and off, through the settings that the library reads, and prints its files.
 
-#include "Frwk_Settings.h"
 #include "InputFile.h"
 #include "Output.h"
 #include "SrvFrwk_ResultCode.h"
 #include "Tool.h"
 #include "TraceFile.h"
+#include "TraceSettings.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Registry.h"
 #include "ZkComn_String.h"
 
 #include <memory>
-#include <optional>
 
 namespace Vrnt {
 
@@ -19,73 +18,20 @@ namespace {
 
 using ZkCommon::Storage::Registry;
 
-/** The kinds of session, each with settings of its own. */
-struct Session
-{
-    const char* szKey; // in JSON
-    const wchar_t* pszSubKey;
-};
-
-constexpr Session g_aSession[] = {{"interactive", L"InteractiveSession"}, {"service", L"ServiceSession"}};
-
-/** A session's settings, with the defaults of what is absent. */
-struct Settings
-{
-    std::uint32_t ulEnable = 0;
-    std::uint32_t ulLevel = 256;
-    std::wstring tszFolder;
-    std::wstring tszPrefix = L"vqx";
-    std::wstring tszFile;
-    std::wstring tszExtension = L"log";
-    std::uint32_t ulRobust = 0;
-    std::uint32_t ulDebugger = 0;
-};
-
-std::wstring KeyOf(const Session& _rstSession)
-{
-    return std::wstring(Frwk::g_szTraceSettingsKey) + L"\\" + _rstSession.pszSubKey;
-}
-
-Settings ReadSettings(const Session& _rstSession)
-{
-    Settings stSettings;
-    try {
-        const Registry cRegistry(HKEY_LOCAL_MACHINE, KeyOf(_rstSession));
-        stSettings.ulEnable = cRegistry.ReadNumber(L"Enable", stSettings.ulEnable);
-        stSettings.ulLevel = cRegistry.ReadNumber(L"Level", stSettings.ulLevel);
-        stSettings.tszFolder = cRegistry.ReadString(L"LogFolder", stSettings.tszFolder);
-        stSettings.tszPrefix = cRegistry.ReadString(L"LogPrefix", stSettings.tszPrefix);
-        stSettings.tszFile = cRegistry.ReadString(L"LogFile", stSettings.tszFile);
-        stSettings.tszExtension = cRegistry.ReadString(L"LogExtension", stSettings.tszExtension);
-        stSettings.ulRobust = cRegistry.ReadNumber(L"Robust", stSettings.ulRobust);
-        stSettings.ulDebugger = cRegistry.ReadNumber(L"Debugger", stSettings.ulDebugger);
-    } catch (ZkCommon::Storage::Exception* pError) {
-        const ZkCommon::Exception::Caught pCaught(pError); // no settings: tracing is off
-    }
-    return stSettings;
-}
-
 /** The settings of both sessions as they are now. */
 void ReportSettings(Tool& _rTool, std::uint32_t _ulResult, const std::string& _rsWhy = {})
 {
     using ZkCommon::String::ToUtf8;
     Json jsSessions = Json::object();
-    Table cTable({"session", "tracing", "level", "folder", "prefix", "file", "extension", "robust", "debugger"});
-    for (const Session& stSession : g_aSession) {
-        const Settings stSettings = ReadSettings(stSession);
+    for (const TraceSession& stSession : g_aTraceSession) {
+        const TraceSettings stSettings = ReadTraceSettings(stSession);
         jsSessions[stSession.szKey] = {
             {"enabled", stSettings.ulEnable != 0},    {"level", stSettings.ulLevel},
             {"folder", ToUtf8(stSettings.tszFolder)}, {"prefix", ToUtf8(stSettings.tszPrefix)},
             {"file", ToUtf8(stSettings.tszFile)},     {"extension", ToUtf8(stSettings.tszExtension)},
             {"robust", stSettings.ulRobust != 0},     {"debugger", stSettings.ulDebugger != 0}};
-        cTable.Add({stSession.szKey, stSettings.ulEnable != 0 ? "on" : "off", Hexadecimal(stSettings.ulLevel, 3),
-                    stSettings.tszFolder.empty() ? "(of the process)" : ToUtf8(stSettings.tszFolder),
-                    ToUtf8(stSettings.tszPrefix),
-                    stSettings.tszFile.empty() ? "(the module's name)" : ToUtf8(stSettings.tszFile),
-                    ToUtf8(stSettings.tszExtension), stSettings.ulRobust != 0 ? "yes" : "no",
-                    stSettings.ulDebugger != 0 ? "yes" : "no"});
     }
-    Report(_rTool, _ulResult, jsSessions, cTable, _rsWhy);
+    Report(_rTool, _ulResult, jsSessions, TraceSettingsToTable(), _rsWhy);
 }
 
 /** Carries out an edit of both sessions' settings, then shows them. */
@@ -93,9 +39,9 @@ template <class TEdit>
 void EditSettings(Tool& _rTool, const TEdit& _fnEdit)
 {
     try {
-        for (const Session& stSession : g_aSession) {
+        for (const TraceSession& stSession : g_aTraceSession) {
             Registry cRegistry;
-            cRegistry.Create(HKEY_LOCAL_MACHINE, KeyOf(stSession));
+            cRegistry.Create(HKEY_LOCAL_MACHINE, TraceKeyOf(stSession));
             _fnEdit(cRegistry);
         }
     } catch (ZkCommon::Storage::Exception* pError) {

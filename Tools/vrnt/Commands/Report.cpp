@@ -1,0 +1,157 @@
+// vrnt report: the installed configuration on one page, for a ticket.
+
+#include "Host.h"
+#include "Output.h"
+#include "ReportPage.h"
+#include "SrvFrwk_ResultCode.h"
+#include "SrvFrwk_ValueType.h"
+#include "Tool.h"
+#include "TraceSettings.h"
+#include "ZkComn_File.h"
+#include "ZkComn_String.h"
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <windows.h>
+
+namespace Vrnt {
+
+namespace {
+
+/** Local time, with what it is ahead of UTC: "2026-11-24 23:20:06 +01:00". */
+std::string Now()
+{
+    SYSTEMTIME stUtc{};
+    SYSTEMTIME stLocal{};
+    FILETIME stUtcTime{};
+    FILETIME stLocalTime{};
+    ::GetSystemTime(&stUtc);
+    if (!::SystemTimeToTzSpecificLocalTime(nullptr, &stUtc, &stLocal) || !::SystemTimeToFileTime(&stUtc, &stUtcTime) ||
+        !::SystemTimeToFileTime(&stLocal, &stLocalTime)) {
+        stLocal = stUtc;
+        stLocalTime = stUtcTime;
+    }
+    const auto Ticks = [](const FILETIME& _rstTime) {
+        return static_cast<std::int64_t>(_rstTime.dwHighDateTime) << 32 | _rstTime.dwLowDateTime;
+    };
+    constexpr std::int64_t ullTicksPerMinute = 600'000'000;
+    const int iAhead = static_cast<int>((Ticks(stLocalTime) - Ticks(stUtcTime)) / ullTicksPerMinute);
+    std::array<char, 64> aText{};
+    static_cast<void>(std::snprintf(aText.data(), aText.size(), "%04d-%02d-%02d %02d:%02d:%02d %c%02d:%02d",
+                                    stLocal.wYear, stLocal.wMonth, stLocal.wDay, stLocal.wHour, stLocal.wMinute,
+                                    stLocal.wSecond, iAhead < 0 ? '-' : '+', std::abs(iAhead) / 60,
+                                    std::abs(iAhead) % 60));
+    return aText.data();
+}
+
+/** How far the check of a document is, on a console: long documents take a while. */
+class CheckProgress
+{
+public:
+    explicit CheckProgress(std::string _sFile) : m_sFile(std::move(_sFile))
+    {
+        DWORD ulMode = 0;
+        m_bConsole = ::GetConsoleMode(::GetStdHandle(STD_ERROR_HANDLE), &ulMode) != FALSE;
+    }
+    CheckProgress(const CheckProgress&) = delete;
+    CheckProgress& operator=(const CheckProgress&) = delete;
+    ~CheckProgress() { Show(std::string(m_uWidth, ' ') + "\r"); }
+
+    void Tell(double _dDone)
+    {
+        if (const int iPercent = static_cast<int>(_dDone * 100); iPercent != m_iPercent) {
+            m_iPercent = iPercent;
+            const std::string sLine = "Checking " + m_sFile + ": " + std::to_string(iPercent) + " %";
+            m_uWidth = sLine.size();
+            Show(sLine + "\r");
+        }
+    }
+
+private:
+    void Show(const std::string& _rsText) const
+    {
+        if (m_bConsole) {
+            WriteError(_rsText);
+        }
+    }
+
+    std::string m_sFile;
+    bool m_bConsole = false;
+    int m_iPercent = -1;
+    std::size_t m_uWidth = 0;
+};
+
+CheckedDocument Check(const DocumentState& _rstState)
+{
+    CheckedDocument stChecked{_rstState.FileText(), {}, {}};
+    CheckProgress cProgress(stChecked.sFile);
+    try {
+        stChecked.vecFinding =
+            CheckDocument(*_rstState.pDocument, _rstState.tszPath, [&](double _dDone) { cProgress.Tell(_dDone); });
+    } catch (const UsageError& rError) {
+        stChecked.sUnreadable = rError.what();
+    }
+    return stChecked;
+}
+
+template <class TValue>
+void Ask(SrvFrwk::Interface::IFunctionProvider& _rFunction, std::uint32_t _ulValueType, Answer<TValue>& _rstAnswer)
+{
+    _rstAnswer.ulResult = _rFunction.QueryValue(0, _ulValueType, 0, &_rstAnswer.value, 0, nullptr);
+}
+
+ReportData Collect(const Tool& _rTool)
+{
+    ReportData stData;
+    stData.sMade = Now();
+    ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
+        Ask(_rFunction, SrvFrwk::ValueType::g_ulServiceUnit, stData.stServiceUnits);
+        Ask(_rFunction, SrvFrwk::ValueType::g_ulEnforcePolicy, stData.stPolicy);
+        Ask(_rFunction, SrvFrwk::ValueType::g_ulEnforceData, stData.stEnforceData);
+        Ask(_rFunction, SrvFrwk::ValueType::g_ulInstallPuIds, stData.stPuIds);
+        return SrvFrwk::Result::g_ulSuccess;
+    });
+    stData.stDocuments = FindInstalledDocuments();
+    for (const DocumentState& stState : stData.stDocuments.vecDocument) {
+        if (stState.uSize) {
+            stData.vecChecked.push_back(Check(stState));
+        }
+    }
+    stData.cTrace = TraceSettingsToTable();
+    stData.vecVersion = FindVersions(_rTool.stOptions, stData.stDocuments.tszFolder);
+    return stData;
+}
+
+void WriteReport(Tool& _rTool, const std::string& _rsOut)
+{
+    const std::wstring tszOut = ToFullPath(_rsOut);
+    const std::string sPage = ReportPage(Collect(_rTool));
+    const std::uint32_t ulError = ZkCommon::Storage::File::Replace(tszOut, sPage);
+    if (ulError != ERROR_SUCCESS) {
+        Report(_rTool, SrvFrwk::Result::g_ulFailed, nullptr, {},
+               "cannot write \"" + _rsOut + "\": " + SystemErrorText(ulError));
+        return;
+    }
+    if (!_rTool.stOptions.bJson) {
+        Write("The report is in \"" + _rsOut + "\".\n");
+    }
+    Report(_rTool, SrvFrwk::Result::g_ulSuccess, nullptr, {});
+}
+
+} // namespace
+
+void AddReport(Tool& _rTool)
+{
+    const auto pOut = std::make_shared<std::string>();
+    CLI::App* pCommand =
+        _rTool.cApp.add_subcommand("report", "Write the installed configuration on one page, to attach to a ticket");
+    pCommand->add_option("OUT", *pOut, "The page, HTML; an existing file is replaced as a whole")->required();
+    pCommand->footer(
+        "The page holds no key and needs no other file and no script. What is missing or cannot be read is\n"
+        "told on it; the status is that of writing it.\n"
+        "Example: vrnt report configuration.html");
+    pCommand->callback([&_rTool, pOut] { WriteReport(_rTool, *pOut); });
+}
+
+} // namespace Vrnt
