@@ -8,6 +8,13 @@
 /** HTML that cannot hold text unescaped: a piece of a page is made of texts, which are escaped, and of elements. */
 namespace Vrnt::Html {
 
+struct Attribute
+{
+    const char* szName;
+    std::string sValue; // escaped when it is written
+};
+using Attributes = std::vector<Attribute>;
+
 /** A piece of a page. Text in UTF-8 becomes one by itself, escaped. */
 class Markup
 {
@@ -37,17 +44,10 @@ public:
     const std::string& Source() const { return m_sSource; }
 
 private:
-    friend Markup Element(const char*, const std::vector<struct Attribute>&, const Markup&);
+    friend Markup Element(const char* _szName, const Attributes& _rvecAttribute, const Markup& _rContent);
 
     std::string m_sSource;
 };
-
-struct Attribute
-{
-    const char* szName;
-    std::string sValue; // escaped when it is written
-};
-using Attributes = std::vector<Attribute>;
 
 /** An element around its content. */
 Markup Element(const char* _szName, const Attributes& _rvecAttribute, const Markup& _rContent);

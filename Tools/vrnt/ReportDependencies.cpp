@@ -7,17 +7,14 @@
 
 namespace Vrnt {
 
-using Html::Attributes;
 using Html::Element;
 using Html::Markup;
-using ZkCommon::String::ToUtf8;
 
 namespace {
 
 std::string NameOf(std::uint32_t _ulController, std::uint32_t _ulProvider)
 {
-    return ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stControllerType, _ulController)) + " " +
-           ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stProviderType, _ulProvider));
+    return ControllerWord(_ulController) + " " + ProviderWord(_ulProvider);
 }
 
 template <class TRecord>
@@ -77,9 +74,7 @@ Markup Box(const LoadedProvider& _rstProvider, int _iTop)
                            {"rx", "4"}},
                           {});
     cBox += TextAt("order", 30, _iTop + 17, std::to_string(_rstProvider.pProvider->ulOrderOfLoading));
-    cBox +=
-        TextAt("name", 42, _iTop + 17,
-               ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stProviderType, _rstProvider.pProvider->ulProviderType)));
+    cBox += TextAt("name", 42, _iTop + 17, ProviderWord(_rstProvider.pProvider->ulProviderType));
     return bLost ? cBox + TextAt("lost", g_iBoxWidth + 6, _iTop + 17, "needed: not listed") : cBox;
 }
 
@@ -137,10 +132,9 @@ Markup DependencyDrawing(const std::vector<LoadedProvider>& _rvecProvider)
     for (const LoadedProvider& stProvider : _rvecProvider) {
         if (pController != stProvider.pController) {
             pController = stProvider.pController;
-            cBoxes += TextAt(
-                "controller", 0, iTop + 24,
-                std::to_string(pController->ulOrderOfLoading) + "  " +
-                    ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stControllerType, pController->ulControllerType)));
+            cBoxes += TextAt("controller", 0, iTop + 24,
+                             std::to_string(pController->ulOrderOfLoading) + "  " +
+                                 ControllerWord(pController->ulControllerType));
             iTop += g_iHeading;
         }
         cBoxes += Box(stProvider, iTop);

@@ -66,13 +66,10 @@ PolicyFigures FiguresOf(const std::vector<SrvFrwk::PolicyController>& _rvecContr
 {
     PolicyFigures stFigures;
     for (const SrvFrwk::PolicyController& stController : _rvecController) {
-        const std::string sController =
-            ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stControllerType, stController.ulControllerType));
+        const std::string sController = ControllerWord(stController.ulControllerType);
         CountPermission(stFigures, stController.ulPermission, sController);
         for (const SrvFrwk::PolicyProvider& stProvider : stController.vecProvider) {
-            const std::string sName =
-                sController + " " +
-                ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stProviderType, stProvider.ulProviderType));
+            const std::string sName = sController + " " + ProviderWord(stProvider.ulProviderType);
             CountPermission(stFigures, stProvider.ulPermission, sName);
             if (stProvider.ulDeployState == Frwk::DeployWaitDownload ||
                 stProvider.ulDeployState == Frwk::DeployWaitInstalled) {
@@ -278,7 +275,7 @@ Markup FindingRows(const CheckedDocument& _rstChecked)
         cRows += Element("tr", Cell("Line", stFinding.ulLine == 0 ? "" : std::to_string(stFinding.ulLine)) +
                                    Element("td", {{"data-label", "Severity"}},
                                            Element("span", {{"class", bError ? "chip denied" : "chip partial"}},
-                                                   Element("i", {}) + (bError ? "error" : "warning"))) +
+                                                   Element("i", {}) + SeverityText(stFinding.enSeverity))) +
                                    Cell("Finding", stFinding.sText, stFinding.sElement));
     }
     if (const std::size_t uMore = _rstChecked.vecFinding.size() - uListed; uMore != 0) {

@@ -8,7 +8,6 @@ namespace Vrnt {
 
 using Html::Element;
 using Html::Markup;
-using ZkCommon::String::ToUtf8;
 
 namespace {
 
@@ -51,11 +50,6 @@ Markup Chip(const Plain& _rstPlain)
 {
     return Element("span", {{"class", std::string("chip ") + _rstPlain.szClass}}, Element("i", {}) + _rstPlain.szText) +
            " ";
-}
-
-std::string ControllerWord(std::uint32_t _ulController)
-{
-    return ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stControllerType, _ulController));
 }
 
 Markup MatrixRow(const std::string& _rsHeading, const std::vector<Markup>& _rvecCell,
@@ -118,8 +112,7 @@ Markup Matrix(const std::vector<SrvFrwk::PolicyController>& _rvecController)
         for (const SrvFrwk::PolicyController& stController : _rvecController) {
             vecCell.push_back(ProviderCell(stController, ulProvider));
         }
-        cRows += MatrixRow(ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stProviderType, ulProvider)), vecCell,
-                           _rvecController);
+        cRows += MatrixRow(ProviderWord(ulProvider), vecCell, _rvecController);
     }
     return TableOf("matrix", vecHeading, cBodies + Element("tbody", cRows));
 }

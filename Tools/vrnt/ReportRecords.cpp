@@ -96,6 +96,16 @@ Markup DependencyNotes(const std::vector<LoadedProvider>& _rvecProvider)
 
 } // namespace
 
+std::string ControllerWord(std::uint32_t _ulController)
+{
+    return ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stControllerType, _ulController));
+}
+
+std::string ProviderWord(std::uint32_t _ulProvider)
+{
+    return ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stProviderType, _ulProvider));
+}
+
 Markup Cell(const std::string& _rsHeading, const std::string& _rsText, const std::string& _rsSecond)
 {
     if (SaysNothing(_rsText) && SaysNothing(_rsSecond)) {
@@ -176,10 +186,8 @@ Markup EnforceDataSection(const ReportData& _rstData)
 {
     Markup cBodies;
     for (const SrvFrwk::DataController* pController : InLoadOrder(_rstData.stEnforceData.value)) {
-        Markup cRows =
-            GroupRow(std::size(g_aDataProviderColumn),
-                     ToUtf8(Frwk::Utility::ToText(Frwk::Words::g_stControllerType, pController->ulControllerType)),
-                     ControllerNote(*pController));
+        Markup cRows = GroupRow(std::size(g_aDataProviderColumn), ControllerWord(pController->ulControllerType),
+                                ControllerNote(*pController));
         for (const SrvFrwk::DataProvider* pProvider : InLoadOrder(pController->vecProvider)) {
             cRows += RecordRow(g_aDataProviderColumn, TextsOf(*pProvider, Varnhelt::Documents::g_stDataProvider));
         }

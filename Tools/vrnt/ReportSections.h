@@ -25,6 +25,10 @@ Html::Markup Section(const char* _szId, const char* _szHeading, const Html::Mark
 /** "1 unit", "2 units". */
 std::string Count(std::size_t _uCount, const std::string& _rsWhat);
 
+/** The words of the documents. */
+std::string ControllerWord(std::uint32_t _ulController);
+std::string ProviderWord(std::uint32_t _ulProvider);
+
 /** That a document gave no answer, with the result code in words; nothing where it gave one. */
 Html::Markup Unanswered(const ReportData& _rstData, Varnhelt::DocumentId _enDocument, std::uint32_t _ulResult);
 

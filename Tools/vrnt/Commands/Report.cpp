@@ -2,6 +2,7 @@
 
 #include "Host.h"
 #include "Output.h"
+#include "ProgressLine.h"
 #include "ReportPage.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
@@ -45,50 +46,12 @@ std::string Now()
     return aText.data();
 }
 
-/** How far the check of a document is, on a console: long documents take a while. */
-class CheckProgress
-{
-public:
-    explicit CheckProgress(std::string _sFile) : m_sFile(std::move(_sFile))
-    {
-        DWORD ulMode = 0;
-        m_bConsole = ::GetConsoleMode(::GetStdHandle(STD_ERROR_HANDLE), &ulMode) != FALSE;
-    }
-    CheckProgress(const CheckProgress&) = delete;
-    CheckProgress& operator=(const CheckProgress&) = delete;
-    ~CheckProgress() { Show(std::string(m_uWidth, ' ') + "\r"); }
-
-    void Tell(double _dDone)
-    {
-        if (const int iPercent = static_cast<int>(_dDone * 100); iPercent != m_iPercent) {
-            m_iPercent = iPercent;
-            const std::string sLine = "Checking " + m_sFile + ": " + std::to_string(iPercent) + " %";
-            m_uWidth = sLine.size();
-            Show(sLine + "\r");
-        }
-    }
-
-private:
-    void Show(const std::string& _rsText) const
-    {
-        if (m_bConsole) {
-            WriteError(_rsText);
-        }
-    }
-
-    std::string m_sFile;
-    bool m_bConsole = false;
-    int m_iPercent = -1;
-    std::size_t m_uWidth = 0;
-};
-
 CheckedDocument Check(const DocumentState& _rstState)
 {
     CheckedDocument stChecked{_rstState.FileText(), {}, {}};
-    CheckProgress cProgress(stChecked.sFile);
+    ProgressLine cProgress("Checking " + stChecked.sFile);
     try {
-        stChecked.vecFinding =
-            CheckDocument(*_rstState.pDocument, _rstState.tszPath, [&](double _dDone) { cProgress.Tell(_dDone); });
+        stChecked.vecFinding = CheckDocument(*_rstState.pDocument, _rstState.tszPath, cProgress.Teller());
     } catch (const UsageError& rError) {
         stChecked.sUnreadable = rError.what();
     }

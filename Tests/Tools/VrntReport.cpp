@@ -1,0 +1,94 @@
+// vrnt.exe writes the installed configuration on a page.
+
+#include "RunProgram.h"
+#include "TestProduct.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using Varnhelt::DocumentId;
+
+namespace {
+
+bool StandInOrder(const std::string& _rsPage, const std::vector<const char*>& _rvecText)
+{
+    std::size_t uAt = 0;
+    return std::ranges::all_of(_rvecText, [&](const char* _szText) {
+        uAt = _rsPage.find(_szText, uAt);
+        return uAt != std::string::npos;
+    });
+}
+
+std::string Unit(const std::string& _rsLayer, const std::string& _rsOrder, const std::string& _rsModule)
+{
+    return "<FrameworkService Layer='" + _rsLayer + "'><OrderOfLoading>" + _rsOrder + "</OrderOfLoading><ModuleName>" +
+           _rsModule + "</ModuleName></FrameworkService>";
+}
+
+std::string Provider(const std::string& _rsProvider, const std::string& _rsOrder, const std::string& _rsNeeded)
+{
+    return "<P Controller='eFirewall' Provider='" + _rsProvider + "'><OrderOfLoading>" + _rsOrder +
+           "</OrderOfLoading><DependencyController>eFirewall</DependencyController><DependencyProvider>" + _rsNeeded +
+           "</DependencyProvider></P>";
+}
+
+TEST(VrntReport, ShowsWhatIsThereAsTextTellsWhatIsNotAndGivesNoKeyAway)
+{
+    const TestProduct cProduct;
+    const TempFolder cOut;
+    cProduct.Store(DocumentId::ServiceUnits,
+                   "<BaseFramework>" + Unit("eServiceLayer", "1", "Last.dll") + Unit("eControlLayer", "3", "Next.dll") +
+                       Unit("eControlLayer", "0x2", "&lt;script>'&amp;'&lt;/script>") + "</BaseFramework>");
+    cProduct.Store(DocumentId::Policy, R"(<PolicyEnforceLayer><PolicyControllers>
+        <PolicyController Controller="eFirewall"><Permission>ePartial</Permission><PolicyProviders>
+          <PolicyProvider Controller="eFirewall" Provider="eHomeNetwork">
+            <Permission>eAlow</Permission><Deploy>eWaitDownload</Deploy></PolicyProvider>
+        </PolicyProviders></PolicyController></PolicyControllers></PolicyEnforceLayer>)");
+    cProduct.Store(DocumentId::EnforceData,
+                   "<DataEnforceLayer><DataControllers><DataController Controller='eFirewall'><DataProviders>" +
+                       Provider("eHomeNetwork", "2", "eNeighborList") +
+                       Provider("eNeighborList", "1", "eVulnerability") + Provider("eVulnerability", "3", "eBehavior") +
+                       "</DataProviders></DataController></DataControllers></DataEnforceLayer>");
+    EXPECT_EQ(RunVrnt({L"report", cOut.File(L"out.html")}).iExitStatus, 0);
+    const std::string sPage = cOut.Read(L"out.html");
+
+    for (const std::vector<const char*>& vecText : std::vector<std::vector<const char*>>{
+             {"Made <time>20", "eControlLayer", "&lt;script&gt;&#39;&amp;&#39;&lt;", "Next.dll", "eServiceLayer",
+              "Last.dll"},
+             {"id=\"policy\"", ">partial<", "eHomeNetwork", ">denied<", ">waits for download<"},
+             {"eFirewall eNeighborList</a>: needs eFirewall eVulnerability, which is not loaded before it",
+              "eFirewall eVulnerability</a>: needs eFirewall eBehavior, which is not listed", "class=\"arrow fault\"",
+              "class=\"arrow\"", "</svg>"},
+             {"id=\"findings\"", "FwPolicy.xen", "eAlow"},
+             {"3 of 6", "id=\"documents\"", "FwCompId.xml", "missing", "0x80040201 (the operation failed"}}) {
+        EXPECT_TRUE(StandInOrder(sPage, vecText)) << vecText.back();
+    }
+    for (const char* szActive : {"<script", " src=", "url(", "@import"}) { // nothing runs, nothing is fetched
+        EXPECT_THAT(sPage, Not(HasSubstr(szActive)));
+    }
+    for (const Varnhelt::Document& stDocument : Varnhelt::DocumentTable()) {
+        EXPECT_TRUE(stDocument.szKey == nullptr || sPage.find(stDocument.szKey, 0, 8) == std::string::npos);
+    }
+}
+
+TEST(VrntReport, WhatCannotBeReplacedStaysAndIsAFailure)
+{
+    const TempFolder cOut;
+    cOut.Write(L"out.html", "old");
+    const std::filesystem::path tszOut = cOut.File(L"out.html");
+    std::filesystem::permissions(tszOut, std::filesystem::perms::owner_write, std::filesystem::perm_options::remove);
+    const ProgramRun stRun = RunVrnt({L"--json", L"report", tszOut.wstring()});
+    std::filesystem::permissions(tszOut, std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
+    EXPECT_EQ(stRun.iExitStatus, 1);
+    EXPECT_EQ(nlohmann::json::parse(stRun.sOutput), (nlohmann::json{{"result", "0x80040201"}, {"data", nullptr}}));
+    EXPECT_THAT(stRun.sError, HasSubstr("out.html"));
+    EXPECT_EQ(cOut.Read(L"out.html"), "old");
+    EXPECT_THAT(cOut.Names(), ElementsAre(L"out.html"));
+}
+
+} // namespace
