@@ -21,6 +21,7 @@ template <class TRecord>
 std::vector<const TRecord*> Sorted(const std::vector<TRecord>& _rvecRecord)
 {
     std::vector<const TRecord*> vecSorted;
+    vecSorted.reserve(_rvecRecord.size());
     for (const TRecord& stRecord : _rvecRecord) {
         vecSorted.push_back(&stRecord);
     }

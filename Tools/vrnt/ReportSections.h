@@ -37,8 +37,8 @@ Html::Markup Unanswered(const ReportData& _rstData, Varnhelt::DocumentId _enDocu
 /** A column of a table of records: a field by its JSON key, and one that stands smaller below it. */
 struct Column
 {
-    const char* szHeading;
-    const char* szKey;
+    const char* szHeading = nullptr;
+    const char* szKey = nullptr;
     const char* szSecondKey = nullptr;
     bool bTitle = false; // names the row: it is the card's title
 };
@@ -73,8 +73,8 @@ Html::Markup RecordRow(std::span<const Column> _aColumn, const std::map<std::str
 /** A provider in the order in which all are loaded. */
 struct LoadedProvider
 {
-    const SrvFrwk::DataController* pController;
-    const SrvFrwk::DataProvider* pProvider;
+    const SrvFrwk::DataController* pController = nullptr;
+    const SrvFrwk::DataProvider* pProvider = nullptr;
     bool bNeeds = false;                  // another one first
     std::optional<std::size_t> uNeeded{}; // its place; nothing where the enforcement data do not have it
     bool bLate = false;                   // that one is loaded later

@@ -52,6 +52,7 @@ table { width: 100%; border-collapse: separate; border-spacing: 0; font-size: .8
 th, td { padding: .42rem .7rem .42rem 0; text-align: left; vertical-align: top; border-bottom: 1px solid var(--line); overflow-wrap: break-word; }
 th { font-weight: 600; }
 thead th { position: sticky; top: 0; z-index: 1; background: var(--sheet); color: var(--soft); font-size: .86rem; vertical-align: bottom; border-bottom: 2px solid var(--line); overflow-wrap: normal; }
+thead th::first-letter { text-transform: uppercase; }
 td small, th.title small { display: block; font-weight: 400; line-height: 1.35; }
 .group th { padding: .55rem .7rem; background: var(--band); }
 .long, .group th { overflow-wrap: anywhere; }
@@ -102,7 +103,7 @@ dl { display: grid; grid-template-columns: repeat(auto-fill, minmax(14rem, 1fr))
 dt { color: var(--soft); font-size: .86em; }
 dd { margin: 0; overflow-wrap: anywhere; }
 
-@media screen and (max-width: 76rem) {
+@media screen and (max-width: 79rem) {
   th, td { overflow-wrap: anywhere; }
   body { padding: 1.2rem .7rem 3rem; }
   main > section { padding: 1rem .9rem; }
