@@ -16,7 +16,7 @@ register_product "$before" >>"$work/log"
 browse() {
     local root_flag
     [ "$(id -u)" != 0 ] || root_flag=--no-sandbox
-    timeout 120 chromium --headless --disable-gpu --user-data-dir="$work/browser" --enable-logging=stderr \
+    timeout 120 chromium --headless --disable-gpu --disable-dev-shm-usage --user-data-dir="$work/browser" --enable-logging=stderr \
         --allow-file-access-from-files ${root_flag-} "$@" 2>>"$work/browser.log"
 }
 faults=0
