@@ -81,6 +81,7 @@ tr.fault td:first-child { padding-left: .6rem; }
 .matrix tbody tr:hover > * { background: var(--band); }
 .matrix td + td, .matrix th + td { border-left: 1px solid var(--line); padding-left: .5rem; padding-right: .3rem; }
 .matrix thead th + th { padding-left: .5rem; }
+.matrix thead th + th::first-letter { text-transform: none; }
 
 figure { display: flex; flex-wrap: wrap; gap: 1rem 3rem; margin: 0 0 1.6rem; }
 figure svg { flex: 0 1 auto; max-width: 100%; height: auto; }

@@ -38,7 +38,8 @@ void StoreComponents(Storage::XmlElement _cList, const std::vector<Compatibility
                   L"*** CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList() create a new component node");
             _cList.AddChild(Documents::g_svRequestComponent);
         }
-        cElement = &stComponent == _rvecComponent.data() ? _cList.FirstChild(Documents::g_svRequestComponent) : cElement.NextNamesake();
+        cElement = &stComponent == _rvecComponent.data() ? _cList.FirstChild(Documents::g_svRequestComponent)
+                                                         : cElement.NextNamesake();
         if (!cElement) {
             continue;
         }
