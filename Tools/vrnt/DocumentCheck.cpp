@@ -22,16 +22,6 @@ using Varnhelt::DocumentId;
 using ZkCommon::String::ToUtf8;
 using Kind = TextShape::Kind;
 
-constexpr std::size_t g_uQuoted = 80; // characters of a text that are shown
-
-std::string Quoted(std::wstring_view _svText)
-{
-    std::wstring tszText(_svText.substr(0, g_uQuoted));
-    std::ranges::replace_if(
-        tszText, [](wchar_t _c) { return _c < L' '; }, L' ');
-    return "\"" + ToUtf8(tszText) + (_svText.size() > g_uQuoted ? "..." : "") + "\"";
-}
-
 /** "; did you mean ...?", or what there is to choose from where that is not much. */
 std::string Suggestion(std::wstring_view _svText, const std::vector<std::wstring_view>& _vecKnown)
 {

@@ -2,6 +2,7 @@
 
 #include "DocumentShape.h"
 #include "EnforceData.h"
+#include "Html.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>
@@ -35,23 +36,9 @@ Node Xs(const wchar_t* _pszName)
     return {.tszName = std::wstring(L"xs:") + _pszName};
 }
 
-void AppendEscaped(std::string& _rsTo, std::wstring_view _svText)
+std::string Escaped(std::wstring_view _svText)
 {
-    for (const char c : ZkCommon::String::ToUtf8(_svText)) {
-        switch (c) {
-        case '&':
-            _rsTo += "&amp;";
-            break;
-        case '<':
-            _rsTo += "&lt;";
-            break;
-        case '"':
-            _rsTo += "&quot;";
-            break;
-        default:
-            _rsTo += c;
-        }
-    }
+    return Html::Markup(ZkCommon::String::ToUtf8(_svText)).Source(); // the two languages escape alike
 }
 
 void AppendNode(std::string& _rsTo, const Node& _rstNode, std::size_t _uDepth)
@@ -60,16 +47,13 @@ void AppendNode(std::string& _rsTo, const Node& _rstNode, std::size_t _uDepth)
     const std::string sName = ZkCommon::String::ToUtf8(_rstNode.tszName);
     _rsTo += sIndent + "<" + sName;
     for (const auto& [svName, tszValue] : _rstNode.vecAttribute) {
-        _rsTo += " " + ZkCommon::String::ToUtf8(svName) + "=\"";
-        AppendEscaped(_rsTo, tszValue);
-        _rsTo += "\"";
+        _rsTo += " " + ZkCommon::String::ToUtf8(svName) + "=\"" + Escaped(tszValue) + "\"";
     }
     if (_rstNode.vecChild.empty() && _rstNode.tszText.empty()) {
         _rsTo += "/>\n";
         return;
     }
-    _rsTo += ">";
-    AppendEscaped(_rsTo, _rstNode.tszText);
+    _rsTo += ">" + Escaped(_rstNode.tszText);
     if (!_rstNode.vecChild.empty()) {
         _rsTo += "\n";
         for (const Node& stChild : _rstNode.vecChild) {

@@ -80,6 +80,9 @@ struct ElementShape
 /** The shape of a document's root element. Both tables of threats have that of the larger one. */
 ElementShape ShapeOf(const Varnhelt::Document& _rstDocument);
 
+/** A text of a document in quotation marks, on one line and not too long. */
+std::string Quoted(std::wstring_view _svText);
+
 /** What an absent text is read as, in words: "eNone", "0", "true"; empty for the empty text. */
 std::wstring DefaultWord(const TextShape& _rstText);
 

@@ -33,11 +33,6 @@ namespace UpdateWords = Varnhelt::UpdateWords;
 using Varnhelt::DocumentId;
 using ZkCommon::String::ToUtf8;
 
-std::string Quoted(std::wstring_view _svText)
-{
-    return "\"" + ToUtf8(_svText) + "\"";
-}
-
 /** An optional attribute, whose text may be anything or one of the words. */
 AttributeShape Filter(std::wstring_view _svName, const Frwk::WordTable* _pWords = nullptr,
                       Strange _enStrange = Strange::Default)
@@ -375,6 +370,15 @@ bool IsThreats(const Varnhelt::Document& _rstDocument)
 }
 
 } // namespace
+
+std::string Quoted(std::wstring_view _svText)
+{
+    constexpr std::size_t uShown = 80;
+    std::wstring tszText(_svText.substr(0, uShown));
+    std::ranges::replace_if(
+        tszText, [](wchar_t _c) { return _c < L' '; }, L' ');
+    return "\"" + ToUtf8(tszText) + (_svText.size() > uShown ? "..." : "") + "\"";
+}
 
 bool ElementShape::Matches(std::wstring_view _svName) const
 {
