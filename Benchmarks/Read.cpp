@@ -172,6 +172,8 @@ BENCHMARK(Read)->Name("read-1m/candidate")->Arg(g_llMegabyte)->Unit(benchmark::k
 BENCHMARK(Scan)->Name("read-1m/floor")->Arg(g_llMegabyte)->Unit(benchmark::kMillisecond);
 BENCHMARK(Read)->Name("read-50m/candidate")->Arg(50 * g_llMegabyte)->Unit(benchmark::kMillisecond);
 BENCHMARK(Scan)->Name("read-50m/floor")->Arg(50 * g_llMegabyte)->Unit(benchmark::kMillisecond);
+BENCHMARK(Read)->Name("read-100m/candidate")->Arg(100 * g_llMegabyte)->Unit(benchmark::kMillisecond);
+BENCHMARK(Scan)->Name("read-100m/floor")->Arg(100 * g_llMegabyte)->Unit(benchmark::kMillisecond);
 BENCHMARK(Memory)->Name("memory-1m/candidate")->Arg(g_llMegabyte)->Iterations(1);
 BENCHMARK(Memory)->Name("memory-50m/candidate")->Arg(50 * g_llMegabyte)->Iterations(1);
 
