@@ -5,7 +5,11 @@
 #include "ZkComn_Platform.h"
 #include "ZkComn_Registry.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 
 /** The words of a local update description; all of them with case. */
@@ -76,6 +80,23 @@ inline constexpr Frwk::Word g_aLanguage[] = {
     {L"en_eu", 2048},  {L"pl", 4096},   {L"ru", 8192},   {L"nl", 16384},  {L"es_sa", 32768},
     {L"en_gb", 65536}, {L"sv", 131072}, {L"no", 262144}, {L"da", 524288}, {L"fr_ca", 1048576},
 };
+
+/** "all", and behind it the words of a table. */
+template <std::size_t uSize>
+consteval std::array<Frwk::Word, uSize + 1> WithAll(const Frwk::Word (&_aWord)[uSize])
+{
+    std::array<Frwk::Word, uSize + 1> aAll{{{g_svAll, 0}}};
+    std::copy(std::begin(_aWord), std::end(_aWord), aAll.begin() + 1);
+    return aAll;
+}
+
+// What conditions may be: words that no machine meets are in none of them.
+inline constexpr Frwk::Word g_aProductCondition[] = {
+    {g_svAll, 0},  {g_aEditionPair[0].svWord, 0}, {g_aEditionPair[1].svWord, 0}, g_aEdition[0], g_aEdition[1],
+    g_aEdition[2], {g_svUnknownEdition, 0},
+};
+inline constexpr auto g_aLanguageCondition = WithAll(g_aLanguage);
+inline constexpr auto g_aPlatformCondition = WithAll(g_aPlatform);
 static_assert(Frwk::IsDistinct(g_aType) && Frwk::IsDistinct(g_aAction) && Frwk::IsDistinct(g_aView));
 static_assert(Frwk::IsDistinct(g_aPlatform) && Frwk::IsDistinct(g_aEdition) && Frwk::IsDistinct(g_aLanguage));
 
@@ -84,5 +105,8 @@ inline constexpr Frwk::WordTable g_stAction{g_aAction, {}};
 inline constexpr Frwk::WordTable g_stYesNo{g_aYesNo, {}};
 inline constexpr Frwk::WordTable g_stView{g_aView, {.ulUnknownText = ZkCommon::Storage::ViewDefault}};
 inline constexpr Frwk::WordTable g_stPlatform{g_aPlatform, {}};
+inline constexpr Frwk::WordTable g_stProductCondition{g_aProductCondition, {}};
+inline constexpr Frwk::WordTable g_stLanguageCondition{g_aLanguageCondition, {}};
+inline constexpr Frwk::WordTable g_stPlatformCondition{g_aPlatformCondition, {}};
 
 } // namespace Varnhelt::UpdateWords

@@ -149,20 +149,17 @@ private:
             }
             const auto uKnown = static_cast<std::size_t>(itKnown - _rstShape.vecChild.begin());
             if (++vecCount[uKnown] > 1 && !itKnown->bMany) {
-                Enter(cChild);
-                Tell(cChild, Severity::Warning, Quoted(cChild.Name()) + " is here once more: only the first counts");
-                m_vecPath.pop_back();
+                TellChild(cChild, Severity::Warning,
+                          Quoted(cChild.Name()) + " is here once more: only the first counts");
                 continue;
             }
             if (itKnown->fnIdentity) {
                 const auto [itFirst, bFirst] =
                     mapIdentity.try_emplace({&*itKnown, itKnown->fnIdentity(cChild)}, cChild.Line());
                 if (!bFirst) {
-                    Enter(cChild);
-                    Tell(cChild, Severity::Warning,
-                         "the same " + Quoted(cChild.Name()) + " as in line " + std::to_string(itFirst->second) +
-                             ": only the first counts");
-                    m_vecPath.pop_back();
+                    TellChild(cChild, Severity::Warning,
+                              "the same " + Quoted(cChild.Name()) + " as in line " + std::to_string(itFirst->second) +
+                                  ": only the first counts");
                 }
             }
             Check(cChild, *itKnown);
@@ -249,14 +246,20 @@ private:
 
     void TellUnknown(const XmlElement& _rChild, const ElementShape& _rstShape)
     {
-        Enter(_rChild);
+        const std::string sInstead = Instead(_rChild.Name(), _rstShape, false);
         if (_rstShape.bRefusesOthers) {
-            TellStrange(_rChild, Strange::Refuse, "no item is called " + Quoted(_rChild.Name()),
-                        Instead(_rChild.Name(), _rstShape, false));
+            TellChild(_rChild, Severity::Error,
+                      "no item is called " + Quoted(_rChild.Name()) + Consequence(Strange::Refuse) + sInstead);
         } else {
-            Tell(_rChild, Severity::Warning,
-                 "no reader looks at " + Quoted(_rChild.Name()) + Instead(_rChild.Name(), _rstShape, false));
+            TellChild(_rChild, Severity::Warning, "no reader looks at " + Quoted(_rChild.Name()) + sInstead);
         }
+    }
+
+    /** Of a child that is not looked into. */
+    void TellChild(const XmlElement& _rChild, Severity _enSeverity, std::string _sText)
+    {
+        Enter(_rChild);
+        Tell(_rChild, _enSeverity, std::move(_sText));
         m_vecPath.pop_back();
     }
 
@@ -375,11 +378,9 @@ std::vector<Finding> CheckText(const Varnhelt::Document& _rstDocument, std::stri
         return {{std::max(stPlace.ulLine, 1U), Severity::Error, "",
                  "not well-formed at column " + std::to_string(stPlace.ulColumn) + ": " + cParser.FailureText()}};
     }
-    const bool bThreats =
-        _rstDocument.enId == DocumentId::ThreatsOrkap || _rstDocument.enId == DocumentId::ThreatsElmap;
     const auto ulLines = static_cast<std::uint32_t>(std::ranges::count(_svText, '\n'));
     Checker cChecker(ulLines, _fnProgress);
-    cChecker.CheckRoot(cRoot, bThreats ? TableShape(cRoot) : ShapeOf(_rstDocument));
+    cChecker.CheckRoot(cRoot, IsThreats(_rstDocument) ? TableShape(cRoot) : ShapeOf(_rstDocument));
     return cChecker.Take();
 }
 

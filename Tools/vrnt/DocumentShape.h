@@ -80,6 +80,9 @@ struct ElementShape
 /** The shape of a document's root element. Both tables of threats have that of the larger one. */
 ElementShape ShapeOf(const Varnhelt::Document& _rstDocument);
 
+/** Whether it is one of the tables of threats. */
+bool IsThreats(const Varnhelt::Document& _rstDocument);
+
 /** A text of a document in quotation marks, on one line and not too long. */
 std::string Quoted(std::wstring_view _svText);
 
@@ -101,6 +104,15 @@ struct FieldsOnly : Varnhelt::Documents::ReadHook
     }
 };
 
+/** A record as its element has it, without its lists. */
+template <class TDescription>
+typename TDescription::Record FieldsOf(const XmlElement& _rElement, const TDescription& _rstDescription)
+{
+    typename TDescription::Record stRecord;
+    Varnhelt::Documents::ReadRecord(_rElement, _rstDescription, stRecord, FieldsOnly());
+    return stRecord;
+}
+
 /** A question about a record, or what it derives from, as one about its element. */
 template <class TDescription, class TAsked>
 std::function<bool(const XmlElement&)> AsksElement(const TDescription& _rstDescription, bool (*_pfnAsk)(const TAsked&))
@@ -109,9 +121,7 @@ std::function<bool(const XmlElement&)> AsksElement(const TDescription& _rstDescr
         return {};
     }
     return [&_rstDescription, _pfnAsk](const XmlElement& _rElement) {
-        typename TDescription::Record stRecord;
-        Varnhelt::Documents::ReadRecord(_rElement, _rstDescription, stRecord, FieldsOnly());
-        return _pfnAsk(stRecord);
+        return _pfnAsk(FieldsOf(_rElement, _rstDescription));
     };
 }
 
@@ -206,8 +216,7 @@ ElementShape ShapeOf(const TDescription& _rstDescription)
     }
     if (bIdentity) {
         stShape.fnIdentity = [&_rstDescription](const XmlElement& _rElement) {
-            typename TDescription::Record stRecord;
-            Varnhelt::Documents::ReadRecord(_rElement, _rstDescription, stRecord, FieldsOnly());
+            const auto stRecord = FieldsOf(_rElement, _rstDescription);
             std::wstring tszIdentity;
             ForEachField(_rstDescription, [&](const auto& _rstField) {
                 if constexpr (!std::decay_t<decltype(_rstField)>::g_bList) {

@@ -96,12 +96,6 @@ ElementShape ComponentShape()
     stComponent.vecAttribute.push_back(Filter(Documents::g_svExecute, &Documents::g_stExecute));
     stComponent.vecAttribute.push_back(Filter(Documents::g_svPlatform, &stSystem, Strange::Drop));
     stComponent.vecAttribute.push_back(Filter(Documents::g_svProcess));
-    for (ElementShape& rstChild : stComponent.vecChild) {
-        if (rstChild.svName == Documents::g_stDeployShortcut.svElement) {
-            std::ranges::find(rstChild.vecAttribute, L"Name", &AttributeShape::svName)->stText.enStrange =
-                Strange::Drop;
-        }
-    }
     ElementShape stShape;
     for (const std::wstring_view svSection : {Documents::g_svInstall, Documents::g_svUninstall}) {
         ElementShape& rstSection = stShape.Child(svSection);
@@ -159,12 +153,11 @@ void CheckRegKey(const XmlElement& _rReg, const Told& _fnTell)
 
 void CheckRegistryDatum(const XmlElement& _rElement, const Told& _fnTell)
 {
-    const Frwk::Word* pType = Frwk::Utility::FindWord(Documents::g_stRegistryDataType, _rElement.ChildText(L"Type"));
-    const std::wstring_view svValue = _rElement.ChildText(L"Value");
-    const bool bNumber = pType != nullptr && (pType->ulValue == REG_DWORD || pType->ulValue == REG_QWORD);
-    if (bNumber && !ZkCommon::String::ToWholeNumber64(svValue)) {
-        _fnTell(Strange::Default, "the value " + Quoted(svValue) + " is no whole number: read as 0");
-    } else if (pType != nullptr && pType->ulValue == REG_BINARY && !_rElement.FirstChild(L"Value")) {
+    const auto stData = FieldsOf(_rElement, Documents::g_stRegistryData);
+    const bool bNumber = stData.ulType == REG_DWORD || stData.ulType == REG_QWORD;
+    if (bNumber && !ZkCommon::String::ToWholeNumber64(stData.tszValue)) {
+        _fnTell(Strange::Default, "the value " + Quoted(stData.tszValue) + " is no whole number: read as 0");
+    } else if (stData.ulType == REG_BINARY && !_rElement.FirstChild(L"Value")) {
         _fnTell(Strange::Default, "\"Value\" is missing: read as empty");
     }
 }
@@ -213,7 +206,6 @@ ElementShape ThreatsShape()
                 // A table has all texts of its entries, or, as the smaller one, names alone.
                 const bool bInBoth = stLookup.enDocument == DocumentId::ThreatsOrkap;
                 rstText.bOptional = rstText.stText ? rstText.bOptional : !bInBoth;
-                rstText.fnNeeded = [](const XmlElement&) { return true; };
                 rstText.stText = TextShape{};
             }
         }
@@ -224,16 +216,16 @@ ElementShape ThreatsShape()
 /** Whether the value of an entry can be stored as what its type says. */
 void CheckUpdateValue(const XmlElement& _rEntry, const Told& _fnTell)
 {
-    const Frwk::Word* pAction = Frwk::Utility::FindWord(UpdateWords::g_stAction, _rEntry.ChildText(L"Action"));
-    const Frwk::Word* pType = Frwk::Utility::FindWord(UpdateWords::g_stType, _rEntry.ChildText(L"Type"));
-    if (pAction == nullptr || pType == nullptr ||
-        (pAction->ulValue != UpdateWords::ActionAppend && pAction->ulValue != UpdateWords::ActionWrite)) {
+    // What entries of both kinds have.
+    const auto stEntry = FieldsOf(_rEntry, Documents::g_stLocalUpdateIniEntry);
+    const Frwk::Word* pType = Frwk::Utility::FindWord(UpdateWords::g_stType, stEntry.tszType);
+    if (pType == nullptr || !Documents::IsStoring(stEntry)) {
         return;
     }
-    const std::wstring_view svValue = _rEntry.ChildText(L"Value");
+    const std::wstring_view svValue = stEntry.tszValue;
     const std::string sIs = "the value " + Quoted(svValue) + " is ";
     const bool bNumber = pType->ulValue == UpdateWords::TypeUint32 || pType->ulValue == UpdateWords::TypeUint64;
-    if (bNumber && pAction->ulValue == UpdateWords::ActionAppend) {
+    if (bNumber && Documents::IsAction(stEntry, UpdateWords::ActionAppend)) {
         _fnTell(Strange::Drop, "nothing can be appended to a number");
     } else if (pType->ulValue == UpdateWords::TypeUint32 && !ZkCommon::String::ToWholeNumber(svValue)) {
         _fnTell(Strange::Drop, sIs + "no whole number of 32 bits");
@@ -246,45 +238,11 @@ void CheckUpdateValue(const XmlElement& _rEntry, const Told& _fnTell)
     }
 }
 
-/** The words of a condition: "all", what stands for several, and each by itself. */
-const Frwk::WordTable& ConditionWords(std::wstring_view _svCondition)
-{
-    const auto WithAll = [](auto... _aMore) {
-        std::vector<Frwk::Word> vecWord{{UpdateWords::g_svAll, 0}};
-        (vecWord.insert(vecWord.end(), _aMore.begin(), _aMore.end()), ...);
-        return vecWord;
-    };
-    static const std::vector<Frwk::Word> vecProduct =
-        WithAll(std::vector<Frwk::Word>{{UpdateWords::g_aEditionPair[0].svWord, 0},
-                                        {UpdateWords::g_aEditionPair[1].svWord, 0},
-                                        {UpdateWords::g_svUnknownEdition, 0}},
-                std::span<const Frwk::Word>(UpdateWords::g_aEdition));
-    static const std::vector<Frwk::Word> vecLanguage = WithAll(std::span<const Frwk::Word>(UpdateWords::g_aLanguage));
-    static const std::vector<Frwk::Word> vecPlatform = WithAll(std::span<const Frwk::Word>(UpdateWords::g_aPlatform));
-    static const Frwk::WordTable stProduct{vecProduct, {}};
-    static const Frwk::WordTable stLanguage{vecLanguage, {}};
-    static const Frwk::WordTable stPlatform{vecPlatform, {}};
-    return _svCondition == L"product" ? stProduct : _svCondition == L"language" ? stLanguage : stPlatform;
-}
-
 void CheckVersions(const XmlElement& _rElement, const Told& _fnTell)
 {
     for (const std::wstring_view svName : {L"minversion", L"maxversion"}) {
         if (_rElement.HasAttribute(svName) && !Varnhelt::CompareVersion(_rElement.Attribute(svName), L"1")) {
             _fnTell(Strange::Drop, Quoted(svName) + " is no version: " + Quoted(_rElement.Attribute(svName)));
-        }
-    }
-}
-
-/** Gives the conditions of an item or entry their words; versions are looked at by the rule. */
-void GiveConditions(ElementShape& _rstShape)
-{
-    for (AttributeShape& rstAttribute : _rstShape.vecAttribute) {
-        const std::wstring_view svName = rstAttribute.svName;
-        if (svName == L"product" || svName == L"language" || svName == L"platform") {
-            rstAttribute.stText.enKind = TextShape::Kind::Word;
-            rstAttribute.stText.pWords = &ConditionWords(svName);
-            rstAttribute.stText.enStrange = Strange::Drop;
         }
     }
 }
@@ -295,10 +253,7 @@ ElementShape UpdateItemShape(const TDescription& _rstDescription)
     ElementShape stItem = ShapeOf(_rstDescription);
     stItem.bAbbreviated = true;
     stItem.fnRule = &CheckVersions;
-    GiveConditions(stItem);
-    ElementShape& rstEntry = stItem.vecChild.back();
-    GiveConditions(rstEntry);
-    rstEntry.fnRule = [](const XmlElement& _rEntry, const Told& _fnTell) {
+    stItem.vecChild.back().fnRule = [](const XmlElement& _rEntry, const Told& _fnTell) {
         CheckVersions(_rEntry, _fnTell);
         CheckUpdateValue(_rEntry, _fnTell);
     };
@@ -364,12 +319,12 @@ ElementShape StartShape(DocumentId _enDocument)
     }
 }
 
+} // namespace
+
 bool IsThreats(const Varnhelt::Document& _rstDocument)
 {
     return _rstDocument.enId == DocumentId::ThreatsOrkap || _rstDocument.enId == DocumentId::ThreatsElmap;
 }
-
-} // namespace
 
 std::string Quoted(std::wstring_view _svText)
 {

@@ -56,7 +56,7 @@ inline constexpr auto g_stDeployFile = Describe<SrvFrwk::DeployFile>(
 inline constexpr auto g_stDeployShortcut = Describe<SrvFrwk::DeployShortcut>(
     L"Shortcut", Attribute(L"Id", &SrvFrwk::DeployShortcut::strId, Text()).Key("id"),
     Attribute(L"Action", &SrvFrwk::DeployShortcut::eAction, Words(g_stDeployAction)).Key("action"),
-    Attribute(L"Name", &SrvFrwk::DeployShortcut::strName, Text()).Key("name"),
+    Attribute(L"Name", &SrvFrwk::DeployShortcut::strName, Text()).OnStrange(Strange::Drop).Key("name"),
     Attribute(L"Target", &SrvFrwk::DeployShortcut::strTarget, Text())
         .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
         .Key("target"),

@@ -83,9 +83,18 @@ constexpr auto DescribeWithConditions(std::wstring_view _svElement, TFields... _
         _svElement, _stFields...,
         Attribute(L"maxversion", &UpdateConditions::tszMaxVersion, Text()).Optional().Key("maxVersion"),
         Attribute(L"minversion", &UpdateConditions::tszMinVersion, Text()).Optional().Key("minVersion"),
-        Attribute(L"product", &UpdateConditions::tszProduct, Text()).Optional().Key("product"),
-        Attribute(L"language", &UpdateConditions::tszLanguage, Text()).Optional().Key("language"),
-        Attribute(L"platform", &UpdateConditions::tszPlatform, Text()).Optional().Key("platform"));
+        Attribute(L"product", &UpdateConditions::tszProduct, WordText(UpdateWords::g_stProductCondition))
+            .OnStrange(Strange::Drop)
+            .Optional()
+            .Key("product"),
+        Attribute(L"language", &UpdateConditions::tszLanguage, WordText(UpdateWords::g_stLanguageCondition))
+            .OnStrange(Strange::Drop)
+            .Optional()
+            .Key("language"),
+        Attribute(L"platform", &UpdateConditions::tszPlatform, WordText(UpdateWords::g_stPlatformCondition))
+            .OnStrange(Strange::Drop)
+            .Optional()
+            .Key("platform"));
 }
 
 inline bool IsAction(const LocalUpdateEntry& _rstEntry, UpdateWords::Action _enAction)
