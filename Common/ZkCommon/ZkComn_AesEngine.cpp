@@ -176,9 +176,11 @@ void DecryptCbc(const KeySchedule& _stSchedule, Block& _raChain, const std::uint
                 std::size_t _uBlocks) noexcept
 {
     for (std::size_t uAt = 0; uAt < _uBlocks * g_uBlock; uAt += g_uBlock) {
-        Decrypt(_stSchedule, _pInput + uAt, _pOutput + uAt);
+        Block aInput;
+        std::memcpy(aInput.data(), _pInput + uAt, g_uBlock);
+        Decrypt(_stSchedule, aInput.data(), _pOutput + uAt);
         Xor(_pOutput + uAt, _raChain.data());
-        std::memcpy(_raChain.data(), _pInput + uAt, g_uBlock);
+        _raChain = aInput;
     }
 }
 
@@ -271,15 +273,17 @@ ZKCOMN_TARGET_AES void DecryptCbc(const KeySchedule& _stSchedule, Block& _raChai
         __m128i aState[uSide];
         DecryptSide(_stSchedule, pInput, aState);
         for (std::size_t uBlock = 0; uBlock < uSide; ++uBlock) {
+            const __m128i input = Get(pInput + uBlock * g_uBlock);
             Put(pOutput + uBlock * g_uBlock, _mm_xor_si128(aState[uBlock], chain));
-            chain = Get(pInput + uBlock * g_uBlock);
+            chain = input;
         }
     }
     for (; uDone < _uBlocks; ++uDone) {
         __m128i aState[1];
         DecryptSide(_stSchedule, _pInput + uDone * g_uBlock, aState);
+        const __m128i input = Get(_pInput + uDone * g_uBlock);
         Put(_pOutput + uDone * g_uBlock, _mm_xor_si128(aState[0], chain));
-        chain = Get(_pInput + uDone * g_uBlock);
+        chain = input;
     }
     Put(_raChain.data(), chain);
 }

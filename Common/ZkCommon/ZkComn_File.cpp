@@ -96,7 +96,10 @@ std::uint32_t WriteOpen(HANDLE _hFile, std::span<const std::uint8_t> _spanBytes)
     if (ulWritten != _spanBytes.size()) {
         return ERROR_DISK_FULL;
     }
-    return LastErrorUnless(::SetEndOfFile(_hFile));
+    // Most files are new, and looking costs less than cutting.
+    LARGE_INTEGER stSize{};
+    const bool bAtEnd = ::GetFileSizeEx(_hFile, &stSize) && stSize.QuadPart == static_cast<LONGLONG>(ulWritten);
+    return LastErrorUnless(bAtEnd || ::SetEndOfFile(_hFile));
 }
 
 /** Whether the system removes the file when its handle is closed. */

@@ -15,7 +15,7 @@ Conversion::Conversion(Direction _enDirection) noexcept
 bool Conversion::Run(const std::wstring& _tszSource, DWORD _ulShare, KeySpan _spanKey) noexcept
 {
     ByteArray stInput;
-    if (!ReadSource(_tszSource, _ulShare, stInput) || !Convert(stInput, _spanKey)) {
+    if (!ReadSource(_tszSource, _ulShare, stInput) || !Convert(std::move(stInput), _spanKey)) {
         return false;
     }
     if (m_enDirection == Direction::Decrypt) {
@@ -50,10 +50,12 @@ bool Conversion::ReadSource(const std::wstring& _tszSource, DWORD _ulShare, Byte
     return true;
 }
 
-bool Conversion::Convert(const ByteArray& _rstInput, KeySpan _spanKey) noexcept
+bool Conversion::Convert(ByteArray _stInput, KeySpan _spanKey) noexcept
 {
-    const std::size_t uPadding = m_enDirection == Direction::Encrypt ? Cryptograph::Aes::g_uBlock : 0;
-    if (!m_stOutput.Allocate(_rstInput.Size() + uPadding)) {
+    const std::span<const std::uint8_t> spanInput = _stInput.Bytes();
+    if (m_enDirection == Direction::Decrypt) {
+        m_stOutput = std::move(_stInput); // in place
+    } else if (!m_stOutput.Allocate(spanInput.size() + Cryptograph::Aes::g_uBlock)) {
         Trace(TraceError, L"*** ZkCommon::Storage::File::%s() - Failed to secure buffer", m_pszName);
         return false;
     }
@@ -62,7 +64,7 @@ bool Conversion::Convert(const ByteArray& _rstInput, KeySpan _spanKey) noexcept
     std::size_t uConverted = 0;
     std::size_t uFinished = 0;
     if (!stCipher.SetUp(m_enDirection, _spanKey, Rijndael::Mode::Cbc, {}, ulError) ||
-        !stCipher.Convert(_rstInput.Bytes(), m_stOutput.Bytes(), uConverted, ulError) ||
+        !stCipher.Convert(spanInput, m_stOutput.Bytes(), uConverted, ulError) ||
         !stCipher.Finish(m_stOutput.Bytes().subspan(uConverted), uFinished, ulError)) {
         Trace(TraceError, L"*** ZkCommon::Storage::File::%s() - Failed to Rijndael::Convert(), error: %d", m_pszName,
               ulError);

@@ -62,7 +62,7 @@ public:
 
 private:
     bool ReadSource(const std::wstring& _tszSource, DWORD _ulShare, ByteArray& _rstInput) const noexcept;
-    bool Convert(const ByteArray& _rstInput, KeySpan _spanKey) noexcept;
+    bool Convert(ByteArray _stInput, KeySpan _spanKey) noexcept;
     bool FailedToOpen(const std::wstring& _tszPath, std::uint32_t _ulError) const noexcept;
     bool Written(const std::wstring& _tszPath, std::uint32_t _ulError) const noexcept;
     bool Leave() const noexcept;

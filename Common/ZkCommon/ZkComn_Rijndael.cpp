@@ -189,11 +189,14 @@ bool Rijndael::Transform(const std::uint8_t* _pInput, std::uint8_t* _pOutput, st
 void Rijndael::TransformCfb(const std::uint8_t* _pInput, std::uint8_t* _pOutput, std::size_t _uBlocks) noexcept
 {
     for (std::size_t uAt = 0; uAt < _uBlocks * g_uBlock; uAt += g_uBlock) {
-        m_pEngine->pEncrypt(m_stSchedule, m_aChain.data(), _pOutput + uAt);
+        Aes::Block aStream;
+        m_pEngine->pEncrypt(m_stSchedule, m_aChain.data(), aStream.data());
         for (std::size_t uByte = 0; uByte < g_uBlock; ++uByte) {
-            _pOutput[uAt + uByte] ^= _pInput[uAt + uByte];
+            const std::uint8_t uInput = _pInput[uAt + uByte];
+            const std::uint8_t uOutput = uInput ^ aStream[uByte];
+            _pOutput[uAt + uByte] = uOutput;
+            m_aChain[uByte] = m_enDirection == Direction::Encrypt ? uOutput : uInput;
         }
-        std::memcpy(m_aChain.data(), (m_enDirection == Direction::Encrypt ? _pOutput : _pInput) + uAt, g_uBlock);
     }
 }
 

@@ -110,6 +110,11 @@ TEST_F(EncFile, LeavesNoCopyBehindAFailedWriteAndReportsACopyThatIsGone)
         const ApiFault<API(WriteFile)> cFault(ERROR_DISK_FULL);
         EXPECT_FALSE(cFile.WritePlain("half"));
     }
+    EXPECT_TRUE(cFile.Decrypt());
+    {
+        const ApiFault<API(SetEndOfFile)> cFault(ERROR_DISK_FULL);
+        EXPECT_FALSE(cFile.WritePlain("shorter"));
+    }
     EXPECT_EQ(Count(m_cCopies), 0);
 
     const TraceRecorder cTrace(0x110);

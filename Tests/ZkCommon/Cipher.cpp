@@ -38,17 +38,21 @@ std::vector<const Aes::Engine*> Engines()
     return vecEngines;
 }
 
-/** A whole message, handed over in pieces of _uPiece bytes. */
+constexpr std::size_t g_uInPlace = SIZE_MAX;
+
+/** A whole message, handed over in pieces of _uPiece bytes; g_uInPlace: in one piece that is turned where it lies. */
 Bytes Process(const Aes::Engine& _stEngine, Direction _enDirection, Mode _enMode, const Bytes& _vecKey,
-              const Bytes& _vecVector, const Bytes& _vecInput, std::size_t _uPiece = SIZE_MAX)
+              const Bytes& _vecVector, const Bytes& _vecInput, std::size_t _uPiece = g_uInPlace)
 {
     Rijndael cCipher(_stEngine);
     std::uint32_t ulError = 0;
     EXPECT_TRUE(cCipher.SetUp(_enDirection, _vecKey, _enMode, _vecVector, ulError)) << ulError;
-    Bytes vecOutput(_vecInput.size() + 16);
+    Bytes vecOutput = _vecInput;
+    vecOutput.resize(_vecInput.size() + 16);
     std::span<std::uint8_t> spanLeft(vecOutput);
     std::size_t uWritten = 0;
-    for (std::span<const std::uint8_t> spanInput(_vecInput); !spanInput.empty();) {
+    std::span<const std::uint8_t> spanInput(_uPiece == g_uInPlace ? vecOutput : _vecInput);
+    for (spanInput = spanInput.first(_vecInput.size()); !spanInput.empty();) {
         const std::size_t uPiece = std::min(_uPiece, spanInput.size());
         EXPECT_TRUE(cCipher.Convert(spanInput.first(uPiece), spanLeft, uWritten, ulError)) << ulError;
         spanInput = spanInput.subspan(uPiece);
@@ -131,8 +135,10 @@ TEST(Rijndael, AgreesWithAnIndependentImplementationHoweverTheMessageIsCut)
         const Bytes vecCipher = Reference(enMode, vecKey, vecVector, vecPadded);
         SCOPED_TRACE(uRound);
         for (const Aes::Engine* pEngine : Engines()) {
-            ASSERT_EQ(Process(*pEngine, Direction::Encrypt, enMode, vecKey, vecVector, vecPlain, uPiece), vecCipher);
-            ASSERT_EQ(Process(*pEngine, Direction::Decrypt, enMode, vecKey, vecVector, vecCipher, uPiece), vecPlain);
+            for (const std::size_t uCut : {uPiece, g_uInPlace}) {
+                ASSERT_EQ(Process(*pEngine, Direction::Encrypt, enMode, vecKey, vecVector, vecPlain, uCut), vecCipher);
+                ASSERT_EQ(Process(*pEngine, Direction::Decrypt, enMode, vecKey, vecVector, vecCipher, uCut), vecPlain);
+            }
         }
     }
 }

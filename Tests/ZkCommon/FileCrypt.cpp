@@ -79,7 +79,6 @@ TEST(FileCrypt, TellsWhatFailedAndLeavesTheDestinationAlone)
         {__LINE__, L"huge", L"Failed to get file size" + Named(L"huge") + L", error: 223"},
         {__LINE__, L"empty", L"Empty file " + Named(L"empty")},
         {__LINE__, L"good", L"Failed to secure buffer", nullptr, 1},
-        {__LINE__, L"good", L"Failed to secure buffer", nullptr, 2},
         {__LINE__, L"good", L"Failed to read file " + Named(L"good"), &MakeFault<API(ReadFile)>},
         {__LINE__, L"odd", L"Failed to Rijndael::Convert(), error: 13"},
         {__LINE__, L"good", tszOpen + Named(L"no\\out") + L", error: 3", nullptr, 0, L"no\\out"},
@@ -100,4 +99,11 @@ TEST(FileCrypt, TellsWhatFailedAndLeavesTheDestinationAlone)
         EXPECT_EQ(cFolder.Read(L"out"), "old");
         EXPECT_EQ(cFolder.Names().size(), 6U);
     }
+
+    // Decryption turns what it read where it lies; encryption needs room for more.
+    const TraceRecorder cTrace(0x110);
+    const AllocationFault cMemory(2, g_uLarge);
+    EXPECT_FALSE(File::EncryptFile(cFolder.File(L"good"), cFolder.File(L"out"), g_aKey));
+    EXPECT_THAT(cTrace.Lines(),
+                ElementsAre(L"!!! *** ZkCommon::Storage::File::EncryptFile() - Failed to secure buffer"));
 }
