@@ -46,6 +46,13 @@ struct ReadHook
 template <class TDescription>
 class Bound;
 
+/** What becomes of an element that was read: the document's own records need it no more, and their memory is used anew. */
+enum class Passed
+{
+    Stays,
+    Ends,
+};
+
 template <class TField>
 struct BoundField;
 
@@ -158,14 +165,15 @@ public:
 
     /** One record of the element's children that the description is of, in document order, each read in its place. */
     template <class TContainer, class THook>
-    void ReadAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook) const
+    void ReadAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook,
+                 Passed _enPassed = Passed::Stays) const
     {
         if constexpr (requires { _rRecords.reserve(0); }) {
             std::size_t uCount = 0;
-            ForEachElement(_rContainer, [&](const ZkCommon::Storage::XmlElement&) { ++uCount; });
+            ForEachElement(_rContainer, Passed::Stays, [&](const ZkCommon::Storage::XmlElement&) { ++uCount; });
             _rRecords.reserve(_rRecords.size() + uCount);
         }
-        ForEachElement(_rContainer, [&](const ZkCommon::Storage::XmlElement& _rElement) {
+        ForEachElement(_rContainer, _enPassed, [&](const ZkCommon::Storage::XmlElement& _rElement) {
             NewRecord<TContainer> cRecord(_rRecords);
             if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, cRecord.Record(), _rHook); })) {
                 cRecord.Keep();
@@ -173,11 +181,11 @@ public:
         });
     }
 
-    /** Hands over the records one by one. */
+    /** Hands over the records one by one; elements end as they pass. */
     template <class TVisit, class THook>
     void ForEach(const ZkCommon::Storage::XmlElement& _rContainer, const TVisit& _fnVisit, const THook& _rHook) const
     {
-        ForEachElement(_rContainer, [&](const ZkCommon::Storage::XmlElement& _rElement) {
+        ForEachElement(_rContainer, Passed::Ends, [&](const ZkCommon::Storage::XmlElement& _rElement) {
             TRecord stRecord;
             if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, stRecord, _rHook); })) {
                 _fnVisit(std::move(stRecord));
@@ -218,10 +226,13 @@ private:
     };
 
     template <class TVisit>
-    void ForEachElement(const ZkCommon::Storage::XmlElement& _rContainer, const TVisit& _fnVisit) const
+    void ForEachElement(ZkCommon::Storage::XmlElement _cContainer, Passed _enPassed, const TVisit& _fnVisit) const
     {
-        auto cElement = m_bAnyName ? _rContainer.FirstChild() : _rContainer.FirstChild(m_element);
+        auto cElement = m_bAnyName ? _cContainer.FirstChild() : _cContainer.FirstChild(m_element);
         while (cElement) {
+            if (_enPassed == Passed::Ends) {
+                _cContainer.ForgetBefore(cElement);
+            }
             _fnVisit(cElement);
             cElement = m_bAnyName ? cElement.NextSibling() : cElement.NextSibling(m_element);
         }
@@ -247,13 +258,13 @@ private:
 
 /**
  * Appends one record for each child of the container that the description is of, in document order. What was appended
- * before an exception stays.
+ * before an exception stays. The container's children end meanwhile, unless its document was loaded whole.
  */
 template <class TDescription, class TContainer, class THook = ReadHook>
 void ReadRecords(const ZkCommon::Storage::XmlElement& _rContainer, const TDescription& _rstDescription,
                  TContainer& _rRecords, const THook& _rHook = {})
 {
-    Bound<TDescription>(_rContainer, _rstDescription).ReadAll(_rContainer, _rRecords, _rHook);
+    Bound<TDescription>(_rContainer, _rstDescription).ReadAll(_rContainer, _rRecords, _rHook, Passed::Ends);
 }
 
 /** Reads the same records, and hands each to _fnVisit before it reads the next. */

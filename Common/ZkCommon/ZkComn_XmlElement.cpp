@@ -9,8 +9,9 @@ namespace {
 
 /** Turns a refused allocation within an edit into the library's own exception. */
 template <class TEdit>
-auto Edit(TEdit&& _fnEdit)
+auto Edit(XmlTree& _rTree, TEdit&& _fnEdit)
 {
+    _rTree.KeepAll();
     try {
         return _fnEdit();
     } catch (const std::bad_alloc&) {
@@ -187,6 +188,13 @@ XmlElement XmlElement::NextNamesake() const noexcept
     return m_pNode != nullptr ? At(FirstNamed(m_pNode->Next(), m_pNode->ulName)) : XmlElement();
 }
 
+void XmlElement::ForgetBefore(XmlElement _child) noexcept
+{
+    if (m_pNode != nullptr && _child.m_pNode != nullptr) {
+        m_pTree->ForgetBefore(m_pNode, _child.m_pNode);
+    }
+}
+
 XmlElement XmlElement::FirstNode() const noexcept
 {
     return m_pNode != nullptr ? At(m_pNode->FirstChild()) : XmlElement();
@@ -278,7 +286,7 @@ void XmlElement::SetAttribute(std::wstring_view _svName, std::wstring_view _svVa
     if (m_pNode == nullptr || _svName.empty()) {
         return;
     }
-    Edit([&] {
+    Edit(*m_pTree, [&] {
         const std::uint32_t ulName = m_pTree->Intern(_svName);
         XmlAttributeNode** ppLink = &m_pTree->ExtrasOf(m_pNode).pFirstAttribute;
         while (*ppLink != nullptr && (*ppLink)->ulName != ulName) {
@@ -293,7 +301,7 @@ void XmlElement::SetAttribute(std::wstring_view _svName, std::wstring_view _svVa
 void XmlElement::SetText(std::wstring_view _svText)
 {
     if (m_pNode != nullptr) {
-        Edit([&] { m_pTree->SetText(m_pNode, _svText.empty() ? nullptr : m_pTree->NewText(_svText)); });
+        Edit(*m_pTree, [&] { m_pTree->SetText(m_pNode, _svText.empty() ? nullptr : m_pTree->NewText(_svText)); });
     }
 }
 
@@ -302,7 +310,7 @@ XmlElement XmlElement::AddChild(std::wstring_view _svName)
     if (m_pNode == nullptr || IsComment() || _svName.empty()) {
         return {};
     }
-    return Edit([&] {
+    return Edit(*m_pTree, [&] {
         XmlNode* pNode = m_pTree->NewNode(m_pTree->Intern(_svName));
         m_pTree->Append(m_pNode, pNode);
         return XmlElement(m_pTree, pNode);
@@ -314,7 +322,7 @@ XmlElement XmlElement::AddComment(std::wstring_view _svText)
     if (m_pNode == nullptr || IsComment() || _svText.empty()) {
         return {};
     }
-    return Edit([&] {
+    return Edit(*m_pTree, [&] {
         XmlNode* pNode = m_pTree->NewNode(XmlTree::g_ulNoName);
         m_pTree->SetText(pNode, m_pTree->NewText(_svText));
         m_pTree->Append(m_pNode, pNode);

@@ -71,6 +71,12 @@ public:
     /** The next sibling with this element's own name. */
     XmlElement NextNamesake() const noexcept;
 
+    /**
+     * Ends this element's text and its children before one of them, and gives their memory back as far as that can be
+     * had: for a reader that looks at each child once. Nothing ends in a document that was loaded whole, or edited.
+     */
+    void ForgetBefore(XmlElement _child) noexcept;
+
     /** Children, comments included. */
     XmlElement FirstNode() const noexcept;
     XmlElement NextNode() const noexcept;

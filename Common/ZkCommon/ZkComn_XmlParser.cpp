@@ -340,6 +340,7 @@ void XmlParser::Load()
     m_pTree = std::make_unique<XmlTree>(m_pMemory);
     m_pTree->Arena().Expect(m_source.Size());
     if ((m_ulOptions & KeepWhole) != 0) {
+        m_pTree->KeepAll();
         m_pDocument = Build({}, nullptr);
     }
 }

@@ -106,7 +106,7 @@ std::byte* XmlArena::Grow(const std::byte* _pWritten, std::size_t _uKeep, std::s
     if (pMemory == nullptr) {
         throw std::bad_alloc();
     }
-    Chunk* pChunk = new (pMemory) Chunk{m_pChunk, uSize};
+    Chunk* pChunk = new (pMemory) Chunk{m_pChunk, nullptr, uSize};
     std::byte* pFirst = reinterpret_cast<std::byte*>(pChunk + 1);
     if (_uKeep != 0) {
         std::memcpy(pFirst, _pWritten, _uKeep);
@@ -116,6 +116,9 @@ std::byte* XmlArena::Grow(const std::byte* _pWritten, std::size_t _uKeep, std::s
             m_pfnFree(m_pChunk);
         }
     }
+    if (pChunk->pOlder != nullptr) {
+        pChunk->pOlder->pNewer = pChunk;
+    }
     m_pChunk = pChunk;
     m_pTop = pFirst;
     m_pEnd = reinterpret_cast<std::byte*>(pChunk) + uSize;
@@ -124,7 +127,27 @@ std::byte* XmlArena::Grow(const std::byte* _pWritten, std::size_t _uKeep, std::s
     return pFirst;
 }
 
-XmlTree::XmlTree(const XmlMemory* _pMemory) : m_arena(_pMemory), m_vecName(1, Entry{"", L"", 0, 0}), m_vecSlot(64)
+void XmlArena::TakeBack(const void* _pFrom, const void* _pTo) noexcept
+{
+    if (m_pFrom == nullptr || !m_pFrom->Holds(_pFrom)) {
+        m_pFrom = m_pChunk;
+        while (!m_pFrom->Holds(_pFrom)) {
+            m_pFrom = m_pFrom->pOlder;
+        }
+    }
+    if (m_pFrom->Holds(_pTo)) {
+        return;
+    }
+    while (!m_pFrom->pNewer->Holds(_pTo)) {
+        Chunk* pChunk = std::exchange(m_pFrom->pNewer, m_pFrom->pNewer->pNewer);
+        m_pFrom->pNewer->pOlder = m_pFrom;
+        m_uTotal -= pChunk->uSize;
+        m_pfnFree(pChunk);
+    }
+}
+
+XmlTree::XmlTree(const XmlMemory* _pMemory)
+    : m_arena(_pMemory), m_arenaOfNames(_pMemory), m_vecName(1, Entry{"", L"", 0, 0}), m_vecSlot(64)
 {
     // Nobody can prepare names that all fall into one slot of a document not yet read.
     LARGE_INTEGER stCounter = {};
@@ -168,19 +191,38 @@ void XmlTree::Append(XmlNode* _pParent, XmlNode* _pNode)
     m_pAppended = _pNode;
 }
 
+void XmlTree::ForgetBefore(XmlNode* _pParent, XmlNode* _pChild) noexcept
+{
+    if (m_bKeepsAll) {
+        return;
+    }
+    // The chunk of the first child stays: it may hold attributes of the parent.
+    if (_pParent != m_pForgetful) {
+        m_pForgetful = _pParent;
+        m_pFirstForgot = _pParent->FirstChild();
+    }
+    if (_pParent->Holds(XmlNode::HoldsExtras)) {
+        _pParent->ExtrasRecord()->pFirstChild = _pChild;
+        _pParent->ExtrasRecord()->pText = nullptr; // it may lie among the children
+    } else {
+        _pParent->Hold(_pChild, XmlNode::HoldsChild);
+    }
+    m_arena.TakeBack(m_pFirstForgot, _pChild);
+}
+
 std::uint32_t XmlTree::InternUnguessed(const char* _szName)
 {
     // The name is widened at the arena's top, and stays there only when it turns out to be new.
     const std::size_t uLength = std::strlen(_szName);
-    wchar_t* pWide = m_arena.Top<wchar_t>(0, uLength * sizeof(wchar_t));
+    wchar_t* pWide = m_arenaOfNames.Top<wchar_t>(0, uLength * sizeof(wchar_t));
     wchar_t* pWideEnd = WidenUtf8(pWide, _szName, uLength);
     const std::wstring_view svName(pWide, static_cast<std::size_t>(pWideEnd - pWide));
     const std::uint64_t ullHash = HashOf(svName);
     const std::size_t uSlot = SlotOf(svName, ullHash);
     std::uint32_t ulName = m_vecSlot[uSlot];
     if (ulName == 0) {
-        m_arena.Commit(reinterpret_cast<std::byte*>(pWideEnd));
-        char* szName = m_arena.Take<char>(uLength);
+        m_arenaOfNames.Commit(reinterpret_cast<std::byte*>(pWideEnd));
+        char* szName = m_arenaOfNames.Take<char>(uLength);
         std::memcpy(szName, _szName, uLength + 1);
         ulName = Add(szName, svName, ullHash, uSlot);
     }

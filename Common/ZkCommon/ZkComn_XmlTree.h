@@ -140,11 +140,20 @@ public:
     }
     void Commit(std::byte* _pTop) noexcept { m_pTop = _pTop; }
 
+    /** Takes back the chunks that lie wholly between two places, the first of which was given out earlier. */
+    void TakeBack(const void* _pFrom, const void* _pTo) noexcept;
+
 private:
     struct Chunk
     {
         Chunk* pOlder;
+        Chunk* pNewer;
         std::size_t uSize;
+
+        bool Holds(const void* _pPlace) const noexcept
+        {
+            return reinterpret_cast<std::uintptr_t>(_pPlace) - reinterpret_cast<std::uintptr_t>(this) < uSize;
+        }
     };
 
     std::byte* Aligned(std::size_t _uAlignment) const noexcept
@@ -156,7 +165,8 @@ private:
 
     void* (*m_pfnAllocate)(std::size_t);
     void (*m_pfnFree)(void*);
-    Chunk* m_pChunk = nullptr;
+    Chunk* m_pChunk = nullptr; // the newest
+    Chunk* m_pFrom = nullptr;  // where memory was taken back last
     std::byte* m_pTop = nullptr;
     std::byte* m_pEnd = nullptr;
     std::size_t m_uNext = 4096; // size of the next chunk
@@ -214,6 +224,11 @@ public:
     /** As above, looking for the last child; quick when a run of children is added to one parent. */
     void Append(XmlNode* _pParent, XmlNode* _pNode);
 
+    /** From now on ForgetBefore does nothing: parts of an element may lie anywhere, or are still to be written. */
+    void KeepAll() noexcept { m_bKeepsAll = true; }
+    /** Ends the children before one of them, and the parent's text. */
+    void ForgetBefore(XmlNode* _pParent, XmlNode* _pChild) noexcept;
+
     /**
      * Number of a name, a new one when it was not known. Documents repeat themselves: what followed the name interned
      * before this one last time is tried first.
@@ -259,12 +274,16 @@ private:
     void Rehash();
 
     XmlArena m_arena;
+    XmlArena m_arenaOfNames; // apart, since they stay when elements are forgotten
     std::uint64_t m_ullSalt;
     std::vector<Entry> m_vecName;
     std::vector<std::uint32_t> m_vecSlot; // numbers of names, a power of two of them; 0 is a free slot
     std::uint32_t m_ulBefore = g_ulNoName;
     XmlNode* m_pAppendedTo = nullptr;
     XmlNode* m_pAppended = nullptr;
+    bool m_bKeepsAll = false;
+    XmlNode* m_pForgetful = nullptr;   // the parent whose children were forgotten last
+    XmlNode* m_pFirstForgot = nullptr; // the first of these
 };
 
 /** Widens UTF-8 to UTF-16; _pTo has room for a character per byte. @return behind the last character written */

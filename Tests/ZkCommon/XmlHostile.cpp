@@ -3,6 +3,7 @@
 #include "XmlTest.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <string>
 #include <tuple>
@@ -72,7 +73,10 @@ void* Reallocate(void* _pMemory, std::size_t _uSize)
 }
 void Free(void* _pMemory)
 {
-    g_iTaken -= _pMemory != nullptr ? 1 : 0;
+    if (_pMemory != nullptr) {
+        --g_iTaken;
+        std::memset(_pMemory, 0xDD, ::_msize(_pMemory)); // whoever still reads it shall notice
+    }
     std::free(_pMemory);
 }
 constexpr XmlMemory g_stMemory{[](std::size_t _uSize) { return Reallocate(nullptr, _uSize); }, &Reallocate, &Free};
@@ -160,4 +164,59 @@ TEST(XmlHostile, EveryRefusedAllocationFailsTheLoadAndLeavesNothing)
     }
     EXPECT_GT(iRefused, 20);          // many places were tried
     EXPECT_LE(g_iRequests, iRefused); // and the last run came through because none was left to refuse
+}
+
+TEST(XmlElement, ForgetsTheChildrenThatWereReadAndNothingElse)
+{
+    constexpr std::uint32_t ulChildren = 20'000;
+    std::string sDocument = "<r x='" + Repeat("v", 70'000) + "' y='1'><!--c--><b/>one";
+    for (std::uint32_t i = 0; i < ulChildren; ++i) {
+        const std::string sName = "n" + std::to_string(i % 7000); // most were known before, from what is gone by then
+        sDocument +=
+            "<a i='" + std::to_string(i) + "'><" + sName + ">" + Repeat("text ", i % 50) + "</" + sName + "></a>";
+    }
+    sDocument += Repeat("two", 50'000) + "</r>";
+
+    enum class Kept
+    {
+        Selected,
+        Whole,
+        Edited
+    };
+    for (const Kept enKept : {Kept::Selected, Kept::Whole, Kept::Edited}) {
+        SCOPED_TRACE(static_cast<int>(enKept));
+        g_iRefused = -1;
+        g_iTaken = 0;
+        XmlParser parser(&g_stMemory);
+        parser.LoadText(sDocument, enKept == Kept::Whole ? XmlParser::KeepWhole : XmlParser::KeepSelected);
+        XmlElement before;
+        XmlElement root;
+        ASSERT_TRUE(parser.Select(L"/r/b", before) && parser.Select(L"/r", root));
+        if (enKept == Kept::Edited) {
+            root.SetAttribute(L"y", L"2");
+        }
+        const int iTaken = g_iTaken;
+        std::uint32_t ulRead = 0;
+        for (auto a = root.FirstChild(L"a"); a; a = a.NextNamesake(), ++ulRead) {
+            root.ForgetBefore(a);
+            ASSERT_EQ(a.Attribute(L"i"), std::to_wstring(ulRead));
+            ASSERT_EQ(a.FirstChild().Name(), L"n" + std::to_wstring(ulRead % 7000));
+            ASSERT_EQ(a.FirstChild().Text().size(), ulRead % 50 * 5);
+        }
+        EXPECT_EQ(ulRead, ulChildren);
+        EXPECT_EQ(root.Attribute(L"x").size(), 70'000U);
+        EXPECT_EQ(before.Name(), L"b");
+        if (enKept == Kept::Selected) {
+            EXPECT_LE(g_iTaken, iTaken / 2);
+            EXPECT_EQ(root.FirstChild().Attribute(L"i"), std::to_wstring(ulChildren - 1));
+            EXPECT_EQ(root.Text(), L"");
+        } else {
+            EXPECT_EQ(g_iTaken, iTaken);
+            EXPECT_EQ(root.FirstChild().Name(), L"b");
+            EXPECT_EQ(root.Text().size(), 3U + 150'000U);
+        }
+        parser.Close();
+        EXPECT_EQ(g_iTaken, 0);
+    }
+    XmlElement().ForgetBefore({});
 }
