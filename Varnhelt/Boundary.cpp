@@ -1,6 +1,5 @@
 #include "Boundary.h"
 
-#include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_String.h"
 
@@ -23,6 +22,13 @@ MethodTrace::MethodTrace(const wchar_t* _pszMethod, std::uint32_t _ulValueType, 
     if (TracePasses(TraceDetail)) {
         TraceAt(_szFile, _ulLine, TraceDetail, L"[Enter] %s...VT[0x%08x],VST[0x%08x]", _pszMethod, _ulValueType,
                 _ulValueSubType);
+    }
+}
+
+void MethodTrace::WriteInvalid(const wchar_t* _pszName) const noexcept
+{
+    if (TracePasses(TraceError)) {
+        TraceAt(m_szFile, m_ulLine, TraceError, L"*** %s - %s was invalid.", m_pszMethod, _pszName);
     }
 }
 

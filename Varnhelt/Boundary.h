@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SrvFrwk_ResultCode.h"
 #include "ZkComn_Exception.h"
 
 #include <cstdint>
@@ -38,7 +39,17 @@ public:
         return _result;
     }
 
+    /** Whether what the caller should hand in is there; an error line says when not, under its name in the method's lines. */
+    bool Has(const void* _pData, const wchar_t* _pszName) const noexcept
+    {
+        if (_pData == nullptr) {
+            WriteInvalid(_pszName);
+        }
+        return _pData != nullptr;
+    }
+
 private:
+    void WriteInvalid(const wchar_t* _pszName) const noexcept;
     void WriteLeave(const wchar_t* _pszMethod) const noexcept;
 
     const wchar_t* m_pszMethod;
@@ -74,6 +85,27 @@ std::uint32_t AtBoundary(const FailureTexts& _rstTexts, TBody&& _fnBody) noexcep
     } catch (...) {
         return ResultInFlight(_rstTexts);
     }
+}
+
+/**
+ * Runs the body of a query on the caller's output, which is emptied first. The query's lines bear the method's name of
+ * _rstTexts; it has a leave line when it succeeds.
+ * @param _pszOutput  name of the output in these lines
+ */
+template <class TOutput, class TBody>
+std::uint32_t AtQueryBoundary(const FailureTexts& _rstTexts, void* _pOutput, const wchar_t* _pszOutput, TBody&& _fnBody,
+                              const char* _szFile = __builtin_FILE(), std::uint32_t _ulLine = __builtin_LINE()) noexcept
+{
+    return AtBoundary(_rstTexts, [&] {
+        const MethodTrace cTrace(_rstTexts.pszMethod, _szFile, _ulLine);
+        if (!cTrace.Has(_pOutput, _pszOutput)) {
+            return SrvFrwk::Result::g_ulMissingObject;
+        }
+        TOutput& rOutput = *static_cast<TOutput*>(_pOutput);
+        rOutput = TOutput();
+        const std::uint32_t ulResult = _fnBody(rOutput);
+        return SrvFrwk::Result::IsFailure(ulResult) ? ulResult : cTrace.Leave(ulResult);
+    });
 }
 
 } // namespace Varnhelt

@@ -58,30 +58,20 @@ private:
 std::uint32_t CFunctionXml::QueryValueAsInstallCompatibilityCheckDB(const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsInstallCompatibilityCheckDB()";
-    return AtBoundary({pszMethod}, [&] {
-        const MethodTrace cTrace(pszMethod);
-        auto* pArrayCompatibilityOSCheckEntry =
-            static_cast<std::vector<CompatibilityPlatform>*>(_rstRequest.pValueData);
-        if (pArrayCompatibilityOSCheckEntry == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsInstallCompatibilityCheckDB() - "
-                              L"pArrayCompatibilityOSCheckEntry was invalid.");
-            return Result::g_ulMissingObject;
-        }
-        pArrayCompatibilityOSCheckEntry->clear();
-
-        const Document& stDocument = DocumentOf(DocumentId::Compatibility);
-        const auto stPath = PathInDirectory(pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
-        if (!stPath) {
-            return Result::g_ulMissingObject;
-        }
-        // No failure, whatever its asterisks say.
-        Trace(TraceDetail, L"*** CFunctionXml::QueryValueAsInstallCompatibilityCheckDB() - tszXmlFile = [%s]",
-              stPath->tszFile);
-        TraceParserDirectory(stPath->tszDirectory);
-        PlainDocument cDocument(m_cParser, Access::Read);
-        m_cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
-        Documents::ReadRecords(m_cElement, Documents::g_stCompatibilityPlatform, *pArrayCompatibilityOSCheckEntry,
-                               Dump());
-        return cTrace.Leave(Result::g_ulSuccess);
-    });
+    return AtQueryBoundary<std::vector<CompatibilityPlatform>>(
+        {pszMethod}, _rstRequest.pValueData, L"pArrayCompatibilityOSCheckEntry", [&](auto& _rvecPlatform) {
+            const Document& stDocument = DocumentOf(DocumentId::Compatibility);
+            const auto stPath = PathInDirectory(pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
+            if (!stPath) {
+                return Result::g_ulMissingObject;
+            }
+            // No failure, whatever its asterisks say.
+            Trace(TraceDetail, L"*** CFunctionXml::QueryValueAsInstallCompatibilityCheckDB() - tszXmlFile = [%s]",
+                  stPath->tszFile);
+            TraceParserDirectory(stPath->tszDirectory);
+            PlainDocument cDocument(m_cParser, Access::Read);
+            m_cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
+            Documents::ReadRecords(m_cElement, Documents::g_stCompatibilityPlatform, _rvecPlatform, Dump());
+            return Result::g_ulSuccess;
+        });
 }

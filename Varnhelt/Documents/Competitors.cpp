@@ -32,8 +32,7 @@ std::uint32_t ReadProducts(const Reader& _rstReader, const TDescription& _rstDes
     return AtBoundary({L"CFunctionXml::QueryValueAsInstallCompetitorActionDB()"}, [&] {
         const MethodTrace cTrace(_rstReader.pszMethod);
         auto* pArray = static_cast<std::vector<typename TDescription::Record>*>(_rstRequest.pValueData);
-        if (pArray == nullptr) {
-            Trace(TraceError, L"*** %s - %s was invalid.", _rstReader.pszMethod, _rstReader.pszOutput);
+        if (!cTrace.Has(pArray, _rstReader.pszOutput)) {
             return Result::g_ulMissingObject;
         }
         pArray->clear();

@@ -72,29 +72,23 @@ bool SetAliases(Storage::XmlElement _cRoot, const DeployAliasConfig& _rlstAlias)
 std::uint32_t CFunctionXml::QueryValueAsDeployAliasConfig(const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsDeployAliasConfig()";
-    return AtBoundary(Documents::DeploymentFailures(pszMethod), [&] {
-        const MethodTrace cTrace(pszMethod);
-        auto* pstDeployAliasConfig = static_cast<DeployAliasConfig*>(_rstRequest.pValueData);
-        if (pstDeployAliasConfig == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployAliasConfig() - pstDeployAliasConfig was invalid.");
-            return Result::g_ulMissingObject;
-        }
-        pstDeployAliasConfig->clear();
-
-        const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);
-        if (!stPath) {
-            return Result::g_ulMissingObject;
-        }
-        XenDocument cDocument(DocumentOf(DocumentId::Alias), *stPath, m_cParser, Access::Read);
-        if (!cDocument.Decrypt()) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployAliasConfig() - tszXmlPath was empty.");
-            return Result::g_ulMissingObject;
-        }
-        TraceParserDirectory(stPath->tszDirectory);
-        m_cElement = cDocument.Select();
-        Documents::ReadRecords(m_cElement, Documents::g_stDeployAlias, *pstDeployAliasConfig);
-        return cTrace.Leave(Result::g_ulSuccess);
-    });
+    return AtQueryBoundary<DeployAliasConfig>(
+        Documents::DeploymentFailures(pszMethod), _rstRequest.pValueData, L"pstDeployAliasConfig",
+        [&](auto& _rlstAlias) {
+            const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);
+            if (!stPath) {
+                return Result::g_ulMissingObject;
+            }
+            XenDocument cDocument(DocumentOf(DocumentId::Alias), *stPath, m_cParser, Access::Read);
+            if (!cDocument.Decrypt()) {
+                Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployAliasConfig() - tszXmlPath was empty.");
+                return Result::g_ulMissingObject;
+            }
+            TraceParserDirectory(stPath->tszDirectory);
+            m_cElement = cDocument.Select();
+            Documents::ReadRecords(m_cElement, Documents::g_stDeployAlias, _rlstAlias);
+            return Result::g_ulSuccess;
+        });
 }
 
 std::uint32_t CFunctionXml::StoreValueAsDeployAliasConfig(const Request& _rstRequest)
@@ -103,8 +97,7 @@ std::uint32_t CFunctionXml::StoreValueAsDeployAliasConfig(const Request& _rstReq
     return AtBoundary(Documents::DeploymentFailures(pszMethod), [&] {
         const MethodTrace cTrace(pszMethod);
         const auto* pstDeployAliasConfig = static_cast<const DeployAliasConfig*>(_rstRequest.pValueData);
-        if (pstDeployAliasConfig == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - pstDeployAliasConfig was invalid.");
+        if (!cTrace.Has(pstDeployAliasConfig, L"pstDeployAliasConfig")) {
             return Result::g_ulMissingObject;
         }
         const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);

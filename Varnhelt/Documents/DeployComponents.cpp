@@ -130,36 +130,27 @@ std::uint32_t ReadComponents(const Storage::XmlElement& _rSection, std::uint32_t
 std::uint32_t CFunctionXml::QueryValueAsDeployComponentConfig(const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsDeployComponentConfig()";
-    return AtBoundary(Documents::DeploymentFailures(pszMethod), [&] {
-        const MethodTrace cTrace(pszMethod);
-        auto* pstDeployComponentConfig = static_cast<DeployComponentConfig*>(_rstRequest.pValueData);
-        if (pstDeployComponentConfig == nullptr) {
-            Trace(TraceError,
-                  L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - pstDeployComponentConfig was invalid.");
-            return Result::g_ulMissingObject;
-        }
-        pstDeployComponentConfig->clear();
-
-        const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);
-        if (!stPath) {
-            return Result::g_ulMissingObject;
-        }
-        XenDocument cDocument(DocumentOf(DocumentId::Component), *stPath, m_cParser, Access::Read);
-        if (!cDocument.Decrypt()) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - tszXmlPath was empty.");
-            return Result::g_ulMissingObject;
-        }
-        const std::wstring_view svSection = SectionOf(_rstRequest.ulValueSubType);
-        if (svSection.empty()) {
-            Trace(TraceError,
-                  L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - _ulValueSubType was invalid. [0x%08x]",
-                  _rstRequest.ulValueSubType);
-            return Result::g_ulInvalidArgument;
-        }
-        TraceParserDirectory(stPath->tszDirectory);
-        m_cElement = cDocument.Select();
-        const std::uint32_t ulResult =
-            ReadComponents(m_cElement.FirstChild(svSection), _rstRequest.ulValueOption, *pstDeployComponentConfig);
-        return Result::IsFailure(ulResult) ? ulResult : cTrace.Leave(ulResult);
-    });
+    return AtQueryBoundary<DeployComponentConfig>(
+        Documents::DeploymentFailures(pszMethod), _rstRequest.pValueData, L"pstDeployComponentConfig",
+        [&](auto& _rlstComponent) {
+            const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);
+            if (!stPath) {
+                return Result::g_ulMissingObject;
+            }
+            XenDocument cDocument(DocumentOf(DocumentId::Component), *stPath, m_cParser, Access::Read);
+            if (!cDocument.Decrypt()) {
+                Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - tszXmlPath was empty.");
+                return Result::g_ulMissingObject;
+            }
+            const std::wstring_view svSection = SectionOf(_rstRequest.ulValueSubType);
+            if (svSection.empty()) {
+                Trace(TraceError,
+                      L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - _ulValueSubType was invalid. [0x%08x]",
+                      _rstRequest.ulValueSubType);
+                return Result::g_ulInvalidArgument;
+            }
+            TraceParserDirectory(stPath->tszDirectory);
+            m_cElement = cDocument.Select();
+            return ReadComponents(m_cElement.FirstChild(svSection), _rstRequest.ulValueOption, _rlstComponent);
+        });
 }

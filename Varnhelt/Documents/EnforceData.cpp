@@ -67,23 +67,16 @@ struct DataHook : Documents::ReadHook
 
 std::uint32_t CFunctionXml::QueryValueAsEnforceData(const Request& _rstRequest)
 {
-    return AtBoundary({L"CFunctionXml::QueryValueAsEnforceData()"}, [&] {
-        const MethodTrace cTrace(L"CFunctionXml::QueryValueAsEnforceData()");
-        auto* pArrayOfEnData = static_cast<std::vector<DataController>*>(_rstRequest.pValueData);
-        if (pArrayOfEnData == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforceData() - pArrayOfEnData was invalid.");
-            return Result::g_ulMissingObject;
-        }
-        pArrayOfEnData->clear();
-
-        const Document& stDocument = DocumentOf(DocumentId::EnforceData);
-        XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Read);
-        if (!cDocument.Decrypt()) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforceData() - tszXmlFile is empty");
-            return Result::g_ulFailed;
-        }
-        m_cElement = cDocument.Select();
-        Documents::ReadRecords(m_cElement, Documents::g_stDataController, *pArrayOfEnData, DataHook());
-        return cTrace.Leave(Result::g_ulSuccess);
-    });
+    return AtQueryBoundary<std::vector<DataController>>(
+        {L"CFunctionXml::QueryValueAsEnforceData()"}, _rstRequest.pValueData, L"pArrayOfEnData", [&](auto& _rvecData) {
+            const Document& stDocument = DocumentOf(DocumentId::EnforceData);
+            XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Read);
+            if (!cDocument.Decrypt()) {
+                Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforceData() - tszXmlFile is empty");
+                return Result::g_ulFailed;
+            }
+            m_cElement = cDocument.Select();
+            Documents::ReadRecords(m_cElement, Documents::g_stDataController, _rvecData, DataHook());
+            return Result::g_ulSuccess;
+        });
 }

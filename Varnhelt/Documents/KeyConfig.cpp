@@ -118,29 +118,22 @@ std::optional<bool> KeyReader::IsForThisProgram(const Storage::XmlElement& _rVal
 std::uint32_t CFunctionXml::QueryValueAsKeyConfig(const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsKeyConfig()";
-    return AtBoundary({pszMethod}, [&] {
-        const MethodTrace cTrace(pszMethod);
-        auto* pKeyConfig = static_cast<std::vector<DeployKey>*>(_rstRequest.pValueData);
-        if (pKeyConfig == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsKeyConfig() - pKeyConfig was invalid.");
-            return Result::g_ulMissingObject;
-        }
-        pKeyConfig->clear();
-
-        const Document& stDocument = DocumentOf(DocumentId::KeyConfig);
-        const auto stPath = PathInDirectory(pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
-        if (!stPath) {
-            return Result::g_ulMissingObject;
-        }
-        TraceParserDirectory(stPath->tszDirectory);
-        PlainDocument cDocument(m_cParser, Access::Read);
-        m_cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
-        if (const std::uint32_t ulResult = Documents::KeyReader(m_cElement).GetKeyConfig(m_cElement, *pKeyConfig);
-            Result::IsFailure(ulResult)) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsKeyConfig() - this->GetKeyConfig() failed. [0x%08x]",
-                  ulResult);
-            return ulResult;
-        }
-        return cTrace.Leave(Result::g_ulSuccess);
-    });
+    return AtQueryBoundary<std::vector<DeployKey>>(
+        {pszMethod}, _rstRequest.pValueData, L"pKeyConfig", [&](auto& _rvecKey) {
+            const Document& stDocument = DocumentOf(DocumentId::KeyConfig);
+            const auto stPath = PathInDirectory(pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
+            if (!stPath) {
+                return Result::g_ulMissingObject;
+            }
+            TraceParserDirectory(stPath->tszDirectory);
+            PlainDocument cDocument(m_cParser, Access::Read);
+            m_cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
+            if (const std::uint32_t ulResult = Documents::KeyReader(m_cElement).GetKeyConfig(m_cElement, _rvecKey);
+                Result::IsFailure(ulResult)) {
+                Trace(TraceError, L"*** CFunctionXml::QueryValueAsKeyConfig() - this->GetKeyConfig() failed. [0x%08x]",
+                      ulResult);
+                return ulResult;
+            }
+            return Result::g_ulSuccess;
+        });
 }

@@ -210,8 +210,7 @@ std::uint32_t CFunctionXml::QueryValueAsLocalUpdate(LocalUpdateConfig* _pConfig,
 {
     return AtBoundary(g_stReadingTexts, [&] {
         const MethodTrace cTrace(L"CFunctionXml::QueryValueAsLocalUpdate()");
-        if (_pConfig == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsLocalUpdate() - pRegistryConfig was invalid.");
+        if (!cTrace.Has(_pConfig, L"pRegistryConfig")) {
             return Result::g_ulMissingObject;
         }
         Trace(TraceDetail, L"*** CFunctionXml::SetLocalUpdateRegistry() - clear pConfig->Items."); // known by this name

@@ -156,25 +156,19 @@ private:
 
 std::uint32_t CFunctionXml::QueryValueAsEnforcePolicy(const Request& _rstRequest)
 {
-    return AtBoundary(Failure(L"CFunctionXml::QueryValueAsEnforcePolicy()"), [&] {
-        const MethodTrace cTrace(L"CFunctionXml::QueryValueAsEnforcePolicy()");
-        auto* pArrayOfEnPolicy = static_cast<std::vector<PolicyController>*>(_rstRequest.pValueData);
-        if (pArrayOfEnPolicy == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforcePolicy() - pArrayOfEnPolicy was invalid.");
-            return Result::g_ulMissingObject;
-        }
-        pArrayOfEnPolicy->clear();
-
-        const Document& stDocument = DocumentOf(DocumentId::Policy);
-        XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Read);
-        if (!cDocument.Decrypt()) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforcePolicy() - tszXmlFile is empty");
-            return Result::g_ulFailed;
-        }
-        m_cElement = cDocument.Select();
-        Documents::ReadRecords(m_cElement, Documents::g_stPolicyController, *pArrayOfEnPolicy, PolicyHook());
-        return cTrace.Leave(Result::g_ulSuccess);
-    });
+    return AtQueryBoundary<std::vector<PolicyController>>(
+        Failure(L"CFunctionXml::QueryValueAsEnforcePolicy()"), _rstRequest.pValueData, L"pArrayOfEnPolicy",
+        [&](auto& _rvecPolicy) {
+            const Document& stDocument = DocumentOf(DocumentId::Policy);
+            XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Read);
+            if (!cDocument.Decrypt()) {
+                Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforcePolicy() - tszXmlFile is empty");
+                return Result::g_ulFailed;
+            }
+            m_cElement = cDocument.Select();
+            Documents::ReadRecords(m_cElement, Documents::g_stPolicyController, _rvecPolicy, PolicyHook());
+            return Result::g_ulSuccess;
+        });
 }
 
 std::uint32_t CFunctionXml::StoreValueAsEnforcePolicy(const Request& _rstRequest)
@@ -182,8 +176,7 @@ std::uint32_t CFunctionXml::StoreValueAsEnforcePolicy(const Request& _rstRequest
     return AtBoundary(Failure(L"CFunctionXml::StoreValueAsEnforcePolicy()"), [&] {
         const MethodTrace cTrace(L"CFunctionXml::StoreValueAsEnforcePolicy()");
         const auto* pArrayOfEnPolicy = static_cast<const std::vector<PolicyController>*>(_rstRequest.pValueData);
-        if (pArrayOfEnPolicy == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::StoreValueAsEnforcePolicy() - pArrayOfEnPolicy was invalid.");
+        if (!cTrace.Has(pArrayOfEnPolicy, L"pArrayOfEnPolicy")) {
             return Result::g_ulMissingObject;
         }
 
@@ -213,8 +206,7 @@ std::uint32_t CFunctionXml::QueryValueAsSpecificEnforcePolicy(const Request& _rs
     return AtBoundary(Failure(L"CFunctionXml::QueryValueAsSpecificEnforcePolicy()"), [&] {
         const MethodTrace cTrace(L"CFunctionXml::QueryValueAsSpecificEnforcePolicy()");
         auto* pPolicyCtl = static_cast<PolicyController*>(_rstRequest.pValueData);
-        if (pPolicyCtl == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsSpecificEnforcePolicy() - pPolicyCtl was invalid.");
+        if (!cTrace.Has(pPolicyCtl, L"pPolicyCtl")) {
             return Result::g_ulMissingObject;
         }
         std::vector<PolicyController> vecPolicy;

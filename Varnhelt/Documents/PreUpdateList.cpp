@@ -70,8 +70,7 @@ std::uint32_t CFunctionXml::ImpChangePlatform(const PreUpdateList* _pCompatibili
     return AtBoundary({pszMethod}, [&] {
         const MethodTrace cTrace(pszMethod);
         Trace(TraceDetail, L"FunctionXml::ImpChangePlatform()...");
-        if (_pCompatibilityCheckPrePUInfo == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::ImpChangePlatform() - pCompatibilityCheckPrePUInfo was invalid.");
+        if (!cTrace.Has(_pCompatibilityCheckPrePUInfo, L"pCompatibilityCheckPrePUInfo")) {
             return Result::g_ulMissingObject;
         }
         PlainDocument cDocument(m_cParser, Access::Write);
@@ -95,9 +94,7 @@ std::uint32_t CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList(const PreUpd
     constexpr const wchar_t* pszMethod = L"CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList()";
     return AtBoundary({pszMethod}, [&] {
         const MethodTrace cTrace(pszMethod);
-        if (_pCompatibilityCheckPrePUInfo == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList() - "
-                              L"pCompatibilityCheckPrePUInfo was invalid.");
+        if (!cTrace.Has(_pCompatibilityCheckPrePUInfo, L"pCompatibilityCheckPrePUInfo")) {
             return Result::g_ulMissingObject;
         }
         Trace(TraceDetail, L"[1] CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList()...");

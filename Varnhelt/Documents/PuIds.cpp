@@ -65,24 +65,17 @@ void AddEntry(const PuIdEntry& _rstEntry, bool _b64Bit, InstallPuIds& _rstPuIds)
 
 std::uint32_t CFunctionXml::QueryValueAsInstallPuIds(const Request& _rstRequest)
 {
-    return AtBoundary({L"CFunctionXml::QueryValueAsInstallPuIds()"}, [&] {
-        const MethodTrace cTrace(L"CFunctionXml::QueryValueAsInstallPuIds()");
-        auto* pPuIds = static_cast<InstallPuIds*>(_rstRequest.pValueData);
-        if (pPuIds == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsInstallPuIds() - pPuIds was invalid.");
-            return Result::g_ulMissingObject;
-        }
-        *pPuIds = {};
+    return AtQueryBoundary<InstallPuIds>(
+        {L"CFunctionXml::QueryValueAsInstallPuIds()"}, _rstRequest.pValueData, L"pPuIds", [&](auto& _rstPuIds) {
+            const Document& stDocument = DocumentOf(DocumentId::PuIds);
+            const DocumentPath stPath = PathInInstalledFolder(stDocument);
+            PlainDocument cDocument(m_cParser, Access::Read);
+            m_cElement = cDocument.Select(stPath.tszFile, stPath.tszDirectory, stDocument.pszRoot);
 
-        const Document& stDocument = DocumentOf(DocumentId::PuIds);
-        const DocumentPath stPath = PathInInstalledFolder(stDocument);
-        PlainDocument cDocument(m_cParser, Access::Read);
-        m_cElement = cDocument.Select(stPath.tszFile, stPath.tszDirectory, stDocument.pszRoot);
-
-        const bool b64Bit = Platform::IsNative64Bit();
-        Documents::ForEachRecord(m_cElement, Documents::g_stPuIdEntry, [&](const Documents::PuIdEntry& _rstEntry) {
-            Documents::AddEntry(_rstEntry, b64Bit, *pPuIds);
+            const bool b64Bit = Platform::IsNative64Bit();
+            Documents::ForEachRecord(m_cElement, Documents::g_stPuIdEntry, [&](const Documents::PuIdEntry& _rstEntry) {
+                Documents::AddEntry(_rstEntry, b64Bit, _rstPuIds);
+            });
+            return Result::g_ulSuccess;
         });
-        return cTrace.Leave(Result::g_ulSuccess);
-    });
 }

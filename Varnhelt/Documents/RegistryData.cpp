@@ -139,24 +139,17 @@ std::uint32_t ReadComponents(const Storage::XmlElement& _rRoot, const Selection&
 std::uint32_t CFunctionXml::QueryValueAsRegistryData(const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsRegistryData()";
-    return AtBoundary({pszMethod, &TraceXml}, [&] {
-        const MethodTrace cTrace(pszMethod);
-        auto* pRegistryConfig = static_cast<std::vector<RegistryData>*>(_rstRequest.pValueData);
-        if (pRegistryConfig == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsRegistryData() - pRegistryConfig was invalid.");
-            return Result::g_ulMissingObject;
-        }
-        pRegistryConfig->clear();
-        const auto* pstRequest = static_cast<const RegistryDataRequest*>(_rstRequest.pOptionData);
-        if (pstRequest == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsRegistryData() - _lpvParameter was NULL.");
-            return Result::g_ulMissingObject;
-        }
-        PlainDocument cDocument(m_cParser, Access::Read);
-        m_cElement =
-            cDocument.Select(pstRequest->tszXmlFile, String::WithBackslash(Frwk::Utility::GetInstalledFolder()),
-                             DocumentOf(DocumentId::RegistryData).pszRoot);
-        const std::uint32_t ulResult = ReadComponents(m_cElement, Selection(pstRequest->vecLabel), *pRegistryConfig);
-        return Result::IsFailure(ulResult) ? ulResult : cTrace.Leave(ulResult);
-    });
+    return AtQueryBoundary<std::vector<RegistryData>>(
+        {pszMethod, &TraceXml}, _rstRequest.pValueData, L"pRegistryConfig", [&](auto& _rvecData) {
+            const auto* pstRequest = static_cast<const RegistryDataRequest*>(_rstRequest.pOptionData);
+            if (pstRequest == nullptr) {
+                Trace(TraceError, L"*** CFunctionXml::QueryValueAsRegistryData() - _lpvParameter was NULL.");
+                return Result::g_ulMissingObject;
+            }
+            PlainDocument cDocument(m_cParser, Access::Read);
+            m_cElement =
+                cDocument.Select(pstRequest->tszXmlFile, String::WithBackslash(Frwk::Utility::GetInstalledFolder()),
+                                 DocumentOf(DocumentId::RegistryData).pszRoot);
+            return ReadComponents(m_cElement, Selection(pstRequest->vecLabel), _rvecData);
+        });
 }

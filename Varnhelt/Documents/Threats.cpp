@@ -57,8 +57,7 @@ std::uint32_t CFunctionXml::LookUpText(const Documents::TextLookup& _rstLookup, 
     return AtBoundary({_rstLookup.pszMethod}, [&] {
         const MethodTrace cTrace(_rstLookup.pszMethod);
         auto* pThreatText = static_cast<ThreatText*>(_rstRequest.pValueData);
-        if (pThreatText == nullptr) {
-            Trace(TraceError, L"*** %s - pThreatText was invalid.", _rstLookup.pszMethod);
+        if (!cTrace.Has(pThreatText, L"pThreatText")) {
             return Result::g_ulMissingObject;
         }
 

@@ -48,8 +48,7 @@ std::uint32_t CFunctionXml::QueryValueAsVersionInfo(const Request& _rstRequest)
     return AtBoundary({pszMethod, &TraceXml}, [&] {
         const MethodTrace cTrace(pszMethod);
         auto* pVersionInformation = static_cast<std::vector<VersionInformation>*>(_rstRequest.pValueData);
-        if (pVersionInformation == nullptr) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsVersionInfo() - pVersionInformation was invalid.");
+        if (!cTrace.Has(pVersionInformation, L"pVersionInformation")) {
             return Result::g_ulMissingObject;
         }
         pVersionInformation->clear();
