@@ -391,6 +391,11 @@ const char* SeverityText(Severity _enSeverity)
     return _enSeverity == Severity::Error ? "error" : "warning";
 }
 
+std::size_t CountErrors(const std::vector<Finding>& _rvecFinding)
+{
+    return static_cast<std::size_t>(std::ranges::count(_rvecFinding, Severity::Error, &Finding::enSeverity));
+}
+
 std::vector<Finding> CheckDocument(const Varnhelt::Document& _rstDocument, const std::wstring& _rtszPath,
                                    const Progress& _fnProgress)
 {

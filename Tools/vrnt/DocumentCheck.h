@@ -27,6 +27,8 @@ struct Finding
     std::string sText;    // one line
 };
 
+std::size_t CountErrors(const std::vector<Finding>& _rvecFinding);
+
 /** Is told how much of a document was looked at, from 0 to 1. */
 using Progress = std::function<void(double _dDone)>;
 

@@ -95,6 +95,16 @@ std::string Hexadecimal(std::uint32_t _ulValue, int _iDigits)
     return aText.data();
 }
 
+std::string Count(std::size_t _uCount, const std::string& _rsWhat)
+{
+    return std::to_string(_uCount) + " " + _rsWhat + (_uCount == 1 ? "" : "s");
+}
+
+std::string OrUnknown(const std::wstring& _rtszText)
+{
+    return _rtszText.empty() ? "(not known)" : ZkCommon::String::ToUtf8(_rtszText);
+}
+
 void WriteJson(std::uint32_t _ulResult, const Json& _rjsData)
 {
     Write(Json{{"result", Hexadecimal(_ulResult)}, {"data", _rjsData}}.dump(2) + "\n");

@@ -3,6 +3,7 @@
 #include "Table.h"
 #include "Tool.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -24,6 +25,12 @@ std::string ResultText(std::uint32_t _ulResult);
 
 /** A number as JSON texts write it: "0x00040200". */
 std::string Hexadecimal(std::uint32_t _ulValue, int _iDigits = 8);
+
+/** "1 unit", "2 units". */
+std::string Count(std::size_t _uCount, const std::string& _rsWhat);
+
+/** The text, or in words that there is none. */
+std::string OrUnknown(const std::wstring& _rtszText);
 
 /** Prints a command's one JSON object. */
 void WriteJson(std::uint32_t _ulResult, const Json& _rjsData);

@@ -98,11 +98,6 @@ DocumentFigures FiguresOf(const InstalledDocuments& _rstDocuments)
     return stFigures;
 }
 
-std::size_t ErrorsOf(const CheckedDocument& _rstChecked)
-{
-    return static_cast<std::size_t>(std::ranges::count(_rstChecked.vecFinding, Severity::Error, &Finding::enSeverity));
-}
-
 /** "3 errors, 1 warning", without what there is none of. */
 std::string FindingsText(std::size_t _uErrors, std::size_t _uWarnings)
 {
@@ -112,7 +107,7 @@ std::string FindingsText(std::size_t _uErrors, std::size_t _uWarnings)
 
 std::string FindingsText(const CheckedDocument& _rstChecked)
 {
-    const std::size_t uErrors = ErrorsOf(_rstChecked);
+    const std::size_t uErrors = CountErrors(_rstChecked.vecFinding);
     return _rstChecked.sUnreadable.empty() ? FindingsText(uErrors, _rstChecked.vecFinding.size() - uErrors)
                                            : _rstChecked.sUnreadable;
 }
@@ -157,7 +152,7 @@ Markup Figures(const ReportData& _rstData, const DocumentFigures& _rstDocuments,
     std::size_t uErrors = 0;
     for (const CheckedDocument& stChecked : _rstData.vecChecked) {
         uFindings += stChecked.vecFinding.size();
-        uErrors += ErrorsOf(stChecked);
+        uErrors += CountErrors(stChecked.vecFinding);
     }
     const bool bPolicy = !_rstData.stPolicy.IsFailure();
     const std::size_t uMissing = _rstDocuments.stMissing.uCount;
@@ -359,11 +354,6 @@ Markup Head()
 Markup Section(const char* _szId, const char* _szHeading, const Markup& _rContent)
 {
     return Element("section", {{"id", _szId}}, Element("h2", _szHeading) + _rContent);
-}
-
-std::string Count(std::size_t _uCount, const std::string& _rsWhat)
-{
-    return std::to_string(_uCount) + " " + _rsWhat + (_uCount == 1 ? "" : "s");
 }
 
 Markup Unanswered(const ReportData& _rstData, Varnhelt::DocumentId _enDocument, std::uint32_t _ulResult)

@@ -22,9 +22,6 @@ Html::Markup EnforceDataSection(const ReportData& _rstData);
 /** A section under its heading; _szId is what links to it name. */
 Html::Markup Section(const char* _szId, const char* _szHeading, const Html::Markup& _rContent);
 
-/** "1 unit", "2 units". */
-std::string Count(std::size_t _uCount, const std::string& _rsWhat);
-
 /** The words of the documents. */
 std::string ControllerWord(std::uint32_t _ulController);
 std::string ProviderWord(std::uint32_t _ulProvider);

@@ -200,9 +200,6 @@ std::string UpdateRehearsal::ToText() const
     if (m_ulResult != SrvFrwk::Result::g_ulSuccess) {
         return {};
     }
-    const auto OrUnknown = [](const std::wstring& _rtszText) {
-        return _rtszText.empty() ? std::string("(not known)") : ToUtf8(_rtszText);
-    };
     std::string sText = "Installed: version " + OrUnknown(m_stEnvironment.tszVersion) + ", product " +
                         OrUnknown(m_stEnvironment.tszProduct) + ", language " + OrUnknown(m_stEnvironment.tszLanguage) +
                         "\nConditions " + (m_stConfig.tszCheck == UpdateWords::g_svYes ? "count" : "do not count") +

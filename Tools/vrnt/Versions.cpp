@@ -2,6 +2,7 @@
 
 #include "Host.h"
 #include "LocalUpdateManager.h"
+#include "Output.h"
 #include "UpdateRecording.h"
 #include "ZkComn_Library.h"
 #include "ZkComn_Platform.h"
@@ -15,11 +16,6 @@ namespace Vrnt {
 namespace {
 
 using ZkCommon::String::ToUtf8;
-
-std::string OrUnknown(const std::wstring& _rtszText)
-{
-    return _rtszText.empty() ? "(not known)" : ToUtf8(_rtszText);
-}
 
 /** The version of a file's version resource. */
 std::wstring FileVersionOf(const std::filesystem::path& _rtszPath)
@@ -65,7 +61,7 @@ std::string WindowsVersion()
     const auto pfnGetVersion = ZkCommon::Library::FunctionAt<GetVersionFunction>(
         ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "RtlGetVersion"));
     if (pfnGetVersion == nullptr || pfnGetVersion(&stInfo) != 0) {
-        return "(not known)";
+        return OrUnknown({});
     }
     const std::string sServicePack = ToUtf8(stInfo.szCSDVersion);
     return std::to_string(stInfo.dwMajorVersion) + "." + std::to_string(stInfo.dwMinorVersion) + "." +

@@ -7,7 +7,6 @@
 #include "SrvFrwk_ResultCode.h"
 #include "Tool.h"
 
-#include <algorithm>
 #include <memory>
 
 namespace Vrnt {
@@ -20,11 +19,6 @@ struct CheckOptions
     std::string sFile;
 };
 
-std::string Counted(std::ptrdiff_t _iCount, const char* _szWhat)
-{
-    return std::to_string(_iCount) + " " + _szWhat + (_iCount == 1 ? "" : "s");
-}
-
 std::string ToText(const std::vector<Finding>& _rvecFinding, const std::string& _rsFile)
 {
     std::string sText;
@@ -33,9 +27,8 @@ std::string ToText(const std::vector<Finding>& _rvecFinding, const std::string& 
                  stFinding.sText + "\n";
     }
     if (!_rvecFinding.empty()) {
-        const auto iErrors = std::ranges::count(_rvecFinding, Severity::Error, &Finding::enSeverity);
-        const auto iWarnings = std::ranges::ssize(_rvecFinding) - iErrors;
-        sText += Counted(iErrors, "error") + ", " + Counted(iWarnings, "warning") + "\n";
+        const std::size_t uErrors = CountErrors(_rvecFinding);
+        sText += Count(uErrors, "error") + ", " + Count(_rvecFinding.size() - uErrors, "warning") + "\n";
     }
     return sText;
 }
