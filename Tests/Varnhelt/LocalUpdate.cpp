@@ -562,4 +562,97 @@ TEST_F(LocalUpdate, AFailedEntryIsLoggedByItsCode)
                             tszItem + L"[inifile] [0x80040203]"));
 }
 
+TEST_F(LocalUpdate, ASuccessfulUpdateTellsEachStep)
+{
+    const std::wstring tszPath =
+        m_cBench.Describe(Key({"create Sub+no", "remove+no"}, "@K@", "HKCU") + Ini({"write n string v"}));
+    const TraceRecorder cTrace;
+    ASSERT_EQ(CFunctionXml().DoActionAsLocalUpdate(&tszPath), Result::g_ulSuccess);
+
+    // ">" and "<" stand for entry and leave lines.
+    std::wstring tszLines;
+    for (const std::wstring& tszLine : cTrace.Lines()) {
+        tszLines += tszLine + L"\n";
+    }
+    const auto Replace = [&tszLines](const std::wstring& _rtszFrom, const std::wstring& _rtszTo) {
+        for (std::size_t uAt = 0; (uAt = tszLines.find(_rtszFrom, uAt)) != std::wstring::npos; uAt += _rtszTo.size()) {
+            tszLines.replace(uAt, _rtszFrom.size(), _rtszTo);
+        }
+    };
+    Replace(m_cBench.Key(), L"@K@");
+    Replace(m_cBench.Folder().Path().wstring(), L"@F@");
+    Replace(L".w. [Enter] ", L"> ");
+    Replace(L".w. [Leave] ", L"< ");
+    Replace(L"()...", L"");
+    EXPECT_EQ(tszLines, LR"(> CFunctionXml::DoActionAsLocalUpdate
+> CFunctionXml::QueryValueAsLocalUpdate
+.w. *** CFunctionXml::SetLocalUpdateRegistry() - clear pConfig->Items.
+.w. *** CFunctionXml::QueryValueAsLocalUpdate() - Read XmlFile [@F@\update.xml]
+> CFunctionXml::SetLocalUpdateRegistry
+.w. *** CFunctionXml::SetLocalUpdateRegistry() - clear _pstKey->Entries.
+< CFunctionXml::SetLocalUpdateKey
+> CFunctionXml::SetLocalUpdateIniFile
+.w. *** CFunctionXml::SetLocalUpdateIniFile() - clear _pstIniFile->Entries.
+< CFunctionXml::SetLocalUpdateKey
+< CFunctionXml::QueryValueAsLocalUpdate
+> CLocalUpdateManager::Initialize
+> CLocalUpdateManager::CheckMinimumPlatform
+< CLocalUpdateManager::CheckMinimumPlatform
+> CLocalUpdateManager::SetVersionType
+< CLocalUpdateManager::SetVersionType
+> CLocalUpdateManager::SetProductType
+< CLocalUpdateManager::SetProductType
+> CLocalUpdateManager::SetLanguageType
+< CLocalUpdateManager::SetLanguageType
+< CLocalUpdateManager::Initialize
+> CLocalUpdateManager::DoActionConfig
+> CLocalUpdateAgent::Initialize
+< CLocalUpdateAgent::Initialize
+> CLocalUpdateAgentKey::DoAction
+@@@ *** CLocalUpdateAgentKey::DoAction() - bUpdate [1].
+@@@ *** CLocalUpdateAgentKey::CreateKey() - Root[0x80000001]
+@@@ *** CLocalUpdateAgentKey::DoAction() - Root[HKCU] Base[@K@]
+@@@ *** CLocalUpdateAgentKey::DoAction() - bUpdate [1].
+> CLocalUpdateAgentKey::OnAction
+@@@ *** CLocalUpdateAgentKey::OnAction() - _stKey.tszAction [create]
+> CLocalUpdateAgentKey::Create
+< CLocalUpdateAgentKey::Create
+< CLocalUpdateAgentKey::OnAction
+@@@ *** CLocalUpdateAgentKey::DoAction() - bUpdate [1].
+> CLocalUpdateAgentKey::OnAction
+@@@ *** CLocalUpdateAgentKey::OnAction() - _stKey.tszAction [remove]
+> CLocalUpdateAgentKey::Remove
+@@@ *** CLocalUpdateAgentKey::RemoveSection() - _stKey.tszTarget[@K@]
+@@@ *** CLocalUpdateAgentKey::RemoveSection() - Got Sections [1]
+@@@ *** CLocalUpdateAgentKey::RemoveSection() - section[Sub]
+@@@ *** CLocalUpdateAgentKey::RemoveSection() - _stKey.tszTarget[@K@\Sub]
+@@@ *** CLocalUpdateAgentKey::RemoveSection() - Got Sections [0]
+< CLocalUpdateAgentKey::Remove
+< CLocalUpdateAgentKey::OnAction
+< CLocalUpdateAgentKey::DoAction
+> CLocalUpdateAgent::UnInitialize
+< CLocalUpdateAgent::UnInitialize
+> CLocalUpdateAgent::Initialize
+< CLocalUpdateAgent::Initialize
+> CLocalUpdateAgentKey::DoAction
+@@@ *** CLocalUpdateAgentKey::DoAction() - bUpdate [1].
+@@@ *** CLocalUpdateAgentKey::ReplacePath() - _tszPath [@F@\test.ini]
+@@@ *** CLocalUpdateAgentKey::CreateKey() - _stKey.tszRoot[@F@\test.ini]
+@@@ *** CLocalUpdateAgentKey::DoAction() - Root[@F@\test.ini] Base[A]
+@@@ *** CLocalUpdateAgentKey::DoAction() - bUpdate [1].
+> CLocalUpdateAgentKey::OnAction
+@@@ *** CLocalUpdateAgentKey::OnAction() - _stKey.tszAction [write]
+> CLocalUpdateAgentKey::Write
+< CLocalUpdateAgentKey::Write
+< CLocalUpdateAgentKey::OnAction
+< CLocalUpdateAgentKey::DoAction
+> CLocalUpdateAgent::UnInitialize
+< CLocalUpdateAgent::UnInitialize
+< CLocalUpdateManager::DoActionConfig
+> CLocalUpdateManager::UnInitialize
+< CLocalUpdateManager::UnInitialize
+< CFunctionXml::DoActionAsLocalUpdate
+)");
+}
+
 } // namespace
