@@ -1,5 +1,6 @@
 // The enforcement data.
 
+#include "AllocationFault.h"
 #include "DocumentTest.h"
 
 using namespace SrvFrwk;
@@ -53,6 +54,31 @@ TEST_F(EnforceData, AQueryReadsEveryFieldAndDumpsItInItsOrder)
     const Lines vecLine = cTrace.Lines();
     ASSERT_FALSE(vecLine.empty());
     EXPECT_EQ(Lines(vecLine.begin() + 1, vecLine.end()), vecDump); // behind the decryption's line
+}
+
+TEST_F(EnforceData, PassesOverAProviderForWhichThereIsNoMemory)
+{
+    constexpr std::size_t uLong = 300'000;
+    const auto Provider = [](const std::string& _rsModule) {
+        return "<P Provider='eUrlFilter'><ModuleName>" + _rsModule + "</ModuleName></P>";
+    };
+    Write("<DataEnforceLayer><DataControllers><DataController><DataProviders>" + Provider("a.dll") +
+          Provider(std::string(uLong, 'b')) + Provider("c.dll") + Provider(std::string(uLong, 'd')) +
+          "</DataProviders></DataController></DataControllers></DataEnforceLayer>");
+    const AllocationFault cFault(1, uLong, true);
+    const TraceRecorder cTrace(0x100);
+    ASSERT_EQ(Query(), Result::g_ulSuccess);
+    std::vector<wchar_t> vecFirst;
+    for (const DataProvider& stProvider : m_Records.at(0).vecProvider) {
+        vecFirst.push_back(stProvider.tszModuleName[0]);
+    }
+    EXPECT_THAT(vecFirst, ElementsAre(L'a', L'c', L'd'));
+    Lines vecLine = cTrace.Lines();
+    std::erase_if(vecLine, [](const std::wstring& _rtsz) { return _rtsz.find(L"DataProvider") == std::wstring::npos; });
+    EXPECT_THAT(vecLine,
+                ElementsAre(L"!!! *** CFunctionXml::SetDataProvider() - Got Exception().",
+                            L"!!! *** CFunctionXml::QueryValueAsEnforceData() - this->SetDataProvider() failed. "
+                            L"[0x80040201]"));
 }
 
 } // namespace
