@@ -188,8 +188,8 @@ bool Rijndael::Transform(const std::uint8_t* _pInput, std::uint8_t* _pOutput, st
 
 void Rijndael::TransformCfb(const std::uint8_t* _pInput, std::uint8_t* _pOutput, std::size_t _uBlocks) noexcept
 {
+    Aes::Block aStream;
     for (std::size_t uAt = 0; uAt < _uBlocks * g_uBlock; uAt += g_uBlock) {
-        Aes::Block aStream;
         m_pEngine->pEncrypt(m_stSchedule, m_aChain.data(), aStream.data());
         for (std::size_t uByte = 0; uByte < g_uBlock; ++uByte) {
             const std::uint8_t uInput = _pInput[uAt + uByte];
@@ -198,6 +198,7 @@ void Rijndael::TransformCfb(const std::uint8_t* _pInput, std::uint8_t* _pOutput,
             m_aChain[uByte] = m_enDirection == Direction::Encrypt ? uOutput : uInput;
         }
     }
+    ::SecureZeroMemory(aStream.data(), aStream.size());
 }
 
 void Rijndael::Wipe() noexcept
