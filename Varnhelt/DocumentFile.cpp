@@ -42,6 +42,17 @@ Storage::XmlElement PlainDocument::Select(const std::wstring& _rtszFile, const s
     return cElement;
 }
 
+std::optional<Storage::XmlElement> PlainDocument::SelectInDirectory(const wchar_t* _pszMethod, const void* _pOptionData,
+                                                                    const Document& _rstDocument)
+{
+    const auto stPath = PathInDirectory(_pszMethod, _pOptionData, _rstDocument.pszFile);
+    if (!stPath) {
+        return std::nullopt;
+    }
+    TraceParserDirectory(stPath->tszDirectory);
+    return Select(stPath->tszFile, stPath->tszDirectory, _rstDocument.pszRoot);
+}
+
 std::string DocumentText(const Storage::XmlParser& _rParser, const std::wstring& _rtszLibraryFolder)
 {
     Storage::XmlWriter cWriter;

@@ -5,6 +5,7 @@
 #include "EncFile.h"
 #include "ZkComn_XmlParser.h"
 
+#include <optional>
 #include <string>
 
 /** The file of a document while a reader or writer works on it. */
@@ -45,6 +46,15 @@ public:
     ZkCommon::Storage::XmlElement Select(const std::wstring& _rtszFile, const std::wstring& _rtszLibraryFolder,
                                          const wchar_t* _pszRoot,
                                          const ZkCommon::Storage::XmlChoice* _pChoice = nullptr);
+
+    /**
+     * The root of a document that has a fixed name and lies in a request's directory, as does the parser library.
+     * @param _pszMethod    the reader, "CClass::Method()", under whose name is logged what the request lacks
+     * @param _pOptionData  the request, an XmlDirectoryConfig
+     * @return nothing when the request lacks its directory; else as Select
+     */
+    std::optional<ZkCommon::Storage::XmlElement> SelectInDirectory(const wchar_t* _pszMethod, const void* _pOptionData,
+                                                                   const Document& _rstDocument);
 
     /** The document as it stands now; contract as DocumentText. For Access::Write. */
     std::string ToText() { return DocumentText(m_rParser, m_tszLibraryFolder); }

@@ -127,20 +127,22 @@ std::byte* XmlArena::Grow(const std::byte* _pWritten, std::size_t _uKeep, std::s
     return pFirst;
 }
 
-void XmlArena::TakeBack(const void* _pFrom, const void* _pTo) noexcept
+void XmlArena::KeepTo(const void* _pPlace) noexcept
 {
-    if (m_pFrom == nullptr || !m_pFrom->Holds(_pFrom)) {
-        m_pFrom = m_pChunk;
-        while (!m_pFrom->Holds(_pFrom)) {
-            m_pFrom = m_pFrom->pOlder;
-        }
+    m_pKept = m_pChunk;
+    while (!m_pKept->Holds(_pPlace)) {
+        m_pKept = m_pKept->pOlder;
     }
-    if (m_pFrom->Holds(_pTo)) {
+}
+
+void XmlArena::TakeBackTo(const void* _pPlace) noexcept
+{
+    if (m_pKept->Holds(_pPlace)) {
         return;
     }
-    while (!m_pFrom->pNewer->Holds(_pTo)) {
-        Chunk* pChunk = std::exchange(m_pFrom->pNewer, m_pFrom->pNewer->pNewer);
-        m_pFrom->pNewer->pOlder = m_pFrom;
+    while (!m_pKept->pNewer->Holds(_pPlace)) {
+        Chunk* pChunk = std::exchange(m_pKept->pNewer, m_pKept->pNewer->pNewer);
+        m_pKept->pNewer->pOlder = m_pKept;
         m_uTotal -= pChunk->uSize;
         m_pfnFree(pChunk);
     }
@@ -199,7 +201,7 @@ void XmlTree::ForgetBefore(XmlNode* _pParent, XmlNode* _pChild) noexcept
     // The chunk of the first child stays: it may hold attributes of the parent.
     if (_pParent != m_pForgetful) {
         m_pForgetful = _pParent;
-        m_pFirstForgot = _pParent->FirstChild();
+        m_arena.KeepTo(_pParent->FirstChild());
     }
     if (_pParent->Holds(XmlNode::HoldsExtras)) {
         _pParent->ExtrasRecord()->pFirstChild = _pChild;
@@ -207,7 +209,7 @@ void XmlTree::ForgetBefore(XmlNode* _pParent, XmlNode* _pChild) noexcept
     } else {
         _pParent->Hold(_pChild, XmlNode::HoldsChild);
     }
-    m_arena.TakeBack(m_pFirstForgot, _pChild);
+    m_arena.TakeBackTo(_pChild);
 }
 
 std::uint32_t XmlTree::InternUnguessed(const char* _szName)

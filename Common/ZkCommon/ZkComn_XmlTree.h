@@ -140,8 +140,10 @@ public:
     }
     void Commit(std::byte* _pTop) noexcept { m_pTop = _pTop; }
 
-    /** Takes back the chunks that lie wholly between two places, the first of which was given out earlier. */
-    void TakeBack(const void* _pFrom, const void* _pTo) noexcept;
+    /** What was given out up to a place is kept by TakeBackTo. */
+    void KeepTo(const void* _pPlace) noexcept;
+    /** Takes back the chunks that lie wholly between what is kept and a place that was given out later. */
+    void TakeBackTo(const void* _pPlace) noexcept;
 
 private:
     struct Chunk
@@ -166,7 +168,7 @@ private:
     void* (*m_pfnAllocate)(std::size_t);
     void (*m_pfnFree)(void*);
     Chunk* m_pChunk = nullptr; // the newest
-    Chunk* m_pFrom = nullptr;  // where memory was taken back last
+    Chunk* m_pKept = nullptr;  // the last that is kept when memory is taken back
     std::byte* m_pTop = nullptr;
     std::byte* m_pEnd = nullptr;
     std::size_t m_uNext = 4096; // size of the next chunk
@@ -282,8 +284,7 @@ private:
     XmlNode* m_pAppendedTo = nullptr;
     XmlNode* m_pAppended = nullptr;
     bool m_bKeepsAll = false;
-    XmlNode* m_pForgetful = nullptr;   // the parent whose children were forgotten last
-    XmlNode* m_pFirstForgot = nullptr; // the first of these
+    XmlNode* m_pForgetful = nullptr; // the parent whose children were forgotten last
 };
 
 /** Widens UTF-8 to UTF-16; _pTo has room for a character per byte. @return behind the last character written */

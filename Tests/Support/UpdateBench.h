@@ -14,6 +14,15 @@
 #include <utility>
 #include <vector>
 
+/** Replaces each occurrence of a text. */
+template <class TText>
+void ReplaceAll(TText& _rText, const TText& _rFrom, const TText& _rTo)
+{
+    for (std::size_t uAt = 0; (uAt = _rText.find(_rFrom, uAt)) != TText::npos; uAt += _rTo.size()) {
+        _rText.replace(uAt, _rFrom.size(), _rTo);
+    }
+}
+
 /**
  * A machine for local updates: a product with an environment, registry keys of the test's own and a folder for ini
  * files and descriptions. In descriptions @K@ stands for the keys' path, @F@ for the folder and @ALL@ for conditions
@@ -50,9 +59,7 @@ public:
             {"@F@", ZkCommon::String::ToUtf8(Folder().Path().wstring())},
             {"@ALL@", "minversion='1' maxversion='18' product='all' language='all' platform='all'"}};
         for (const auto& [sMark, sBy] : aMark) {
-            for (std::size_t uAt = 0; (uAt = _sDocument.find(sMark, uAt)) != std::string::npos; uAt += sBy.size()) {
-                _sDocument.replace(uAt, sMark.size(), sBy);
-            }
+            ReplaceAll(_sDocument, sMark, sBy);
         }
         Folder().Write(_rtszFile, _sDocument);
         return Folder().File(_rtszFile);

@@ -574,16 +574,14 @@ TEST_F(LocalUpdate, ASuccessfulUpdateTellsEachStep)
     for (const std::wstring& tszLine : cTrace.Lines()) {
         tszLines += tszLine + L"\n";
     }
-    const auto Replace = [&tszLines](const std::wstring& _rtszFrom, const std::wstring& _rtszTo) {
-        for (std::size_t uAt = 0; (uAt = tszLines.find(_rtszFrom, uAt)) != std::wstring::npos; uAt += _rtszTo.size()) {
-            tszLines.replace(uAt, _rtszFrom.size(), _rtszTo);
-        }
-    };
-    Replace(m_cBench.Key(), L"@K@");
-    Replace(m_cBench.Folder().Path().wstring(), L"@F@");
-    Replace(L".w. [Enter] ", L"> ");
-    Replace(L".w. [Leave] ", L"< ");
-    Replace(L"()...", L"");
+    const std::pair<std::wstring, std::wstring> aShort[] = {{m_cBench.Key(), L"@K@"},
+                                                            {m_cBench.Folder().Path().wstring(), L"@F@"},
+                                                            {L".w. [Enter] ", L"> "},
+                                                            {L".w. [Leave] ", L"< "},
+                                                            {L"()...", L""}};
+    for (const auto& [tszFrom, tszTo] : aShort) {
+        ReplaceAll(tszLines, tszFrom, tszTo);
+    }
     EXPECT_EQ(tszLines, LR"(> CFunctionXml::DoActionAsLocalUpdate
 > CFunctionXml::QueryValueAsLocalUpdate
 .w. *** CFunctionXml::SetLocalUpdateRegistry() - clear pConfig->Items.

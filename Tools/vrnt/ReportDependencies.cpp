@@ -91,6 +91,11 @@ std::string LoadedProvider::NeededName() const
     return NameOf(pProvider->ulDependencyController, pProvider->ulDependencyProvider);
 }
 
+const char* LoadedProvider::FaultText() const noexcept
+{
+    return IsSound() ? "" : uNeeded ? ", which is not loaded before it" : ", which is not listed";
+}
+
 std::vector<const SrvFrwk::DataController*> InLoadOrder(const std::vector<SrvFrwk::DataController>& _rvecController)
 {
     return Sorted(_rvecController);

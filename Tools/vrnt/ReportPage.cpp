@@ -210,9 +210,7 @@ Markup Attention(const ReportData& _rstData, const DocumentFigures& _rstDocument
     }
     for (const LoadedProvider& stProvider : ProvidersInLoadOrder(_rstData.stEnforceData.value)) {
         if (!stProvider.IsSound()) {
-            Add("enforce-data", stProvider.Name(),
-                "needs " + stProvider.NeededName() +
-                    (stProvider.uNeeded ? ", which is not loaded before it" : ", which is not listed"));
+            Add("enforce-data", stProvider.Name(), "needs " + stProvider.NeededName() + stProvider.FaultText());
         }
     }
     return cItems.IsEmpty() ? Element("p", {{"class", "attention-list"}}, "Nothing stands out.")

@@ -85,11 +85,9 @@ Markup DependencyNotes(const std::vector<LoadedProvider>& _rvecProvider)
         if (!stProvider.bNeeds) {
             continue;
         }
-        const char* szFault = !stProvider.uNeeded ? ", which is not listed"
-                              : stProvider.bLate  ? ", which is not loaded before it"
-                                                  : "";
-        cItems += Element("li", {{"class", stProvider.IsSound() ? "" : "fault"}},
-                          Element("b", stProvider.Name()) + " needs " + stProvider.NeededName() + szFault);
+        cItems +=
+            Element("li", {{"class", stProvider.IsSound() ? "" : "fault"}},
+                    Element("b", stProvider.Name()) + " needs " + stProvider.NeededName() + stProvider.FaultText());
     }
     return cItems.IsEmpty() ? Element("p", "No provider needs another one.") : Element("ul", cItems);
 }

@@ -79,6 +79,8 @@ struct LoadedProvider
     std::string Name() const;
     std::string NeededName() const;
     bool IsSound() const noexcept { return !bNeeds || (uNeeded && !bLate); }
+    /** What is wrong with the needed one, as the end of a sentence; empty when nothing is. */
+    const char* FaultText() const noexcept;
 };
 
 /** Controllers in the order in which they are loaded, and each one's providers likewise. */

@@ -3,7 +3,6 @@
 #include "Boundary.h"
 #include "DescriptionReader.h"
 #include "DocumentFile.h"
-#include "DocumentPath.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
@@ -37,15 +36,13 @@ std::uint32_t ReadProducts(const Reader& _rstReader, const TDescription& _rstDes
         }
         pArray->clear();
 
-        const Document& stDocument = DocumentOf(_rstReader.enDocument);
-        const auto stPath = PathInDirectory(_rstReader.pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
-        if (!stPath) {
+        PlainDocument cDocument(_rParser, Access::Read);
+        const auto cRoot = cDocument.SelectInDirectory(_rstReader.pszMethod, _rstRequest.pOptionData,
+                                                       DocumentOf(_rstReader.enDocument));
+        if (!cRoot) {
             return Result::g_ulMissingObject;
         }
-        TraceParserDirectory(stPath->tszDirectory);
-        PlainDocument cDocument(_rParser, Access::Read);
-        Documents::ReadRecords(cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot),
-                               _rstDescription, *pArray);
+        Documents::ReadRecords(*cRoot, _rstDescription, *pArray);
         return cTrace.Leave(Result::g_ulSuccess);
     });
 }

@@ -2,7 +2,6 @@
 
 #include "Boundary.h"
 #include "DocumentFile.h"
-#include "DocumentPath.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
@@ -120,14 +119,13 @@ std::uint32_t CFunctionXml::QueryValueAsKeyConfig(const Request& _rstRequest)
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsKeyConfig()";
     return AtQueryBoundary<std::vector<DeployKey>>(
         {pszMethod}, _rstRequest.pValueData, L"pKeyConfig", [&](auto& _rvecKey) {
-            const Document& stDocument = DocumentOf(DocumentId::KeyConfig);
-            const auto stPath = PathInDirectory(pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
-            if (!stPath) {
+            PlainDocument cDocument(m_cParser, Access::Read);
+            const auto cRoot =
+                cDocument.SelectInDirectory(pszMethod, _rstRequest.pOptionData, DocumentOf(DocumentId::KeyConfig));
+            if (!cRoot) {
                 return Result::g_ulMissingObject;
             }
-            TraceParserDirectory(stPath->tszDirectory);
-            PlainDocument cDocument(m_cParser, Access::Read);
-            m_cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
+            m_cElement = *cRoot;
             if (const std::uint32_t ulResult = Documents::KeyReader(m_cElement).GetKeyConfig(m_cElement, _rvecKey);
                 Result::IsFailure(ulResult)) {
                 Trace(TraceError, L"*** CFunctionXml::QueryValueAsKeyConfig() - this->GetKeyConfig() failed. [0x%08x]",

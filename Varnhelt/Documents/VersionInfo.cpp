@@ -3,7 +3,6 @@
 #include "Boundary.h"
 #include "DescriptionReader.h"
 #include "DocumentFile.h"
-#include "DocumentPath.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
@@ -53,14 +52,13 @@ std::uint32_t CFunctionXml::QueryValueAsVersionInfo(const Request& _rstRequest)
         }
         pVersionInformation->clear();
 
-        const Document& stDocument = DocumentOf(DocumentId::VersionInfo);
-        const auto stPath = PathInDirectory(pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
-        if (!stPath) {
+        PlainDocument cDocument(m_cParser, Access::Read);
+        const auto cRoot =
+            cDocument.SelectInDirectory(pszMethod, _rstRequest.pOptionData, DocumentOf(DocumentId::VersionInfo));
+        if (!cRoot) {
             return Result::g_ulMissingObject;
         }
-        TraceParserDirectory(stPath->tszDirectory);
-        PlainDocument cDocument(m_cParser, Access::Read);
-        m_cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
+        m_cElement = *cRoot;
         Documents::ReadRecords(m_cElement, Documents::g_stVersionInformation, *pVersionInformation,
                                WithNumber(m_cElement));
         return cTrace.LeaveAs(L"CFunctionXml::QueryValueAsQmrConfig()", Result::g_ulSuccess);
