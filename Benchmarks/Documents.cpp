@@ -6,9 +6,9 @@
 // that. What is left of both sides without them is compared, where it is enough to be compared. The floor of an encrypted
 // document holds what its reader cannot do without: reading the file, decrypting it, a private temporary file.
 
-#include "Compatibility.h"
-#include "DescriptionReader.h"
-#include "DocumentFile.h"
+#include "Descriptions/DescriptionReader.h"
+#include "Documents/Compatibility.h"
+#include "Files/DocumentFile.h"
 #include "Floor.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_Records.h"

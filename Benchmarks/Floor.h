@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DocumentTable.h"
+#include "Files/DocumentTable.h"
 #include "ZkComn_Owner.h"
 
 #include <cstdint>

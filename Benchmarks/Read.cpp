@@ -2,9 +2,9 @@
 // nothing; and the memory that this takes at its peak: tree, records and input buffer together.
 
 #include "Catalogue.h"
-#include "DescriptionReader.h"
+#include "Descriptions/DescriptionReader.h"
+#include "Documents/ServiceUnits.h"
 #include "Floor.h"
-#include "ServiceUnits.h"
 #include "ZkComn_XmlParser.h"
 
 #include <algorithm>

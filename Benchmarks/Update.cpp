@@ -2,12 +2,12 @@
 // the value is there, making the key sure, writing the value. Entries write over each other, so that what is measured
 // is not how an ini file grows.
 
-#include "LocalUpdate.h"
-#include "LocalUpdateManager.h"
+#include "Documents/LocalUpdate.h"
+#include "Documents/UpdateWords.h"
 #include "SrvFrwk_ResultCode.h"
 #include "TempFolder.h"
-#include "UpdateStorage.h"
-#include "UpdateWords.h"
+#include "Update/LocalUpdateManager.h"
+#include "Update/UpdateStorage.h"
 #include "ZkComn_IniFile.h"
 #include "ZkComn_Owner.h"
 #include "ZkComn_Registry.h"

@@ -5,7 +5,7 @@
 #include "SrvFrwk_ValueType.h"
 #include "TestKey.h"
 #include "TestProduct.h"
-#include "UpdateStorage.h"
+#include "Update/UpdateStorage.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>

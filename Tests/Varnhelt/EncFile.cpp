@@ -1,4 +1,4 @@
-#include "EncFile.h"
+#include "Files/EncFile.h"
 
 #include "ApiFault.h"
 #include "Child.h"

@@ -1,13 +1,13 @@
 // Local updates: what of a description is read and what becomes of its file; what an update does to the registry and to
 // ini files, what a rehearsal says that it would do, and the way back; the lines of a whole update.
 
-#include "LocalUpdate.h"
+#include "Documents/LocalUpdate.h"
 
 #include "FunctionXml.h"
-#include "LocalUpdateManager.h"
 #include "TraceRecorder.h"
+#include "Update/LocalUpdateManager.h"
+#include "Update/UpdateUndo.h"
 #include "UpdateBench.h"
-#include "UpdateUndo.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // The install component numbers.
 
-#include "PuIds.h"
+#include "Documents/PuIds.h"
 
 #include "DocumentTest.h"
 

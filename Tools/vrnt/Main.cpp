@@ -1,7 +1,7 @@
 // Parses the command line, runs the command, and turns what happened into the exit status.
 
-#include "Nearest.h"
-#include "Output.h"
+#include "Check/Nearest.h"
+#include "Output/Output.h"
 #include "Tool.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Owner.h"

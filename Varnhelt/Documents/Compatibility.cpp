@@ -1,10 +1,10 @@
-#include "Compatibility.h"
+#include "Documents/Compatibility.h"
 
 #include "Boundary.h"
-#include "DescriptionDump.h"
-#include "DescriptionReader.h"
-#include "DocumentFile.h"
-#include "DocumentPath.h"
+#include "Descriptions/DescriptionDump.h"
+#include "Descriptions/DescriptionReader.h"
+#include "Files/DocumentFile.h"
+#include "Files/DocumentPath.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Description.h"
+#include "Descriptions/Description.h"
 #include "SrvFrwk_Records.h"
 
 /** Which editions may be installed on which system, "compatck.xml". */

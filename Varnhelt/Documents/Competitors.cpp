@@ -1,8 +1,8 @@
-#include "Competitors.h"
+#include "Documents/Competitors.h"
 
 #include "Boundary.h"
-#include "DescriptionReader.h"
-#include "DocumentFile.h"
+#include "Descriptions/DescriptionReader.h"
+#include "Files/DocumentFile.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"

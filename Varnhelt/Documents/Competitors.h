@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Description.h"
+#include "Descriptions/Description.h"
+#include "Descriptions/YesNo.h"
 #include "SrvFrwk_Records.h"
-#include "YesNo.h"
 
 /**
  * Other vendors' products: what to do with each before an installation, "rivalact.xml", and how to recognise it,

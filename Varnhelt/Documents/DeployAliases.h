@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Description.h"
+#include "Descriptions/Description.h"
 #include "SrvFrwk_Records.h"
 
 /** The aliases of a deployment: identifiers that stand for a property and a value. */

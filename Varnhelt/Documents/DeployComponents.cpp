@@ -1,8 +1,8 @@
-#include "DeployComponents.h"
+#include "Documents/DeployComponents.h"
 
-#include "Deployment.h"
-#include "DocumentFile.h"
-#include "DocumentPath.h"
+#include "Documents/Deployment.h"
+#include "Files/DocumentFile.h"
+#include "Files/DocumentPath.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"

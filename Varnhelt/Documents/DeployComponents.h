@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Description.h"
-#include "KeyConfig.h"
+#include "Descriptions/Description.h"
+#include "Documents/KeyConfig.h"
 #include "SrvFrwk_Records.h"
 
 /** What a deployment installs and uninstalls: the files, registry values and shortcuts of each component. */

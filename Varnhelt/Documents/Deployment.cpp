@@ -1,4 +1,4 @@
-#include "Deployment.h"
+#include "Documents/Deployment.h"
 
 #include "ZkComn_DebugLog.h"
 

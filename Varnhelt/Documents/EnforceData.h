@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Description.h"
+#include "Descriptions/Description.h"
 #include "SrvFrwk_Records.h"
 
 /** The enforcement data, "FwEnfDat.xen": how controllers and providers are loaded. */

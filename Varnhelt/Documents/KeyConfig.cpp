@@ -1,7 +1,7 @@
-#include "KeyConfig.h"
+#include "Documents/KeyConfig.h"
 
 #include "Boundary.h"
-#include "DocumentFile.h"
+#include "Files/DocumentFile.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"

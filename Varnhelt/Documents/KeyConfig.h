@@ -1,9 +1,9 @@
 #pragma once
 
-#include "DescriptionReader.h"
-#include "RegistryWords.h"
+#include "Descriptions/DescriptionReader.h"
+#include "Descriptions/YesNo.h"
+#include "Documents/RegistryWords.h"
 #include "SrvFrwk_Records.h"
-#include "YesNo.h"
 
 #include <optional>
 #include <string>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Description.h"
-#include "RegistryWords.h"
-#include "UpdateWords.h"
+#include "Descriptions/Description.h"
+#include "Documents/RegistryWords.h"
+#include "Documents/UpdateWords.h"
 
 #include <list>
 #include <string>

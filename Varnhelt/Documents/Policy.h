@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Description.h"
+#include "Descriptions/Description.h"
 #include "SrvFrwk_Records.h"
 
 /** The enforcement policy, "FwPolicy.xen": which controllers and providers may run. */

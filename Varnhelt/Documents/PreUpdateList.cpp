@@ -1,8 +1,8 @@
-#include "PreUpdateList.h"
+#include "Documents/PreUpdateList.h"
 
 #include "Boundary.h"
-#include "DescriptionWriter.h"
-#include "DocumentFile.h"
+#include "Descriptions/DescriptionWriter.h"
+#include "Files/DocumentFile.h"
 #include "Frwk_Utility.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Compatibility.h"
+#include "Documents/Compatibility.h"
 
 #include <string_view>
 

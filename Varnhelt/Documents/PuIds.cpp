@@ -1,9 +1,9 @@
-#include "PuIds.h"
+#include "Documents/PuIds.h"
 
 #include "Boundary.h"
-#include "DescriptionDump.h"
-#include "DescriptionReader.h"
-#include "DocumentFile.h"
+#include "Descriptions/DescriptionDump.h"
+#include "Descriptions/DescriptionReader.h"
+#include "Files/DocumentFile.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"

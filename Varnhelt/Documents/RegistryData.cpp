@@ -1,8 +1,8 @@
-#include "RegistryData.h"
+#include "Documents/RegistryData.h"
 
 #include "Boundary.h"
-#include "DescriptionReader.h"
-#include "DocumentFile.h"
+#include "Descriptions/DescriptionReader.h"
+#include "Files/DocumentFile.h"
 #include "Frwk_Utility.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"

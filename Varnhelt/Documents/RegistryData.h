@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Description.h"
-#include "RegistryWords.h"
+#include "Descriptions/Description.h"
+#include "Documents/RegistryWords.h"
 #include "SrvFrwk_Records.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Description.h"
+#include "Descriptions/Description.h"
 
 #include <cstdint>
 #include <windows.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Description.h"
+#include "Descriptions/Description.h"
 #include "SrvFrwk_Records.h"
 
 /** The catalogue of the framework's service units, "FwSvUnit.xen". */

@@ -1,7 +1,7 @@
-#include "Threats.h"
+#include "Documents/Threats.h"
 
 #include "Boundary.h"
-#include "DocumentFile.h"
+#include "Files/DocumentFile.h"
 #include "FunctionXml.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Description.h"
+#include "Descriptions/Description.h"
+#include "Descriptions/YesNo.h"
 #include "SrvFrwk_Records.h"
-#include "YesNo.h"
 
 /** The versions of the framework's components, "CmpVerIf.xml". */
 namespace Varnhelt::Documents {

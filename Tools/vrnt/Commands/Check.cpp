@@ -1,9 +1,9 @@
 // vrnt check: tells an author what a reader would make of a document.
 
-#include "DocumentArgument.h"
-#include "DocumentCheck.h"
-#include "Output.h"
-#include "ProgressLine.h"
+#include "Check/DocumentCheck.h"
+#include "Commands/DocumentArgument.h"
+#include "Output/Output.h"
+#include "Output/ProgressLine.h"
 #include "SrvFrwk_ResultCode.h"
 #include "Tool.h"
 

@@ -1,13 +1,13 @@
 // vrnt direct: documents that only the readers themselves give.
 
-#include "Direct.h"
+#include "Commands/Direct.h"
 
-#include "DirectCommands.h"
-#include "Directory.h"
-#include "Output.h"
-#include "RecordOutput.h"
+#include "Commands/DirectCommands.h"
+#include "Commands/Directory.h"
+#include "Documents/VersionInfo.h"
+#include "Output/Output.h"
+#include "Output/RecordOutput.h"
 #include "SrvFrwk_ValueType.h"
-#include "VersionInfo.h"
 
 #include <vector>
 

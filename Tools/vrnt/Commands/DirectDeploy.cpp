@@ -1,13 +1,13 @@
 // vrnt direct alias, vrnt direct store-alias, vrnt direct component
 
-#include "DeployAliases.h"
-#include "DeployComponents.h"
-#include "Direct.h"
-#include "DirectCommands.h"
-#include "Directory.h"
-#include "Output.h"
-#include "RecordInput.h"
-#include "RecordOutput.h"
+#include "Commands/Direct.h"
+#include "Commands/DirectCommands.h"
+#include "Commands/Directory.h"
+#include "Documents/DeployAliases.h"
+#include "Documents/DeployComponents.h"
+#include "Output/Output.h"
+#include "Output/RecordInput.h"
+#include "Output/RecordOutput.h"
 #include "SrvFrwk_ValueType.h"
 
 #include <memory>

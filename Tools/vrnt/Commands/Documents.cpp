@@ -1,7 +1,7 @@
 // vrnt documents: every configuration document, and whether it is there.
 
-#include "InstalledDocuments.h"
-#include "Output.h"
+#include "Machine/InstalledDocuments.h"
+#include "Output/Output.h"
 #include "SrvFrwk_ResultCode.h"
 #include "Tool.h"
 #include "ZkComn_String.h"

@@ -1,8 +1,8 @@
 // vrnt query: what a host asks a function object for.
 
-#include "Host.h"
-#include "QueryCommands.h"
-#include "ServiceUnits.h"
+#include "Commands/QueryCommands.h"
+#include "Documents/ServiceUnits.h"
+#include "Machine/Host.h"
 #include "SrvFrwk_ValueType.h"
 #include "Tool.h"
 

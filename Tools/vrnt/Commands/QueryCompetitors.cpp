@@ -1,9 +1,9 @@
 // vrnt query competitor-actions, vrnt query competitor-detections
 
-#include "Competitors.h"
-#include "Directory.h"
-#include "Host.h"
-#include "QueryCommands.h"
+#include "Commands/Directory.h"
+#include "Commands/QueryCommands.h"
+#include "Documents/Competitors.h"
+#include "Machine/Host.h"
 #include "SrvFrwk_ValueType.h"
 
 #include <vector>

@@ -1,11 +1,11 @@
 // vrnt query compatibility, vrnt query key-config, vrnt query registry-data
 
-#include "Compatibility.h"
-#include "Directory.h"
-#include "Host.h"
-#include "KeyConfig.h"
-#include "QueryCommands.h"
-#include "RegistryData.h"
+#include "Commands/Directory.h"
+#include "Commands/QueryCommands.h"
+#include "Documents/Compatibility.h"
+#include "Documents/KeyConfig.h"
+#include "Documents/RegistryData.h"
+#include "Machine/Host.h"
 #include "SrvFrwk_ValueType.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 // vrnt query enforce-data
 
-#include "EnforceData.h"
-#include "Host.h"
-#include "QueryCommands.h"
+#include "Commands/QueryCommands.h"
+#include "Documents/EnforceData.h"
+#include "Machine/Host.h"
 #include "SrvFrwk_ValueType.h"
 #include "ZkComn_String.h"
 

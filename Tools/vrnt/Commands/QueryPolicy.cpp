@@ -1,8 +1,8 @@
 // vrnt query policy
 
-#include "Host.h"
-#include "Policy.h"
-#include "QueryCommands.h"
+#include "Commands/QueryCommands.h"
+#include "Documents/Policy.h"
+#include "Machine/Host.h"
 #include "SrvFrwk_ValueType.h"
 #include "ZkComn_String.h"
 

@@ -1,8 +1,8 @@
 // vrnt query pu-ids
 
-#include "Host.h"
-#include "PuIds.h"
-#include "QueryCommands.h"
+#include "Commands/QueryCommands.h"
+#include "Documents/PuIds.h"
+#include "Machine/Host.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ValueType.h"
 

@@ -1,7 +1,7 @@
 // vrnt query threat-name, threat-description, threat-recommendation and scanner-title
 
-#include "Host.h"
-#include "QueryCommands.h"
+#include "Commands/QueryCommands.h"
+#include "Machine/Host.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ValueType.h"
 

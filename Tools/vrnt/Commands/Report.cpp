@@ -1,13 +1,13 @@
 // vrnt report: the installed configuration on one page, for a ticket.
 
-#include "Host.h"
-#include "Output.h"
-#include "ProgressLine.h"
-#include "ReportPage.h"
+#include "Machine/Host.h"
+#include "Machine/TraceSettings.h"
+#include "Output/Output.h"
+#include "Output/ProgressLine.h"
+#include "Report/ReportPage.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
 #include "Tool.h"
-#include "TraceSettings.h"
 #include "ZkComn_File.h"
 #include "ZkComn_String.h"
 

@@ -1,8 +1,8 @@
 // vrnt schema: an XML Schema for an author's editor.
 
-#include "DocumentArgument.h"
-#include "DocumentSchema.h"
-#include "Output.h"
+#include "Check/DocumentSchema.h"
+#include "Commands/DocumentArgument.h"
+#include "Output/Output.h"
 #include "SrvFrwk_ResultCode.h"
 #include "Tool.h"
 

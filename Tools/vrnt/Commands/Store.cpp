@@ -1,9 +1,9 @@
 // vrnt store: what a host gives a function object to keep.
 
-#include "Compatibility.h"
-#include "Host.h"
-#include "Policy.h"
-#include "RecordInput.h"
+#include "Documents/Compatibility.h"
+#include "Documents/Policy.h"
+#include "Machine/Host.h"
+#include "Output/RecordInput.h"
 #include "SrvFrwk_ValueType.h"
 #include "Tool.h"
 

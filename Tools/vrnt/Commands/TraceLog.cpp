@@ -1,11 +1,11 @@
 // vrnt trace: turns the trace log on and off, through the settings that the library reads, and prints its files.
 
-#include "InputFile.h"
-#include "Output.h"
+#include "Machine/TraceFile.h"
+#include "Machine/TraceSettings.h"
+#include "Output/InputFile.h"
+#include "Output/Output.h"
 #include "SrvFrwk_ResultCode.h"
 #include "Tool.h"
-#include "TraceFile.h"
-#include "TraceSettings.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Registry.h"
 #include "ZkComn_String.h"

@@ -1,9 +1,9 @@
 // vrnt xen: encrypts and decrypts documents.
 
-#include "DocumentTable.h"
-#include "InputFile.h"
-#include "Output.h"
-#include "ProgressLine.h"
+#include "Files/DocumentTable.h"
+#include "Output/InputFile.h"
+#include "Output/Output.h"
+#include "Output/ProgressLine.h"
 #include "Tool.h"
 #include "ZkComn_File.h"
 #include "ZkComn_FileCrypt.h"

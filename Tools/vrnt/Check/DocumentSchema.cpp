@@ -1,0 +1,298 @@
+#include "Check/DocumentSchema.h"
+
+#include "Check/DocumentShape.h"
+#include "Documents/EnforceData.h"
+#include "Output/Html.h"
+#include "ZkComn_String.h"
+
+#include <algorithm>
+#include <cwctype>
+#include <map>
+
+namespace Vrnt {
+
+namespace {
+
+using Kind = TextShape::Kind;
+
+/** An element of the schema. */
+struct Node
+{
+    std::wstring tszName;
+    std::vector<std::pair<std::wstring_view, std::wstring>> vecAttribute{};
+    std::wstring tszText{};
+    std::vector<Node> vecChild{};
+
+    Node& With(std::wstring_view _svName, std::wstring_view _svValue)
+    {
+        vecAttribute.emplace_back(_svName, _svValue);
+        return *this;
+    }
+    Node& Add(Node _stChild) { return vecChild.emplace_back(std::move(_stChild)); }
+};
+
+Node Xs(const wchar_t* _pszName)
+{
+    return {.tszName = std::wstring(L"xs:") + _pszName};
+}
+
+std::string Escaped(std::wstring_view _svText)
+{
+    return Html::Markup(ZkCommon::String::ToUtf8(_svText)).Source(); // the two languages escape alike
+}
+
+void AppendNode(std::string& _rsTo, const Node& _rstNode, std::size_t _uDepth)
+{
+    const std::string sIndent(2 * _uDepth, ' ');
+    const std::string sName = ZkCommon::String::ToUtf8(_rstNode.tszName);
+    _rsTo += sIndent + "<" + sName;
+    for (const auto& [svName, tszValue] : _rstNode.vecAttribute) {
+        _rsTo += " " + ZkCommon::String::ToUtf8(svName) + "=\"" + Escaped(tszValue) + "\"";
+    }
+    if (_rstNode.vecChild.empty() && _rstNode.tszText.empty()) {
+        _rsTo += "/>\n";
+        return;
+    }
+    _rsTo += ">" + Escaped(_rstNode.tszText);
+    if (!_rstNode.vecChild.empty()) {
+        _rsTo += "\n";
+        for (const Node& stChild : _rstNode.vecChild) {
+            AppendNode(_rsTo, stChild, _uDepth + 1);
+        }
+        _rsTo += sIndent;
+    }
+    _rsTo += "</" + sName + ">\n";
+}
+
+Node Documentation(std::wstring _tszText)
+{
+    Node stNode = Xs(L"annotation");
+    stNode.Add(Xs(L"documentation")).tszText = std::move(_tszText);
+    return stNode;
+}
+
+/** What an author is to know of a text: what becomes of it when it is absent or makes no sense. */
+std::wstring Explain(const TextShape& _rstText)
+{
+    if (_rstText.enStrange != Strange::Default) {
+        return std::wstring(_rstText.bOptional ? L"" : L"Needed. ") +
+               (_rstText.enStrange == Strange::Refuse ? L"Anything else makes the reader refuse the document."
+                                                      : L"With anything else the element is passed over.");
+    }
+    const std::wstring tszDefault = DefaultWord(_rstText);
+    return tszDefault.empty() ? L"Default: empty." : L"Default: " + tszDefault + L".";
+}
+
+/** A pattern that is the word in any case. */
+std::wstring AnyCase(std::wstring_view _svWord)
+{
+    std::wstring tszPattern;
+    for (const wchar_t c : _svWord) {
+        if (std::iswalpha(static_cast<wint_t>(c)) == 0) {
+            tszPattern += c;
+        } else {
+            tszPattern += {L'[', static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c))),
+                           static_cast<wchar_t>(std::towupper(static_cast<wint_t>(c))), L']'};
+        }
+    }
+    return tszPattern;
+}
+
+Node Restriction(const wchar_t* _pszFacet, const std::vector<std::wstring>& _vecValue)
+{
+    Node stType = Xs(L"simpleType");
+    Node& rstRestriction = stType.Add(Xs(L"restriction")).With(L"base", L"xs:string");
+    for (const std::wstring& tszValue : _vecValue) {
+        rstRestriction.Add(Xs(_pszFacet)).With(L"value", tszValue);
+    }
+    return stType;
+}
+
+/** Builds a schema; sets of words and forms of numbers become types with a name, as often as they are used. */
+class SchemaBuilder
+{
+public:
+    Node Build(const ElementShape& _rstRoot)
+    {
+        Node stRoot = Element(_rstRoot);
+        Node stSchema = Xs(L"schema").With(L"xmlns:xs", L"http://www.w3.org/2001/XMLSchema");
+        stSchema.Add(std::move(stRoot));
+        for (Node& rstGlobal : m_vecGlobal) {
+            stSchema.Add(std::move(rstGlobal));
+        }
+        return stSchema;
+    }
+
+private:
+    Node Element(const ElementShape& _rstShape)
+    {
+        Node stElement = Xs(L"element").With(L"name", _rstShape.svName);
+        const bool bLeaf = _rstShape.vecChild.empty() && _rstShape.vecAttribute.empty();
+        if (_rstShape.stText) {
+            stElement.Add(Documentation(Explain(*_rstShape.stText)));
+        }
+        if (_rstShape.bUnread) {
+            Node stType = Xs(L"complexType").With(L"mixed", L"true");
+            AddForeign(stType, true);
+            stElement.Add(std::move(stType));
+        } else if (bLeaf && _rstShape.stText) {
+            stElement.With(L"type", TypeOf(_rstShape.svName, *_rstShape.stText));
+        } else {
+            stElement.Add(ComplexType(_rstShape));
+        }
+        return stElement;
+    }
+
+    Node ComplexType(const ElementShape& _rstShape)
+    {
+        Node stType = Xs(L"complexType");
+        if (_rstShape.stText) { // no document has an element with both a text and elements
+            Node stExtension = Xs(L"extension").With(L"base", TypeOf(_rstShape.svName, *_rstShape.stText));
+            AddAttributes(stExtension, _rstShape);
+            stType.Add(Xs(L"simpleContent")).Add(std::move(stExtension));
+            return stType;
+        }
+        AddChildren(stType, _rstShape);
+        AddAttributes(stType, _rstShape);
+        return stType;
+    }
+
+    void AddChildren(Node& _rstType, const ElementShape& _rstShape)
+    {
+        if (_rstShape.bForeign) {
+            // Others' elements may stand anywhere: those that are known are looked into wherever they are.
+            for (const ElementShape& stChild : _rstShape.vecChild) {
+                AddGlobal(Element(stChild));
+            }
+            AddForeign(_rstType, false);
+            return;
+        }
+        if (_rstShape.vecChild.empty()) {
+            return;
+        }
+        const bool bAll =
+            std::ranges::none_of(_rstShape.vecChild, [](const ElementShape& _rstChild) { return _rstChild.bMany; });
+        Node stGroup = bAll ? Xs(L"all") : Xs(L"choice").With(L"minOccurs", L"0").With(L"maxOccurs", L"unbounded");
+        for (const ElementShape& stChild : _rstShape.vecChild) {
+            if (stChild.bAnyName) {
+                ElementShape stUsual = stChild;
+                stUsual.svName = Varnhelt::Documents::g_svDataProvider;
+                AddGlobal(Element(stUsual));
+                stGroup.Add(Xs(L"any")).With(L"namespace", L"##any").With(L"processContents", L"lax");
+                continue;
+            }
+            Node stElement = Element(stChild);
+            if (bAll && !stChild.bIndispensable) {
+                stElement.With(L"minOccurs", L"0");
+            }
+            stGroup.Add(std::move(stElement));
+        }
+        _rstType.Add(std::move(stGroup));
+    }
+
+    void AddAttributes(Node& _rstType, const ElementShape& _rstShape)
+    {
+        for (const AttributeShape& stAttribute : _rstShape.vecAttribute) {
+            Node& rstAttribute = _rstType.Add(Xs(L"attribute"))
+                                     .With(L"name", stAttribute.svName)
+                                     .With(L"type", TypeOf(stAttribute.svName, stAttribute.stText));
+            if (stAttribute.stText.enStrange != Strange::Default && !stAttribute.stText.bOptional) {
+                rstAttribute.With(L"use", L"required");
+            }
+            rstAttribute.Add(Documentation(Explain(stAttribute.stText)));
+        }
+        if (_rstShape.bForeign) {
+            _rstType.Add(Xs(L"anyAttribute")).With(L"processContents", L"skip");
+        }
+    }
+
+    static void AddForeign(Node& _rstType, bool _bWithAttributes)
+    {
+        _rstType.Add(Xs(L"sequence"))
+            .Add(Xs(L"any"))
+            .With(L"minOccurs", L"0")
+            .With(L"maxOccurs", L"unbounded")
+            .With(L"processContents", _bWithAttributes ? L"skip" : L"lax");
+        if (_bWithAttributes) {
+            _rstType.Add(Xs(L"anyAttribute")).With(L"processContents", L"skip");
+        }
+    }
+
+    void AddGlobal(Node _stNode)
+    {
+        const std::wstring tszName = _stNode.vecAttribute.front().second;
+        if (std::ranges::none_of(m_vecGlobal, [&](const Node& _rstGlobal) {
+                return _rstGlobal.tszName == _stNode.tszName && _rstGlobal.vecAttribute.front().second == tszName;
+            })) {
+            m_vecGlobal.push_back(std::move(_stNode));
+        }
+    }
+
+    /** The name of the type of the text that stands under a name. */
+    std::wstring TypeOf(std::wstring_view _svName, const TextShape& _rstText)
+    {
+        switch (_rstText.enKind) {
+        case Kind::Word:
+            return WordType(_svName, *_rstText.pWords);
+        case Kind::Number32:
+        case Kind::Number64:
+            return NumberType(L"number", {L"0[xX][0-9A-Fa-f]+", L"[0-9]+"});
+        case Kind::Decimal:
+            return NumberType(L"decimal", {L"[-+]?[0-9]+"});
+        default:
+            return L"xs:string";
+        }
+    }
+
+    std::wstring NumberType(const wchar_t* _pszName, const std::vector<std::wstring>& _vecPattern)
+    {
+        Node stType = Restriction(L"pattern", _vecPattern);
+        stType.vecAttribute = {{L"name", _pszName}};
+        AddGlobal(std::move(stType));
+        return _pszName;
+    }
+
+    /** A set of words is called as what it is first met under. */
+    std::wstring WordType(std::wstring_view _svName, const Frwk::WordTable& _rstTable)
+    {
+        const auto [itName, bNew] = m_mapWords.try_emplace(&_rstTable);
+        if (bNew) {
+            std::wstring tszName = std::wstring(_svName) + L"Word";
+            while (std::ranges::any_of(m_mapWords, [&](const auto& _rPair) { return _rPair.second == tszName; })) {
+                tszName += L's';
+            }
+            itName->second = std::move(tszName);
+            std::vector<std::wstring> vecWord;
+            std::vector<std::wstring> vecAnyCase;
+            for (const Frwk::Word& stWord : _rstTable.aWord) {
+                vecWord.emplace_back(stWord.svText);
+                vecAnyCase.push_back(AnyCase(stWord.svText));
+            }
+            Node stType = Restriction(L"enumeration", vecWord);
+            if (_rstTable.bAnyCase) { // editors complete by the first, and validate by either
+                Node stUnion = Xs(L"simpleType");
+                Node& rstUnion = stUnion.Add(Xs(L"union"));
+                rstUnion.Add(std::move(stType));
+                rstUnion.Add(Restriction(L"pattern", vecAnyCase));
+                stType = std::move(stUnion);
+            }
+            stType.vecAttribute = {{L"name", itName->second}};
+            AddGlobal(std::move(stType));
+        }
+        return itName->second;
+    }
+
+    std::vector<Node> m_vecGlobal;
+    std::map<const Frwk::WordTable*, std::wstring> m_mapWords;
+};
+
+} // namespace
+
+std::string SchemaOf(const Varnhelt::Document& _rstDocument)
+{
+    std::string sSchema = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    AppendNode(sSchema, SchemaBuilder().Build(ShapeOf(_rstDocument)), 0);
+    return sSchema;
+}
+
+} // namespace Vrnt

@@ -1,0 +1,225 @@
+#include "Machine/UpdateRehearsal.h"
+
+#include "FunctionXml.h"
+#include "Output/Output.h"
+#include "SrvFrwk_ResultCode.h"
+#include "Update/LocalUpdateAgentKey.h"
+#include "Update/LocalUpdateManager.h"
+#include "ZkComn_String.h"
+
+namespace Vrnt {
+
+using namespace Varnhelt;
+using ZkCommon::String::ToUtf8;
+
+namespace {
+
+const char* EffectText(UpdateEffect _enEffect)
+{
+    switch (_enEffect) {
+    case UpdateEffect::Create:
+        return "create";
+    case UpdateEffect::Write:
+        return "write";
+    case UpdateEffect::Append:
+        return "append";
+    case UpdateEffect::Remove:
+        return "remove";
+    case UpdateEffect::Skip:
+        return "skip";
+    default:
+        return "refuse";
+    }
+}
+
+std::string Quoted(const std::wstring& _rtszText)
+{
+    return "\"" + ToUtf8(_rtszText) + "\"";
+}
+
+Json TextOrNull(const std::string& _rsText)
+{
+    return _rsText.empty() ? Json() : Json(_rsText);
+}
+
+/** A value as it fits a table. */
+std::string Shortened(const std::wstring& _rtszText)
+{
+    constexpr std::size_t uLongest = 40;
+    std::wstring tszText = _rtszText.substr(0, uLongest);
+    for (wchar_t& rc : tszText) {
+        rc = rc < L' ' ? L' ' : rc;
+    }
+    return ToUtf8(tszText) + (_rtszText.size() > uLongest ? "..." : "");
+}
+
+std::string Heading(const LocalUpdateKey& _rstItem)
+{
+    if (_rstItem.tszKind == g_szIniFileKind) {
+        return "inifile " + ToUtf8(_rstItem.tszRoot) + " [" + ToUtf8(_rstItem.tszPath) + "]";
+    }
+    const std::string sMode = _rstItem.tszAccessMode.empty() ? "" : " (" + ToUtf8(_rstItem.tszAccessMode) + ")";
+    return "registry " + ToUtf8(_rstItem.tszRoot + L"\\" + _rstItem.tszPath) + sMode;
+}
+
+} // namespace
+
+UpdateRehearsal::UpdateRehearsal(const std::wstring& _rtszPath)
+{
+    m_ulResult = CFunctionXml().QueryValueAsLocalUpdate(&m_stConfig, &_rtszPath, &m_bStay);
+    if (m_ulResult != SrvFrwk::Result::g_ulSuccess) {
+        return;
+    }
+    CLocalUpdateManager cManager(m_cStorage, this);
+    m_ulResult = cManager.Initialize();
+    m_stEnvironment = cManager.Environments();
+    if (!SrvFrwk::Result::IsFailure(m_ulResult)) {
+        m_ulResult = cManager.DoActionConfig(m_stConfig);
+        cManager.UnInitialize();
+    }
+}
+
+void UpdateRehearsal::OnItem(const LocalUpdateKey& _rstItem, UpdateReason _enReason)
+{
+    m_vecItem.push_back({&_rstItem, _enReason, {}});
+}
+
+void UpdateRehearsal::OnEntry(const LocalUpdateEntry& _rstEntry, const UpdateDecision& _rstDecision)
+{
+    m_vecItem.back().vecEntry.push_back({&_rstEntry, _rstDecision});
+}
+
+std::string UpdateRehearsal::Why(const UpdateConditions& _rstConditions, UpdateReason _enReason,
+                                 std::uint32_t _ulError) const
+{
+    switch (_enReason) {
+    case UpdateReason::None:
+        return {};
+    case UpdateReason::VersionTooLow:
+        return "the installed version is below " + Quoted(_rstConditions.tszMinVersion);
+    case UpdateReason::VersionTooHigh:
+        return "the installed version is above " + Quoted(_rstConditions.tszMaxVersion);
+    case UpdateReason::OtherProduct:
+        return "for the product " + Quoted(_rstConditions.tszProduct);
+    case UpdateReason::OtherLanguage:
+        return "for the language " + Quoted(_rstConditions.tszLanguage);
+    case UpdateReason::OtherPlatform:
+        return "for the platform " + Quoted(_rstConditions.tszPlatform);
+    case UpdateReason::NoVersion:
+        return "the installed version is not known";
+    case UpdateReason::BadVersion:
+        return "the versions " + Quoted(_rstConditions.tszMinVersion) + " and " + Quoted(_rstConditions.tszMaxVersion) +
+               " cannot be compared with the installed one";
+    case UpdateReason::NoProduct:
+        return "the installed product is not known";
+    case UpdateReason::NoLanguage:
+        return "the installed language is not known";
+    case UpdateReason::UnknownPlatform:
+        return Quoted(_rstConditions.tszPlatform) + " is no platform";
+    case UpdateReason::UnknownRoot:
+        return "the root is none of HKCR, HKCU, HKLM, HKU";
+    case UpdateReason::NoPath:
+        return "the path is empty";
+    case UpdateReason::PlacePresent:
+        return "it exists, and is not to be overwritten";
+    case UpdateReason::ValuePresent:
+        return "the value exists, and is not to be overwritten";
+    case UpdateReason::PlaceAbsent:
+        return "there is nothing to remove";
+    case UpdateReason::NoAllAccess:
+        return R"("AllAccess" is neither "yes" nor "no")";
+    case UpdateReason::UnknownAction:
+        return "no such action";
+    default:
+        return SystemErrorText(_ulError);
+    }
+}
+
+std::string UpdateRehearsal::WhyNot(const Item& _rstItem) const
+{
+    return Why(*_rstItem.pItem, _rstItem.enReason, 0);
+}
+
+std::string UpdateRehearsal::WhyNot(const Entry& _rstEntry) const
+{
+    return Why(*_rstEntry.pEntry, _rstEntry.stDecision.enReason, _rstEntry.stDecision.ulError);
+}
+
+Json UpdateRehearsal::ToJson() const
+{
+    if (m_ulResult != SrvFrwk::Result::g_ulSuccess) {
+        return {};
+    }
+    const auto EntryToJson = [](const LocalUpdateEntry& _rstEntry, UpdateEffect _enEffect, const std::string& _rsWhy) {
+        return Json{{"name", ToUtf8(_rstEntry.tszName)},     {"type", ToUtf8(_rstEntry.tszType)},
+                    {"action", ToUtf8(_rstEntry.tszAction)}, {"value", ToUtf8(_rstEntry.tszValue)},
+                    {"effect", EffectText(_enEffect)},       {"reason", TextOrNull(_rsWhy)}};
+    };
+    Json jsItems = Json::array();
+    for (const Item& stItem : m_vecItem) {
+        const LocalUpdateKey& rstKey = *stItem.pItem;
+        const bool bUpdate = stItem.enReason == UpdateReason::None;
+        Json jsEntries = Json::array();
+        for (const Entry& stEntry : stItem.vecEntry) {
+            jsEntries.push_back(EntryToJson(*stEntry.pEntry, stEntry.stDecision.enEffect, WhyNot(stEntry)));
+        }
+        if (!bUpdate) {
+            for (const LocalUpdateEntry& stEntry : rstKey.lstEntry) {
+                jsEntries.push_back(EntryToJson(stEntry, UpdateEffect::Skip, "the item is not updated"));
+            }
+        }
+        const bool bNoRoot = rstKey.tszKind == g_szRegistryKind && RegistryRootOf(rstKey.tszRoot) == nullptr;
+        jsItems.push_back({{"kind", ToUtf8(rstKey.tszKind)},
+                           {"root", bNoRoot ? Json() : Json(ToUtf8(rstKey.tszRoot))},
+                           {"path", ToUtf8(rstKey.tszPath)},
+                           {"accessMode", ToUtf8(rstKey.tszAccessMode)},
+                           {"update", bUpdate},
+                           {"reason", TextOrNull(WhyNot(stItem))},
+                           {"entries", std::move(jsEntries)}});
+    }
+    for (const LocalUpdateDirectory& stDirectory : m_stConfig.lstDirectory) {
+        jsItems.push_back({{"kind", ToUtf8(stDirectory.tszKind)},
+                           {"root", nullptr},
+                           {"path", ""},
+                           {"accessMode", ""},
+                           {"update", false},
+                           {"reason", "directories are never acted on"},
+                           {"entries", Json::array()}});
+    }
+    return {{"environment",
+             {{"version", ToUtf8(m_stEnvironment.tszVersion)},
+              {"product", ToUtf8(m_stEnvironment.tszProduct)},
+              {"language", ToUtf8(m_stEnvironment.tszLanguage)}}},
+            {"check", m_stConfig.tszCheck == UpdateWords::g_svYes},
+            {"stay", m_bStay},
+            {"items", std::move(jsItems)}};
+}
+
+std::string UpdateRehearsal::ToText() const
+{
+    if (m_ulResult != SrvFrwk::Result::g_ulSuccess) {
+        return {};
+    }
+    std::string sText = "Installed: version " + OrUnknown(m_stEnvironment.tszVersion) + ", product " +
+                        OrUnknown(m_stEnvironment.tszProduct) + ", language " + OrUnknown(m_stEnvironment.tszLanguage) +
+                        "\nConditions " + (m_stConfig.tszCheck == UpdateWords::g_svYes ? "count" : "do not count") +
+                        "; the description " + (m_bStay ? "stays" : "is deleted by the update") + "\n";
+    for (const Item& stItem : m_vecItem) {
+        const std::string sWhy = WhyNot(stItem);
+        sText += "\n" + Heading(*stItem.pItem) + (sWhy.empty() ? "" : ": not updated, " + sWhy) + "\n";
+        Table cTable({"effect", "name", "type", "value", "reason"});
+        for (const Entry& stEntry : stItem.vecEntry) {
+            const LocalUpdateEntry& rstEntry = *stEntry.pEntry;
+            const bool bDone = stEntry.stDecision.enReason == UpdateReason::None;
+            cTable.Add({EffectText(stEntry.stDecision.enEffect), ToUtf8(rstEntry.tszName), ToUtf8(rstEntry.tszType),
+                        Shortened(rstEntry.tszValue),
+                        bDone ? "" : Quoted(rstEntry.tszAction) + ": " + WhyNot(stEntry)});
+        }
+        if (!cTable.IsEmpty()) {
+            sText += cTable.ToText();
+        }
+    }
+    return sText;
+}
+
+} // namespace Vrnt

@@ -1,0 +1,128 @@
+#include "Output/Output.h"
+
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_String.h"
+
+#include <array>
+#include <cstdio>
+#include <windows.h>
+
+namespace Vrnt {
+
+namespace {
+
+void WriteTo(DWORD _ulStream, std::string_view _svUtf8)
+{
+    const HANDLE hStream = ::GetStdHandle(_ulStream);
+    DWORD ulMode = 0;
+    DWORD ulWritten = 0;
+    if (::GetConsoleMode(hStream, &ulMode) != FALSE) {
+        const std::wstring tszText = ZkCommon::String::FromUtf8(_svUtf8);
+        ::WriteConsoleW(hStream, tszText.data(), static_cast<DWORD>(tszText.size()), &ulWritten, nullptr);
+        return;
+    }
+    while (!_svUtf8.empty()) {
+        if (::WriteFile(hStream, _svUtf8.data(), static_cast<DWORD>(_svUtf8.size()), &ulWritten, nullptr) == FALSE) {
+            return; // the reader of the pipe has gone
+        }
+        _svUtf8.remove_prefix(ulWritten);
+    }
+}
+
+struct ResultRow
+{
+    std::uint32_t ulResult;
+    const char* szText;
+};
+
+constexpr ResultRow g_aResult[] = {
+    {SrvFrwk::Result::g_ulSuccess, "success"},
+    {SrvFrwk::Result::g_ulPartialSuccess, "partial success: nothing was applied"},
+    {SrvFrwk::Result::g_ulNotImplemented, "the operation is not implemented"},
+    {SrvFrwk::Result::g_ulFailed, "the operation failed: the document is missing, unreadable or not well-formed"},
+    {SrvFrwk::Result::g_ulUndetermined, "a state could not be determined"},
+    {SrvFrwk::Result::g_ulRefused, "the value type is refused, or an element or word is invalid"},
+    {SrvFrwk::Result::g_ulInvalidArgument, "an invalid argument, or an unsupported value or action type"},
+    {SrvFrwk::Result::g_ulMissingObject, "a required object or input is missing"},
+    {SrvFrwk::Result::g_ulNoMemory, "out of memory"},
+};
+
+} // namespace
+
+void Write(std::string_view _svUtf8)
+{
+    WriteTo(STD_OUTPUT_HANDLE, _svUtf8);
+}
+
+void WriteError(std::string_view _svUtf8)
+{
+    WriteTo(STD_ERROR_HANDLE, _svUtf8);
+}
+
+bool ErrorIsTerminal()
+{
+    DWORD ulMode = 0;
+    return ::GetConsoleMode(::GetStdHandle(STD_ERROR_HANDLE), &ulMode) != FALSE;
+}
+
+std::string SystemErrorText(std::uint32_t _ulError)
+{
+    std::array<wchar_t, 512> aText{};
+    const DWORD ulLength = ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                            _ulError, 0, aText.data(), static_cast<DWORD>(aText.size()), nullptr);
+    std::wstring_view svText(aText.data(), ulLength);
+    while (!svText.empty() && (svText.back() <= L' ' || svText.back() == L'.')) {
+        svText.remove_suffix(1);
+    }
+    const std::string sNumber = "error " + std::to_string(_ulError);
+    return svText.empty() ? sNumber : ZkCommon::String::ToUtf8(svText) + " (" + sNumber + ")";
+}
+
+std::string ResultText(std::uint32_t _ulResult)
+{
+    for (const ResultRow& stRow : g_aResult) {
+        if (stRow.ulResult == _ulResult) {
+            return Hexadecimal(_ulResult) + " (" + stRow.szText + ")";
+        }
+    }
+    return Hexadecimal(_ulResult);
+}
+
+std::string Hexadecimal(std::uint32_t _ulValue, int _iDigits)
+{
+    std::array<char, 16> aText{};
+    static_cast<void>(std::snprintf(aText.data(), aText.size(), "0x%0*x", _iDigits, _ulValue));
+    return aText.data();
+}
+
+std::string Count(std::size_t _uCount, const std::string& _rsWhat)
+{
+    return std::to_string(_uCount) + " " + _rsWhat + (_uCount == 1 ? "" : "s");
+}
+
+std::string OrUnknown(const std::wstring& _rtszText)
+{
+    return _rtszText.empty() ? "(not known)" : ZkCommon::String::ToUtf8(_rtszText);
+}
+
+void WriteJson(std::uint32_t _ulResult, const Json& _rjsData)
+{
+    Write(Json{{"result", Hexadecimal(_ulResult)}, {"data", _rjsData}}.dump(2) + "\n");
+}
+
+void Report(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
+            const std::string& _rsWhy)
+{
+    const bool bFailure = SrvFrwk::Result::IsFailure(_ulResult);
+    _rTool.iExitStatus = bFailure ? ExitFailure : ExitSuccess;
+    if (_rTool.stOptions.bJson) {
+        WriteJson(_ulResult, _rjsData);
+    } else {
+        Write(_rTable.ToText());
+    }
+    if (bFailure) {
+        WriteError("vrnt: " + (_rsWhy.empty() ? ResultText(_ulResult) : _rsWhy) + "\n");
+    }
+}
+
+} // namespace Vrnt

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Output/Table.h"
+#include "Tool.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/** What the tool prints. Text is UTF-8 in a file or pipe, and Unicode on a console, whatever its code page. */
+namespace Vrnt {
+
+void Write(std::string_view _svUtf8);
+void WriteError(std::string_view _svUtf8);
+
+/** Whether stderr is a terminal. */
+bool ErrorIsTerminal();
+
+/** The system's own words for an error, with its number. */
+std::string SystemErrorText(std::uint32_t _ulError);
+
+/** A result code in words: "0x80040201 (the operation failed)". */
+std::string ResultText(std::uint32_t _ulResult);
+
+/** A number as JSON texts write it: "0x00040200". */
+std::string Hexadecimal(std::uint32_t _ulValue, int _iDigits = 8);
+
+/** "1 unit", "2 units". */
+std::string Count(std::size_t _uCount, const std::string& _rsWhat);
+
+/** The text, or in words that there is none. */
+std::string OrUnknown(const std::wstring& _rtszText);
+
+/** Prints a command's one JSON object. */
+void WriteJson(std::uint32_t _ulResult, const Json& _rjsData);
+
+/**
+ * Prints what a command was answered, as JSON or as a table, explains a failure on stderr, and sets the exit status.
+ * @param _rsWhy  the explanation; empty: the result code in words
+ */
+void Report(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
+            const std::string& _rsWhy = {});
+
+} // namespace Vrnt

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Check/DocumentCheck.h"
+#include "Machine/InstalledDocuments.h"
+#include "Machine/Versions.h"
+#include "Output/Table.h"
+#include "SrvFrwk_Records.h"
+#include "SrvFrwk_ResultCode.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Vrnt {
+
+/** What the library answered to a query. */
+template <class TValue>
+struct Answer
+{
+    std::uint32_t ulResult = SrvFrwk::Result::g_ulMissingObject;
+    TValue value; // also after a failure: what came before it
+
+    bool IsFailure() const noexcept { return SrvFrwk::Result::IsFailure(ulResult); }
+};
+
+/** What a check found in a document that is there. */
+struct CheckedDocument
+{
+    std::string sFile;
+    std::vector<Finding> vecFinding;
+    std::string sUnreadable; // why it could not be looked at; empty: it was
+};
+
+/** The installed configuration. */
+struct ReportData
+{
+    std::string sMade; // when: local time, with what it is ahead of UTC
+    InstalledDocuments stDocuments;
+    Answer<std::vector<SrvFrwk::ServiceUnit>> stServiceUnits;
+    Answer<std::vector<SrvFrwk::PolicyController>> stPolicy;
+    Answer<std::vector<SrvFrwk::DataController>> stEnforceData;
+    Answer<SrvFrwk::InstallPuIds> stPuIds;
+    std::vector<CheckedDocument> vecChecked;
+    Table cTrace;
+    std::vector<VersionFact> vecVersion;
+};
+
+/**
+ * The installed configuration as one page of HTML in UTF-8, which needs nothing but itself and has no script. The same
+ * data give the same bytes.
+ */
+std::string ReportPage(const ReportData& _rstData);
+
+} // namespace Vrnt

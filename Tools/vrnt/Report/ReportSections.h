@@ -1,0 +1,95 @@
+#pragma once
+
+#include "Descriptions/Description.h"
+#include "Output/Html.h"
+#include "Output/RecordOutput.h"
+#include "Report/ReportPage.h"
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+/** The sections of the report's page, a function each, and what they share. */
+namespace Vrnt {
+
+Html::Markup PolicySection(const ReportData& _rstData);
+Html::Markup ServiceUnitSection(const ReportData& _rstData);
+Html::Markup EnforceDataSection(const ReportData& _rstData);
+
+/** A section under its heading; _szId is what links to it name. */
+Html::Markup Section(const char* _szId, const char* _szHeading, const Html::Markup& _rContent);
+
+/** The words of the documents. */
+std::string ControllerWord(std::uint32_t _ulController);
+std::string ProviderWord(std::uint32_t _ulProvider);
+
+/** That a document gave no answer, with the result code in words; nothing where it gave one. */
+Html::Markup Unanswered(const ReportData& _rstData, Varnhelt::DocumentId _enDocument, std::uint32_t _ulResult);
+
+// Tables. On a narrow screen a row is a card on which each cell bears its column's heading.
+
+/** A column of a table of records: a field by its JSON key, and one that stands smaller below it. */
+struct Column
+{
+    const char* szHeading = nullptr;
+    const char* szKey = nullptr;
+    const char* szSecondKey = nullptr;
+    bool bTitle = false; // names the row: it is the card's title
+};
+
+/** A cell under the heading; texts that say "nothing" recede. */
+Html::Markup Cell(const std::string& _rsHeading, const std::string& _rsText, const std::string& _rsSecond = {});
+Html::Markup HeadingRow(const std::vector<std::string>& _rvecHeading);
+Html::Markup TableOf(const char* _szClass, const std::vector<std::string>& _rvecHeading, const Html::Markup& _rBodies);
+/** The row that stands above a group of others, across the table. */
+Html::Markup GroupRow(std::size_t _uColumns, const std::string& _rsName, const std::string& _rsNote);
+
+std::vector<std::string> HeadingsOf(std::span<const Column> _aColumn);
+
+/** A record's own fields as a person reads them, by their JSON keys. */
+template <class TDescription>
+std::map<std::string, std::string> TextsOf(const typename TDescription::Record& _rstRecord,
+                                           const TDescription& _rstDescription)
+{
+    std::map<std::string, std::string> mapText;
+    Varnhelt::Documents::ForEachField(_rstDescription, [&]<class TField>(const TField& _rstField) {
+        if constexpr (!TField::g_bList) {
+            mapText[_rstField.szKey] = FieldToCell(_rstRecord, _rstField);
+        }
+    });
+    return mapText;
+}
+
+Html::Markup RecordRow(std::span<const Column> _aColumn, const std::map<std::string, std::string>& _rmapText);
+
+// Dependencies of the enforcement data.
+
+/** A provider in the order in which all are loaded. */
+struct LoadedProvider
+{
+    const SrvFrwk::DataController* pController = nullptr;
+    const SrvFrwk::DataProvider* pProvider = nullptr;
+    bool bNeeds = false;                  // another one first
+    std::optional<std::size_t> uNeeded{}; // its place; nothing where the enforcement data do not have it
+    bool bLate = false;                   // that one is loaded later
+
+    std::string Name() const;
+    std::string NeededName() const;
+    bool IsSound() const noexcept { return !bNeeds || (uNeeded && !bLate); }
+    /** What is wrong with the needed one, as the end of a sentence; empty when nothing is. */
+    const char* FaultText() const noexcept;
+};
+
+/** Controllers in the order in which they are loaded, and each one's providers likewise. */
+std::vector<const SrvFrwk::DataController*> InLoadOrder(const std::vector<SrvFrwk::DataController>& _rvecController);
+std::vector<const SrvFrwk::DataProvider*> InLoadOrder(const std::vector<SrvFrwk::DataProvider>& _rvecProvider);
+
+std::vector<LoadedProvider> ProvidersInLoadOrder(const std::vector<SrvFrwk::DataController>& _rvecController);
+
+/** The providers in load order, with an arrow from each to the one that it needs. */
+Html::Markup DependencyDrawing(const std::vector<LoadedProvider>& _rvecProvider);
+
+} // namespace Vrnt

@@ -1,0 +1,286 @@
+#pragma once
+
+#include "Descriptions/Description.h"
+#include "ZkComn_XmlParser.h"
+
+#include <tuple>
+#include <utility>
+
+/** Fills records from the elements of a document, as their descriptions say. */
+namespace Varnhelt::Documents {
+
+/**
+ * What a reader does beside the filling: derive from it and hide what is needed. OnElement comes before a record and may
+ * pass its element over; OnField follows each field that is no list; OnRecord follows the last of them, before the lists,
+ * and may change or drop the record; OnList comes before each list. Around is where one record of a list is read, and may
+ * contain what that throws.
+ */
+struct ReadHook
+{
+    template <class TRecord>
+    bool OnElement(const ZkCommon::Storage::XmlElement&, const TRecord&) const
+    {
+        return true;
+    }
+    template <class TField, class TRecord>
+    void OnField(const ZkCommon::Storage::XmlElement&, const TField&, const TRecord&) const
+    {}
+    template <class TRecord>
+    bool OnRecord(const ZkCommon::Storage::XmlElement&, const TRecord&) const
+    {
+        return true;
+    }
+    /** @return whether the record is kept */
+    template <class TRecord, class TRead>
+    bool Around(const TRead& _fnRead) const
+    {
+        return _fnRead();
+    }
+    template <class TField>
+    void OnList(const ZkCommon::Storage::XmlElement&, const TField&) const
+    {}
+};
+
+// A description bound to a document: its names are looked up once, and then compared as numbers.
+
+template <class TDescription>
+class Bound;
+
+/** What becomes of an element that was read: the document's own records need it no more, and their memory is used anew. */
+enum class Passed
+{
+    Stays,
+    Ends,
+};
+
+template <class TField>
+struct BoundField;
+
+template <class TRecord, class TValue, class TConversion>
+struct BoundField<Field<TRecord, TValue, TConversion>>
+{
+    BoundField(const ZkCommon::Storage::XmlElement& _rElement, const Field<TRecord, TValue, TConversion>& _rstField)
+        : rstField(_rstField), name(_rElement.FindName(_rstField.svName)), child(_rElement.FindName(_rstField.svChild))
+    {}
+
+    /** @return false when the text is none of the words that a required field must be */
+    template <class THook, class TOwner>
+    bool Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook& _rHook) const
+    {
+        if (rstField.enSource == Source::Derived || (rstField.pfnWhen != nullptr && !rstField.pfnWhen(_rstRecord))) {
+            return true;
+        }
+        std::wstring_view svText;
+        switch (rstField.enSource) {
+        case Source::Attribute:
+            svText = _rElement.Attribute(name, rstField.svDefault);
+            break;
+        case Source::Child:
+            svText = _rElement.ChildText(name, rstField.svDefault);
+            break;
+        case Source::ChildAttribute:
+            svText = _rElement.FirstChild(child).Attribute(name, rstField.svDefault);
+            break;
+        case Source::OwnText:
+            svText = _rElement.Text();
+            break;
+        case Source::Derived:
+            break;
+        }
+        if (rstField.bRequired && Frwk::Utility::FindWord(*rstField.stConversion.WordsOf(), svText) == nullptr) {
+            return false;
+        }
+        _rstRecord.*rstField.pMember = static_cast<TValue>(rstField.stConversion.Read(svText));
+        _rHook.OnField(_rElement, rstField, _rstRecord);
+        return true;
+    }
+
+    const Field<TRecord, TValue, TConversion>& rstField;
+    ZkCommon::Storage::XmlName name;
+    ZkCommon::Storage::XmlName child;
+};
+
+template <class TRecord, class TContainer>
+struct BoundField<TextsField<TRecord, TContainer>>
+{
+    BoundField(const ZkCommon::Storage::XmlElement& _rElement, const TextsField<TRecord, TContainer>& _rstField)
+        : rstField(_rstField),
+          element(_rElement.FindName(_rstField.svElement)),
+          name(_rElement.FindName(_rstField.svName))
+    {}
+
+    template <class THook, class TOwner>
+    bool Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook&) const
+    {
+        for (auto cElement = _rElement.FirstChild(element); cElement; cElement = cElement.NextSibling(element)) {
+            if (const std::wstring_view svText = cElement.Attribute(name); !svText.empty()) {
+                (_rstRecord.*rstField.pMember).emplace_back(svText);
+            }
+        }
+        return true;
+    }
+
+    const TextsField<TRecord, TContainer>& rstField;
+    ZkCommon::Storage::XmlName element;
+    ZkCommon::Storage::XmlName name;
+};
+
+template <class TRecord, class TContainer, class TDescription>
+struct BoundField<ListField<TRecord, TContainer, TDescription>>
+{
+    BoundField(const ZkCommon::Storage::XmlElement& _rElement,
+               const ListField<TRecord, TContainer, TDescription>& _rstField)
+        : rstField(_rstField), cNested(_rElement, *_rstField.pDescription)
+    {}
+
+    template <class THook, class TOwner>
+    bool Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook& _rHook) const
+    {
+        if (rstField.pfnWhen != nullptr && !rstField.pfnWhen(_rstRecord)) {
+            return true;
+        }
+        _rHook.OnList(_rElement, rstField);
+        cNested.ReadAll(rstField.svPath.empty() ? _rElement : _rElement.Child(rstField.svPath),
+                        _rstRecord.*rstField.pMember, _rHook);
+        return true;
+    }
+
+    const ListField<TRecord, TContainer, TDescription>& rstField;
+    Bound<TDescription> cNested;
+};
+
+template <class TRecord, class... TFields>
+class Bound<Description<TRecord, TFields...>>
+{
+public:
+    Bound(const ZkCommon::Storage::XmlElement& _rElement, const Description<TRecord, TFields...>& _rstDescription)
+        : m_bAnyName(_rstDescription.svElement.empty()),
+          m_element(_rElement.FindName(_rstDescription.svElement)),
+          m_tplFields(std::apply(
+              [&](const TFields&... _stFields) {
+                  return std::tuple<BoundField<TFields>...>(BoundField<TFields>(_rElement, _stFields)...);
+              },
+              _rstDescription.tplFields))
+    {}
+
+    /** One record of the element's children that the description is of, in document order, each read in its place. */
+    template <class TContainer, class THook>
+    void ReadAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook,
+                 Passed _enPassed = Passed::Stays) const
+    {
+        if constexpr (requires { _rRecords.reserve(0); }) {
+            std::size_t uCount = 0;
+            ForEachElement(_rContainer, Passed::Stays, [&](const ZkCommon::Storage::XmlElement&) { ++uCount; });
+            _rRecords.reserve(_rRecords.size() + uCount);
+        }
+        ForEachElement(_rContainer, _enPassed, [&](const ZkCommon::Storage::XmlElement& _rElement) {
+            NewRecord<TContainer> cRecord(_rRecords);
+            if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, cRecord.Record(), _rHook); })) {
+                cRecord.Keep();
+            }
+        });
+    }
+
+    /** Hands over the records one by one; elements end as they pass. */
+    template <class TVisit, class THook>
+    void ForEach(const ZkCommon::Storage::XmlElement& _rContainer, const TVisit& _fnVisit, const THook& _rHook) const
+    {
+        ForEachElement(_rContainer, Passed::Ends, [&](const ZkCommon::Storage::XmlElement& _rElement) {
+            TRecord stRecord;
+            if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, stRecord, _rHook); })) {
+                _fnVisit(std::move(stRecord));
+            }
+        });
+    }
+
+    /** @return false when the hook or a required field dropped the record, whose lists are then not read */
+    template <class THook>
+    bool ReadOne(const ZkCommon::Storage::XmlElement& _rElement, TRecord& _rstRecord, const THook& _rHook) const
+    {
+        return _rHook.OnElement(_rElement, std::as_const(_rstRecord)) &&
+               ReadFields<false>(_rElement, _rstRecord, _rHook) && _rHook.OnRecord(_rElement, _rstRecord) &&
+               ReadFields<true>(_rElement, _rstRecord, _rHook);
+    }
+
+private:
+    /** A record at the container's end, which goes again unless it is kept. */
+    template <class TContainer>
+    class NewRecord
+    {
+    public:
+        explicit NewRecord(TContainer& _rRecords) : m_rRecords(_rRecords) { m_rRecords.emplace_back(); }
+        NewRecord(const NewRecord&) = delete;
+        NewRecord& operator=(const NewRecord&) = delete;
+        ~NewRecord()
+        {
+            if (!m_bKept) {
+                m_rRecords.pop_back();
+            }
+        }
+        TRecord& Record() noexcept { return m_rRecords.back(); }
+        void Keep() noexcept { m_bKept = true; }
+
+    private:
+        TContainer& m_rRecords;
+        bool m_bKept = false;
+    };
+
+    template <class TVisit>
+    void ForEachElement(ZkCommon::Storage::XmlElement _cContainer, Passed _enPassed, const TVisit& _fnVisit) const
+    {
+        auto cElement = m_bAnyName ? _cContainer.FirstChild() : _cContainer.FirstChild(m_element);
+        while (cElement) {
+            if (_enPassed == Passed::Ends) {
+                _cContainer.ForgetBefore(cElement);
+            }
+            _fnVisit(cElement);
+            cElement = m_bAnyName ? cElement.NextSibling() : cElement.NextSibling(m_element);
+        }
+    }
+
+    template <bool t_bLists, class THook>
+    bool ReadFields(const ZkCommon::Storage::XmlElement& _rElement, TRecord& _rstRecord, const THook& _rHook) const
+    {
+        const auto ReadField = [&]<class TField>(const BoundField<TField>& _rField) {
+            if constexpr (TField::g_bList == t_bLists) {
+                return _rField.Read(_rElement, _rstRecord, _rHook);
+            } else {
+                return true;
+            }
+        };
+        return std::apply([&](const auto&... _rFields) { return (ReadField(_rFields) && ...); }, m_tplFields);
+    }
+
+    bool m_bAnyName;
+    ZkCommon::Storage::XmlName m_element;
+    std::tuple<BoundField<TFields>...> m_tplFields;
+};
+
+/**
+ * Appends one record for each child of the container that the description is of, in document order. What was appended
+ * before an exception stays. The container's children end meanwhile, unless its document was loaded whole.
+ */
+template <class TDescription, class TContainer, class THook = ReadHook>
+void ReadRecords(const ZkCommon::Storage::XmlElement& _rContainer, const TDescription& _rstDescription,
+                 TContainer& _rRecords, const THook& _rHook = {})
+{
+    Bound<TDescription>(_rContainer, _rstDescription).ReadAll(_rContainer, _rRecords, _rHook, Passed::Ends);
+}
+
+/** Reads the same records, and hands each to _fnVisit before it reads the next. */
+template <class TDescription, class TVisit, class THook = ReadHook>
+void ForEachRecord(const ZkCommon::Storage::XmlElement& _rContainer, const TDescription& _rstDescription,
+                   const TVisit& _fnVisit, const THook& _rHook = {})
+{
+    Bound<TDescription>(_rContainer, _rstDescription).ForEach(_rContainer, _fnVisit, _rHook);
+}
+
+/** Fills one record from its element. @return false when the hook dropped it */
+template <class TDescription, class THook = ReadHook>
+bool ReadRecord(const ZkCommon::Storage::XmlElement& _rElement, const TDescription& _rstDescription,
+                typename TDescription::Record& _rstRecord, const THook& _rHook = {})
+{
+    return Bound<TDescription>(_rElement, _rstDescription).ReadOne(_rElement, _rstRecord, _rHook);
+}
+
+} // namespace Varnhelt::Documents

@@ -1,0 +1,180 @@
+#include "Update/LocalUpdateAgent.h"
+
+#include "Boundary.h"
+#include "Documents/LocalUpdate.h"
+#include "Documents/UpdateWords.h"
+#include "ZkComn_DebugLog.h"
+#include "ZkComn_Platform.h"
+#include "ZkComn_String.h"
+
+#include <algorithm>
+#include <iterator>
+
+using namespace ZkCommon;
+using namespace SrvFrwk;
+using namespace Varnhelt;
+
+namespace {
+
+using UpdateWords::g_svAll;
+
+/** The text up to the next dot; takes it and the dots behind it off the rest. */
+std::wstring_view NextNumber(std::wstring_view& _rsvRest)
+{
+    const std::wstring_view svNumber = _rsvRest.substr(0, _rsvRest.find(L'.'));
+    _rsvRest.remove_prefix(std::min(_rsvRest.size(), _rsvRest.find_first_not_of(L'.', svNumber.size())));
+    return svNumber;
+}
+
+bool HasDotAtAnEnd(std::wstring_view _svVersion)
+{
+    return _svVersion.starts_with(L'.') || _svVersion.ends_with(L'.');
+}
+
+} // namespace
+
+std::optional<std::int32_t> Varnhelt::CompareVersion(std::wstring_view _svLeft, std::wstring_view _svRight)
+{
+    if (HasDotAtAnEnd(_svLeft) || HasDotAtAnEnd(_svRight)) {
+        return std::nullopt;
+    }
+    do {
+        const auto ulLeft = String::ToWholeNumber(NextNumber(_svLeft));
+        const auto ulRight = String::ToWholeNumber(NextNumber(_svRight));
+        if (!ulLeft || !ulRight) {
+            return std::nullopt;
+        }
+        if (*ulLeft != *ulRight) {
+            return static_cast<std::int32_t>(*ulLeft - *ulRight);
+        }
+    } while (!_svLeft.empty() && !_svRight.empty());
+    return 0;
+}
+
+std::uint32_t CLocalUpdateAgent::Initialize(const UpdateEnvironment& _rstEnvironments, bool _bCheck)
+{
+    return AtBoundary({L"CLocalUpdateAgent::Initialize()"}, [&] {
+        const MethodTrace cTrace(L"CLocalUpdateAgent::Initialize()");
+        m_Environments = _rstEnvironments;
+        m_bCheck = _bCheck;
+        return cTrace.Leave(Result::g_ulSuccess);
+    });
+}
+
+std::uint32_t CLocalUpdateAgent::UnInitialize()
+{
+    const MethodTrace cTrace(L"CLocalUpdateAgent::UnInitialize()");
+    m_Environments = {};
+    m_bCheck = false;
+    return cTrace.Leave(Result::g_ulSuccess);
+}
+
+UpdateCheck CLocalUpdateAgent::CheckUpdate(const UpdateConditions& _rstConditions) const
+{
+    struct Step
+    {
+        UpdateCheck (CLocalUpdateAgent::*pfnCheck)(const UpdateConditions&) const;
+        const wchar_t* pszName;
+    };
+    static constexpr Step aStep[] = {
+        {&CLocalUpdateAgent::CheckVersionType, L"CheckVersionType()"},
+        {&CLocalUpdateAgent::CheckProductType, L"CheckProductType()"},
+        {&CLocalUpdateAgent::CheckLanguageType, L"CheckLanguageType()"},
+        {&CLocalUpdateAgent::CheckPlatformType, L"CheckPlatformType()"},
+    };
+    if (!m_bCheck) {
+        return {};
+    }
+    for (const Step& stStep : aStep) {
+        const UpdateCheck stCheck = (this->*stStep.pfnCheck)(_rstConditions);
+        if (Result::IsFailure(stCheck.ulResult)) {
+            Trace(TraceError, L"*** CLocalUpdateAgentKey::CheckUpdate() - %s failed. [0x%08x].", stStep.pszName,
+                  stCheck.ulResult);
+        }
+        if (stCheck.enReason != UpdateReason::None) {
+            return stCheck;
+        }
+    }
+    return {};
+}
+
+UpdateCheck CLocalUpdateAgent::CheckVersionType(const UpdateConditions& _rstConditions) const
+{
+    if (m_Environments.tszVersion.empty()) {
+        Trace(TraceError, L"*** CLocalUpdateAgent::CheckVersionType() - m_Environments.tszVersion was empty.");
+        return {Result::g_ulUndetermined, UpdateReason::NoVersion};
+    }
+    const auto Compare = [](const std::wstring& _rtszLeft, const std::wstring& _rtszRight) {
+        const std::optional<std::int32_t> lDifference = CompareVersion(_rtszLeft, _rtszRight);
+        if (!lDifference) {
+            Trace(TraceError, L"*** CLocalUpdateAgent::CheckVersionType() - ZkCommon::String::StrToUl() failed.");
+            Trace(TraceError, L"*** CLocalUpdateAgent::CheckVersionType() - CompareVersion() was failed.");
+        }
+        return lDifference;
+    };
+    const std::optional<std::int32_t> lBelow = Compare(_rstConditions.tszMinVersion, m_Environments.tszVersion);
+    if (lBelow && *lBelow > 0) {
+        return {Result::g_ulSuccess, UpdateReason::VersionTooLow};
+    }
+    const std::optional<std::int32_t> lAbove =
+        lBelow ? Compare(m_Environments.tszVersion, _rstConditions.tszMaxVersion) : std::nullopt;
+    if (!lAbove) {
+        return {Result::g_ulUndetermined, UpdateReason::BadVersion};
+    }
+    return {Result::g_ulSuccess, *lAbove > 0 ? UpdateReason::VersionTooHigh : UpdateReason::None};
+}
+
+UpdateCheck CLocalUpdateAgent::CheckProductType(const UpdateConditions& _rstConditions) const
+{
+    const std::wstring& rtszHere = m_Environments.tszProduct;
+    if (rtszHere.empty()) {
+        Trace(TraceError, L"*** CLocalUpdateAgent::CheckProductType() - m_Environments.tszProduct was empty.");
+        return {Result::g_ulUndetermined, UpdateReason::NoProduct};
+    }
+    const std::wstring& rtszWord = _rstConditions.tszProduct;
+    const auto* pPair = std::ranges::find(UpdateWords::g_aEditionPair, rtszWord, &UpdateWords::EditionPair::svWord);
+    const bool bMatch = pPair != std::end(UpdateWords::g_aEditionPair)
+                            ? rtszHere == pPair->svFirst || rtszHere == pPair->svSecond
+                            : rtszWord == g_svAll || rtszWord == rtszHere;
+    if (!bMatch) {
+        Trace(TraceNotice, L"*** CLocalUpdateAgent::CheckProductType() - specified [product] value [%s] was invalid ",
+              rtszWord);
+    }
+    return {Result::g_ulSuccess, bMatch ? UpdateReason::None : UpdateReason::OtherProduct};
+}
+
+UpdateCheck CLocalUpdateAgent::CheckLanguageType(const UpdateConditions& _rstConditions) const
+{
+    if (m_Environments.tszLanguage.empty()) {
+        Trace(TraceError, L"*** CLocalUpdateAgent::CheckLanguageType() - m_Environments.tszLanguage was empty.");
+        return {Result::g_ulUndetermined, UpdateReason::NoLanguage};
+    }
+    const std::wstring& rtszWord = _rstConditions.tszLanguage;
+    if (rtszWord == g_svAll || rtszWord == m_Environments.tszLanguage) {
+        return {};
+    }
+    Trace(TraceNotice, L"*** CLocalUpdateAgent::CheckLanguageType() - specified [language] value [%s] was invalid ",
+          rtszWord);
+    return {Result::g_ulSuccess, UpdateReason::OtherLanguage};
+}
+
+UpdateCheck CLocalUpdateAgent::CheckPlatformType(const UpdateConditions& _rstConditions) const
+{
+    const std::wstring& rtszWord = _rstConditions.tszPlatform;
+    if (rtszWord == g_svAll) {
+        return {};
+    }
+    const Frwk::Word* pPlatform = Frwk::Utility::FindWord(UpdateWords::g_stPlatform, rtszWord);
+    if (pPlatform == nullptr) {
+        Trace(TraceError, L"*** CLocalUpdateAgent::CheckPlatformType() - specified [platform] value [%s] was invalid ",
+              rtszWord);
+        return {Result::g_ulRefused, UpdateReason::UnknownPlatform};
+    }
+    if (!Platform::CheckOsType(pPlatform->ulValue)) {
+        return {Result::g_ulSuccess, UpdateReason::OtherPlatform};
+    }
+    // It is in fact updated; support scripts know the line as it is.
+    Trace(TraceNotice, L"*** CLocalUpdateAgent::CheckPlatformType() - specified [platform] value [%s] was not updated.",
+          rtszWord);
+    return {};
+}
