@@ -1,10 +1,9 @@
 #pragma once
 
+#include "Arguments.h"
+
 #include <CLI/CLI.hpp>
-#include <cstdint>
-#include <filesystem>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <string>
 
 /** vrnt: the host and tool that ships with Varnhelt.dll. */
@@ -19,13 +18,6 @@ enum ExitStatus : int
     ExitSuccess = 0, // the result code is of the success class
     ExitFailure = 1, // the result code is a failure code
     ExitUsage = 2,   // a usage error, or an input file that cannot be read
-};
-
-/** A bad argument or an unreadable input file: one line on stderr and ExitUsage. */
-class UsageError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
 };
 
 /** The options that stand before the command. */
@@ -54,20 +46,5 @@ void AddSchema(Tool& _rTool);
 void AddDocuments(Tool& _rTool);
 void AddTrace(Tool& _rTool);
 void AddReport(Tool& _rTool);
-
-/** An argument of the command line as text. */
-std::wstring ToWide(const std::string& _rsUtf8);
-
-/** An argument that names a file: absolute, as the library needs it. @throws UsageError when it is empty */
-std::wstring ToFullPath(const std::string& _rsUtf8);
-
-/**
- * An argument that is a number, written as documents write theirs: decimal, "0x" hexadecimal or leading-zero octal.
- * @throws UsageError when it does not convert whole
- */
-std::uint32_t ToNumber(const char* _szOption, const std::string& _rsUtf8);
-
-/** The folder of vrnt.exe, without a backslash at its end. */
-std::filesystem::path ToolFolder();
 
 } // namespace Vrnt
