@@ -1,3 +1,9 @@
+# A compiler cache is used where one is installed.
+find_program(VARNHELT_COMPILER_CACHE ccache)
+if(VARNHELT_COMPILER_CACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${VARNHELT_COMPILER_CACHE})
+endif()
+
 # Compiler and linker options of everything that is ours, as one interface target.
 add_library(VarnheltOptions INTERFACE)
 
