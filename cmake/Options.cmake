@@ -24,6 +24,8 @@ else()
         target_compile_definitions(VarnheltOptions INTERFACE _GLIBCXX_ASSERTIONS _GLIBCXX_DEBUG)
         target_compile_options(VarnheltOptions INTERFACE -g
             $<IF:$<BOOL:$<TARGET_PROPERTY:VARNHELT_QUICK>>,-O0,-O1;-fsanitize=undefined;-fsanitize-undefined-trap-on-error>)
+        # Merging the objects' debug sections takes minutes a program. To debug, link without this option.
+        target_link_options(VarnheltOptions INTERFACE -Wl,--strip-debug)
     endif()
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
         target_compile_definitions(VarnheltOptions INTERFACE _FORTIFY_SOURCE=2)
