@@ -4,6 +4,7 @@
 #include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
+#include "ValueTypeTable.h"
 #include "ZkComn_DebugLog.h"
 
 #include <memory>

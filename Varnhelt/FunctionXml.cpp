@@ -1,7 +1,23 @@
 #include "FunctionXml.h"
 
 #include "Boundary.h"
+#include "Documents/Compatibility.h"
+#include "Documents/Competitors.h"
+#include "Documents/DeployAliases.h"
+#include "Documents/DeployComponents.h"
+#include "Documents/EnforceData.h"
+#include "Documents/KeyConfig.h"
+#include "Documents/LocalUpdate.h"
+#include "Documents/Policy.h"
+#include "Documents/PreUpdateList.h"
+#include "Documents/PuIds.h"
+#include "Documents/RegistryData.h"
+#include "Documents/ServiceUnits.h"
+#include "Documents/Threats.h"
+#include "Documents/VersionInfo.h"
 #include "SrvFrwk_ResultCode.h"
+#include "SrvFrwk_ValueType.h"
+#include "ValueTypeTable.h"
 #include "ZkComn_DebugLog.h"
 
 #include <algorithm>
@@ -15,42 +31,36 @@ using Varnhelt::ValueTypeRow;
 
 namespace {
 
+using namespace Varnhelt::Documents;
+
 constexpr ValueTypeRow g_aValueType[] = {
-    {ValueType::g_ulServiceUnit, DocumentId::ServiceUnits, &CFunctionXml::QueryValueAsServiceUnit, nullptr, true,
-     false},
-    {ValueType::g_ulEnforcePolicy, DocumentId::Policy, &CFunctionXml::QueryValueAsEnforcePolicy,
-     &CFunctionXml::StoreValueAsEnforcePolicy, true, true},
-    {ValueType::g_ulEnforceData, DocumentId::EnforceData, &CFunctionXml::QueryValueAsEnforceData, nullptr, true, false},
-    {ValueType::g_ulInstallPuIds, DocumentId::PuIds, &CFunctionXml::QueryValueAsInstallPuIds, nullptr, true, false},
-    {ValueType::g_ulCompetitorAction, DocumentId::CompetitorActions,
-     &CFunctionXml::QueryValueAsInstallCompetitorActionDB, nullptr, true, false},
-    {ValueType::g_ulCompetitorDetection, DocumentId::CompetitorDetections,
-     &CFunctionXml::QueryValueAsInstallCompetitorDetectionDB, nullptr, true, false},
-    {ValueType::g_ulAddOnComponent, DocumentId::None, nullptr, nullptr, true, false}, // reserved
-    {ValueType::g_ulThreatNameOrkap, DocumentId::ThreatsOrkap, &CFunctionXml::QueryThreateNameORKAP, nullptr, true,
-     false},
-    {ValueType::g_ulThreatNameElmap, DocumentId::ThreatsElmap, &CFunctionXml::QueryThreateNameELMAP, nullptr, true,
-     false},
-    {ValueType::g_ulThreatDescription, DocumentId::ThreatsElmap, &CFunctionXml::QueryThreateDesELMAP, nullptr, true,
-     false},
-    {ValueType::g_ulThreatRecommendation, DocumentId::ThreatsElmap, &CFunctionXml::QueryThreateRecELMAP, nullptr, true,
-     false},
-    {ValueType::g_ulScannerTitle, DocumentId::ThreatsElmap, &CFunctionXml::QueryTitleELMAP, nullptr, true, false},
-    {ValueType::g_ulRuleSet, DocumentId::None, nullptr, nullptr, true, false}, // reserved
-    {ValueType::g_ulKeyConfig, DocumentId::KeyConfig, &CFunctionXml::QueryValueAsKeyConfig, nullptr, true, false},
-    {ValueType::g_ulRegistryData, DocumentId::RegistryData, &CFunctionXml::QueryValueAsRegistryData, nullptr, true,
-     false},
-    {ValueType::g_ulVersionInfo, DocumentId::VersionInfo, &CFunctionXml::QueryValueAsVersionInfo, nullptr, false,
-     false},
-    {ValueType::g_ulSpecificEnforcePolicy, DocumentId::Policy, &CFunctionXml::QueryValueAsSpecificEnforcePolicy,
+    {ValueType::g_ulServiceUnit, DocumentId::ServiceUnits, &QueryValueAsServiceUnit, nullptr, true, false},
+    {ValueType::g_ulEnforcePolicy, DocumentId::Policy, &QueryValueAsEnforcePolicy, &StoreValueAsEnforcePolicy, true,
+     true},
+    {ValueType::g_ulEnforceData, DocumentId::EnforceData, &QueryValueAsEnforceData, nullptr, true, false},
+    {ValueType::g_ulInstallPuIds, DocumentId::PuIds, &QueryValueAsInstallPuIds, nullptr, true, false},
+    {ValueType::g_ulCompetitorAction, DocumentId::CompetitorActions, &QueryValueAsInstallCompetitorActionDB, nullptr,
+     true, false},
+    {ValueType::g_ulCompetitorDetection, DocumentId::CompetitorDetections, &QueryValueAsInstallCompetitorDetectionDB,
      nullptr, true, false},
-    {ValueType::g_ulCompatibilityCheck, DocumentId::Compatibility,
-     &CFunctionXml::QueryValueAsInstallCompatibilityCheckDB, nullptr, true, false},
-    {ValueType::g_ulPreUpdateList, DocumentId::PreUpdateList, nullptr, &CFunctionXml::StorePreUpdateList, false, true},
-    {ValueType::g_ulDeployAlias, DocumentId::Alias, &CFunctionXml::QueryValueAsDeployAliasConfig,
-     &CFunctionXml::StoreValueAsDeployAliasConfig, false, false},
-    {ValueType::g_ulDeployComponent, DocumentId::Component, &CFunctionXml::QueryValueAsDeployComponentConfig, nullptr,
+    {ValueType::g_ulAddOnComponent, DocumentId::None, nullptr, nullptr, true, false}, // reserved
+    {ValueType::g_ulThreatNameOrkap, DocumentId::ThreatsOrkap, &QueryThreateNameORKAP, nullptr, true, false},
+    {ValueType::g_ulThreatNameElmap, DocumentId::ThreatsElmap, &QueryThreateNameELMAP, nullptr, true, false},
+    {ValueType::g_ulThreatDescription, DocumentId::ThreatsElmap, &QueryThreateDesELMAP, nullptr, true, false},
+    {ValueType::g_ulThreatRecommendation, DocumentId::ThreatsElmap, &QueryThreateRecELMAP, nullptr, true, false},
+    {ValueType::g_ulScannerTitle, DocumentId::ThreatsElmap, &QueryTitleELMAP, nullptr, true, false},
+    {ValueType::g_ulRuleSet, DocumentId::None, nullptr, nullptr, true, false}, // reserved
+    {ValueType::g_ulKeyConfig, DocumentId::KeyConfig, &QueryValueAsKeyConfig, nullptr, true, false},
+    {ValueType::g_ulRegistryData, DocumentId::RegistryData, &QueryValueAsRegistryData, nullptr, true, false},
+    {ValueType::g_ulVersionInfo, DocumentId::VersionInfo, &QueryValueAsVersionInfo, nullptr, false, false},
+    {ValueType::g_ulSpecificEnforcePolicy, DocumentId::Policy, &QueryValueAsSpecificEnforcePolicy, nullptr, true,
+     false},
+    {ValueType::g_ulCompatibilityCheck, DocumentId::Compatibility, &QueryValueAsInstallCompatibilityCheckDB, nullptr,
+     true, false},
+    {ValueType::g_ulPreUpdateList, DocumentId::PreUpdateList, nullptr, &StorePreUpdateList, false, true},
+    {ValueType::g_ulDeployAlias, DocumentId::Alias, &QueryValueAsDeployAliasConfig, &StoreValueAsDeployAliasConfig,
      false, false},
+    {ValueType::g_ulDeployComponent, DocumentId::Component, &QueryValueAsDeployComponentConfig, nullptr, false, false},
 };
 
 } // namespace
@@ -71,60 +81,71 @@ const ValueTypeRow* FindValueType(std::uint32_t _ulValueType) noexcept
 
 } // namespace Varnhelt
 
-std::uint32_t CFunctionXml::CheckParameters(const Request& _rstRequest)
+namespace {
+
+/** The row of a request that names a value type and has a record; null after an error line. */
+const ValueTypeRow* CheckedRowOf(const Request& _rstRequest)
 {
-    if (Varnhelt::FindValueType(_rstRequest.ulValueType) == nullptr) {
+    const ValueTypeRow* pRow = Varnhelt::FindValueType(_rstRequest.ulValueType);
+    if (pRow == nullptr) {
         Trace(TraceError,
               L"*** CFunctionXml::CheckParameters() - Invalid Value Type was specified. VT[0x%08x],VST[0x%08x]",
               _rstRequest.ulValueType, _rstRequest.ulValueSubType);
-        return Result::g_ulInvalidArgument;
+        return nullptr;
     }
     if (_rstRequest.pValueData == nullptr) {
         Trace(TraceError, L"*** CFunctionXml::CheckParameters() - _pValueData was invalid. VT[0x%08x],VST[0x%08x]",
               _rstRequest.ulValueType, _rstRequest.ulValueSubType);
-        return Result::g_ulInvalidArgument;
+        return nullptr;
     }
-    return Result::g_ulSuccess;
+    return pRow;
+}
+
+} // namespace
+
+std::uint32_t CFunctionXml::CheckParameters(const Request& _rstRequest)
+{
+    return CheckedRowOf(_rstRequest) != nullptr ? Result::g_ulSuccess : Result::g_ulInvalidArgument;
 }
 
 std::uint32_t CFunctionXml::QueryValue(const Request& _rstRequest)
 {
     const Varnhelt::MethodTrace cTrace(L"CFunctionXml::QueryValue()", _rstRequest.ulValueType,
                                        _rstRequest.ulValueSubType);
-    if (const std::uint32_t ulChecked = CheckParameters(_rstRequest); Result::IsFailure(ulChecked)) {
+    const ValueTypeRow* pRow = CheckedRowOf(_rstRequest);
+    if (pRow == nullptr) {
         Trace(TraceError,
               L"*** CFunctionXml::QueryValue() - this->CheckParameters() failed. [0x%08x], VT[0x%08x],VST[0x%08x]",
-              ulChecked, _rstRequest.ulValueType, _rstRequest.ulValueSubType);
-        return ulChecked;
+              Result::g_ulInvalidArgument, _rstRequest.ulValueType, _rstRequest.ulValueSubType);
+        return Result::g_ulInvalidArgument;
     }
-    const Varnhelt::Handler pfnQuery = Varnhelt::FindValueType(_rstRequest.ulValueType)->pfnQuery;
-    if (pfnQuery == nullptr) {
+    if (pRow->pfnQuery == nullptr) {
         // The pointer is fine: the line is what support scripts know for a value type that cannot be queried.
         Trace(TraceError, L"*** CFunctionXml::QueryValue() - _pValueData was invalid. VT[0x%08x],VST[0x%08x]",
               _rstRequest.ulValueType, _rstRequest.ulValueSubType);
         return cTrace.Leave(Result::g_ulInvalidArgument);
     }
-    return cTrace.Leave((this->*pfnQuery)(_rstRequest));
+    return cTrace.Leave(pRow->pfnQuery(m_stWorker, _rstRequest));
 }
 
 std::uint32_t CFunctionXml::StoreValue(const Request& _rstRequest)
 {
     const Varnhelt::MethodTrace cTrace(L"CFunctionXml::StoreValue()", _rstRequest.ulValueType,
                                        _rstRequest.ulValueSubType);
-    if (const std::uint32_t ulChecked = CheckParameters(_rstRequest); Result::IsFailure(ulChecked)) {
+    const ValueTypeRow* pRow = CheckedRowOf(_rstRequest);
+    if (pRow == nullptr) {
         Trace(TraceError,
               L"*** CFunctionXml::StoreValue() - this->CheckParameters() failed. [0x%08x], VT[0x%08x],VST[0x%08x]",
-              ulChecked, _rstRequest.ulValueType, _rstRequest.ulValueSubType);
-        return ulChecked;
+              Result::g_ulInvalidArgument, _rstRequest.ulValueType, _rstRequest.ulValueSubType);
+        return Result::g_ulInvalidArgument;
     }
-    const Varnhelt::Handler pfnStore = Varnhelt::FindValueType(_rstRequest.ulValueType)->pfnStore;
-    if (pfnStore == nullptr) {
+    if (pRow->pfnStore == nullptr) {
         Trace(TraceError,
               L"*** CFunctionXml::StoreValue() -  Not Support _ulValueType or _ulValueSubType was specified. [0x%08x]",
               _rstRequest.ulValueType);
         return cTrace.Leave(Result::g_ulInvalidArgument);
     }
-    return cTrace.Leave((this->*pfnStore)(_rstRequest));
+    return cTrace.Leave(pRow->pfnStore(m_stWorker, _rstRequest));
 }
 
 std::uint32_t CFunctionXml::SendMessage(std::uint32_t _ulActionType, std::uint32_t _ulActionSubType,
@@ -137,7 +158,7 @@ std::uint32_t CFunctionXml::SendMessage(std::uint32_t _ulActionType, std::uint32
     Trace(TraceDetail, L"[Enter] CFunctionXml::SendMessage() AT[0x%08x] AST[0x%08x]...", _ulActionType,
           _ulActionSubType);
     if (_ulActionType == MessageType::g_ulLocalUpdate) {
-        return cTrace.Leave(DoActionAsLocalUpdate(static_cast<const std::wstring*>(_pMessageData)));
+        return cTrace.Leave(DoActionAsLocalUpdate(m_stWorker, static_cast<const std::wstring*>(_pMessageData)));
     }
     Trace(TraceError,
           L"*** CFunctionXml::SendMessage() -  Not Support _ulActionType or _ulActionSubType was specified. [0x%08x]",

@@ -6,15 +6,23 @@
 #include "SrvFrwk_ValueType.h"
 #include "TestProduct.h"
 #include "TraceRecorder.h"
+#include "ValueTypeTable.h"
 
 #include <gmock/gmock.h>
 #include <string>
 #include <vector>
 
 /** A reader or writer and its name in the lines. */
-#define METHOD(name) &CFunctionXml::name, L"CFunctionXml::" #name L"()"
+#define METHOD(name) &Varnhelt::Documents::name, L"CFunctionXml::" #name L"()"
 
 using Lines = std::vector<std::wstring>;
+
+/** Has one reader or writer carry a request out. */
+inline std::uint32_t CarryOut(Varnhelt::Handler _pfnHandler, const Varnhelt::Request& _rstRequest)
+{
+    Varnhelt::Worker stWorker;
+    return _pfnHandler(stWorker, _rstRequest);
+}
 
 /** Lines that begin alike. */
 inline Lines Behind(const std::wstring& _rtszBeginning, Lines _vecLine)

@@ -1,6 +1,18 @@
 // What all documents share: requests that lack something, and documents that are missing, damaged or empty.
 
 #include "DocumentTest.h"
+#include "Documents/Compatibility.h"
+#include "Documents/Competitors.h"
+#include "Documents/DeployAliases.h"
+#include "Documents/DeployComponents.h"
+#include "Documents/EnforceData.h"
+#include "Documents/KeyConfig.h"
+#include "Documents/Policy.h"
+#include "Documents/PuIds.h"
+#include "Documents/RegistryData.h"
+#include "Documents/ServiceUnits.h"
+#include "Documents/Threats.h"
+#include "Documents/VersionInfo.h"
 
 #include <utility>
 
@@ -17,7 +29,7 @@ Outcome Try(Handler _pfnHandler, void* _pOption)
 {
     TList list(t_uEntries);
     const std::uint32_t ulResult =
-        (CFunctionXml().*_pfnHandler)({.ulValueSubType = 1, .pValueData = &list, .pOptionData = _pOption});
+        CarryOut(_pfnHandler, {.ulValueSubType = 1, .pValueData = &list, .pOptionData = _pOption});
     return {ulResult, list.size()};
 }
 
@@ -25,7 +37,7 @@ template <>
 Outcome Try<InstallPuIds>(Handler _pfnHandler, void*)
 {
     InstallPuIds stPuIds{{1}, {2}, {3}, {4}, 5};
-    const std::uint32_t ulResult = (CFunctionXml().*_pfnHandler)({.pValueData = &stPuIds});
+    const std::uint32_t ulResult = CarryOut(_pfnHandler, {.pValueData = &stPuIds});
     return {ulResult, stPuIds.vecPattern.size() + stPuIds.vecEngine.size() + stPuIds.vecProduct.size() +
                           stPuIds.vecReserved.size() + stPuIds.ulReserved};
 }
@@ -34,7 +46,7 @@ template <>
 Outcome Try<ThreatText>(Handler _pfnHandler, void*)
 {
     ThreatText stText{0, L"before", L"before"};
-    const std::uint32_t ulResult = (CFunctionXml().*_pfnHandler)({.pValueData = &stText});
+    const std::uint32_t ulResult = CarryOut(_pfnHandler, {.pValueData = &stText});
     return {ulResult, stText.tszText == L"before" && stText.tszSecondText == L"before" ? 0 : 1};
 }
 
@@ -130,7 +142,7 @@ TEST_P(AnyDocument, WhatARequestLacksIsNamedAndItsListIsEmpty)
         {Location::Path, &stNoFile, L"tszXmlFileName was empty."},
     };
     const TraceRecorder cTrace(0x100);
-    EXPECT_EQ((CFunctionXml().*m_stWay.pfnHandler)({}), Result::g_ulMissingObject);
+    EXPECT_EQ(CarryOut(m_stWay.pfnHandler, {}), Result::g_ulMissingObject);
     Lines vecExpected{m_stWay.tszRecord + L" was invalid."};
     for (const auto& stLacking : aLacking) {
         if (stLacking.enLocation == m_rstDocument.enLocation && m_pOption == &m_stPath) {

@@ -58,7 +58,8 @@ protected:
     {
         LocalUpdateConfig stConfig;
         bool bStay = false;
-        ASSERT_EQ(CFunctionXml().QueryValueAsLocalUpdate(&stConfig, &_rtszPath, &bStay), Result::g_ulSuccess);
+        Worker stWorker;
+        ASSERT_EQ(Documents::QueryValueAsLocalUpdate(stWorker, &stConfig, &_rtszPath, &bStay), Result::g_ulSuccess);
         CLocalUpdateManager cManager(_rStorage, &_rDecisions);
         ASSERT_EQ(cManager.Initialize(), Result::g_ulSuccess);
         ASSERT_EQ(cManager.DoActionConfig(stConfig), Result::g_ulSuccess);
@@ -91,10 +92,11 @@ protected:
 
     std::uint32_t Read(const std::wstring& _rtszPath)
     {
-        return CFunctionXml().QueryValueAsLocalUpdate(&m_stConfig, &_rtszPath);
+        return Documents::QueryValueAsLocalUpdate(m_stWorker, &m_stConfig, &_rtszPath);
     }
 
     UpdateBench m_cBench;
+    Worker m_stWorker;
     LocalUpdateConfig m_stConfig;
     std::vector<std::wstring> m_vecLeft; // by the last undo
 };
@@ -496,7 +498,7 @@ TEST_F(LocalUpdate, WhatIsMissingOrCannotBeLookedForOrReadIsToldApart)
     const std::wstring tszMissing = m_cBench.Folder().File(L"missing.xml");
     const std::wstring tszBad = m_cBench.Describe(L"bad.xml", "<Quillmar>\n<registry></Quillmar>");
     const TraceRecorder cTrace(0x110);
-    EXPECT_EQ(CFunctionXml().DoActionAsLocalUpdate(&tszMissing), Result::g_ulPartialSuccess);
+    EXPECT_EQ(Documents::DoActionAsLocalUpdate(m_stWorker, &tszMissing), Result::g_ulPartialSuccess);
     EXPECT_EQ(UpdateBench::Send(m_cBench.Folder().File(L"no folder\\x.xml")), Result::g_ulUndetermined);
     EXPECT_EQ(Read(L""), Result::g_ulUndetermined);
     EXPECT_EQ(Read(tszBad), Result::g_ulFailed);
@@ -567,7 +569,7 @@ TEST_F(LocalUpdate, ASuccessfulUpdateTellsEachStep)
     const std::wstring tszPath =
         m_cBench.Describe(Key({"create Sub+no", "remove+no"}, "@K@", "HKCU") + Ini({"write n string v"}));
     const TraceRecorder cTrace;
-    ASSERT_EQ(CFunctionXml().DoActionAsLocalUpdate(&tszPath), Result::g_ulSuccess);
+    ASSERT_EQ(Documents::DoActionAsLocalUpdate(m_stWorker, &tszPath), Result::g_ulSuccess);
 
     // ">" and "<" stand for entry and leave lines.
     std::wstring tszLines;

@@ -2,10 +2,12 @@
 
 #include "ApiFault.h"
 #include "DocumentTest.h"
+#include "Documents/RegistryData.h"
 
 #include <map>
 
 using namespace SrvFrwk;
+
 using testing::ElementsAre;
 using testing::FieldsAre;
 using testing::HasSubstr;
@@ -157,7 +159,8 @@ TEST_F(RegistryDocument, AKeyThatIsNoneAndABadDocumentFailWithTheirLines)
     EXPECT_EQ(Query({L"*"}), Result::g_ulFailed);
     m_pszFile = L"none";
     EXPECT_EQ(Query({L"*"}), Result::g_ulFailed);
-    EXPECT_EQ(CFunctionXml().QueryValueAsRegistryData({.pValueData = &m_Records}), Result::g_ulMissingObject);
+    EXPECT_EQ(CarryOut(&Varnhelt::Documents::QueryValueAsRegistryData, {.pValueData = &m_Records}),
+              Result::g_ulMissingObject);
     const std::wstring tszFailed = tszReader + L"GetRegistryComponent() failed.[0x80040201]";
     EXPECT_THAT(cTrace.Messages(),
                 ElementsAre(tszComponent + L"unsupported root key: HKLM", tszFailed,

@@ -1,5 +1,6 @@
 // Threat names, descriptions and recommendations, and scanner titles.
 
+#include "Documents/Threats.h"
 #include "DocumentTest.h"
 
 using namespace SrvFrwk;
@@ -28,7 +29,7 @@ protected:
     std::uint32_t Query(Varnhelt::Handler _pfnHandler, std::uint32_t _ulIdentifier)
     {
         m_stText = {_ulIdentifier, L"before", L"before"};
-        return (CFunctionXml().*_pfnHandler)({.pValueData = &m_stText});
+        return CarryOut(_pfnHandler, {.pValueData = &m_stText});
     }
 
     TestProduct m_cProduct;
@@ -87,11 +88,11 @@ TEST_F(Threats, ADocumentMustBeWholeBehindTheThreatThatWasFound)
     for (const std::string& sBad : {sHead, sHead + "<Threat>" + sTail, sHead + sTail + "<tail/>", sHead + "&x;" + sTail,
                                     sHead + "\xFF" + sTail, std::string()}) {
         m_cProduct.Store(DocumentId::ThreatsOrkap, sBad);
-        EXPECT_EQ(Query(&CFunctionXml::QueryThreateNameORKAP, 1), Result::g_ulFailed) << sBad;
+        EXPECT_EQ(Query(&Varnhelt::Documents::QueryThreateNameORKAP, 1), Result::g_ulFailed) << sBad;
         EXPECT_EQ(m_stText.tszText, L"before") << sBad;
     }
     m_cProduct.Store(DocumentId::ThreatsOrkap, sHead + sTail);
-    EXPECT_EQ(Query(&CFunctionXml::QueryThreateNameORKAP, 1), Result::g_ulSuccess);
+    EXPECT_EQ(Query(&Varnhelt::Documents::QueryThreateNameORKAP, 1), Result::g_ulSuccess);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
 #include "Files/DocumentPath.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 
 #include <vector>
@@ -55,7 +54,7 @@ private:
 
 } // namespace
 
-std::uint32_t CFunctionXml::QueryValueAsInstallCompatibilityCheckDB(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsInstallCompatibilityCheckDB(Worker& _rWorker, const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsInstallCompatibilityCheckDB()";
     return AtQueryBoundary<std::vector<CompatibilityPlatform>>(
@@ -69,9 +68,9 @@ std::uint32_t CFunctionXml::QueryValueAsInstallCompatibilityCheckDB(const Reques
             Trace(TraceDetail, L"*** CFunctionXml::QueryValueAsInstallCompatibilityCheckDB() - tszXmlFile = [%s]",
                   stPath->tszFile);
             TraceParserDirectory(stPath->tszDirectory);
-            PlainDocument cDocument(m_cParser, Access::Read);
-            m_cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
-            Documents::ReadRecords(m_cElement, Documents::g_stCompatibilityPlatform, _rvecPlatform, Dump());
+            PlainDocument cDocument(_rWorker.cParser, Access::Read);
+            _rWorker.cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
+            Documents::ReadRecords(_rWorker.cElement, Documents::g_stCompatibilityPlatform, _rvecPlatform, Dump());
             return Result::g_ulSuccess;
         });
 }

@@ -1,7 +1,10 @@
 #pragma once
 
 #include "Descriptions/Description.h"
+#include "Request.h"
 #include "SrvFrwk_Records.h"
+
+#include <cstdint>
 
 /** Which editions may be installed on which system, "compatck.xml". */
 namespace Varnhelt::Documents {
@@ -111,5 +114,8 @@ inline constexpr auto g_stCompatibilityPlatform = Describe<SrvFrwk::Compatibilit
         .Label(L" OS tszServicePack"),
     Attribute(L"language", &SrvFrwk::CompatibilityPlatform::tszLanguage, Text()).Key("language").Label(L" OS language"),
     Children(L"", &SrvFrwk::CompatibilityPlatform::vecProduct, g_stCompatibilityProduct).Key("products"));
+
+/** Reads the document of the request's directory into a vector of CompatibilityPlatform; contract as Handler. */
+std::uint32_t QueryValueAsInstallCompatibilityCheckDB(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

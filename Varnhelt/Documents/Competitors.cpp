@@ -3,7 +3,6 @@
 #include "Boundary.h"
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 
@@ -49,16 +48,16 @@ std::uint32_t ReadProducts(const Reader& _rstReader, const TDescription& _rstDes
 
 } // namespace
 
-std::uint32_t CFunctionXml::QueryValueAsInstallCompetitorActionDB(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsInstallCompetitorActionDB(Worker& _rWorker, const Request& _rstRequest)
 {
     return ReadProducts({DocumentId::CompetitorActions, L"CFunctionXml::QueryValueAsInstallCompetitorActionDB()",
                          L"pArrayCompetitorAction"},
-                        Documents::g_stCompetitorAction, _rstRequest, m_cParser);
+                        Documents::g_stCompetitorAction, _rstRequest, _rWorker.cParser);
 }
 
-std::uint32_t CFunctionXml::QueryValueAsInstallCompetitorDetectionDB(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsInstallCompetitorDetectionDB(Worker& _rWorker, const Request& _rstRequest)
 {
     return ReadProducts({DocumentId::CompetitorDetections, L"CFunctionXml::QueryValueAsInstallCompetitorDetectionDB()",
                          L"pArrayCompetitorDetection"},
-                        Documents::g_stCompetitorDetection, _rstRequest, m_cParser);
+                        Documents::g_stCompetitorDetection, _rstRequest, _rWorker.cParser);
 }

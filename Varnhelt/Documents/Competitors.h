@@ -2,7 +2,10 @@
 
 #include "Descriptions/Description.h"
 #include "Descriptions/YesNo.h"
+#include "Request.h"
 #include "SrvFrwk_Records.h"
+
+#include <cstdint>
 
 /**
  * Other vendors' products: what to do with each before an installation, "rivalact.xml", and how to recognise it,
@@ -64,5 +67,9 @@ inline constexpr auto g_stCompetitorDetection = DescribeProduct<SrvFrwk::Competi
         .Key("manufacturer"),
     ChildAttribute(L"Information", L"url", &SrvFrwk::CompetitorDetection::tszUrl, Text()).Key("url"),
     Child(L"Information", &SrvFrwk::CompetitorDetection::tszInformation, Text()).Key("information"));
+
+/** Read the documents of the request's directory into a vector of their record; contract as Handler. */
+std::uint32_t QueryValueAsInstallCompetitorActionDB(Worker& _rWorker, const Request& _rstRequest);
+std::uint32_t QueryValueAsInstallCompetitorDetectionDB(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

@@ -4,7 +4,6 @@
 #include "Documents/Deployment.h"
 #include "Files/DocumentFile.h"
 #include "Files/DocumentPath.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 
@@ -69,7 +68,7 @@ bool SetAliases(Storage::XmlElement _cRoot, const DeployAliasConfig& _rlstAlias)
 
 } // namespace
 
-std::uint32_t CFunctionXml::QueryValueAsDeployAliasConfig(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsDeployAliasConfig(Worker& _rWorker, const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsDeployAliasConfig()";
     return AtQueryBoundary<DeployAliasConfig>(
@@ -79,19 +78,19 @@ std::uint32_t CFunctionXml::QueryValueAsDeployAliasConfig(const Request& _rstReq
             if (!stPath) {
                 return Result::g_ulMissingObject;
             }
-            XenDocument cDocument(DocumentOf(DocumentId::Alias), *stPath, m_cParser, Access::Read);
+            XenDocument cDocument(DocumentOf(DocumentId::Alias), *stPath, _rWorker.cParser, Access::Read);
             if (!cDocument.Decrypt()) {
                 Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployAliasConfig() - tszXmlPath was empty.");
                 return Result::g_ulMissingObject;
             }
             TraceParserDirectory(stPath->tszDirectory);
-            m_cElement = cDocument.Select();
-            Documents::ReadRecords(m_cElement, Documents::g_stDeployAlias, _rlstAlias);
+            _rWorker.cElement = cDocument.Select();
+            Documents::ReadRecords(_rWorker.cElement, Documents::g_stDeployAlias, _rlstAlias);
             return Result::g_ulSuccess;
         });
 }
 
-std::uint32_t CFunctionXml::StoreValueAsDeployAliasConfig(const Request& _rstRequest)
+std::uint32_t Documents::StoreValueAsDeployAliasConfig(Worker& _rWorker, const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::StoreValueAsDeployAliasConfig()";
     return AtBoundary(Documents::DeploymentFailures(pszMethod), [&] {
@@ -104,14 +103,14 @@ std::uint32_t CFunctionXml::StoreValueAsDeployAliasConfig(const Request& _rstReq
         if (!stPath) {
             return Result::g_ulMissingObject;
         }
-        XenDocument cDocument(DocumentOf(DocumentId::Alias), *stPath, m_cParser, Access::Write);
+        XenDocument cDocument(DocumentOf(DocumentId::Alias), *stPath, _rWorker.cParser, Access::Write);
         if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - tszXmlPath was empty.");
             return Result::g_ulMissingObject;
         }
         TraceParserDirectory(stPath->tszDirectory);
-        m_cElement = cDocument.Select();
-        if (!SetAliases(m_cElement, *pstDeployAliasConfig)) {
+        _rWorker.cElement = cDocument.Select();
+        if (!SetAliases(_rWorker.cElement, *pstDeployAliasConfig)) {
             Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - pxmlAlias was invalid.");
             return Result::g_ulFailed;
         }

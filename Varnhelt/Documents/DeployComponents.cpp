@@ -3,7 +3,6 @@
 #include "Documents/Deployment.h"
 #include "Files/DocumentFile.h"
 #include "Files/DocumentPath.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
 #include "ZkComn_DebugLog.h"
@@ -127,7 +126,7 @@ std::uint32_t ReadComponents(const Storage::XmlElement& _rSection, std::uint32_t
 
 } // namespace
 
-std::uint32_t CFunctionXml::QueryValueAsDeployComponentConfig(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsDeployComponentConfig(Worker& _rWorker, const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsDeployComponentConfig()";
     return AtQueryBoundary<DeployComponentConfig>(
@@ -137,7 +136,7 @@ std::uint32_t CFunctionXml::QueryValueAsDeployComponentConfig(const Request& _rs
             if (!stPath) {
                 return Result::g_ulMissingObject;
             }
-            XenDocument cDocument(DocumentOf(DocumentId::Component), *stPath, m_cParser, Access::Read);
+            XenDocument cDocument(DocumentOf(DocumentId::Component), *stPath, _rWorker.cParser, Access::Read);
             if (!cDocument.Decrypt()) {
                 Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - tszXmlPath was empty.");
                 return Result::g_ulMissingObject;
@@ -150,7 +149,7 @@ std::uint32_t CFunctionXml::QueryValueAsDeployComponentConfig(const Request& _rs
                 return Result::g_ulInvalidArgument;
             }
             TraceParserDirectory(stPath->tszDirectory);
-            m_cElement = cDocument.Select();
-            return ReadComponents(m_cElement.FirstChild(svSection), _rstRequest.ulValueOption, _rlstComponent);
+            _rWorker.cElement = cDocument.Select();
+            return ReadComponents(_rWorker.cElement.FirstChild(svSection), _rstRequest.ulValueOption, _rlstComponent);
         });
 }

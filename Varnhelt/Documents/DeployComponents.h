@@ -2,7 +2,10 @@
 
 #include "Descriptions/Description.h"
 #include "Documents/KeyConfig.h"
+#include "Request.h"
 #include "SrvFrwk_Records.h"
+
+#include <cstdint>
 
 /** What a deployment installs and uninstalls: the files, registry values and shortcuts of each component. */
 namespace Varnhelt::Documents {
@@ -80,5 +83,11 @@ inline constexpr auto g_stDeployComponent = Describe<SrvFrwk::DeployComponent>(
     Children(L"", &SrvFrwk::DeployComponent::lstFile, g_stDeployFile).Key("files"),
     Children(g_svRegistry, &SrvFrwk::DeployComponent::vecKey, g_stDeployKey).Key("keys"),
     Children(L"", &SrvFrwk::DeployComponent::lstShortcut, g_stDeployShortcut).Key("shortcuts"));
+
+/**
+ * Reads the components of one section (the sub-type) that are for a run mode (the option) and for systems such as this,
+ * from the file of the request's path, into a DeployComponentConfig; contract as Handler.
+ */
+std::uint32_t QueryValueAsDeployComponentConfig(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

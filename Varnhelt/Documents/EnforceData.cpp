@@ -4,7 +4,6 @@
 #include "Descriptions/DescriptionDump.h"
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 
@@ -65,18 +64,18 @@ struct DataHook : Documents::ReadHook
 
 } // namespace
 
-std::uint32_t CFunctionXml::QueryValueAsEnforceData(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsEnforceData(Worker& _rWorker, const Request& _rstRequest)
 {
     return AtQueryBoundary<std::vector<DataController>>(
         {L"CFunctionXml::QueryValueAsEnforceData()"}, _rstRequest.pValueData, L"pArrayOfEnData", [&](auto& _rvecData) {
             const Document& stDocument = DocumentOf(DocumentId::EnforceData);
-            XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Read);
+            XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), _rWorker.cParser, Access::Read);
             if (!cDocument.Decrypt()) {
                 Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforceData() - tszXmlFile is empty");
                 return Result::g_ulFailed;
             }
-            m_cElement = cDocument.Select();
-            Documents::ReadRecords(m_cElement, Documents::g_stDataController, _rvecData, DataHook());
+            _rWorker.cElement = cDocument.Select();
+            Documents::ReadRecords(_rWorker.cElement, Documents::g_stDataController, _rvecData, DataHook());
             return Result::g_ulSuccess;
         });
 }

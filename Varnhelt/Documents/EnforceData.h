@@ -1,7 +1,10 @@
 #pragma once
 
 #include "Descriptions/Description.h"
+#include "Request.h"
 #include "SrvFrwk_Records.h"
+
+#include <cstdint>
 
 /** The enforcement data, "FwEnfDat.xen": how controllers and providers are loaded. */
 namespace Varnhelt::Documents {
@@ -98,5 +101,8 @@ inline constexpr auto g_stDataController =
             .Label(L"[InitOption]      "),
         Children(L"./DataProviders", &SrvFrwk::DataController::vecProvider, g_stDataProvider).Key("providers"))
         .Title(L"label", L"[label]           ");
+
+/** Reads the installed document into a vector of DataController; contract as Handler. */
+std::uint32_t QueryValueAsEnforceData(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

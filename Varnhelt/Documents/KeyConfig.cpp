@@ -2,7 +2,6 @@
 
 #include "Boundary.h"
 #include "Files/DocumentFile.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Platform.h"
@@ -114,19 +113,20 @@ std::optional<bool> KeyReader::IsForThisProgram(const Storage::XmlElement& _rVal
 
 } // namespace Varnhelt::Documents
 
-std::uint32_t CFunctionXml::QueryValueAsKeyConfig(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsKeyConfig(Worker& _rWorker, const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsKeyConfig()";
     return AtQueryBoundary<std::vector<DeployKey>>(
         {pszMethod}, _rstRequest.pValueData, L"pKeyConfig", [&](auto& _rvecKey) {
-            PlainDocument cDocument(m_cParser, Access::Read);
+            PlainDocument cDocument(_rWorker.cParser, Access::Read);
             const auto cRoot =
                 cDocument.SelectInDirectory(pszMethod, _rstRequest.pOptionData, DocumentOf(DocumentId::KeyConfig));
             if (!cRoot) {
                 return Result::g_ulMissingObject;
             }
-            m_cElement = *cRoot;
-            if (const std::uint32_t ulResult = Documents::KeyReader(m_cElement).GetKeyConfig(m_cElement, _rvecKey);
+            _rWorker.cElement = *cRoot;
+            if (const std::uint32_t ulResult =
+                    Documents::KeyReader(_rWorker.cElement).GetKeyConfig(_rWorker.cElement, _rvecKey);
                 Result::IsFailure(ulResult)) {
                 Trace(TraceError, L"*** CFunctionXml::QueryValueAsKeyConfig() - this->GetKeyConfig() failed. [0x%08x]",
                       ulResult);

@@ -3,8 +3,10 @@
 #include "Descriptions/DescriptionReader.h"
 #include "Descriptions/YesNo.h"
 #include "Documents/RegistryWords.h"
+#include "Request.h"
 #include "SrvFrwk_Records.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -74,5 +76,8 @@ private:
     Bound<std::remove_const_t<decltype(g_stDeployKey)>> m_cKey;
     std::optional<std::wstring> m_tszProgram; // once it was needed
 };
+
+/** Reads the document of the request's directory into a vector of DeployKey; contract as Handler. */
+std::uint32_t QueryValueAsKeyConfig(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

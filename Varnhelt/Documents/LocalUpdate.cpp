@@ -3,7 +3,6 @@
 #include "Boundary.h"
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "Update/LocalUpdateManager.h"
 #include "Update/UpdateStorage.h"
@@ -112,10 +111,8 @@ private:
     std::uint32_t m_ulError;
 };
 
-} // namespace
-
-std::uint32_t CFunctionXml::SetLocalUpdateRegistry(const Storage::XmlElement& _rElement,
-                                                   const LocalUpdateNames& _rstNames, LocalUpdateKey* _pstKey)
+std::uint32_t SetLocalUpdateRegistry(const Storage::XmlElement& _rElement, const LocalUpdateNames& _rstNames,
+                                     LocalUpdateKey* _pstKey)
 {
     const MethodTrace cTrace(L"CFunctionXml::SetLocalUpdateRegistry()");
     if (_pstKey == nullptr) {
@@ -128,8 +125,8 @@ std::uint32_t CFunctionXml::SetLocalUpdateRegistry(const Storage::XmlElement& _r
     return cTrace.LeaveAs(L"CFunctionXml::SetLocalUpdateKey()", Result::g_ulSuccess);
 }
 
-std::uint32_t CFunctionXml::SetLocalUpdateIniFile(const Storage::XmlElement& _rElement,
-                                                  const LocalUpdateNames& _rstNames, LocalUpdateKey* _pstIniFile)
+std::uint32_t SetLocalUpdateIniFile(const Storage::XmlElement& _rElement, const LocalUpdateNames& _rstNames,
+                                    LocalUpdateKey* _pstIniFile)
 {
     const MethodTrace cTrace(L"CFunctionXml::SetLocalUpdateIniFile()");
     if (_pstIniFile == nullptr) {
@@ -142,13 +139,13 @@ std::uint32_t CFunctionXml::SetLocalUpdateIniFile(const Storage::XmlElement& _rE
     return cTrace.LeaveAs(L"CFunctionXml::SetLocalUpdateKey()", Result::g_ulSuccess);
 }
 
-void CFunctionXml::SetLocalUpdateDirectory()
+void SetLocalUpdateDirectory()
 {
     MethodTrace(L"CFunctionXml::SetLocalUpdateDirectory()").Leave(0);
 }
 
-std::uint32_t CFunctionXml::ReadLocalUpdateItem(const Storage::XmlElement& _rElement, const LocalUpdateNames& _rstNames,
-                                                LocalUpdateConfig& _rstConfig)
+std::uint32_t ReadLocalUpdateItem(const Storage::XmlElement& _rElement, const LocalUpdateNames& _rstNames,
+                                  LocalUpdateConfig& _rstConfig)
 {
     const std::wstring_view svName = _rElement.Name();
     // A name of fewer letters is an abbreviation.
@@ -187,26 +184,30 @@ std::uint32_t CFunctionXml::ReadLocalUpdateItem(const Storage::XmlElement& _rEle
     return Result::g_ulSuccess;
 }
 
-std::uint32_t CFunctionXml::ReadLocalUpdate(const std::wstring& _rtszPath, LocalUpdateConfig& _rstConfig, bool& _rbStay)
+std::uint32_t ReadLocalUpdate(Worker& _rWorker, const std::wstring& _rtszPath, LocalUpdateConfig& _rstConfig,
+                              bool& _rbStay)
 {
     return AtBoundary(g_stReadingTexts, [&] {
-        PlainDocument cDocument(m_cParser, Access::Read);
-        m_cElement = cDocument.Select(_rtszPath, {}, DocumentOf(DocumentId::LocalUpdate).pszRoot);
-        _rstConfig.tszVersion = m_cElement.Attribute(g_svUpdateVersion);
-        _rstConfig.tszCheck = m_cElement.Attribute(g_svUpdateCheck);
-        _rbStay = m_cElement.Attribute(g_svUpdateStay) == UpdateWords::g_svYes;
+        PlainDocument cDocument(_rWorker.cParser, Access::Read);
+        _rWorker.cElement = cDocument.Select(_rtszPath, {}, DocumentOf(DocumentId::LocalUpdate).pszRoot);
+        _rstConfig.tszVersion = _rWorker.cElement.Attribute(g_svUpdateVersion);
+        _rstConfig.tszCheck = _rWorker.cElement.Attribute(g_svUpdateCheck);
+        _rbStay = _rWorker.cElement.Attribute(g_svUpdateStay) == UpdateWords::g_svYes;
 
-        const LocalUpdateNames stNames(m_cElement);
+        const LocalUpdateNames stNames(_rWorker.cElement);
         std::uint32_t ulResult = Result::g_ulSuccess;
-        for (auto cItem = m_cElement.FirstChild(); cItem && !Result::IsFailure(ulResult); cItem = cItem.NextSibling()) {
+        for (auto cItem = _rWorker.cElement.FirstChild(); cItem && !Result::IsFailure(ulResult);
+             cItem = cItem.NextSibling()) {
             ulResult = ReadLocalUpdateItem(cItem, stNames, _rstConfig);
         }
         return ulResult;
     });
 }
 
-std::uint32_t CFunctionXml::QueryValueAsLocalUpdate(LocalUpdateConfig* _pConfig, const std::wstring* _ptszXmlPath,
-                                                    bool* _pbStay)
+} // namespace
+
+std::uint32_t Documents::QueryValueAsLocalUpdate(Worker& _rWorker, LocalUpdateConfig* _pConfig,
+                                                 const std::wstring* _ptszXmlPath, bool* _pbStay)
 {
     return AtBoundary(g_stReadingTexts, [&] {
         const MethodTrace cTrace(L"CFunctionXml::QueryValueAsLocalUpdate()");
@@ -228,7 +229,7 @@ std::uint32_t CFunctionXml::QueryValueAsLocalUpdate(LocalUpdateConfig* _pConfig,
 
         const HeldDescription cHeld(*_ptszXmlPath);
         bool bStay = false;
-        std::uint32_t ulResult = ReadLocalUpdate(*_ptszXmlPath, *_pConfig, bStay);
+        std::uint32_t ulResult = ReadLocalUpdate(_rWorker, *_ptszXmlPath, *_pConfig, bStay);
         if (!bStay) {
             const std::uint32_t ulError = _pbStay == nullptr ? cHeld.Delete() : cHeld.DeletionError();
             if (ulError != ERROR_SUCCESS) {
@@ -247,7 +248,7 @@ std::uint32_t CFunctionXml::QueryValueAsLocalUpdate(LocalUpdateConfig* _pConfig,
     });
 }
 
-std::uint32_t CFunctionXml::DoActionAsLocalUpdate(const std::wstring* _ptszXmlPath)
+std::uint32_t Documents::DoActionAsLocalUpdate(Worker& _rWorker, const std::wstring* _ptszXmlPath)
 {
     return AtBoundary({L"CFunctionXml::DoActionAsLocalUpdate()"}, [&] {
         const MethodTrace cTrace(L"CFunctionXml::DoActionAsLocalUpdate()");
@@ -256,7 +257,7 @@ std::uint32_t CFunctionXml::DoActionAsLocalUpdate(const std::wstring* _ptszXmlPa
             return Result::g_ulMissingObject;
         }
         LocalUpdateConfig stConfig;
-        std::uint32_t ulResult = QueryValueAsLocalUpdate(&stConfig, _ptszXmlPath);
+        std::uint32_t ulResult = QueryValueAsLocalUpdate(_rWorker, &stConfig, _ptszXmlPath);
         if (Result::IsFailure(ulResult)) {
             Trace(TraceError, L"*** CFunctionXml::DoActionAsLocalUpdate() - QueryValueAsLocalUpdate() failed. [0x%08x]",
                   ulResult);

@@ -3,7 +3,9 @@
 #include "Descriptions/Description.h"
 #include "Documents/RegistryWords.h"
 #include "Documents/UpdateWords.h"
+#include "Request.h"
 
+#include <cstdint>
 #include <list>
 #include <string>
 #include <string_view>
@@ -159,6 +161,17 @@ inline constexpr auto g_stLocalUpdateIniFile = DescribeWithConditions<LocalUpdat
     g_szIniFileKind, Child(L"Path", &LocalUpdateKey::tszRoot, Text()).OnStrange(Strange::Drop).Key("root"),
     Child(L"Section", &LocalUpdateKey::tszPath, Text()).Key("path"),
     Children(L"", &LocalUpdateKey::lstEntry, g_stLocalUpdateIniEntry).Key("entries"));
+
+/**
+ * Reads a local update description into the set, and deletes its file unless the description asks to stay.
+ * @param _pbStay  where it is given, the file is only looked at: it stays, and the flag says what it asks for
+ * @return g_ulPartialSuccess when there is no such file, or when it cannot be deleted: not to be applied then
+ */
+std::uint32_t QueryValueAsLocalUpdate(Worker& _rWorker, LocalUpdateConfig* _pConfig, const std::wstring* _ptszXmlPath,
+                                      bool* _pbStay = nullptr);
+
+/** Reads the description and applies it to this machine. Results of the single items are only logged. */
+std::uint32_t DoActionAsLocalUpdate(Worker& _rWorker, const std::wstring* _ptszXmlPath);
 
 } // namespace Documents
 

@@ -5,7 +5,6 @@
 #include "Descriptions/DescriptionReader.h"
 #include "Descriptions/DescriptionWriter.h"
 #include "Files/DocumentFile.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 
@@ -154,24 +153,24 @@ private:
 
 } // namespace
 
-std::uint32_t CFunctionXml::QueryValueAsEnforcePolicy(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsEnforcePolicy(Worker& _rWorker, const Request& _rstRequest)
 {
     return AtQueryBoundary<std::vector<PolicyController>>(
         Failure(L"CFunctionXml::QueryValueAsEnforcePolicy()"), _rstRequest.pValueData, L"pArrayOfEnPolicy",
         [&](auto& _rvecPolicy) {
             const Document& stDocument = DocumentOf(DocumentId::Policy);
-            XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Read);
+            XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), _rWorker.cParser, Access::Read);
             if (!cDocument.Decrypt()) {
                 Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforcePolicy() - tszXmlFile is empty");
                 return Result::g_ulFailed;
             }
-            m_cElement = cDocument.Select();
-            Documents::ReadRecords(m_cElement, Documents::g_stPolicyController, _rvecPolicy, PolicyHook());
+            _rWorker.cElement = cDocument.Select();
+            Documents::ReadRecords(_rWorker.cElement, Documents::g_stPolicyController, _rvecPolicy, PolicyHook());
             return Result::g_ulSuccess;
         });
 }
 
-std::uint32_t CFunctionXml::StoreValueAsEnforcePolicy(const Request& _rstRequest)
+std::uint32_t Documents::StoreValueAsEnforcePolicy(Worker& _rWorker, const Request& _rstRequest)
 {
     return AtBoundary(Failure(L"CFunctionXml::StoreValueAsEnforcePolicy()"), [&] {
         const MethodTrace cTrace(L"CFunctionXml::StoreValueAsEnforcePolicy()");
@@ -181,13 +180,13 @@ std::uint32_t CFunctionXml::StoreValueAsEnforcePolicy(const Request& _rstRequest
         }
 
         const Document& stDocument = DocumentOf(DocumentId::Policy);
-        XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), m_cParser, Access::Write);
+        XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), _rWorker.cParser, Access::Write);
         if (!cDocument.Decrypt()) {
             Trace(TraceError, L"*** CFunctionXml::StoreValueAsEnforcePolicy() - tszXmlFile is empty");
             return Result::g_ulFailed;
         }
-        m_cElement = cDocument.Select();
-        PolicyWriter cWriter(m_cElement);
+        _rWorker.cElement = cDocument.Select();
+        PolicyWriter cWriter(_rWorker.cElement);
         const auto Write = [&](const PolicyController& _rstController) { return cWriter.Write(_rstController); };
         if (!std::ranges::all_of(*pArrayOfEnPolicy, Write)) {
             Trace(TraceError, L"*** CFunctionXml::StoreValueAsEnforcePolicy() - <PolicyController> was not found.");
@@ -201,7 +200,7 @@ std::uint32_t CFunctionXml::StoreValueAsEnforcePolicy(const Request& _rstRequest
     });
 }
 
-std::uint32_t CFunctionXml::QueryValueAsSpecificEnforcePolicy(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsSpecificEnforcePolicy(Worker& _rWorker, const Request& _rstRequest)
 {
     return AtBoundary(Failure(L"CFunctionXml::QueryValueAsSpecificEnforcePolicy()"), [&] {
         const MethodTrace cTrace(L"CFunctionXml::QueryValueAsSpecificEnforcePolicy()");
@@ -212,7 +211,7 @@ std::uint32_t CFunctionXml::QueryValueAsSpecificEnforcePolicy(const Request& _rs
         std::vector<PolicyController> vecPolicy;
         Request stWhole = _rstRequest;
         stWhole.pValueData = &vecPolicy;
-        if (const std::uint32_t ulResult = QueryValueAsEnforcePolicy(stWhole); Result::IsFailure(ulResult)) {
+        if (const std::uint32_t ulResult = QueryValueAsEnforcePolicy(_rWorker, stWhole); Result::IsFailure(ulResult)) {
             Trace(TraceError,
                   L"*** CFunctionXml::QueryValueAsSpecificEnforcePolicy() - this->QueryValueAsEnforcePolicy() "
                   L"failed(). [0x%08x]",

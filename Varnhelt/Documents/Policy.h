@@ -1,7 +1,10 @@
 #pragma once
 
 #include "Descriptions/Description.h"
+#include "Request.h"
 #include "SrvFrwk_Records.h"
+
+#include <cstdint>
 
 /** The enforcement policy, "FwPolicy.xen": which controllers and providers may run. */
 namespace Varnhelt::Documents {
@@ -42,5 +45,12 @@ inline constexpr auto g_stPolicyController =
             .Label(L"[Allow Setup]   "),
         Children(g_svPolicyProviders, &SrvFrwk::PolicyController::vecProvider, g_stPolicyProvider).Key("providers"))
         .Title(L"label", L"[label]         ");
+
+/** Reads the installed policy into a vector of PolicyController; contract as Handler. */
+std::uint32_t QueryValueAsEnforcePolicy(Worker& _rWorker, const Request& _rstRequest);
+/** Puts a vector of PolicyController into the installed policy, which must have each of the controllers. */
+std::uint32_t StoreValueAsEnforcePolicy(Worker& _rWorker, const Request& _rstRequest);
+/** Fills the one PolicyController whose type the caller set; a controller that the policy does not have is denied. */
+std::uint32_t QueryValueAsSpecificEnforcePolicy(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

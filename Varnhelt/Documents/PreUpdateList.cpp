@@ -4,7 +4,6 @@
 #include "Descriptions/DescriptionWriter.h"
 #include "Files/DocumentFile.h"
 #include "Frwk_Utility.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 
@@ -52,19 +51,19 @@ void StoreComponents(Storage::XmlElement _cList, const std::vector<Compatibility
 
 } // namespace
 
-std::uint32_t CFunctionXml::StorePreUpdateList(const Request& _rstRequest)
+std::uint32_t Documents::StorePreUpdateList(Worker& _rWorker, const Request& _rstRequest)
 {
     const auto* pCompatibilityCheckPrePUInfo = static_cast<const PreUpdateList*>(_rstRequest.pValueData);
-    ImpChangePlatform(pCompatibilityCheckPrePUInfo); // a request without it has its list stored all the same
+    ImpChangePlatform(_rWorker, pCompatibilityCheckPrePUInfo); // a request without it has its list stored all the same
     // The first run appends one empty element for each component, the second finds them there: so requests have always
     // been filled, and the service expects the empty ones.
-    if (Result::IsFailure(ImpStoreValueAsCompatibilityCheckPUList(pCompatibilityCheckPrePUInfo, true))) {
+    if (Result::IsFailure(ImpStoreValueAsCompatibilityCheckPUList(_rWorker, pCompatibilityCheckPrePUInfo, true))) {
         return Result::g_ulFailed;
     }
-    return ImpStoreValueAsCompatibilityCheckPUList(pCompatibilityCheckPrePUInfo, false);
+    return ImpStoreValueAsCompatibilityCheckPUList(_rWorker, pCompatibilityCheckPrePUInfo, false);
 }
 
-std::uint32_t CFunctionXml::ImpChangePlatform(const PreUpdateList* _pCompatibilityCheckPrePUInfo)
+std::uint32_t Documents::ImpChangePlatform(Worker& _rWorker, const PreUpdateList* _pCompatibilityCheckPrePUInfo)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::ImpChangePlatform()";
     return AtBoundary({pszMethod}, [&] {
@@ -73,10 +72,11 @@ std::uint32_t CFunctionXml::ImpChangePlatform(const PreUpdateList* _pCompatibili
         if (!cTrace.Has(_pCompatibilityCheckPrePUInfo, L"pCompatibilityCheckPrePUInfo")) {
             return Result::g_ulMissingObject;
         }
-        PlainDocument cDocument(m_cParser, Access::Write);
-        m_cElement = cDocument.Select(_pCompatibilityCheckPrePUInfo->tszDocument, Frwk::Utility::GetInstalledFolder(),
-                                      DocumentOf(DocumentId::PreUpdateList).pszRoot);
-        Storage::XmlElement cProduct = m_cElement.FirstChild(Documents::g_svRequestProduct);
+        PlainDocument cDocument(_rWorker.cParser, Access::Write);
+        _rWorker.cElement =
+            cDocument.Select(_pCompatibilityCheckPrePUInfo->tszDocument, Frwk::Utility::GetInstalledFolder(),
+                             DocumentOf(DocumentId::PreUpdateList).pszRoot);
+        Storage::XmlElement cProduct = _rWorker.cElement.FirstChild(Documents::g_svRequestProduct);
         if (!cProduct) {
             // The line names the components, which support scripts look for.
             Trace(TraceError, L"*** CFunctionXml::ImpChangePlatform() - components section was not found.");
@@ -88,8 +88,9 @@ std::uint32_t CFunctionXml::ImpChangePlatform(const PreUpdateList* _pCompatibili
     });
 }
 
-std::uint32_t CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList(const PreUpdateList* _pCompatibilityCheckPrePUInfo,
-                                                                    bool _bCreate)
+std::uint32_t Documents::ImpStoreValueAsCompatibilityCheckPUList(Worker& _rWorker,
+                                                                 const PreUpdateList* _pCompatibilityCheckPrePUInfo,
+                                                                 bool _bCreate)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList()";
     return AtBoundary({pszMethod}, [&] {
@@ -98,10 +99,10 @@ std::uint32_t CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList(const PreUpd
             return Result::g_ulMissingObject;
         }
         Trace(TraceDetail, L"[1] CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList()...");
-        PlainDocument cDocument(m_cParser, Access::Write);
-        m_cElement = cDocument.Select(_pCompatibilityCheckPrePUInfo->tszDocument, Frwk::Utility::GetInstalledFolder(),
-                                      g_pszListRoot);
-        const Storage::XmlElement cList = m_cElement.FirstChild(Documents::g_svRequestComponents);
+        PlainDocument cDocument(_rWorker.cParser, Access::Write);
+        _rWorker.cElement = cDocument.Select(_pCompatibilityCheckPrePUInfo->tszDocument,
+                                             Frwk::Utility::GetInstalledFolder(), g_pszListRoot);
+        const Storage::XmlElement cList = _rWorker.cElement.FirstChild(Documents::g_svRequestComponents);
         if (!cList) {
             Trace(TraceError, L"*** CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList() - "
                               L"components section was not found.");

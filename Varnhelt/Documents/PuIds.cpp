@@ -4,7 +4,6 @@
 #include "Descriptions/DescriptionDump.h"
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
@@ -63,19 +62,19 @@ void AddEntry(const PuIdEntry& _rstEntry, bool _b64Bit, InstallPuIds& _rstPuIds)
 
 } // namespace Varnhelt::Documents
 
-std::uint32_t CFunctionXml::QueryValueAsInstallPuIds(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsInstallPuIds(Worker& _rWorker, const Request& _rstRequest)
 {
     return AtQueryBoundary<InstallPuIds>(
         {L"CFunctionXml::QueryValueAsInstallPuIds()"}, _rstRequest.pValueData, L"pPuIds", [&](auto& _rstPuIds) {
             const Document& stDocument = DocumentOf(DocumentId::PuIds);
             const DocumentPath stPath = PathInInstalledFolder(stDocument);
-            PlainDocument cDocument(m_cParser, Access::Read);
-            m_cElement = cDocument.Select(stPath.tszFile, stPath.tszDirectory, stDocument.pszRoot);
+            PlainDocument cDocument(_rWorker.cParser, Access::Read);
+            _rWorker.cElement = cDocument.Select(stPath.tszFile, stPath.tszDirectory, stDocument.pszRoot);
 
             const bool b64Bit = Platform::IsNative64Bit();
-            Documents::ForEachRecord(m_cElement, Documents::g_stPuIdEntry, [&](const Documents::PuIdEntry& _rstEntry) {
-                Documents::AddEntry(_rstEntry, b64Bit, _rstPuIds);
-            });
+            Documents::ForEachRecord(
+                _rWorker.cElement, Documents::g_stPuIdEntry,
+                [&](const Documents::PuIdEntry& _rstEntry) { Documents::AddEntry(_rstEntry, b64Bit, _rstPuIds); });
             return Result::g_ulSuccess;
         });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Descriptions/Description.h"
+#include "Request.h"
 
 #include <cstdint>
 #include <string>
@@ -64,5 +65,8 @@ inline constexpr auto g_stPuIdEntry = Describe<PuIdEntry>(
 
 /** Whether an entry counts on a 32- or 64-bit system. An unknown word counts on none, and is logged. */
 bool IsNeedToAddPuIds(const std::wstring& _rtszPlatform, bool _b64Bit) noexcept;
+
+/** Reads the installed document into an InstallPuIds, for the bits of this system; contract as Handler. */
+std::uint32_t QueryValueAsInstallPuIds(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

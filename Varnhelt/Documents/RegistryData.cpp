@@ -4,7 +4,6 @@
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
 #include "Frwk_Utility.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_String.h"
@@ -136,7 +135,7 @@ std::uint32_t ReadComponents(const Storage::XmlElement& _rRoot, const Selection&
 
 } // namespace
 
-std::uint32_t CFunctionXml::QueryValueAsRegistryData(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsRegistryData(Worker& _rWorker, const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsRegistryData()";
     return AtQueryBoundary<std::vector<RegistryData>>(
@@ -146,10 +145,10 @@ std::uint32_t CFunctionXml::QueryValueAsRegistryData(const Request& _rstRequest)
                 Trace(TraceError, L"*** CFunctionXml::QueryValueAsRegistryData() - _lpvParameter was NULL.");
                 return Result::g_ulMissingObject;
             }
-            PlainDocument cDocument(m_cParser, Access::Read);
-            m_cElement =
+            PlainDocument cDocument(_rWorker.cParser, Access::Read);
+            _rWorker.cElement =
                 cDocument.Select(pstRequest->tszXmlFile, String::WithBackslash(Frwk::Utility::GetInstalledFolder()),
                                  DocumentOf(DocumentId::RegistryData).pszRoot);
-            return ReadComponents(m_cElement, Selection(pstRequest->vecLabel), _rvecData);
+            return ReadComponents(_rWorker.cElement, Selection(pstRequest->vecLabel), _rvecData);
         });
 }

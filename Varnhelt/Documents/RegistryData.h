@@ -2,6 +2,7 @@
 
 #include "Descriptions/Description.h"
 #include "Documents/RegistryWords.h"
+#include "Request.h"
 #include "SrvFrwk_Records.h"
 
 #include <cstdint>
@@ -47,5 +48,8 @@ inline constexpr auto g_stRegistryData = Describe<SrvFrwk::RegistryData>(
     Child(L"Type", &SrvFrwk::RegistryData::ulType, Words(g_stRegistryDataType)).Key("type"),
     Child(L"Value", &SrvFrwk::RegistryData::tszValue, Text()).Key("text"),
     Child(L"Value", &SrvFrwk::RegistryData::ullValue, WholeNumber()).Key("number"));
+
+/** Reads the file and the labels of a RegistryDataRequest into a vector of RegistryData; contract as Handler. */
+std::uint32_t QueryValueAsRegistryData(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

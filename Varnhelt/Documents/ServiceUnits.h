@@ -1,7 +1,10 @@
 #pragma once
 
 #include "Descriptions/Description.h"
+#include "Request.h"
 #include "SrvFrwk_Records.h"
+
+#include <cstdint>
 
 /** The catalogue of the framework's service units, "FwSvUnit.xen". */
 namespace Varnhelt::Documents {
@@ -26,5 +29,8 @@ inline constexpr auto g_stServiceUnit = Describe<SrvFrwk::ServiceUnit>(
     Attribute(L"version", &SrvFrwk::ServiceUnit::tszVersion, Text()).Key("version"),
     Child(L"AllowToLoadSetupMode", &SrvFrwk::ServiceUnit::bAllowToLoadInSetupMode, Boolean())
         .Key("allowToLoadInSetupMode"));
+
+/** Reads the installed document into a vector of ServiceUnit; contract as Handler. */
+std::uint32_t QueryValueAsServiceUnit(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

@@ -2,7 +2,6 @@
 
 #include "Boundary.h"
 #include "Files/DocumentFile.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
@@ -46,60 +45,61 @@ private:
     std::uint32_t m_ulNumber;
 };
 
-} // namespace
-
-} // namespace Varnhelt::Documents
-
-using Varnhelt::Documents::g_aTextLookup;
-
-std::uint32_t CFunctionXml::LookUpText(const Documents::TextLookup& _rstLookup, const Request& _rstRequest)
+/** Fills the texts of the element with the record's number. */
+std::uint32_t LookUpText(TextLookupId _enLookup, Worker& _rWorker, const Request& _rstRequest)
 {
-    return AtBoundary({_rstLookup.pszMethod}, [&] {
-        const MethodTrace cTrace(_rstLookup.pszMethod);
+    const TextLookup& rstLookup = g_aTextLookup[_enLookup];
+    return AtBoundary({rstLookup.pszMethod}, [&] {
+        const MethodTrace cTrace(rstLookup.pszMethod);
         auto* pThreatText = static_cast<ThreatText*>(_rstRequest.pValueData);
         if (!cTrace.Has(pThreatText, L"pThreatText")) {
             return Result::g_ulMissingObject;
         }
 
-        const DocumentPath stPath = PathInInstalledFolder(DocumentOf(_rstLookup.enDocument));
-        const Documents::ByNumber cChoice(_rstLookup.szElement, pThreatText->ulIdentifier);
-        PlainDocument cDocument(m_cParser, Access::Read);
-        m_cElement = cDocument.Select(stPath.tszFile, stPath.tszDirectory, _rstLookup.pszRoot, &cChoice).FirstChild();
-        if (!m_cElement) {
-            Trace(TraceError, L"No <%S>: %d", _rstLookup.szElement, pThreatText->ulIdentifier);
+        const DocumentPath stPath = PathInInstalledFolder(DocumentOf(rstLookup.enDocument));
+        const ByNumber cChoice(rstLookup.szElement, pThreatText->ulIdentifier);
+        PlainDocument cDocument(_rWorker.cParser, Access::Read);
+        _rWorker.cElement =
+            cDocument.Select(stPath.tszFile, stPath.tszDirectory, rstLookup.pszRoot, &cChoice).FirstChild();
+        if (!_rWorker.cElement) {
+            Trace(TraceError, L"No <%S>: %d", rstLookup.szElement, pThreatText->ulIdentifier);
             return Result::g_ulFailed;
         }
         // Both texts are there before the record changes.
-        std::wstring tszText(m_cElement.ChildText(_rstLookup.pszText));
-        if (_rstLookup.pszSecondText != nullptr) {
-            pThreatText->tszSecondText = m_cElement.ChildText(_rstLookup.pszSecondText);
+        std::wstring tszText(_rWorker.cElement.ChildText(rstLookup.pszText));
+        if (rstLookup.pszSecondText != nullptr) {
+            pThreatText->tszSecondText = _rWorker.cElement.ChildText(rstLookup.pszSecondText);
         }
         pThreatText->tszText = std::move(tszText);
         return cTrace.Leave(Result::g_ulSuccess);
     });
 }
 
-std::uint32_t CFunctionXml::QueryThreateNameORKAP(const Request& _rstRequest)
+} // namespace
+
+} // namespace Varnhelt::Documents
+
+std::uint32_t Documents::QueryThreateNameORKAP(Worker& _rWorker, const Request& _rstRequest)
 {
-    return LookUpText(g_aTextLookup[Documents::LookupNameOrkap], _rstRequest);
+    return LookUpText(LookupNameOrkap, _rWorker, _rstRequest);
 }
 
-std::uint32_t CFunctionXml::QueryThreateNameELMAP(const Request& _rstRequest)
+std::uint32_t Documents::QueryThreateNameELMAP(Worker& _rWorker, const Request& _rstRequest)
 {
-    return LookUpText(g_aTextLookup[Documents::LookupNameElmap], _rstRequest);
+    return LookUpText(LookupNameElmap, _rWorker, _rstRequest);
 }
 
-std::uint32_t CFunctionXml::QueryThreateDesELMAP(const Request& _rstRequest)
+std::uint32_t Documents::QueryThreateDesELMAP(Worker& _rWorker, const Request& _rstRequest)
 {
-    return LookUpText(g_aTextLookup[Documents::LookupDescription], _rstRequest);
+    return LookUpText(LookupDescription, _rWorker, _rstRequest);
 }
 
-std::uint32_t CFunctionXml::QueryThreateRecELMAP(const Request& _rstRequest)
+std::uint32_t Documents::QueryThreateRecELMAP(Worker& _rWorker, const Request& _rstRequest)
 {
-    return LookUpText(g_aTextLookup[Documents::LookupRecommendation], _rstRequest);
+    return LookUpText(LookupRecommendation, _rWorker, _rstRequest);
 }
 
-std::uint32_t CFunctionXml::QueryTitleELMAP(const Request& _rstRequest)
+std::uint32_t Documents::QueryTitleELMAP(Worker& _rWorker, const Request& _rstRequest)
 {
-    return LookUpText(g_aTextLookup[Documents::LookupScannerTitle], _rstRequest);
+    return LookUpText(LookupScannerTitle, _rWorker, _rstRequest);
 }

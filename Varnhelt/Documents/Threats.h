@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Files/DocumentTable.h"
+#include "Request.h"
 
 #include <cstdint>
 #include <string_view>
@@ -52,5 +53,12 @@ inline constexpr TextLookup g_aTextLookup[] = {
  * lower 32 bits count.
  */
 std::uint32_t ToThreatNumber(const char* _szId) noexcept;
+
+/** Look the number of a ThreatText up and fill its texts, or leave it unchanged; contract as Handler. */
+std::uint32_t QueryThreateNameORKAP(Worker& _rWorker, const Request& _rstRequest);
+std::uint32_t QueryThreateNameELMAP(Worker& _rWorker, const Request& _rstRequest);
+std::uint32_t QueryThreateDesELMAP(Worker& _rWorker, const Request& _rstRequest);
+std::uint32_t QueryThreateRecELMAP(Worker& _rWorker, const Request& _rstRequest);
+std::uint32_t QueryTitleELMAP(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

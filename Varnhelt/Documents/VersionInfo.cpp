@@ -3,7 +3,6 @@
 #include "Boundary.h"
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
-#include "FunctionXml.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_String.h"
@@ -41,7 +40,7 @@ void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) n
 
 } // namespace
 
-std::uint32_t CFunctionXml::QueryValueAsVersionInfo(const Request& _rstRequest)
+std::uint32_t Documents::QueryValueAsVersionInfo(Worker& _rWorker, const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsVersionInfo()";
     return AtBoundary({pszMethod, &TraceXml}, [&] {
@@ -52,15 +51,15 @@ std::uint32_t CFunctionXml::QueryValueAsVersionInfo(const Request& _rstRequest)
         }
         pVersionInformation->clear();
 
-        PlainDocument cDocument(m_cParser, Access::Read);
+        PlainDocument cDocument(_rWorker.cParser, Access::Read);
         const auto cRoot =
             cDocument.SelectInDirectory(pszMethod, _rstRequest.pOptionData, DocumentOf(DocumentId::VersionInfo));
         if (!cRoot) {
             return Result::g_ulMissingObject;
         }
-        m_cElement = *cRoot;
-        Documents::ReadRecords(m_cElement, Documents::g_stVersionInformation, *pVersionInformation,
-                               WithNumber(m_cElement));
+        _rWorker.cElement = *cRoot;
+        Documents::ReadRecords(_rWorker.cElement, Documents::g_stVersionInformation, *pVersionInformation,
+                               WithNumber(_rWorker.cElement));
         return cTrace.LeaveAs(L"CFunctionXml::QueryValueAsQmrConfig()", Result::g_ulSuccess);
     });
 }

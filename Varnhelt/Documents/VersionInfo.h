@@ -2,7 +2,10 @@
 
 #include "Descriptions/Description.h"
 #include "Descriptions/YesNo.h"
+#include "Request.h"
 #include "SrvFrwk_Records.h"
+
+#include <cstdint>
 
 /** The versions of the framework's components, "CmpVerIf.xml". */
 namespace Varnhelt::Documents {
@@ -29,5 +32,8 @@ inline constexpr auto g_stVersionInformation = Describe<SrvFrwk::VersionInformat
         .Key("followProductVersion"),
     Texts(L"MigrateFile", L"name", &SrvFrwk::VersionInformation::lstMigrateFile).Key("migrateFiles"),
     Texts(L"UpdateHashFile", L"name", &SrvFrwk::VersionInformation::lstUpdateHashFile).Key("updateHashFiles"));
+
+/** Reads the document of the request's directory into a vector of VersionInformation; contract as Handler. */
+std::uint32_t QueryValueAsVersionInfo(Worker& _rWorker, const Request& _rstRequest);
 
 } // namespace Varnhelt::Documents

@@ -1,6 +1,5 @@
 #include "Machine/UpdateRehearsal.h"
 
-#include "FunctionXml.h"
 #include "Output/Output.h"
 #include "SrvFrwk_ResultCode.h"
 #include "Update/LocalUpdateAgentKey.h"
@@ -66,7 +65,8 @@ std::string Heading(const LocalUpdateKey& _rstItem)
 
 UpdateRehearsal::UpdateRehearsal(const std::wstring& _rtszPath)
 {
-    m_ulResult = CFunctionXml().QueryValueAsLocalUpdate(&m_stConfig, &_rtszPath, &m_bStay);
+    Varnhelt::Worker stWorker;
+    m_ulResult = Varnhelt::Documents::QueryValueAsLocalUpdate(stWorker, &m_stConfig, &_rtszPath, &m_bStay);
     if (m_ulResult != SrvFrwk::Result::g_ulSuccess) {
         return;
     }
