@@ -7,38 +7,6 @@ namespace Varnhelt {
 
 using namespace ZkCommon;
 
-MethodTrace::MethodTrace(const wchar_t* _pszMethod, const char* _szFile, std::uint32_t _ulLine) noexcept
-    : m_pszMethod(_pszMethod), m_szFile(_szFile), m_ulLine(_ulLine)
-{
-    if (TracePasses(TraceDetail)) {
-        TraceAt(_szFile, _ulLine, TraceDetail, L"[Enter] %s...", _pszMethod);
-    }
-}
-
-MethodTrace::MethodTrace(const wchar_t* _pszMethod, std::uint32_t _ulValueType, std::uint32_t _ulValueSubType,
-                         const char* _szFile, std::uint32_t _ulLine) noexcept
-    : m_pszMethod(_pszMethod), m_szFile(_szFile), m_ulLine(_ulLine)
-{
-    if (TracePasses(TraceDetail)) {
-        TraceAt(_szFile, _ulLine, TraceDetail, L"[Enter] %s...VT[0x%08x],VST[0x%08x]", _pszMethod, _ulValueType,
-                _ulValueSubType);
-    }
-}
-
-void MethodTrace::WriteInvalid(const wchar_t* _pszName) const noexcept
-{
-    if (TracePasses(TraceError)) {
-        TraceAt(m_szFile, m_ulLine, TraceError, L"*** %s - %s was invalid.", m_pszMethod, _pszName);
-    }
-}
-
-void MethodTrace::WriteLeave(const wchar_t* _pszMethod) const noexcept
-{
-    if (TracePasses(TraceDetail)) {
-        TraceAt(m_szFile, m_ulLine, TraceDetail, L"[Leave] %s...", _pszMethod);
-    }
-}
-
 void FailureTexts::TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
     Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. [0x%08x]", _pszMethod,

@@ -1,7 +1,7 @@
 #include "FunctionManager.h"
 
-#include "Boundary.h"
 #include "FunctionProvider.h"
+#include "MethodTrace.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 
@@ -29,10 +29,8 @@ std::uint32_t CFunctionManager::Uninitialize()
         const Synchronize::SingleLock cGuard(m_cReferenceCount.Lock());
         m_cReferenceCount.Release();
         if (m_cReferenceCount.Count() != 0) {
-            Trace(TraceNotice,
-                  L"*** CFunctionManager::Uninitialize() - As possibility, someone has still been using "
-                  L"IFunctionProvide. [%ld]",
-                  m_cReferenceCount.Count());
+            cTrace.Notice(L"As possibility, someone has still been using IFunctionProvide. [%ld]",
+                          m_cReferenceCount.Count());
         }
     }
     return cTrace.Leave(Result::g_ulSuccess);
@@ -41,14 +39,12 @@ std::uint32_t CFunctionManager::Uninitialize()
 std::uint32_t CFunctionManager::CreateFunction(Interface::IFunctionProvider** _ppFunctionContext)
 {
     const MethodTrace cTrace(L"CFunctionManager::CreateFunction()");
-    if (_ppFunctionContext == nullptr) {
-        Trace(TraceError, L"*** CFunctionManager::CreateFunction() - _ppFunctionContext was invalid.");
+    if (!cTrace.Has(_ppFunctionContext, L"_ppFunctionContext")) {
         return Result::g_ulInvalidArgument;
     }
     std::unique_ptr<CFunctionProvider> pProvider(new (std::nothrow) CFunctionProvider);
     if (pProvider == nullptr) {
-        Trace(TraceError,
-              L"*** CFunctionManager::CreateFunction() - Fail to allocate CFunctionProvider::IFunctionProvider. ");
+        cTrace.Error(L"Fail to allocate CFunctionProvider::IFunctionProvider. ");
         return Result::g_ulNoMemory;
     }
     *_ppFunctionContext = pProvider.release(); // the host's, until it comes back through FreeFunction

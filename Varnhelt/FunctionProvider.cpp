@@ -42,20 +42,20 @@ std::uint32_t Screen(const Operation& _rstOperation, const Request& _rstRequest)
     const MethodTrace cTrace(_rstOperation.pszMethod, _rstRequest.ulValueType, _rstRequest.ulValueSubType);
     const ValueTypeRow* pRow = Varnhelt::FindValueType(_rstRequest.ulValueType);
     if (pRow == nullptr || !(pRow->*_rstOperation.pLetThrough)) {
-        Trace(TraceError, L"*** %s - Invalid Value Type was specified. VT[0x%08x],VST[0x%08x]", _rstOperation.pszMethod,
-              _rstRequest.ulValueType, _rstRequest.ulValueSubType);
+        cTrace.Error(L"Invalid Value Type was specified. VT[0x%08x],VST[0x%08x]", _rstRequest.ulValueType,
+                     _rstRequest.ulValueSubType);
         return Result::g_ulRefused;
     }
     const std::unique_ptr<CFunctionXml> pFunctionXml(new (std::nothrow) CFunctionXml);
     if (pFunctionXml == nullptr) {
-        Trace(TraceError, L"*** %s - pFunctionXml was invalid. VT[0x%08x],VST[0x%08x]", _rstOperation.pszMethod,
-              _rstRequest.ulValueType, _rstRequest.ulValueSubType);
+        cTrace.Error(L"pFunctionXml was invalid. VT[0x%08x],VST[0x%08x]", _rstRequest.ulValueType,
+                     _rstRequest.ulValueSubType);
         return Result::g_ulMissingObject;
     }
     const std::uint32_t ulResult = (pFunctionXml.get()->*_rstOperation.pfnCarryOut)(_rstRequest);
     if (Result::IsFailure(ulResult)) {
-        Trace(TraceError, L"*** %s - %s failed. [0x%08x], VT[0x%08x],VST[0x%08x]", _rstOperation.pszMethod,
-              _rstOperation.pszCallee, ulResult, _rstRequest.ulValueType, _rstRequest.ulValueSubType);
+        cTrace.Error(L"%s failed. [0x%08x], VT[0x%08x],VST[0x%08x]", _rstOperation.pszCallee, ulResult,
+                     _rstRequest.ulValueType, _rstRequest.ulValueSubType);
     }
     return cTrace.LeaveAs(_rstOperation.pszLeave, ulResult);
 }
@@ -103,26 +103,22 @@ std::uint32_t CFunctionProvider::SendMessage(std::uint32_t _ulMessageType, std::
               L"_ulMessageType: 0x%08X, _ulMessageSubType: 0x%08X, _ulMessageOption: 0x%08X, _ulOption: 0x%08X",
               _ulMessageType, _ulMessageSubType, _ulMessageOption, _ulOption);
         if (_ulMessageType != MessageType::g_ulLocalUpdate) {
-            Trace(TraceError,
-                  L"*** CFunctionProvider::SendMessage() - Invalid Value Type was specified. VT[0x%08x],VST[0x%08x]",
-                  _ulMessageType, _ulMessageSubType);
+            cTrace.Error(L"Invalid Value Type was specified. VT[0x%08x],VST[0x%08x]", _ulMessageType,
+                         _ulMessageSubType);
             return Result::g_ulFailed;
         }
         const std::unique_ptr<CFunctionXml> pFunctionXml(new (std::nothrow) CFunctionXml);
         if (pFunctionXml == nullptr) {
-            Trace(TraceError,
-                  L"*** CFunctionProvider::SendMessage() - pFunctionXml was invalid. MT[0x%08x],MST[0x%08x]",
-                  _ulMessageType, _ulMessageSubType);
+            cTrace.Error(L"pFunctionXml was invalid. MT[0x%08x],MST[0x%08x]", _ulMessageType, _ulMessageSubType);
             return Result::g_ulMissingObject;
         }
         const std::uint32_t ulResult =
             pFunctionXml->SendMessage(MessageType::g_ulLocalUpdate, _ulMessageSubType, _ulMessageOption, _pMessageData,
                                       ulMessageDataReserved, _ulOption, _pMessageResult);
         if (Result::IsFailure(ulResult)) {
-            Trace(TraceError,
-                  L"*** CFunctionProvider::SendMessage() - pFunctionXml->DoAction() failed. "
-                  L"[0x%08x], MT[0x%08x],MST[0x%08x]",
-                  ulResult, _ulMessageType, _ulMessageSubType);
+            cTrace.Error(L"pFunctionXml->DoAction() failed. "
+                         L"[0x%08x], MT[0x%08x],MST[0x%08x]",
+                         ulResult, _ulMessageType, _ulMessageSubType);
         }
         return cTrace.Leave(ulResult);
     });

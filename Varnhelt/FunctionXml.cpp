@@ -26,6 +26,8 @@
 using namespace ZkCommon;
 using namespace SrvFrwk;
 using Varnhelt::DocumentId;
+using Varnhelt::MethodLines;
+using Varnhelt::MethodTrace;
 using Varnhelt::Request;
 using Varnhelt::ValueTypeRow;
 
@@ -86,17 +88,28 @@ namespace {
 /** The row of a request that names a value type and has a record; null after an error line. */
 const ValueTypeRow* CheckedRowOf(const Request& _rstRequest)
 {
+    constexpr MethodLines stLines(L"CFunctionXml::CheckParameters()");
     const ValueTypeRow* pRow = Varnhelt::FindValueType(_rstRequest.ulValueType);
     if (pRow == nullptr) {
-        Trace(TraceError,
-              L"*** CFunctionXml::CheckParameters() - Invalid Value Type was specified. VT[0x%08x],VST[0x%08x]",
-              _rstRequest.ulValueType, _rstRequest.ulValueSubType);
+        stLines.Error(L"Invalid Value Type was specified. VT[0x%08x],VST[0x%08x]", _rstRequest.ulValueType,
+                      _rstRequest.ulValueSubType);
         return nullptr;
     }
     if (_rstRequest.pValueData == nullptr) {
-        Trace(TraceError, L"*** CFunctionXml::CheckParameters() - _pValueData was invalid. VT[0x%08x],VST[0x%08x]",
-              _rstRequest.ulValueType, _rstRequest.ulValueSubType);
+        stLines.Error(L"_pValueData was invalid. VT[0x%08x],VST[0x%08x]", _rstRequest.ulValueType,
+                      _rstRequest.ulValueSubType);
         return nullptr;
+    }
+    return pRow;
+}
+
+/** The same for an operation, which logs that the check failed. */
+const ValueTypeRow* CheckedRowOf(const MethodLines& _rLines, const Request& _rstRequest)
+{
+    const ValueTypeRow* pRow = CheckedRowOf(_rstRequest);
+    if (pRow == nullptr) {
+        _rLines.Error(L"this->CheckParameters() failed. [0x%08x], VT[0x%08x],VST[0x%08x]", Result::g_ulInvalidArgument,
+                      _rstRequest.ulValueType, _rstRequest.ulValueSubType);
     }
     return pRow;
 }
@@ -110,19 +123,15 @@ std::uint32_t CFunctionXml::CheckParameters(const Request& _rstRequest)
 
 std::uint32_t CFunctionXml::QueryValue(const Request& _rstRequest)
 {
-    const Varnhelt::MethodTrace cTrace(L"CFunctionXml::QueryValue()", _rstRequest.ulValueType,
-                                       _rstRequest.ulValueSubType);
-    const ValueTypeRow* pRow = CheckedRowOf(_rstRequest);
+    const MethodTrace cTrace(L"CFunctionXml::QueryValue()", _rstRequest.ulValueType, _rstRequest.ulValueSubType);
+    const ValueTypeRow* pRow = CheckedRowOf(cTrace, _rstRequest);
     if (pRow == nullptr) {
-        Trace(TraceError,
-              L"*** CFunctionXml::QueryValue() - this->CheckParameters() failed. [0x%08x], VT[0x%08x],VST[0x%08x]",
-              Result::g_ulInvalidArgument, _rstRequest.ulValueType, _rstRequest.ulValueSubType);
         return Result::g_ulInvalidArgument;
     }
     if (pRow->pfnQuery == nullptr) {
         // The pointer is fine: the line is what support scripts know for a value type that cannot be queried.
-        Trace(TraceError, L"*** CFunctionXml::QueryValue() - _pValueData was invalid. VT[0x%08x],VST[0x%08x]",
-              _rstRequest.ulValueType, _rstRequest.ulValueSubType);
+        cTrace.Error(L"_pValueData was invalid. VT[0x%08x],VST[0x%08x]", _rstRequest.ulValueType,
+                     _rstRequest.ulValueSubType);
         return cTrace.Leave(Result::g_ulInvalidArgument);
     }
     return cTrace.Leave(pRow->pfnQuery(m_stWorker, _rstRequest));
@@ -130,19 +139,13 @@ std::uint32_t CFunctionXml::QueryValue(const Request& _rstRequest)
 
 std::uint32_t CFunctionXml::StoreValue(const Request& _rstRequest)
 {
-    const Varnhelt::MethodTrace cTrace(L"CFunctionXml::StoreValue()", _rstRequest.ulValueType,
-                                       _rstRequest.ulValueSubType);
-    const ValueTypeRow* pRow = CheckedRowOf(_rstRequest);
+    const MethodTrace cTrace(L"CFunctionXml::StoreValue()", _rstRequest.ulValueType, _rstRequest.ulValueSubType);
+    const ValueTypeRow* pRow = CheckedRowOf(cTrace, _rstRequest);
     if (pRow == nullptr) {
-        Trace(TraceError,
-              L"*** CFunctionXml::StoreValue() - this->CheckParameters() failed. [0x%08x], VT[0x%08x],VST[0x%08x]",
-              Result::g_ulInvalidArgument, _rstRequest.ulValueType, _rstRequest.ulValueSubType);
         return Result::g_ulInvalidArgument;
     }
     if (pRow->pfnStore == nullptr) {
-        Trace(TraceError,
-              L"*** CFunctionXml::StoreValue() -  Not Support _ulValueType or _ulValueSubType was specified. [0x%08x]",
-              _rstRequest.ulValueType);
+        cTrace.Error(L" Not Support _ulValueType or _ulValueSubType was specified. [0x%08x]", _rstRequest.ulValueType);
         return cTrace.Leave(Result::g_ulInvalidArgument);
     }
     return cTrace.Leave(pRow->pfnStore(m_stWorker, _rstRequest));
@@ -154,14 +157,12 @@ std::uint32_t CFunctionXml::SendMessage(std::uint32_t _ulActionType, std::uint32
                                         [[maybe_unused]] std::uint32_t _ulOption,
                                         [[maybe_unused]] void* _pMessageResult)
 {
-    const Varnhelt::MethodTrace cTrace(L"CFunctionXml::SendMessage()");
+    const MethodTrace cTrace(L"CFunctionXml::SendMessage()");
     Trace(TraceDetail, L"[Enter] CFunctionXml::SendMessage() AT[0x%08x] AST[0x%08x]...", _ulActionType,
           _ulActionSubType);
     if (_ulActionType == MessageType::g_ulLocalUpdate) {
         return cTrace.Leave(DoActionAsLocalUpdate(m_stWorker, static_cast<const std::wstring*>(_pMessageData)));
     }
-    Trace(TraceError,
-          L"*** CFunctionXml::SendMessage() -  Not Support _ulActionType or _ulActionSubType was specified. [0x%08x]",
-          _ulActionType);
+    cTrace.Error(L" Not Support _ulActionType or _ulActionSubType was specified. [0x%08x]", _ulActionType);
     return cTrace.Leave(Result::g_ulInvalidArgument);
 }
