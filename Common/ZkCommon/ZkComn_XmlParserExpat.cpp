@@ -129,6 +129,15 @@ int XMLCALL RefuseExternalEntity(XML_Parser, const XML_Char*, const XML_Char*, c
     return XML_STATUS_ERROR;
 }
 
+/**
+ * Refuses a document that is declared by more than itself, be it an external subset or a parameter entity: what only
+ * that declares would vanish without a word. One that says it is standalone declares all that it uses.
+ */
+int XMLCALL RefuseOtherDeclarations(void*)
+{
+    return XML_STATUS_ERROR;
+}
+
 } // namespace
 
 class XmlParserExpatBase::Session
@@ -143,6 +152,7 @@ public:
                                    m_rOwner.m_sDocument);
         }
         rExpat.SetExternalEntityRefHandler(m_rOwner.m_pParser, &RefuseExternalEntity);
+        rExpat.SetNotStandaloneHandler(m_rOwner.m_pParser, &RefuseOtherDeclarations);
     }
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
