@@ -44,36 +44,10 @@ const XmlAttributeNode* FindAttribute(const XmlNode* _pNode, XmlName _name) noex
     return pAttribute;
 }
 
-/** A text as a reader of the document sees it: no layout, and one form of line end. */
-class ReadText
+/** A text as it reads back: the blanks around one that shares its element with children are layout. */
+std::wstring_view TextOf(const XmlNode& _rNode) noexcept
 {
-public:
-    explicit ReadText(const XmlNode& _rNode) noexcept
-        : m_svText(_rNode.FirstChild() != nullptr ? TrimXmlBlanks(_rNode.Text()) : _rNode.Text())
-    {}
-    bool AtEnd() const noexcept { return m_svText.empty(); }
-    wchar_t Next() noexcept
-    {
-        const bool bReturn = m_svText[0] == L'\r';
-        const wchar_t cNext = bReturn ? L'\n' : m_svText[0];
-        m_svText.remove_prefix(bReturn && m_svText.substr(0, 2) == L"\r\n" ? 2 : 1);
-        return cNext;
-    }
-
-private:
-    std::wstring_view m_svText;
-};
-
-bool SameText(const XmlNode& _rLeft, const XmlNode& _rRight) noexcept
-{
-    ReadText left(_rLeft);
-    ReadText right(_rRight);
-    while (!left.AtEnd() && !right.AtEnd()) {
-        if (left.Next() != right.Next()) {
-            return false;
-        }
-    }
-    return left.AtEnd() && right.AtEnd();
+    return _rNode.FirstChild() != nullptr ? TrimXmlBlanks(_rNode.Text()) : _rNode.Text();
 }
 
 bool SameAttributes(const XmlTree& _rLeftTree, const XmlNode& _rLeft, const XmlTree& _rRightTree,
@@ -339,7 +313,7 @@ bool ReadsBackAs(XmlElement _written, XmlElement _read) noexcept
     const XmlNode* pRight = _read.m_pNode;
     for (std::size_t uDepth = 0;;) {
         if (_written.m_pTree->NameOf(pLeft->ulName) != _read.m_pTree->NameOf(pRight->ulName) ||
-            !SameText(*pLeft, *pRight) || !SameAttributes(*_written.m_pTree, *pLeft, *_read.m_pTree, *pRight) ||
+            TextOf(*pLeft) != TextOf(*pRight) || !SameAttributes(*_written.m_pTree, *pLeft, *_read.m_pTree, *pRight) ||
             (pLeft->FirstChild() == nullptr) != (pRight->FirstChild() == nullptr)) {
             return false;
         }

@@ -146,8 +146,8 @@ private:
 
 /**
  * Whether a document that was written out reads back as what was meant: same elements, attributes, comments and texts,
- * where layout and the form of line ends do not count. It is false for what XML cannot hold: control characters, half
- * surrogate pairs, "--" in a comment.
+ * but for the layout around texts that have children beside them. It is false for what XML cannot hold: control
+ * characters, half surrogate pairs, "--" or a carriage return in a comment.
  */
 bool ReadsBackAs(XmlElement _written, XmlElement _read) noexcept;
 

@@ -107,7 +107,7 @@ private:
 
     void Start(const char* _szName, const char** _pszAttributes)
     {
-        EndRunAmongChildren();
+        EndRun();
         XmlNode* pNode = m_rTree.NewNode(m_rTree.Intern(_szName));
         if (m_bLines) {
             pNode->ulLine = m_rSource.Line();
@@ -126,10 +126,10 @@ private:
     void End(const char*)
     {
         if (m_pLast != nullptr) {
-            EndRunAmongChildren();
-            JoinRuns();
+            EndRun();
+            JoinPieces();
         } else if (m_uRun != 0) { // no children: the text is exactly what was written
-            m_rTree.SetText(m_pOpen, CommitRun());
+            m_rTree.SetText(m_pOpen, CommitText());
         }
         m_pLast = m_pOpen;
         m_pOpen = m_pOpen->ParentOfLast();
@@ -141,7 +141,7 @@ private:
     void Text(const char* _pText, int _iLength)
     {
         const char* pEnd = _pText + _iLength;
-        if (m_uRun == 0 && m_pLast != nullptr) {
+        if (m_uRun == 0 && m_pLast != nullptr && m_uRunBegin == m_vecPiece.size()) { // layout at a run's beginning
             while (_pText != pEnd && IsXmlBlank(static_cast<wchar_t>(static_cast<unsigned char>(*_pText)))) {
                 ++_pText;
             }
@@ -160,11 +160,11 @@ private:
         if (uLength == 0) { // a comment is told by its text: without one there is nothing to keep
             return;
         }
-        EndRunAmongChildren();
+        EndPiece();
         XmlNode* pNode = m_rTree.NewNode(XmlTree::g_ulNoName);
         m_pRun = m_rTree.Arena().Top<XmlText>(0, SizeOfText(uLength));
         m_uRun = static_cast<std::size_t>(WidenUtf8(m_pRun->Chars(), _szText, uLength) - m_pRun->Chars());
-        m_rTree.SetText(pNode, CommitRun());
+        m_rTree.SetText(pNode, CommitText());
         m_rTree.Append(m_pOpen, m_pLast, pNode);
         m_pLast = pNode;
     }
@@ -191,57 +191,69 @@ private:
         return sizeof(XmlText) + _uLength * sizeof(wchar_t);
     }
 
-    /** Takes the run at the arena's top into the tree. */
-    XmlText* CommitRun() noexcept
+    /** Keeps the characters at the arena's top. */
+    XmlText* CommitText() noexcept
     {
         m_pRun->ulLength = static_cast<std::uint32_t>(std::exchange(m_uRun, 0));
         m_rTree.Arena().Commit(reinterpret_cast<std::byte*>(m_pRun->Chars() + m_pRun->ulLength));
         return m_pRun;
     }
 
-    /** The blanks around a run that stands before, between or behind children are layout, and often all of it is. */
-    void EndRunAmongChildren()
+    /** A comment divides the text between two tags into pieces, which belong together all the same. */
+    void EndPiece()
     {
-        if (m_uRun == 0) {
-            return;
-        }
-        const std::wstring_view svKept = TrimXmlBlanks({m_pRun->Chars(), m_uRun});
-        m_uRun = svKept.size();
         if (m_uRun != 0) {
-            std::memmove(m_pRun->Chars(), svKept.data(), svKept.size() * sizeof(wchar_t));
-            m_vecRun.push_back({m_pOpen, m_pRun});
-            CommitRun();
+            m_vecPiece.push_back({m_pOpen, {m_pRun->Chars(), m_uRun}});
+            CommitText();
         }
     }
 
-    /** Makes one text of the runs of the open element. */
-    void JoinRuns()
+    /** Ends the text between two tags, without the blanks around it: among children they are the writer's layout. */
+    void EndRun()
     {
-        std::size_t uFirst = m_vecRun.size();
-        std::size_t uLength = 0;
-        while (uFirst != 0 && m_vecRun[uFirst - 1].pOwner == m_pOpen) {
-            uLength += m_vecRun[--uFirst].pText->ulLength;
+        if (m_uRun != 0) { // often it is nothing but layout, which needs no room
+            m_uRun = TrimXmlBlanks({m_pRun->Chars(), m_uRun}, TrimEnd).size();
+            EndPiece();
         }
-        if (m_vecRun.size() - uFirst == 1) {
-            m_rTree.SetText(m_pOpen, m_vecRun[uFirst].pText);
-        } else if (uLength != 0) {
+        while (m_vecPiece.size() > m_uRunBegin &&
+               (m_vecPiece.back().svText = TrimXmlBlanks(m_vecPiece.back().svText, TrimEnd)).empty()) {
+            m_vecPiece.pop_back();
+        }
+        for (; m_uRunBegin < m_vecPiece.size(); ++m_uRunBegin) {
+            std::wstring_view& rsvText = m_vecPiece[m_uRunBegin].svText;
+            if (!(rsvText = TrimXmlBlanks(rsvText, TrimBegin)).empty()) {
+                break;
+            }
+        }
+        m_uRunBegin = m_vecPiece.size();
+    }
+
+    /** Makes one text of the pieces of the open element. */
+    void JoinPieces()
+    {
+        std::size_t uFirst = m_vecPiece.size();
+        std::size_t uLength = 0;
+        while (uFirst != 0 && m_vecPiece[uFirst - 1].pOwner == m_pOpen) {
+            uLength += m_vecPiece[--uFirst].svText.size();
+        }
+        if (uLength != 0) {
             XmlText* pJoined = m_rTree.Arena().Top<XmlText>(0, SizeOfText(uLength));
             wchar_t* pEnd = pJoined->Chars();
-            for (std::size_t uRun = uFirst; uRun < m_vecRun.size(); ++uRun) {
-                const std::wstring_view svRun = m_vecRun[uRun].pText->View();
-                pEnd += svRun.copy(pEnd, svRun.size());
+            for (std::size_t uPiece = uFirst; uPiece < m_vecPiece.size(); ++uPiece) {
+                pEnd += m_vecPiece[uPiece].svText.copy(pEnd, std::wstring_view::npos);
             }
             pJoined->ulLength = static_cast<std::uint32_t>(uLength);
             m_rTree.Arena().Commit(reinterpret_cast<std::byte*>(pEnd));
             m_rTree.SetText(m_pOpen, pJoined);
         }
-        m_vecRun.resize(uFirst);
+        m_vecPiece.resize(uFirst);
+        m_uRunBegin = uFirst;
     }
 
-    struct Run
+    struct Piece
     {
         XmlNode* pOwner;
-        XmlText* pText;
+        std::wstring_view svText;
     };
 
     XmlTree& m_rTree;
@@ -254,11 +266,12 @@ private:
     bool m_bLines;
 
     XmlNode* m_pTop;
-    XmlNode* m_pOpen;           // the innermost open element; always the last child of its parent
-    XmlNode* m_pLast = nullptr; // its last child so far
-    XmlText* m_pRun = nullptr;  // the characters since the last tag or comment, not yet taken from the arena
-    std::size_t m_uRun = 0;     // how many they are
-    std::vector<Run> m_vecRun;  // runs of open elements that have children, innermost last
+    XmlNode* m_pOpen;              // the innermost open element; always the last child of its parent
+    XmlNode* m_pLast = nullptr;    // its last child so far
+    XmlText* m_pRun = nullptr;     // the characters since the last tag or comment, not yet taken from the arena
+    std::size_t m_uRun = 0;        // how many they are
+    std::vector<Piece> m_vecPiece; // texts of open elements that have children, innermost last
+    std::size_t m_uRunBegin = 0;   // the first of them since the last tag
 };
 
 /** Expat's name of an encoding, null for none. */

@@ -68,12 +68,12 @@ wchar_t* WidenUtf8(wchar_t* _pTo, const char* _pFrom, std::size_t _uLength) noex
     return _pTo;
 }
 
-std::wstring_view TrimXmlBlanks(std::wstring_view _svText) noexcept
+std::wstring_view TrimXmlBlanks(std::wstring_view _svText, TrimSide _enSide) noexcept
 {
-    while (!_svText.empty() && IsXmlBlank(_svText.back())) {
+    while ((_enSide & TrimEnd) != 0 && !_svText.empty() && IsXmlBlank(_svText.back())) {
         _svText.remove_suffix(1);
     }
-    while (!_svText.empty() && IsXmlBlank(_svText.front())) {
+    while ((_enSide & TrimBegin) != 0 && !_svText.empty() && IsXmlBlank(_svText.front())) {
         _svText.remove_prefix(1);
     }
     return _svText;

@@ -296,7 +296,14 @@ constexpr bool IsXmlBlank(wchar_t _c) noexcept
     return _c == L' ' || _c == L'\t' || _c == L'\n' || _c == L'\r';
 }
 
+enum TrimSide : std::uint8_t
+{
+    TrimBegin = 1,
+    TrimEnd = 2,
+    TrimBoth = 3,
+};
+
 /** The text without the white space at its ends. */
-std::wstring_view TrimXmlBlanks(std::wstring_view _svText) noexcept;
+std::wstring_view TrimXmlBlanks(std::wstring_view _svText, TrimSide _enSide = TrimBoth) noexcept;
 
 } // namespace ZkCommon::Storage

@@ -17,6 +17,42 @@ constexpr std::wstring_view g_svLineEnd = L"\r\n";
 /** No document that means anything is nested deeper, and tabs without end would make the output grow as the square. */
 constexpr std::uint32_t g_ulDeepestIndentation = 128;
 
+/** A bit for each of these characters, all of which are below 64. */
+constexpr std::uint64_t BitsOf(std::string_view _svCharacters)
+{
+    std::uint64_t ullBits = 0;
+    for (const char c : _svCharacters) {
+        ullBits |= std::uint64_t{1} << c;
+    }
+    return ullBits;
+}
+
+// In an attribute a parser reads a line end or a tab as a blank, in a text a carriage return as a line feed.
+constexpr std::uint64_t g_ullEscapedInAttribute = BitsOf("<&>\"'\t\n\r");
+constexpr std::uint64_t g_ullEscapedInText = BitsOf("<&>\"'\r");
+
+std::wstring_view ReferenceTo(wchar_t _c) noexcept
+{
+    switch (_c) {
+    case L'<':
+        return L"&lt;";
+    case L'&':
+        return L"&amp;";
+    case L'>':
+        return L"&gt;";
+    case L'"':
+        return L"&quot;";
+    case L'\'':
+        return L"&apos;";
+    case L'\t':
+        return L"&#9;";
+    case L'\n':
+        return L"&#10;";
+    default:
+        return L"&#13;";
+    }
+}
+
 void AppendUtf8(std::string& _rsOutput, std::wstring_view _svLine)
 {
     if (_svLine.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
@@ -89,14 +125,14 @@ bool XmlWriter::WriteStart(const XmlElement& _rElement)
         m_tszLine.append(L"<").append(_rElement.Name());
         for (const XmlAttribute& stAttribute : _rElement.Attributes()) {
             m_tszLine.append(L" ").append(stAttribute.svName).append(L"=\"");
-            AppendEscaped(stAttribute.svValue);
+            AppendEscaped(stAttribute.svValue, g_ullEscapedInAttribute);
             m_tszLine.append(L"\"");
         }
         if (!bChildren && _rElement.Text().empty()) {
             m_tszLine.append(L"/>");
         } else {
             m_tszLine.append(L">");
-            AppendEscaped(_rElement.Text());
+            AppendEscaped(_rElement.Text(), g_ullEscapedInText);
             if (!bChildren) {
                 m_tszLine.append(L"</").append(_rElement.Name()).append(L">");
             }
@@ -126,34 +162,16 @@ void XmlWriter::EndLine()
     AppendUtf8(m_sOutput, m_tszLine);
 }
 
-void XmlWriter::AppendEscaped(std::wstring_view _svText)
+void XmlWriter::AppendEscaped(std::wstring_view _svText, std::uint64_t _ullEscaped)
 {
-    while (!_svText.empty()) {
-        const std::size_t uPlain = std::min(_svText.find_first_of(L"<&>\"'"), _svText.size());
-        m_tszLine.append(_svText.substr(0, uPlain));
-        _svText.remove_prefix(uPlain);
-        if (_svText.empty()) {
-            break;
+    auto itPlain = _svText.begin();
+    for (auto it = itPlain; it != _svText.end(); ++it) {
+        if (*it < 64 && (_ullEscaped >> *it & 1) != 0) {
+            m_tszLine.append(itPlain, it).append(ReferenceTo(*it));
+            itPlain = it + 1;
         }
-        switch (_svText.front()) {
-        case L'<':
-            m_tszLine.append(L"&lt;");
-            break;
-        case L'&':
-            m_tszLine.append(L"&amp;");
-            break;
-        case L'>':
-            m_tszLine.append(L"&gt;");
-            break;
-        case L'"':
-            m_tszLine.append(L"&quot;");
-            break;
-        default:
-            m_tszLine.append(L"&apos;");
-            break;
-        }
-        _svText.remove_prefix(1);
     }
+    m_tszLine.append(itPlain, _svText.end());
 }
 
 } // namespace ZkCommon::Storage

@@ -40,7 +40,7 @@ private:
     void WriteEnd(const XmlElement& _rElement);
     void StartLine();
     void EndLine();
-    void AppendEscaped(std::wstring_view _svText);
+    void AppendEscaped(std::wstring_view _svText, std::uint64_t _ullEscaped);
 
     std::string m_sOutput;
     std::wstring m_tszLine;

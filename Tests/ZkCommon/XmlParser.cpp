@@ -47,7 +47,12 @@ TEST(XmlParser, SelectsTheSameElementFromPartAndWhole)
         {__LINE__, "<A>\n  one  two\n  <B/> three <C/>\n  four\n</A>", L"/A", "A(one  twothreefour){B,C}"},
         {__LINE__, "<A>\n<B> <C/> b </B> a </A>", L"/A", "A(a){B(b){C}}"},
         {__LINE__, "<A>\xC2\xA0<B/></A>", L"/A", "A(\xC2\xA0){B}"},
-        {__LINE__, "<A> a <!-- c --> b </A>", L"/A", "A(ab){!( c )}"},
+        // A comment separates nothing; where there is one, the blanks at the ends are layout too.
+        {__LINE__, "<A> a <!-- c --> b </A>", L"/A", "A(a  b){!( c )}"},
+        {__LINE__, "<A><!--1-->eA<!--2--> b<!--3--></A>", L"/A", "A(eA b){!(1),!(2),!(3)}"},
+        {__LINE__, "<A> x<!--1--> <!--2-->\ny <B/> <!--3--> z<!--4-->\n</A>", L"/A",
+         "A(x \nyz){!(1),!(2),B,!(3),!(4)}"},
+        {__LINE__, "<A> <!--c--> </A>", L"/A", "A{!(c)}"},
         {__LINE__, "<A> a <!----> b </A>", L"/A", "A( a  b )"},
 
         // References, and every kind of character.
@@ -85,6 +90,12 @@ TEST(XmlParser, RefusesADocumentThatIsNotWellFormedAnywhereAndTellsWhere)
         {__LINE__, "<?xml version='1.0' encoding='UTF-16'?>\n<A/>", XML_ERROR_INCORRECT_ENCODING, 1, 31},
         {__LINE__, "<!DOCTYPE A [<!ENTITY e SYSTEM 'file:///etc/passwd'>]>\n<A>&e;</A>",
          XML_ERROR_EXTERNAL_ENTITY_HANDLING, 2, 4},
+        // What another file or a parameter entity declares would vanish, or be left undeclared.
+        {__LINE__, "<!DOCTYPE A SYSTEM 'a.dtd'>\n<A>1&two;</A>", XML_ERROR_NOT_STANDALONE, 1, 20},
+        {__LINE__, "<!DOCTYPE A [<!ENTITY % p \"<!ENTITY two '2'>\">%p;]>\n<A>1&two;</A>", XML_ERROR_NOT_STANDALONE, 1,
+         47},
+        {__LINE__, "<?xml version='1.0' standalone='yes'?><!DOCTYPE A SYSTEM 'a.dtd'>\n<A>1&two;</A>",
+         XML_ERROR_UNDEFINED_ENTITY, 2, 5},
         {__LINE__, "<!DOCTYPE A [<!ENTITY a '&b;'><!ENTITY b '&a;'>]>\n<A>&a;</A>", XML_ERROR_RECURSIVE_ENTITY_REF, 2,
          4},
     };
