@@ -169,6 +169,18 @@ void XmlElement::ForgetBefore(XmlElement _child) noexcept
     }
 }
 
+void XmlElement::Charge(std::size_t _uBytes) const
+{
+    if (m_pTree != nullptr) {
+        try {
+            m_pTree->Arena().Charge(_uBytes);
+        } catch (const XmlArena::AboveLimit&) {
+            throw new XmlException(ZkCommon::Exception::g_ulNoSystemError, XML_ERROR_AMPLIFICATION_LIMIT_BREACH,
+                                   Line());
+        }
+    }
+}
+
 XmlElement XmlElement::FirstNode() const noexcept
 {
     return m_pNode != nullptr ? At(m_pNode->FirstChild()) : XmlElement();

@@ -77,6 +77,12 @@ public:
      */
     void ForgetBefore(XmlElement _child) noexcept;
 
+    /**
+     * Accounts for memory of a reader that copies a text of this document more often than the document has it.
+     * @throws XmlException* code 6 when the document would take more than its size allows, see XmlParser
+     */
+    void Charge(std::size_t _uBytes) const;
+
     /** Children, comments included. */
     XmlElement FirstNode() const noexcept;
     XmlElement NextNode() const noexcept;

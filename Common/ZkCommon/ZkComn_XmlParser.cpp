@@ -49,8 +49,10 @@ private:
         TreeBuilder& rBuilder = *static_cast<TreeBuilder*>(_pBuilder);
         try {
             (rBuilder.*pMethod)(_args...);
+        } catch (const XmlArena::AboveLimit&) {
+            rBuilder.m_rSource.Stop(XML_ERROR_AMPLIFICATION_LIMIT_BREACH);
         } catch (const std::bad_alloc&) {
-            rBuilder.m_rSource.Stop();
+            rBuilder.m_rSource.Stop(XML_ERROR_NO_MEMORY);
         }
     }
 

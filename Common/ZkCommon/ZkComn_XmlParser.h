@@ -36,7 +36,8 @@ protected:
  *     for (XmlElement unit = layer.FirstChild(L"FrameworkService"); unit; unit = unit.NextNamesake()) ...
  *
  * A document of which a part is read keeps that part only: Select reads it from the file. One that will be written back
- * is loaded with KeepWhole. Either way the whole document must be well-formed, to its last byte.
+ * is loaded with KeepWhole. Either way the whole document must be well-formed, to its last byte, and its elements may take
+ * at most 100 times its bytes, or 8 MB.
  *
  * Every failure is an XmlException*: code 6 with the parser library's error and line for a document that is not
  * well-formed or outgrows the memory, 160 for a bad argument, else the system's error. An object belongs to one thread

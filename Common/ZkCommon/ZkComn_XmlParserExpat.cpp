@@ -151,6 +151,7 @@ public:
             throw new XmlException(ZkCommon::Exception::g_ulNoSystemError, XML_ERROR_NO_MEMORY, 0,
                                    m_rOwner.m_sDocument);
         }
+        m_rOwner.m_enStopped = XML_ERROR_NONE;
         rExpat.SetExternalEntityRefHandler(m_rOwner.m_pParser, &RefuseExternalEntity);
         rExpat.SetNotStandaloneHandler(m_rOwner.m_pParser, &RefuseOtherDeclarations);
     }
@@ -170,8 +171,9 @@ void XmlParserExpatBase::SetHandlers(const Handlers& _stHandlers) noexcept
     m_expat->SetCommentHandler(m_pParser, _stHandlers.pfnComment);
 }
 
-void XmlParserExpatBase::Stop() noexcept
+void XmlParserExpatBase::Stop(XML_Error _enReason) noexcept
 {
+    m_enStopped = _enReason;
     SetHandlers({}); // some events may still follow a stop
     m_expat->StopParser(m_pParser, XML_FALSE);
 }
@@ -197,7 +199,7 @@ void XmlParserExpatBase::ThrowFailure()
 {
     m_stFailure.ulLine = Line();
     m_stFailure.ulColumn = static_cast<std::uint32_t>(m_expat->GetCurrentColumnNumber(m_pParser)) + 1;
-    const XML_Error enError = m_expat->GetErrorCode(m_pParser);
+    const XML_Error enError = m_enStopped != XML_ERROR_NONE ? m_enStopped : m_expat->GetErrorCode(m_pParser);
     const char* szText = m_expat->ErrorString(enError);
     m_szFailure = szText != nullptr ? szText : "";
     throw new XmlException(ZkCommon::Exception::g_ulNoSystemError, static_cast<std::uint32_t>(enError),

@@ -120,7 +120,7 @@ public:
     /** Changes the receiver; also from within a handler. */
     virtual void SetHandlers(const Handlers& _stHandlers) noexcept = 0;
     /** Ends the parse with a failure; from within a handler only. */
-    virtual void Stop() noexcept = 0;
+    virtual void Stop(XML_Error _enReason) noexcept = 0;
     /** Line of the present event, counted from 1; from within a handler only. Costs a look at the text up to there. */
     virtual std::uint32_t Line() const noexcept = 0;
 };
@@ -132,7 +132,7 @@ public:
     explicit XmlParserExpatBase(const XmlMemory* _pMemory) noexcept : m_pMemory(_pMemory) {}
 
     void SetHandlers(const Handlers& _stHandlers) noexcept override;
-    void Stop() noexcept override;
+    void Stop(XML_Error _enReason) noexcept override;
     std::uint32_t Line() const noexcept override;
 
     /** Where the last parse failed. */
@@ -161,8 +161,9 @@ protected:
 
     const XmlMemory* m_pMemory;
     std::optional<Library::Expat> m_expat;
-    XML_Parser m_pParser = nullptr; // while a parse is running
-    std::string m_sDocument;        // the document's path in the ANSI code page, for failures
+    XML_Parser m_pParser = nullptr;         // while a parse is running
+    XML_Error m_enStopped = XML_ERROR_NONE; // why the parse was stopped
+    std::string m_sDocument;                // the document's path in the ANSI code page, for failures
 
 private:
     XmlPlace m_stFailure;

@@ -13,6 +13,9 @@ namespace {
 constexpr std::size_t g_uSmallestChunk = 4096;
 constexpr std::size_t g_uLargestFirstChunk = 64U << 10;
 constexpr std::size_t g_uLargestChunk = 256U << 10;
+/** What a document may take whatever its size, and the multiple of its bytes that a larger one may take. */
+constexpr std::uint64_t g_ullAlwaysAllowed = 8U << 20;
+constexpr std::uint64_t g_ullTimesAllowed = 100;
 constexpr wchar_t g_cReplacement = 0xFFFD;
 
 /** Decodes the character at _rpFrom and steps over it; what is no character gives the replacement character. */
@@ -95,6 +98,15 @@ XmlArena::~XmlArena()
 void XmlArena::Expect(std::uint64_t _ullDocument) noexcept
 {
     m_uNext = static_cast<std::size_t>(std::clamp<std::uint64_t>(_ullDocument, g_uSmallestChunk, g_uLargestFirstChunk));
+    m_ullLimit = std::max(g_ullAlwaysAllowed, g_ullTimesAllowed * _ullDocument);
+}
+
+void XmlArena::Charge(std::uint64_t _ullSize)
+{
+    if (m_uTotal + _ullSize > m_ullLimit - std::min(m_ullLimit, m_ullCharged)) {
+        throw AboveLimit();
+    }
+    m_ullCharged += _ullSize;
 }
 
 std::byte* XmlArena::Grow(const std::byte* _pWritten, std::size_t _uKeep, std::size_t _uSize)
@@ -102,6 +114,9 @@ std::byte* XmlArena::Grow(const std::byte* _pWritten, std::size_t _uKeep, std::s
     // What grows while it is written gets double the room, so that it moves a few times only.
     const std::size_t uRoom = _uKeep != 0 ? 2 * _uSize : _uSize;
     const std::size_t uSize = std::max(m_uNext, sizeof(Chunk) + uRoom);
+    if (m_uTotal + m_ullCharged + uSize > m_ullLimit) {
+        throw AboveLimit();
+    }
     void* pMemory = m_pfnAllocate(uSize);
     if (pMemory == nullptr) {
         throw std::bad_alloc();

@@ -4,6 +4,7 @@
 #include "ZkComn_XmlParserExpat.h"
 
 #include <cstddef>
+#include <limits>
 #include <new>
 #include <vector>
 
@@ -104,17 +105,25 @@ private:
     std::uintptr_t m_uContent = 0;
 };
 
-/** Memory that is given out piece by piece and taken back as a whole. Throws std::bad_alloc. */
+/**
+ * Memory that is given out piece by piece and taken back as a whole. Throws std::bad_alloc: AboveLimit when more is wanted
+ * than a document of the expected size can honestly need, as by attributes that it declares once and gets everywhere.
+ */
 class XmlArena
 {
 public:
+    struct AboveLimit : std::bad_alloc
+    {};
+
     explicit XmlArena(const XmlMemory* _pMemory) noexcept;
     XmlArena(const XmlArena&) = delete;
     XmlArena& operator=(const XmlArena&) = delete;
     ~XmlArena();
 
-    /** How large a document is expected; sizes the first chunk. */
+    /** Sizes the first chunk for a document of so many bytes, and sets what it may take in all. */
     void Expect(std::uint64_t _ullDocument) noexcept;
+    /** Adds memory that is taken elsewhere for the document's sake. */
+    void Charge(std::uint64_t _ullSize);
 
     /** Room for a T and _uExtra bytes behind it, uninitialised. */
     template <class T>
@@ -173,6 +182,8 @@ private:
     std::byte* m_pEnd = nullptr;
     std::size_t m_uNext = 4096; // size of the next chunk
     std::size_t m_uTotal = 0;
+    std::uint64_t m_ullCharged = 0;
+    std::uint64_t m_ullLimit = std::numeric_limits<std::uint64_t>::max();
 };
 
 /** A document's nodes, names and texts. */

@@ -95,7 +95,7 @@ TEST(XmlHostile, LargeShapesAreBuiltWalkedWrittenAndReadBackInLinearTime)
         {__LINE__, "<r>" + Repeat("line\n", uMany * 4) + "</r>", 1},
         {__LINE__, "<r>" + Repeat("&lt;\xC3\xA4", uMany) + "</r>", 1},
         {__LINE__, "<r>" + Repeat("\r\n", uMany) + "<a/></r>", 2},
-        {__LINE__, "<r a='" + Repeat("0123456789", uMany) + "'/>", 1},
+        {__LINE__, "<r a='" + Repeat("0123456789", 8 * uMany) + "'/>", 1},
     };
     for (const auto& [iLine, sDocument, uElements] : aRows) {
         const double dStart = ThreadSeconds();
@@ -121,20 +121,34 @@ TEST(XmlHostile, EditsOfManyChildrenAndPathsThatAlmostMatchTakeLinearTime)
     EXPECT_LT(ThreadSeconds() - dStart, 20);
 }
 
-TEST(XmlHostile, AnEntityThatExpandsWithoutMeasureIsRefused)
+TEST(XmlHostile, WhatADocumentDeclaresCannotMakeItTakeMoreThanItsSizeAllows)
 {
     std::string sDocument = "<!DOCTYPE r [<!ENTITY e0 'ha'>";
     for (int i = 1; i <= 10; ++i) {
         sDocument += "<!ENTITY e" + std::to_string(i) + " '" + Repeat("&e" + std::to_string(i - 1) + ";", 10) + "'>";
     }
     sDocument += "]><r>&e10;</r>";
-    for (const wchar_t* pszPath : {L"/r", L"/other"}) {
+    const std::string sDefaults =
+        "<!DOCTYPE r [<!ATTLIST a " + Numbered("a", " CDATA 'v' ", 20'000) + ">]><r>" + Repeat("<a/>\n", 2000) + "</r>";
+    const std::string sHonest =
+        "<!DOCTYPE r [<!ATTLIST a a CDATA 'v' b CDATA 'v'>]><r>" + Repeat("<a/>", 200'000) + "</r>";
+    const std::tuple<const std::string*, const wchar_t*, std::uint32_t> aRows[] = {
+        {&sDocument, L"/r", XML_ERROR_AMPLIFICATION_LIMIT_BREACH},
+        {&sDocument, L"/other", XML_ERROR_AMPLIFICATION_LIMIT_BREACH},
+        {&sDefaults, L"/r", XML_ERROR_AMPLIFICATION_LIMIT_BREACH},
+        {&sHonest, L"/r", 0},
+    };
+    for (const auto& [psDocument, pszPath, ulCode] : aRows) {
         XmlParser parser;
-        parser.LoadText(sDocument);
+        parser.LoadText(*psDocument);
         XmlElement element;
         const auto pFailure = FailureOf<XmlException>([&] { parser.Select(pszPath, element); });
-        EXPECT_TRUE(pFailure && pFailure->XmlErrorCode() == XML_ERROR_AMPLIFICATION_LIMIT_BREACH);
+        EXPECT_EQ(pFailure ? pFailure->XmlErrorCode() : 0U, ulCode);
+        EXPECT_TRUE(!pFailure || (pFailure->XmlLine() != 0 && parser.FailureText() != std::string()));
     }
+    const Whole small("<r a='1'/>");
+    EXPECT_EQ(CodeOf([&] { small.Root().Charge(4U << 20); }), 0U);
+    EXPECT_EQ(CodeOf([&] { small.Root().Charge(4U << 20); }), 6U);
 }
 
 TEST(XmlHostile, EveryRefusedAllocationFailsTheLoadAndLeavesNothing)

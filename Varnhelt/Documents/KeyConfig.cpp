@@ -79,6 +79,7 @@ std::uint32_t KeyReader::GetKeyConfig(const Storage::XmlElement& _rElement, std:
             if (!bForThis) {
                 return Result::g_ulFailed;
             }
+            cValue.Charge(stPlace.strKey.size() * sizeof(wchar_t)); // each value has the key again
             DeployKey stKey = stPlace;
             if (*bForThis && m_cKey.ReadOne(cValue, stKey, ReadHook())) {
                 _rvecKey.push_back(std::move(stKey));

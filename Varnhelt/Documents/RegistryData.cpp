@@ -99,6 +99,7 @@ private:
     {
         const MethodTrace cTrace(L"CFunctionXml::GetRegistryElements()");
         for (auto cElement = _rReg.FirstChild(m_element); cElement; cElement = cElement.NextSibling(m_element)) {
+            cElement.Charge(_rstPlace.tszSubKey.size() * sizeof(wchar_t)); // each value has the key again
             RegistryData stData = _rstPlace;
             m_cData.ReadOne(cElement, stData, Documents::ReadHook());
             m_rvecData.push_back(std::move(stData));
