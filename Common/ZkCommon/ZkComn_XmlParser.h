@@ -67,6 +67,9 @@ public:
      */
     bool SetProperty(std::wstring_view _svName, std::wstring_view _svValue);
 
+    /** Parses in pieces of so many bytes, however small, instead of those that suit the document; 0 for these again. */
+    void SetPieceSize(std::size_t _uSize) noexcept { m_source.SetPieceSize(_uSize); }
+
     /** Opens a file, which stays open, shared with readers, writers and deleters, until Close or the next Load. */
     void Load(const std::wstring& _tszPath, std::uint32_t _ulOptions = KeepSelected);
     /** Takes a document in memory; unless KeepWhole is given, it must live until Close or the next Load. */

@@ -84,10 +84,11 @@ namespace ZkCommon::Storage {
 
 namespace {
 
-/** Up to this many bytes are parsed by one call: every piece that is not the last is scanned twice. */
-constexpr std::uint64_t g_ullOneCall = 128U << 20;
-/** Size of the pieces of a larger document, in bytes. */
-constexpr std::size_t g_uPiece = 16U << 20;
+/** Up to this many bytes are parsed by one call. */
+constexpr std::uint64_t g_ullOneCall = 64U << 10;
+/** Size of a larger document's pieces, in bytes: one buffer that stays costs less than new memory for all of it. */
+constexpr std::size_t g_uPiece = 32U << 10;
+constexpr std::size_t g_uLargestPiece = 1U << 30;
 
 /** Whether the current folder and drive have no part in what the path names. */
 bool IsFullPath(std::wstring_view _svPath) noexcept
@@ -215,73 +216,70 @@ void XmlParserExpat::Open(const std::wstring& _tszPath)
     if (!m_file) {
         throw new XmlException(::GetLastError(), 0, 0, m_sDocument);
     }
+    LARGE_INTEGER stSize = {};
+    if (!::GetFileSizeEx(m_file.Get(), &stSize)) {
+        throw new XmlException(::GetLastError(), 0, 0, m_sDocument);
+    }
+    m_ullSize = static_cast<std::uint64_t>(stSize.QuadPart);
 }
 
 void XmlParserExpat::Open(std::string_view _svText) noexcept
 {
     Close();
     m_svText = _svText.data() != nullptr ? _svText : std::string_view("");
+    m_ullSize = _svText.size();
 }
 
 void XmlParserExpat::Close() noexcept
 {
     m_file.Reset();
     m_svText = {};
+    m_ullRead = 0;
     m_sDocument.clear();
-}
-
-std::uint64_t XmlParserExpat::Size() const
-{
-    LARGE_INTEGER stSize = {};
-    if (!m_file) {
-        return m_svText.size();
-    }
-    if (!::GetFileSizeEx(m_file.Get(), &stSize)) {
-        throw new XmlException(::GetLastError(), 0, 0, m_sDocument);
-    }
-    return static_cast<std::uint64_t>(stSize.QuadPart);
 }
 
 void XmlParserExpat::Parse(const std::wstring& _tszFolder, const char* _szEncoding, const Handlers& _stHandlers)
 {
     BringLibrary(_tszFolder);
-    const std::uint64_t ullSize = Size();
-    const std::size_t uPiece =
-        ullSize <= g_ullOneCall ? std::max<std::size_t>(1, static_cast<std::size_t>(ullSize)) : g_uPiece;
-    m_uTextRead = 0;
-    if (m_file && !::SetFilePointerEx(m_file.Get(), {}, nullptr, FILE_BEGIN)) {
+    if (m_file && m_ullRead != 0 && !::SetFilePointerEx(m_file.Get(), {}, nullptr, FILE_BEGIN)) {
         throw new XmlException(::GetLastError(), 0, 0, m_sDocument);
     }
+    m_ullRead = 0;
 
     const Session session(*this, _szEncoding);
     SetHandlers(_stHandlers);
-    for (std::uint64_t ullRead = 0;;) {
+    const std::size_t uUsual = m_uPieceSize != 0           ? m_uPieceSize
+                               : m_ullSize <= g_ullOneCall ? std::max<std::size_t>(1, m_ullSize)
+                                                           : g_uPiece;
+    std::size_t uPiece = uUsual;
+    for (;;) {
         void* pBuffer = m_expat->GetBuffer(m_pParser, static_cast<int>(uPiece));
         if (pBuffer == nullptr) {
             ThrowFailure();
         }
         const std::size_t uRead = Read(pBuffer, uPiece);
-        ullRead += uRead;
-        const bool bLast = uRead < uPiece || ullRead >= ullSize;
+        const bool bLast = uRead < uPiece || m_ullRead >= m_ullSize;
+        const XML_Index before = m_expat->GetCurrentByteIndex(m_pParser);
         if (m_expat->ParseBuffer(m_pParser, static_cast<int>(uRead), bLast) != XML_STATUS_OK) {
             ThrowFailure();
         }
         if (bLast) {
             return;
         }
+        // A token that is longer than a piece is looked at from its beginning with each: growing pieces keep that linear.
+        const bool bConsumed = m_expat->GetCurrentByteIndex(m_pParser) != before;
+        uPiece = bConsumed ? uUsual : std::min(2 * uPiece, g_uLargestPiece);
     }
 }
 
 /** Fills the buffer as far as the document reaches. */
 std::size_t XmlParserExpat::Read(void* _pBuffer, std::size_t _uSize)
 {
-    if (!m_file) {
-        const std::size_t uRead = m_svText.copy(static_cast<char*>(_pBuffer), _uSize, m_uTextRead);
-        m_uTextRead += uRead;
-        return uRead;
-    }
     std::size_t uRead = 0;
-    while (uRead < _uSize) {
+    if (!m_file) {
+        uRead = m_svText.copy(static_cast<char*>(_pBuffer), _uSize, static_cast<std::size_t>(m_ullRead));
+    }
+    while (m_file && uRead < _uSize) {
         DWORD ulRead = 0;
         if (!::ReadFile(m_file.Get(), static_cast<char*>(_pBuffer) + uRead, static_cast<DWORD>(_uSize - uRead), &ulRead,
                         nullptr)) {
@@ -292,6 +290,7 @@ std::size_t XmlParserExpat::Read(void* _pBuffer, std::size_t _uSize)
         }
         uRead += ulRead;
     }
+    m_ullRead += uRead;
     return uRead;
 }
 

@@ -183,8 +183,10 @@ public:
     void Close() noexcept;
 
     bool IsOpen() const noexcept { return m_file || m_svText.data() != nullptr; }
-    /** Bytes of the document. @throws XmlException* */
-    std::uint64_t Size() const;
+    /** Bytes of the document when it was opened. */
+    std::uint64_t Size() const noexcept { return m_ullSize; }
+    /** See XmlParser::SetPieceSize. */
+    void SetPieceSize(std::size_t _uSize) noexcept { m_uPieceSize = _uSize; }
 
     /**
      * Parses the document from its beginning to its end.
@@ -200,7 +202,9 @@ private:
 
     FileHandle m_file;
     std::string_view m_svText;
-    std::size_t m_uTextRead = 0;
+    std::uint64_t m_ullSize = 0;
+    std::uint64_t m_ullRead = 0; // so far, by the present or last parse
+    std::size_t m_uPieceSize = 0;
 };
 
 } // namespace ZkCommon::Storage

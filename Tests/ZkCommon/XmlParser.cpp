@@ -61,17 +61,19 @@ TEST(XmlParser, SelectsTheSameElementFromPartAndWhole)
         {__LINE__, "<!DOCTYPE A [<!ATTLIST A x CDATA 'given'>]><A/>", L"/A", "A[x=given]"},
         {__LINE__, "<\xC3\x84 \xE4\xB8\xAD='\xE2\x82\xAC'>0123456789abcdef\xC3\xB6 0123456789abcdefg</\xC3\x84>",
          L"/\u00c4", "\xC3\x84[\xE4\xB8\xAD=\xE2\x82\xAC](0123456789abcdef\xC3\xB6 0123456789abcdefg)"},
+        {__LINE__, "<A>a\r\nb<![CDATA[<\r\n]]]><!-- \r\n-\xC3\xA4 --></A>", L"/A", "A(a\nb<\n]){!( \n-\xC3\xA4 )}"},
         {__LINE__, "\xEF\xBB\xBF<A>\xC3\xA4</A>", L"/A", "A(\xC3\xA4)"},
         {__LINE__, Utf16(L"<A x='\u00e4'>\u4e2d\xD83D\xDD12</A>"), L"/A",
          "A[x=\xC3\xA4](\xE4\xB8\xAD\xF0\x9F\x94\x92)"},
     };
     for (const auto& [iLine, sDocument, pszPath, szExpected] : aRows) {
-        for (const std::uint32_t ulOptions : {XmlParser::KeepSelected, XmlParser::KeepWhole}) {
+        for (std::uint32_t ulCase = 0; ulCase < 12; ++ulCase) { // in one piece, and in pieces of 1 to 5 bytes
             XmlParser parser;
-            parser.LoadText(sDocument, ulOptions);
+            parser.SetPieceSize(ulCase / 2);
+            parser.LoadText(sDocument, ulCase % 2 == 0 ? XmlParser::KeepSelected : XmlParser::KeepWhole);
             XmlElement element;
             EXPECT_EQ(parser.Select(pszPath, element) ? Short(element) : "", szExpected)
-                << "row of line " << iLine << ", options " << ulOptions;
+                << "row of line " << iLine << ", case " << ulCase;
         }
     }
 }
@@ -106,6 +108,7 @@ TEST(XmlParser, RefusesADocumentThatIsNotWellFormedAnywhereAndTellsWhere)
             SCOPED_TRACE("row of line " + std::to_string(iLine) + ", options " + std::to_string(ulOptions));
             folder.Write(L"faulty.xml", sDocument);
             XmlParser parser;
+            parser.SetPieceSize(static_cast<std::size_t>(iLine) % 6);
             XmlElement element;
             const auto pFailure = FailureOf<XmlException>([&] {
                 parser.Load(tszPath, ulOptions);
@@ -205,7 +208,7 @@ TEST(XmlParser, ReadsAFileThatSomebodyElseWritesAndDeletes)
 TEST(XmlParser, ReadsAFileOfManyPiecesToItsEnd)
 {
     std::string sDocument = "<A><B>early</B>\n";
-    while (sDocument.size() < 129U << 20) {
+    while (sDocument.size() < 1U << 20) {
         sDocument += "<!-- 0123456789 \xC3\xA4 0123456789 0123456789 0123456789 0123456789 0123456789 0123456789 -->\n";
     }
     const TempFolder folder;

@@ -10,7 +10,11 @@
 /** A document of which all is kept. */
 struct Whole final : ZkCommon::Storage::XmlParser
 {
-    explicit Whole(std::string_view _svText) { LoadText(_svText, KeepWhole); }
+    explicit Whole(std::string_view _svText, std::size_t _uPieceSize = 0)
+    {
+        SetPieceSize(_uPieceSize);
+        LoadText(_svText, KeepWhole);
+    }
     ZkCommon::Storage::XmlElement Root() const { return Document().FirstChild(); }
 };
 
