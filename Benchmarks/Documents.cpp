@@ -292,7 +292,7 @@ std::size_t QueryPreUpdateList(const std::wstring& _rtszFile, std::vector<Compat
 
 /**
  * Its store has three steps, each of which stores the document: the first leaves it as long as it was, the others leave
- * it with as many components more. The floor are the queries of these three documents. The sample is a small one, hence
+ * it with as many components more. The floor is the sum of the queries of these three documents. The sample is a small one, hence
  * how far it grows; and each store starts from the document as it was.
  */
 void RegisterPreUpdateListStore()

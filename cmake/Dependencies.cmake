@@ -10,7 +10,7 @@ file(MAKE_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
 file(COPY_FILE ${VARNHELT_EXPAT_DIR}/bin/libexpat.dll ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/libexpat.dll ONLY_IF_DIFFERENT)
 
 # Header-only libraries of the tool. The distribution installs them among its own system's headers, which must not be
-# seen by a cross build: so each is linked into a folder of its own.
+# seen by a cross build: so each is linked into a separate folder.
 set(VARNHELT_HEADER_ONLY_DIR /usr/include CACHE PATH "Where CLI11 and nlohmann's JSON are installed")
 add_library(VarnheltHeaderOnly INTERFACE)
 target_include_directories(VarnheltHeaderOnly SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/header-only)

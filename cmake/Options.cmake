@@ -18,7 +18,7 @@ else()
         -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
         -Woverloaded-virtual -Wcast-qual -Wundef -Wimplicit-fallthrough
         -ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -fstack-protector-strong)
-    # Everything is linked in: what ships depends on system libraries alone. Without a time it is the same each time.
+    # Everything is linked in: what ships depends on system libraries alone. No timestamp: the output is reproducible.
     target_link_options(VarnheltOptions INTERFACE -static -fstack-protector-strong -Wl,--no-insert-timestamp)
     if(VARNHELT_CHECKS)
         target_compile_definitions(VarnheltOptions INTERFACE _GLIBCXX_ASSERTIONS _GLIBCXX_DEBUG)
@@ -37,7 +37,8 @@ endif()
 
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
     set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
-    # For names that must differ between units GCC draws lots; the unit's own name makes it draw the same ones again.
+    # GCC picks random names for symbols that must differ between units; seeding with the object's name makes them
+    # reproducible.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         string(REPLACE "<FLAGS>" "<FLAGS> -frandom-seed=<OBJECT>" CMAKE_CXX_COMPILE_OBJECT
             "${CMAKE_CXX_COMPILE_OBJECT}")

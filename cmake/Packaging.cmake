@@ -39,7 +39,7 @@ install(FILES ${CMAKE_BINARY_DIR}/package/VarnheltConfig.cmake ${CMAKE_BINARY_DI
 install(DIRECTORY Samples/ DESTINATION share/Varnhelt/samples)
 install(DIRECTORY docs/ DESTINATION share/Varnhelt/docs)
 
-# Of what is delivered beside our own or linked into it.
+# Licences of third-party software that ships with ours or is linked into it.
 install(FILES ${VARNHELT_EXPAT_DIR}/share/licenses/expat/COPYING
     DESTINATION share/Varnhelt/licenses RENAME expat.txt OPTIONAL)
 foreach(package libcli11-dev nlohmann-json3-dev mingw-w64-x86-64-dev)

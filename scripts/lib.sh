@@ -16,8 +16,8 @@ seconds_since() {
     echo $(((${EPOCHREALTIME/./} - ${1/./}) / 1000000))
 }
 
-# Tells how far a step has come, by the last line of its log, of a build the last that counts: on a terminal every second
-# in one line that is overwritten, elsewhere after twenty seconds and then every minute in a line of its own.
+# Shows how far a step has come, by the last line of its log, of a build the last numbered one: on a terminal every second
+# in one line that is overwritten, elsewhere after twenty seconds and then every minute in a new line.
 tell_progress() {
     local what=$1 log=$2 begin=$3 waited=0 last
     while kill -0 $$ 2>/dev/null; do
@@ -32,7 +32,7 @@ tell_progress() {
     done
 }
 
-# step WHAT COMMAND...: carries the command out with its output in a log. A line tells what was done when that took a
+# step WHAT COMMAND...: runs the command with its output in a log. A line reports what was done when that took a
 # second or more; a failure shows the end of the log and ends the script.
 step() {
     local what=$1 log begin status=0 ticker
@@ -66,7 +66,7 @@ need() {
         read -ra packages < <(sed -n "s/^$purpose  *//p" scripts/packages)
         wanted+=("${packages[@]}")
     done
-    command -v dpkg-query >/dev/null || die "this is no Debian: install by hand what scripts/packages names for: $*"
+    command -v dpkg-query >/dev/null || die "this is not Debian: install by hand what scripts/packages names for: $*"
     installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "${wanted[@]}" 2>/dev/null) || true
     for package in "${wanted[@]}"; do
         [[ $'\n'$installed$'\n' == *$'\n'"$package installed"$'\n'* || " ${missing[*]-} " == *" $package "* ]] ||
@@ -154,7 +154,7 @@ project_version() {
     sed -n 's/^project(Varnhelt VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt
 }
 
-# wine_ready: makes the Wine prefix and starts its server, in a step of its own.
+# wine_ready: makes the Wine prefix and starts its server, as a separate step.
 wine_ready() {
     need run
     step "Wine prefix" scripts/wine --start
@@ -184,8 +184,8 @@ windows_path() {
 
 product_key='HKLM\Software\Kestrovane\Pelto'
 
-# register_product FOLDER: tells the library where the product lies, a folder as a Windows program names it; nowhere when
-# it is empty.
+# register_product FOLDER: registers the folder of the product, as a Windows program names it; an empty one removes the
+# registration.
 register_product() {
     if [ -n "$1" ]; then
         scripts/wine reg add "$product_key" /f /v ProductPath /t REG_SZ /d "$1"
@@ -194,13 +194,13 @@ register_product() {
     fi
 }
 
-# registered_product: the folder that the library is told at present, empty when there is none.
+# registered_product: the registered folder, empty when there is none.
 registered_product() {
     { scripts/wine reg query "$product_key" /v ProductPath 2>/dev/null || true; } |
         tr -d '\r' | sed -n 's/^ *ProductPath *REG_SZ *//p'
 }
 
-# product_release VERSION PID LANGUAGE: tells the library which release, edition and language of the product is installed.
+# product_release VERSION PID LANGUAGE: registers the installed release, edition and language of the product.
 product_release() {
     scripts/wine reg add "$product_key" /f /v Version /t REG_SZ /d "$1"
     scripts/wine reg add "$product_key" /f /v PID /t REG_SZ /d "$2"

@@ -34,7 +34,7 @@ public:
 private:
     static void Patch(void* _pFunction)
     {
-        DWORD ulProtection = 0; // the imports may lie in read-only memory
+        DWORD ulProtection = 0; // the imports may be in read-only memory
         ::VirtualProtect(_ppSlot, sizeof(*_ppSlot), PAGE_READWRITE, &ulProtection);
         *_ppSlot = _pFunction;
     }

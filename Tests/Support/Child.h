@@ -26,7 +26,7 @@ public:
 
     /** In the child: the folder that it was given. */
     static std::wstring Folder();
-    /** In the child: tells the parent and never returns. */
+    /** In the child: signals the parent and never returns. */
     [[noreturn]] static void WaitToBeKilled();
 
 private:

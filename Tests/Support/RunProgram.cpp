@@ -7,7 +7,7 @@
 
 namespace {
 
-/** Quotes an argument so that the program's start-up code takes it apart as it was. */
+/** Quotes an argument so that the program's start-up code reads it unchanged. */
 std::wstring Quoted(const std::wstring& _tszArgument)
 {
     std::wstring tszQuoted = L"\"";

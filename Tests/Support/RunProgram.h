@@ -20,7 +20,7 @@ ZkCommon::Handle StartProgram(const std::wstring& _tszPath, const std::vector<st
 /** Waits for a program's end; the test fails and the program is ended when that takes too long. */
 int ExitStatusOf(const ZkCommon::Handle& _rhProcess);
 
-/** Runs a program that lies beside this one, waits for it, and gathers what it wrote. */
+/** Runs a program from this one's folder, waits for it, and gathers what it wrote. */
 ProgramRun RunProgram(const std::wstring& _tszProgram, const std::vector<std::wstring>& _vecArgument);
 
 /** Runs vrnt.exe. */

@@ -20,7 +20,7 @@ public:
     ~TestProduct();
 
     const TempFolder& Folder() const { return m_cFolder; }
-    /** Registers another text as the installation folder, as it stands. */
+    /** Registers another text as the installation folder, unchanged. */
     static void Register(const std::wstring& _rtszPath);
     static void Unregister();
 

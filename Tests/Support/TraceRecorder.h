@@ -16,7 +16,7 @@ struct TraceRecord;
  *     ... what is tested ...
  *     EXPECT_THAT(stTrace.Lines(), testing::ElementsAre(L"!!! *** CClass::Method() - it failed. [0x80040201]"));
  *
- * A module with a log of its own that looks for the trace library by name, with its settings on, is recorded too.
+ * A module with a separate log that looks for the trace library by name, with its settings on, is recorded too.
  */
 class TraceRecorder
 {
