@@ -53,8 +53,8 @@ struct EntriesFor : Documents::ReadHook
 void TraceXmlError(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
     Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException(). [0x%08x]", _pszMethod, _rError.ErrorCode());
-    Trace(TraceError, L"*** %s - Xml Error [0x%08x] line [%d] file [%S]", _pszMethod, _rError.XmlErrorCode(),
-          _rError.XmlLine(), _rError.XmlFile().c_str());
+    Trace(TraceError, L"*** %s - Xml Error [0x%08x] line [%d] file [%s]", _pszMethod, _rError.XmlErrorCode(),
+          _rError.XmlLine(), XmlFileOf(_rError));
 }
 
 constexpr FailureTexts g_stReadingTexts{L"CFunctionXml::QueryValueAsLocalUpdate()", &TraceXmlError, L"Got Exception."};
