@@ -1,12 +1,11 @@
 #include "ZkComn_DebugLog.h"
 
 #include "ZkComn_Exception.h"
-#include "ZkComn_IniFile.h"
 #include "ZkComn_Platform.h"
 #include "ZkComn_SecurityAttributes.h"
 #include "ZkComn_String.h"
 
-#include <algorithm>
+#include <optional>
 #include <string_view>
 
 namespace ZkCommon {
@@ -14,65 +13,6 @@ namespace ZkCommon {
 DebugLog g_cDebugLog;
 
 namespace {
-
-constexpr std::uint32_t g_ulDefaultLevelMask = TraceError;
-
-/** Everything that the settings say. */
-struct Settings
-{
-    std::uint32_t ulEnable = 0;
-    std::uint32_t ulLevel = g_ulDefaultLevelMask;
-    Library::ZkDbgSettings stLibrary{};
-};
-
-template <std::size_t N>
-void CopyText(wchar_t (&_raField)[N], std::wstring_view _svText) noexcept
-{
-    _raField[_svText.copy(_raField, N - 1)] = L'\0';
-}
-
-/** Reads the settings in their fixed order; TReader is a registry key or a section of an ini file. */
-template <class TReader>
-void ReadSettings(const TReader& _rReader, Settings& _rstSettings)
-{
-    Library::ZkDbgSettings& rstLibrary = _rstSettings.stLibrary;
-    _rstSettings.ulEnable = _rReader.ReadNumber(L"Enable", 0);
-    _rstSettings.ulLevel = _rReader.ReadNumber(L"Level", g_ulDefaultLevelMask);
-    rstLibrary.ulLogProcess = _rReader.ReadNumber(L"LogProcess", 0);
-    rstLibrary.ulLogUnitType = _rReader.ReadNumber(L"LogUnitType", 0);
-    CopyText(rstLibrary.aszLogFolder, _rReader.ReadString(L"LogFolder", L""));
-    CopyText(rstLibrary.aszLogPrefix, _rReader.ReadString(L"LogPrefix", L"vqx"));
-    CopyText(rstLibrary.aszLogFile, _rReader.ReadString(L"LogFile", L""));
-    CopyText(rstLibrary.aszLogExtension, _rReader.ReadString(L"LogExtension", L"log"));
-    rstLibrary.ucRobust = _rReader.ReadNumber(L"Robust", 0) != 0 ? 1 : 0;
-    rstLibrary.ucDebugger = _rReader.ReadNumber(L"Debugger", 0) != 0 ? 1 : 0;
-}
-
-/** @return false when the kind of storage is unknown */
-bool ReadSettings(const Storage::Key& _rstKey, Settings& _rstSettings)
-{
-    const wchar_t* const pszSession =
-        _rstSettings.stLibrary.ucServiceSession != 0 ? L"ServiceSession" : L"InteractiveSession";
-    try {
-        switch (_rstKey.ulKind) {
-        case Storage::Key::Registry:
-        case Storage::Key::RegistryAlias:
-            ReadSettings(Storage::Registry(_rstKey.hRoot, String::WithBackslash(_rstKey.tszPath) + pszSession),
-                         _rstSettings);
-            return true;
-        case Storage::Key::IniFile:
-            ReadSettings(Storage::IniFile(_rstKey.tszPath, pszSession), _rstSettings);
-            return true;
-        default:
-            return false;
-        }
-    } catch (Storage::Exception* _pError) {
-        delete _pError;
-        _rstSettings.ulEnable = 0;
-        _rstSettings.ulLevel = g_ulDefaultLevelMask;
-        return true;
-    }
-}
 
 bool RunsInSessionZero() noexcept
 {
@@ -97,23 +37,19 @@ bool RunsInServiceSession()
     try {
         return AccessControl::IsMember(WinLocalSystemSid);
     } catch (AccessControl::Exception* _pError) {
-        delete _pError;
+        const Exception::Caught pCaught(_pError);
         return false;
     }
 }
 
 const wchar_t* TagOf(std::uint32_t _ulLevel) noexcept
 {
-    switch (_ulLevel) {
-    case TraceDetail:
-        return L".w.";
-    case TraceNotice:
-        return L"@@@";
-    case TraceError:
-        return L"!!!";
-    default:
-        return L"???";
+    for (const TraceTag& stTag : g_aTraceTag) {
+        if (stTag.ulLevel == _ulLevel) {
+            return stTag.pszTag;
+        }
     }
+    return L"???";
 }
 
 /** A source file's name without folder and extension, whichever way the compiler spells the path. */
@@ -143,31 +79,45 @@ bool DebugLog::Initialize(const wchar_t* _pszModuleName, const Storage::Key& _rs
         const Synchronize::SingleLock lock(&m_LibraryLock);
         return Start(_pszModuleName, _rstSettings, _rtszLibraryFolder);
     } catch (Exception::Base* _pError) {
-        delete _pError;
+        const Exception::Caught pCaught(_pError);
     } catch (...) { // memory ran out
     }
     return false;
 }
 
+void DebugLog::AttachSink() noexcept
+{
+    const Synchronize::SingleLock lock(&m_LibraryLock);
+    if (!m_Sink.IsBound()) {
+        State stState = StateNow();
+        stState.usSinkMask = static_cast<std::uint16_t>(m_Sink.Attach());
+        Publish(stState);
+    }
+}
+
 bool DebugLog::Start(const wchar_t* _pszModuleName, const Storage::Key& _rstSettings, const std::wstring& _rtszFolder)
 {
     m_tszModuleName = _pszModuleName != nullptr ? _pszModuleName : L"";
+    AttachSink();
 
-    Settings stSettings;
-    ::GetLocalTime(&stSettings.stLibrary.stTime);
-    stSettings.stLibrary.ucServiceSession = RunsInServiceSession() ? 1 : 0;
-    CopyText(stSettings.stLibrary.aszModuleName, m_tszModuleName);
-    if (!ReadSettings(_rstSettings, stSettings)) {
+    SYSTEMTIME stTime{};
+    ::GetLocalTime(&stTime);
+    const bool bService = RunsInServiceSession();
+    const std::optional<TraceSettings> stSettings = ReadTraceSettings(_rstSettings, bService);
+    if (!stSettings) {
         return false;
     }
+    Library::ZkDbgSettings stRecord = Library::RecordOf(*stSettings, m_tszModuleName);
+    stRecord.ucServiceSession = bService ? 1 : 0;
+    stRecord.stTime = stTime;
 
     State stState = StateNow();
-    const bool bOpen = !stState.bInitialized && stSettings.ulEnable != 0;
-    stState.bInitialized = stState.bInitialized || stSettings.ulEnable == 0;
-    stState.bEnabled = stSettings.ulEnable != 0;
-    stState.ulLevelMask = stSettings.ulLevel;
+    const bool bOpen = !stState.bInitialized && stSettings->ulEnable != 0;
+    stState.bInitialized = stState.bInitialized || stSettings->ulEnable == 0;
+    stState.bEnabled = stSettings->ulEnable != 0;
+    stState.ulLevelMask = stSettings->ulLevel;
     Publish(stState);
-    if (bOpen && !OpenLibrary(_rtszFolder, stSettings.stLibrary)) {
+    if (bOpen && !OpenLibrary(_rtszFolder, stRecord)) {
         return false;
     }
     stState.bInitialized = true;
@@ -189,16 +139,15 @@ bool DebugLog::OpenLibrary(const std::wstring& _rtszFolder, const Library::ZkDbg
 bool DebugLog::Uninitialize() noexcept
 {
     const Synchronize::SingleLock lock(&m_LibraryLock);
-    if (!StateNow().bInitialized) {
-        return false;
-    }
+    const bool bInitialized = StateNow().bInitialized;
     if (m_Library.IsBound()) {
         m_Library.Uninitialize(m_pTrace);
         m_pTrace = nullptr;
         m_Library.Unload();
     }
+    m_Sink.Detach();
     Publish(State{});
-    return true;
+    return bInitialized;
 }
 
 bool DebugLog::Trace(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _ulLevel, const wchar_t* _pszFormat,
@@ -216,12 +165,12 @@ bool DebugLog::TraceV(const char* _szFile, std::uint32_t _ulLine, std::uint32_t 
 {
     const State stState = StateNow();
     if (!stState.Passes(_ulLevel)) {
-        return stState.bInitialized && !stState.bEnabled;
+        return stState.IsOff();
     }
     try {
         return Write(_szFile, _ulLine, _ulLevel, String::FormatList(_pszFormat, _args));
     } catch (Exception::Base* _pError) {
-        delete _pError;
+        const Exception::Caught pCaught(_pError);
     } catch (...) { // memory ran out: the line is dropped
     }
     return false;
@@ -236,8 +185,9 @@ bool DebugLog::Write(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _
     String::Format(tszTail, L" - %s(%lu)\r\n", SourceName(_szFile).c_str(), _ulLine);
 
     const Synchronize::SingleLock lock(&m_LibraryLock);
-    if (!m_Library.IsBound()) {
-        return false;
+    const State stState = StateNow();
+    if (!m_Library.IsBound() && !m_Sink.IsBound()) {
+        return stState.IsOff();
     }
     std::wstring tszLine; // the day comes first on purpose
     String::Format(tszLine, L"%02d/%02d/%04d %02d:%02d:%02d.%03d %04x:%04x %3s <%s> ", stTime.wDay, stTime.wMonth,
@@ -245,7 +195,8 @@ bool DebugLog::Write(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _
                    ::GetCurrentProcessId(), ::GetCurrentThreadId(), TagOf(_ulLevel), m_tszModuleName.c_str());
     tszLine += _rtszMessage;
     tszLine += tszTail;
-    return m_Library.Trace(m_pTrace, stTime, tszLine.c_str());
+    m_Sink.Line({_ulLevel, &stTime, _rtszMessage.c_str(), tszLine.c_str()});
+    return stState.GoesToFile(_ulLevel) ? m_Library.Trace(m_pTrace, stTime, tszLine.c_str()) : stState.IsOff();
 }
 
 bool TraceAt(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _ulLevel, const wchar_t* _pszFormat,

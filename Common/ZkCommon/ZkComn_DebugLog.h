@@ -14,17 +14,9 @@
 /** The debug trace log: what every component writes its lines through. */
 namespace ZkCommon {
 
-/** Level of a trace line; the "Level" setting is a mask of them. */
-enum TraceLevel : std::uint32_t
-{
-    TraceDetail = 1,  // entries, exits, debug dumps
-    TraceNotice = 16, // information and recoverable problems
-    TraceError = 256,
-};
-
 /**
  * Formats lines and hands them to the trace library, which is optional: without it, or without its settings, tracing is
- * silently off. Thread-safe; nothing is thrown. May be used while a module is being attached or detached.
+ * silently off. A sink that the host of this process has set in the trace library sees them as well, even then. Thread-safe; nothing is thrown. May be used while a module is being attached or detached.
  */
 class DebugLog
 {
@@ -40,6 +32,12 @@ public:
     bool Initialize(const wchar_t* _pszModuleName, const Storage::Key& _rstSettings,
                     const std::wstring& _rtszLibraryFolder) noexcept;
 
+    /**
+     * Hands lines to the sink of this process from now on, if a host has set one; Initialize does so by itself. Without
+     * Initialize no settings are read and no file is written.
+     */
+    void AttachSink() noexcept;
+
     /** Closes the trace and frees the library. @return whether the log was initialised */
     bool Uninitialize() noexcept;
 
@@ -49,7 +47,8 @@ public:
     /**
      * Writes a line; one that cannot be formatted is dropped.
      * @param _szFile  the caller's source file: its folder and extension are left out
-     * @return true when the trace library took the line, or when the log is initialised and tracing is off
+     * @return true when the trace library took the line, or when the log is initialised and tracing is off: a sink does
+     *         not matter
      */
     bool Trace(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _ulLevel, const wchar_t* _pszFormat,
                ...) noexcept;
@@ -62,11 +61,17 @@ private:
     {
         bool bInitialized;
         bool bEnabled;
+        std::uint16_t usSinkMask;
         std::uint32_t ulLevelMask;
 
-        bool Passes(std::uint32_t _ulLevel) const noexcept
+        bool IsOff() const noexcept { return bInitialized && !bEnabled; }
+        bool GoesToFile(std::uint32_t _ulLevel) const noexcept
         {
             return bInitialized && bEnabled && (ulLevelMask & _ulLevel) != 0;
+        }
+        bool Passes(std::uint32_t _ulLevel) const noexcept
+        {
+            return GoesToFile(_ulLevel) || (usSinkMask & _ulLevel) != 0;
         }
     };
 
@@ -86,6 +91,7 @@ private:
     // Taken before the state lock. Guards what follows.
     Synchronize::CriticalSection m_LibraryLock;
     std::wstring m_tszModuleName;
+    Library::ZkDbgSink m_Sink;
     Library::ZkDbg m_Library;
     void* m_pTrace = nullptr;
 };

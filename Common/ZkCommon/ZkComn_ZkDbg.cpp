@@ -4,12 +4,18 @@
 
 namespace ZkCommon::Library {
 
+namespace {
+
+constexpr const wchar_t* g_szLibrary = L"ZkDbgLog.dll";
+
+} // namespace
+
 bool ZkDbg::Load(const std::wstring& _rtszFolder)
 {
     if (IsLoaded() || IsBound()) {
         return false;
     }
-    const std::wstring tszPath = PathOf(_rtszFolder, L"ZkDbgLog.dll");
+    const std::wstring tszPath = PathOf(_rtszFolder, g_szLibrary);
     // The usual search by name takes in the current folder, where anybody may have put anything.
     m_hModule.Reset(_rtszFolder.empty() ? ::LoadLibraryExW(tszPath.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DEFAULT_DIRS)
                                         : ::LoadLibraryW(tszPath.c_str()));
@@ -53,6 +59,39 @@ void ZkDbg::Uninitialize(void* _pHandle) noexcept
 bool ZkDbg::Trace(void* _pHandle, const SYSTEMTIME& _rstTime, const wchar_t* _pszLine) noexcept
 {
     return IsBound() && FunctionAt<ZkDbgTraceFunction>(m_pTrace)(_pHandle, &_rstTime, _pszLine) == 0;
+}
+
+std::uint32_t ZkDbgSink::Attach() noexcept
+{
+    std::uint32_t ulIgnored = 0;
+    std::uint32_t ulLevels = 0;
+    if (!IsLoaded() && ::GetModuleHandleExW(0, g_szLibrary, m_hModule.Receive()) && Bind(true, ulIgnored)) {
+        ulLevels = FunctionAt<ZkDbgSinkLevelsFunction>(m_pLevels)();
+    }
+    if (ulLevels == 0) {
+        Detach();
+    }
+    return ulLevels;
+}
+
+void ZkDbgSink::Detach() noexcept
+{
+    std::uint32_t ulIgnored = 0;
+    Bind(false, ulIgnored);
+    m_hModule.Reset();
+}
+
+bool ZkDbgSink::Bind(bool _bBind, std::uint32_t& _rulError) noexcept
+{
+    const Binding aBinding[] = {{"ZkDbgSinkLevels", &m_pLevels}, {"ZkDbgSinkLine", &m_pLine}};
+    return BindAll(aBinding, std::size(aBinding), _bBind, _rulError);
+}
+
+void ZkDbgSink::Line(const ZkDbgLine& _rstLine) noexcept
+{
+    if (IsBound()) {
+        FunctionAt<ZkDbgSinkLineFunction>(m_pLine)(&_rstLine);
+    }
 }
 
 } // namespace ZkCommon::Library

@@ -2,6 +2,7 @@
 
 #include "ZkComn_Library.h"
 #include "ZkComn_ZkDbgSettings.h"
+#include "ZkComn_ZkDbgSink.h"
 
 #include <string>
 
@@ -30,6 +31,25 @@ private:
     FARPROC m_pInitialize = nullptr;
     FARPROC m_pUninitialize = nullptr;
     FARPROC m_pTrace = nullptr;
+};
+
+/** Binding of the sink that a host has set in the trace library of its process. */
+class ZkDbgSink final : public Wrapper
+{
+public:
+    /**
+     * Binds the sink, when the trace library is loaded already and has one; the library then stays loaded.
+     * @return the levels that the sink asks for; 0 without one
+     */
+    std::uint32_t Attach() noexcept;
+    void Detach() noexcept;
+    bool Bind(bool _bBind, std::uint32_t& _rulError) noexcept override;
+
+    void Line(const ZkDbgLine& _rstLine) noexcept;
+
+private:
+    FARPROC m_pLevels = nullptr;
+    FARPROC m_pLine = nullptr;
 };
 
 } // namespace ZkCommon::Library

@@ -141,6 +141,31 @@ TEST(DebugLog, HandsItsSettingsToTheLibrary)
     EXPECT_TRUE(own.m_Log.Passes(TraceNotice) && !own.m_Log.Passes(TraceError));
 }
 
+TEST(DebugLog, HandsLinesToTheSinkOfItsProcessWhateverTheSettingsSay)
+{
+    const ModuleHandle hLibrary(::LoadLibraryW((ProgramFolder() + L"\\ZkDbgLog.dll").c_str()));
+    const auto SetSink =
+        Library::FunctionAt<Library::ZkDbgSetSinkFunction>(::GetProcAddress(hLibrary.Get(), "ZkDbgSetSink"));
+    ASSERT_NE(SetSink, nullptr);
+    std::vector<std::wstring> vecMessage;
+    const auto Keep = [](void* _pContext, const Library::ZkDbgLine* _pstLine) {
+        EXPECT_TRUE(std::wstring(_pstLine->pszLine).ends_with(_pstLine->pszMessage + std::wstring(L" - Test(1)\r\n")));
+        static_cast<std::vector<std::wstring>*>(_pContext)->emplace_back(_pstLine->pszMessage);
+    };
+    OwnLog own;
+    own.m_Log.AttachSink();
+    EXPECT_FALSE(own.m_Log.Passes(TraceError)); // there is none yet
+    SetSink(Keep, &vecMessage, TraceError | TraceNotice);
+    own.m_Log.AttachSink();
+    EXPECT_TRUE(own.m_Log.Passes(TraceError) && !own.m_Log.Passes(TraceDetail));
+    EXPECT_FALSE(own.TraceOneError() || own.m_Log.Uninitialize()); // as without a sink: not initialised
+    EXPECT_TRUE(own.Start() && own.TraceOneError());               // initialised, and off
+    EXPECT_FALSE(own.m_Log.Passes(TraceDetail));
+    SetSink(nullptr, nullptr, 0);
+    EXPECT_TRUE(own.TraceOneError() && own.m_Log.Uninitialize() && !own.m_Log.Passes(TraceError));
+    EXPECT_THAT(vecMessage, ElementsAre(L"text", L"text"));
+}
+
 TEST(DebugLog, TakesLinesFromManyThreadsWhileItIsOpenedAndClosed)
 {
     const TraceRecorder trace;
