@@ -15,21 +15,13 @@ using namespace ZkCommon;
 
 namespace {
 
-template <std::size_t N>
-void Put(wchar_t (&_raField)[N], const std::wstring& _rtszText)
-{
-    _raField[_rtszText.copy(_raField, N - 1)] = L'\0';
-}
-
 Library::ZkDbgSettings SettingsOf(const std::wstring& _rtszFolder, WORD _usDay = 15)
 {
-    Library::ZkDbgSettings stSettings{};
-    stSettings.stTime = {2026, 11, 0, _usDay, 0, 0, 0, 0};
-    Put(stSettings.aszModuleName, L"Module");
-    Put(stSettings.aszLogFolder, _rtszFolder);
-    Put(stSettings.aszLogPrefix, L"vqx");
-    Put(stSettings.aszLogExtension, L"log");
-    return stSettings;
+    TraceSettings stSettings;
+    stSettings.tszLogFolder = _rtszFolder;
+    Library::ZkDbgSettings stRecord = Library::RecordOf(stSettings, L"Module");
+    stRecord.stTime = {2026, 11, 0, _usDay, 0, 0, 0, 0};
+    return stRecord;
 }
 
 /** One trace, opened with its settings. */
@@ -94,9 +86,9 @@ TEST(TraceLibrary, NamesItsFileAfterItsSettings)
     };
     for (const auto& [iLine, tszFolder, pszPrefix, pszFile, pszExtension, tszExpected] : aRows) {
         Library::ZkDbgSettings stSettings = SettingsOf(tszFolder);
-        Put(stSettings.aszLogPrefix, pszPrefix);
-        Put(stSettings.aszLogFile, pszFile);
-        Put(stSettings.aszLogExtension, pszExtension);
+        Library::PutText(stSettings.aszLogPrefix, pszPrefix);
+        Library::PutText(stSettings.aszLogFile, pszFile);
+        Library::PutText(stSettings.aszLogExtension, pszExtension);
         std::filesystem::remove(tszExpected);
         EXPECT_TRUE(OpenTrace(stSettings).Line(15, L"\u00e4\u4e2d\U0001F600")) << iLine;
         EXPECT_EQ(folder.Read(tszExpected), "15/11/2026 \xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80\r\n") << iLine;
@@ -125,6 +117,45 @@ TEST(TraceLibrary, StartsANewFileAtAChangeOfDayAndKeepsTheTenNewest)
         vecExpected.push_back(L"vqxModule-" + std::to_wstring(20261100 + iDay) + L".log");
     }
     EXPECT_THAT(folder.Names(), testing::UnorderedElementsAreArray(vecExpected));
+}
+
+TEST(TraceLibrary, FindsAFreeNameForAFormerDayAndRemovesSuchFilesToo)
+{
+    const TempFolder folder;
+    folder.Write(L"vqxModule-20251231-2.log", "old");
+    folder.Write(L"vqxModule-20251231-x.log", "another's");
+    folder.Write(L"vqxModule-20261101.log", "a copy");
+    folder.Write(L"vqxModule.log", "01/11/2026 first\r\n");
+    OpenTrace trace(SettingsOf(folder.Path().wstring(), 2));
+    for (WORD usDay = 2; usDay <= 10; ++usDay) {
+        EXPECT_TRUE(trace.Line(usDay, L"text"));
+    }
+    EXPECT_EQ(folder.Read(L"vqxModule-20261101-2.log"), "01/11/2026 first\r\n");
+    EXPECT_EQ(folder.Read(L"vqxModule-20261101.log"), "");
+    EXPECT_EQ(folder.Read(L"vqxModule-20251231-x.log"), "another's");
+    EXPECT_EQ(folder.Read(L"vqxModule-20251231-2.log"), "");
+}
+
+TEST(TraceLibrary, WaitsOnceForALockThatSomebodyKeeps)
+{
+    const TempFolder folder;
+    OpenTrace trace(SettingsOf(folder.Path().wstring()));
+    const FileHandle hKeeper(::CreateFileW(folder.File(L"vqxModule.log").c_str(), GENERIC_READ | GENERIC_WRITE,
+                                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                           OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(::LockFile(hKeeper.Get(), 0, 0x7FFFFFFF, 1, 0));
+    const ULONGLONG ullStart = ::GetTickCount64();
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_TRUE(trace.Line(15, L"text"));
+    }
+    EXPECT_LT(::GetTickCount64() - ullStart, 20000U); // each line waiting anew would be 40 s
+}
+
+TEST(TraceLibrary, LetsNoMessagePassForALineOfTheLog)
+{
+    const TempFolder folder;
+    EXPECT_TRUE(OpenTrace(SettingsOf(folder.Path().wstring())).Line(15, L"a\r\n15/11/2026 b\rc\n"));
+    EXPECT_EQ(folder.Read(L"vqxModule.log"), "15/11/2026 a\r\n\t15/11/2026 b\r\n\tc\r\n\t\r\n");
 }
 
 TEST(TraceLibrary, LosesNoLineWhenSeveralWritersCrossADay)

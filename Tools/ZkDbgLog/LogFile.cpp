@@ -39,12 +39,6 @@ std::uint32_t DayOfLine(std::string_view _svLine) noexcept
     return ToDay(Number(6, 4), Number(3, 2), Number(0, 2));
 }
 
-template <std::size_t N>
-std::wstring TextOf(const wchar_t (&_raField)[N])
-{
-    return std::wstring(_raField, std::find(_raField, _raField + N, L'\0'));
-}
-
 std::wstring ProgramFolder()
 {
     std::wstring tszPath(MAX_PATH, L'\0');
@@ -67,21 +61,27 @@ void CreateFolders(const std::wstring& _rtszFile)
 }
 
 /**
- * Keeps other processes from writing and renaming the file, for the length of a scope. The lock lies on a byte that no
+ * Keeps other processes from writing and renaming the file, for the length of a scope. The lock is on a byte that no
  * file reaches; the system takes it back from a process that dies. One that is held up with the lock, in a debugger
- * say, must not hold up all the others: after a while they go on without it.
+ * say, must not hold up all the others: after a while they go on without it, and for a while nobody waits again.
  */
 class FileLock
 {
 public:
-    explicit FileLock(HANDLE _hFile) noexcept : m_hFile(_hFile)
+    /** @param _rullNoWaitUntil  the time until which there is no waiting; moved on when waiting was in vain */
+    FileLock(HANDLE _hFile, ULONGLONG& _rullNoWaitUntil) noexcept : m_hFile(_hFile)
     {
-        for (int i = 0; i < g_iAttempts && !m_bLocked; ++i) {
-            OVERLAPPED stPlace = Place();
-            m_bLocked = ::LockFileEx(m_hFile, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &stPlace);
-            if (!m_bLocked) {
-                ::Sleep(i < g_iAttempts / 2 ? 0 : 1);
+        const ULONGLONG ullStart = ::GetTickCount64();
+        while (!TryLock()) {
+            const ULONGLONG ullNow = ::GetTickCount64();
+            if (ullStart < _rullNoWaitUntil) {
+                return;
             }
+            if (ullNow - ullStart >= g_ullLongestWait) {
+                _rullNoWaitUntil = ullNow + g_ullNoWait;
+                return;
+            }
+            ::Sleep(ullNow - ullStart < g_ullLongestWait / 10 ? 0 : 1);
         }
     }
     FileLock(const FileLock&) = delete;
@@ -95,13 +95,20 @@ public:
     }
 
 private:
-    static constexpr int g_iAttempts = 2000;
+    static constexpr ULONGLONG g_ullLongestWait = 2000; // milliseconds
+    static constexpr ULONGLONG g_ullNoWait = 60000;
 
     static OVERLAPPED Place() noexcept
     {
         OVERLAPPED stPlace{};
         stPlace.OffsetHigh = 0x7FFFFFFF;
         return stPlace;
+    }
+    bool TryLock() noexcept
+    {
+        OVERLAPPED stPlace = Place();
+        m_bLocked = ::LockFileEx(m_hFile, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &stPlace) != 0;
+        return m_bLocked;
     }
 
     HANDLE m_hFile;
@@ -112,20 +119,25 @@ private:
 
 LogFile::LogFile(const Library::ZkDbgSettings& _rstSettings) : m_bRobust(_rstSettings.ucRobust != 0)
 {
-    const std::wstring tszFolder = TextOf(_rstSettings.aszLogFolder);
-    const std::wstring tszFile = TextOf(_rstSettings.aszLogFile);
-    const std::wstring tszName =
-        TextOf(_rstSettings.aszLogPrefix) + (tszFile.empty() ? TextOf(_rstSettings.aszModuleName) : tszFile);
-    m_tszStem = Library::PathOf(tszFolder.empty() ? ProgramFolder() : tszFolder, tszName.c_str());
-    m_tszExtension = TextOf(_rstSettings.aszLogExtension);
-    if (!m_tszExtension.empty()) {
-        m_tszExtension.insert(0, 1, L'.');
-    }
+    const Library::ZkDbgFile stFile = Library::FileOf(_rstSettings);
+    m_tszStem = Library::PathOf(stFile.tszFolder.empty() ? ProgramFolder() : stFile.tszFolder, stFile.tszName.c_str());
+    m_tszExtension = stFile.tszExtension;
 }
 
-std::wstring LogFile::PathOfDay(std::uint32_t _ulDay) const
+/** Renames the file after a day, under the first such name that is free. */
+bool LogFile::MoveToDay(std::uint32_t _ulDay) const
 {
-    return m_tszStem + L"-" + std::to_wstring(_ulDay) + m_tszExtension;
+    for (int i = 1; i < 100; ++i) {
+        const std::wstring tszAgain = i == 1 ? std::wstring() : L"-" + std::to_wstring(i);
+        const std::wstring tszDated = m_tszStem + L"-" + std::to_wstring(_ulDay) + tszAgain + m_tszExtension;
+        if (::MoveFileExW(Path().c_str(), tszDated.c_str(), 0) != FALSE) {
+            return true;
+        }
+        if (const DWORD ulError = ::GetLastError(); ulError != ERROR_ALREADY_EXISTS && ulError != ERROR_FILE_EXISTS) {
+            return false;
+        }
+    }
+    return false;
 }
 
 std::uint32_t LogFile::OpenByName()
@@ -148,7 +160,7 @@ std::uint32_t LogFile::OpenByName()
     return ulError;
 }
 
-/** Whether the open file still bears its name: another process takes it away at a change of day, a user by deleting. */
+/** Whether the open file still has its name: another process renames it at a change of day, a user may delete it. */
 bool LogFile::IsStillNamed() const
 {
     const FileHandle hNamed(::CreateFileW(Path().c_str(), FILE_READ_ATTRIBUTES,
@@ -183,30 +195,39 @@ std::uint32_t LogFile::DayOfContent(std::uint32_t _ulWhenEmpty) const
                : _ulWhenEmpty;
 }
 
+/** Whether a name of the folder is that of a former day's file. */
+bool LogFile::IsDated(std::wstring_view _svName) const
+{
+    const auto IsDigits = [](std::wstring_view _svText) {
+        return !_svText.empty() && _svText.find_first_not_of(L"0123456789") == std::wstring_view::npos;
+    };
+    const std::size_t uDate = m_tszStem.size() - (m_tszStem.find_last_of(L'\\') + 1) + 1;
+    if (_svName.size() < uDate + 8 + m_tszExtension.size() || !IsDigits(_svName.substr(uDate, 8))) {
+        return false;
+    }
+    const std::wstring_view svAgain = _svName.substr(uDate + 8, _svName.size() - uDate - 8 - m_tszExtension.size());
+    return svAgain.empty() || (svAgain.front() == L'-' && IsDigits(svAgain.substr(1)));
+}
+
 /** Deletes the oldest files of former days. */
 void LogFile::RemoveOld() const
 {
     WIN32_FIND_DATAW stFound{};
-    const FindHandle hFind(::FindFirstFileW((m_tszStem + L"-????????" + m_tszExtension).c_str(), &stFound));
+    const FindHandle hFind(::FindFirstFileW((m_tszStem + L"-????????*" + m_tszExtension).c_str(), &stFound));
     if (!hFind) {
         return;
     }
-    const std::size_t uFolder = m_tszStem.find_last_of(L'\\') + 1;
-    const std::size_t uDate = m_tszStem.size() - uFolder + 1;
     std::vector<std::wstring> vecName;
     do {
         // The pattern lets other texts pass than dates, and other files are nobody's to delete here.
-        const std::wstring tszName = stFound.cFileName;
-        const std::wstring_view svName = tszName;
-        if (svName.size() == uDate + 8 + m_tszExtension.size() &&
-            svName.substr(uDate, 8).find_first_not_of(L"0123456789") == std::wstring_view::npos) {
-            vecName.push_back(tszName);
+        if (IsDated(stFound.cFileName)) {
+            vecName.emplace_back(stFound.cFileName);
         }
     } while (::FindNextFileW(hFind.Get(), &stFound));
 
     std::ranges::sort(vecName, std::ranges::greater());
     for (std::size_t i = g_uKeptFiles - 1; i < vecName.size(); ++i) {
-        ::DeleteFileW((m_tszStem.substr(0, uFolder) + vecName[i]).c_str());
+        ::DeleteFileW((m_tszStem.substr(0, m_tszStem.find_last_of(L'\\') + 1) + vecName[i]).c_str());
     }
 }
 
@@ -219,14 +240,14 @@ std::uint32_t LogFile::Open(const SYSTEMTIME& _rstTime)
             return ulError;
         }
         m_ulDay = ulToday;
-        const FileLock lock(m_hFile.Get());
+        const FileLock lock(m_hFile.Get(), m_ullNoWaitUntil);
         const std::uint32_t ulDay = DayOfContent(ulToday);
         if (ulDay >= ulToday) {
             m_ulDay = ulDay; // the clock was set back: the file goes on until its day has passed
             return ERROR_SUCCESS;
         }
         if (IsStillNamed()) {
-            if (!::MoveFileExW(Path().c_str(), PathOfDay(ulDay).c_str(), 0)) {
+            if (!MoveToDay(ulDay)) {
                 return ERROR_SUCCESS; // no line is lost: the old file goes on until the next day
             }
             RemoveOld();
@@ -245,7 +266,7 @@ std::uint32_t LogFile::Append(const SYSTEMTIME& _rstTime, const std::string& _rs
         }
     }
     {
-        const FileLock lock(m_hFile.Get());
+        const FileLock lock(m_hFile.Get(), m_ullNoWaitUntil);
         DWORD ulWritten = 0;
         if (!::WriteFile(m_hFile.Get(), _rsBytes.data(), static_cast<DWORD>(_rsBytes.size()), &ulWritten, nullptr)) {
             return ::GetLastError();

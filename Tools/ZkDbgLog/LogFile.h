@@ -5,11 +5,12 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 /**
- * The file that takes the lines of one trace: folder\prefix + file + .extension holds those of today. At the first line
- * of a new day it is renamed with the date of its own first line (folder\prefix + file + -YYYYMMDD.extension), and of
- * all these files the ten newest are kept. When somebody renames or deletes the file, a new one is begun within a
+ * The file of one trace: folder\prefix + file + .extension holds the lines of today. At the first line of a new day it
+ * is renamed with the date of its own first line (folder\prefix + file + -YYYYMMDD.extension, or -YYYYMMDD-2 and so on
+ * when somebody has used that name), and of all these files the ten newest are kept. When somebody renames or deletes the file, a new one is begun within a
  * second. Any number of processes may write one file at once. Not thread-safe.
  */
 class LogFile
@@ -28,7 +29,8 @@ public:
 
 private:
     std::wstring Path() const { return m_tszStem + m_tszExtension; }
-    std::wstring PathOfDay(std::uint32_t _ulDay) const;
+    bool MoveToDay(std::uint32_t _ulDay) const;
+    bool IsDated(std::wstring_view _svName) const;
     std::uint32_t OpenByName();
     bool IsStillNamed() const;
     std::uint32_t DayOfContent(std::uint32_t _ulWhenEmpty) const;
@@ -38,6 +40,7 @@ private:
     std::wstring m_tszExtension; // with its dot, or empty
     bool m_bRobust;
     ZkCommon::FileHandle m_hFile;
-    std::uint32_t m_ulDay = 0; // YYYYMMDD of the lines that the file takes
-    WORD m_usLookedAt = 0;     // second of the last look at the file's name
+    std::uint32_t m_ulDay = 0;      // YYYYMMDD of the lines that the file takes
+    WORD m_usLookedAt = 0;          // second of the last look at the file's name
+    ULONGLONG m_ullNoWaitUntil = 0; // the time until which nothing waits for the lock, in ticks
 };

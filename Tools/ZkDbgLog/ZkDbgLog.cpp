@@ -1,8 +1,8 @@
-// The trace library: takes the finished lines of the modules' trace logs and puts them into files.
+// The trace library: accepts the finished lines of the modules' trace logs and puts them into files.
 
 #include "LogFile.h"
 
-#include "ZkComn_String.h"
+#include "ZkComn_ZkDbgLine.h"
 
 #include <memory>
 
@@ -63,7 +63,7 @@ std::uint32_t ZkDbgTrace(void* _pHandle, const SYSTEMTIME* _pstTime, const wchar
         if (rTrace.bDebugger) {
             ::OutputDebugStringW(_pszLine);
         }
-        return rTrace.file.Append(*_pstTime, String::ToUtf8(_pszLine));
+        return rTrace.file.Append(*_pstTime, Library::ToFileText(_pszLine));
     });
 }
 }
