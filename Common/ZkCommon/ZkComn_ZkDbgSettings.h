@@ -17,6 +17,8 @@ enum TraceLevel : std::uint32_t
     TraceError = 256,
 };
 
+inline constexpr std::uint32_t g_ulAllTraceLevels = TraceDetail | TraceNotice | TraceError;
+
 /** A level's tag in a line, and its name for people. */
 struct TraceTag
 {

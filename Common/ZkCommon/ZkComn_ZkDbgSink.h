@@ -19,8 +19,11 @@ struct ZkDbgLine
     const wchar_t* pszLine;    // the whole line as it goes to a file, with its line end
 };
 
-/** Called on the thread that writes the line, for one line at a time. It must not call the module, nor throw. */
+/** Called on the thread that writes the line, for one line at a time. It must not call the module, nor load a library, nor throw. */
 using ZkDbgSinkFunction = void(void* _pContext, const ZkDbgLine* _pstLine);
+
+/** Added to the levels of a sink: while it is set, the trace library writes no file in this process. */
+inline constexpr std::uint32_t g_ulSinkAlone = 0x80000000;
 
 /**
  * The export "ZkDbgSetSink": sets the one sink of this process, or removes it (null). A module learns of it, and of its

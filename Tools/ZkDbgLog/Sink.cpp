@@ -1,7 +1,6 @@
-// The sink of this process: a function of the host that sees each line.
+#include "Sink.h"
 
 #include "ZkComn_Synchronize.h"
-#include "ZkComn_ZkDbgSink.h"
 
 using namespace ZkCommon;
 
@@ -18,6 +17,12 @@ Synchronize::CriticalSection g_cLock; // held during a call of the sink: who rem
 Sink g_stSink;
 
 } // namespace
+
+bool SinkIsAlone() noexcept
+{
+    const Synchronize::SingleLock lock(&g_cLock);
+    return (g_stSink.ulLevelMask & Library::g_ulSinkAlone) != 0;
+}
 
 extern "C" {
 

@@ -1,6 +1,7 @@
 // The trace library: accepts the finished lines of the modules' trace logs and puts them into files.
 
 #include "LogFile.h"
+#include "Sink.h"
 
 #include "ZkComn_ZkDbgLine.h"
 
@@ -39,7 +40,7 @@ std::uint32_t ZkDbgInitialize(void** _ppHandle, const Library::ZkDbgSettings* _p
         }
         *_ppHandle = nullptr;
         auto pTrace = std::make_unique<Trace>(Trace{LogFile(*_pstSettings), _pstSettings->ucDebugger != 0});
-        const std::uint32_t ulError = pTrace->file.Open(_pstSettings->stTime);
+        const std::uint32_t ulError = SinkIsAlone() ? ERROR_SUCCESS : pTrace->file.Open(_pstSettings->stTime);
         if (ulError == ERROR_SUCCESS) {
             *_ppHandle = pTrace.release(); // given back by ZkDbgUninitialize
         }
@@ -63,7 +64,7 @@ std::uint32_t ZkDbgTrace(void* _pHandle, const SYSTEMTIME* _pstTime, const wchar
         if (rTrace.bDebugger) {
             ::OutputDebugStringW(_pszLine);
         }
-        return rTrace.file.Append(*_pstTime, Library::ToFileText(_pszLine));
+        return SinkIsAlone() ? ERROR_SUCCESS : rTrace.file.Append(*_pstTime, Library::ToFileText(_pszLine));
     });
 }
 }
