@@ -10,6 +10,7 @@ set(VARNHELT_PUBLIC_HEADERS
     Varnhelt/Varnhelt.h
     Varnhelt/VarnheltLoader.h
     Common/FrwkCommon/Frwk_DataTypes.h
+    Common/ZkCommon/ZkComn_ZkDbgSink.h
     Common/SrvFrwkCommon/SrvFrwk_Interface.h
     Common/SrvFrwkCommon/SrvFrwk_Records.h
     Common/SrvFrwkCommon/SrvFrwk_ResultCode.h
