@@ -2,18 +2,25 @@
 
 #include "ZkComn_Owner.h"
 
+#include <cstdint>
+
 namespace ZkCommon::AccessControl {
 
 namespace {
 
-/** The token that decides what this thread may do. */
-Handle CurrentToken() noexcept
+/** The user of the token that decides what this thread may do. */
+bool ReadCurrentUser(void* _pUser, DWORD _ulSize) noexcept
 {
-    Handle hToken;
-    if (!::OpenThreadToken(::GetCurrentThread(), TOKEN_QUERY, TRUE, hToken.Receive())) {
-        ::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, hToken.Receive());
+    // This handle needs no opening; Windows has it from version 8 on.
+    const HANDLE hEffective =
+        reinterpret_cast<HANDLE>(std::intptr_t{-6}); // NOLINT(performance-no-int-to-ptr): no pointer
+    if (::GetTokenInformation(hEffective, TokenUser, _pUser, _ulSize, &_ulSize)) {
+        return true;
     }
-    return hToken;
+    Handle hToken;
+    return (::OpenThreadToken(::GetCurrentThread(), TOKEN_QUERY, TRUE, hToken.Receive()) ||
+            ::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, hToken.Receive())) &&
+           ::GetTokenInformation(hToken.Get(), TokenUser, _pUser, _ulSize, &_ulSize);
 }
 
 } // namespace
@@ -37,9 +44,7 @@ SECURITY_ATTRIBUTES* PrivateAccess::Get() noexcept
 bool PrivateAccess::Build() noexcept
 {
     alignas(TOKEN_USER) std::byte aUser[sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE];
-    DWORD ulSize = sizeof(aUser);
-    const Handle hToken = CurrentToken();
-    if (!hToken || !::GetTokenInformation(hToken.Get(), TokenUser, aUser, ulSize, &ulSize)) {
+    if (!ReadCurrentUser(aUser, sizeof(aUser))) {
         return false;
     }
     const auto pAcl = reinterpret_cast<ACL*>(m_aAcl);
