@@ -161,8 +161,8 @@ std::uint32_t TempFile::Write(std::span<const std::uint8_t> _spanBytes) noexcept
 
 std::uint32_t TempFile::Remove() noexcept
 {
-    // By name, since closing the handle tells no error; the handle then does what could not be done by name.
-    const std::uint32_t ulError = Delete(m_tszPath);
+    // Closing the handle removes the file, but reports no error.
+    const std::uint32_t ulError = MarkForRemoval(m_hFile.Get(), true);
     m_hFile.Reset();
     m_tszPath.clear();
     return ulError;

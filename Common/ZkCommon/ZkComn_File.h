@@ -65,7 +65,7 @@ public:
     /** The file then holds just these bytes; after a failure its content is undefined. */
     std::uint32_t Write(std::span<const std::uint8_t> _spanBytes) noexcept;
 
-    /** Removes the file now. @return an error when it was already gone or is still there; the object has let go */
+    /** Removes the file now. @return the error of removing it; the object has let go, and with that it is gone all the same */
     std::uint32_t Remove() noexcept;
 
     /** Empty when there is no file. */

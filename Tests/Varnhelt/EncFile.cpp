@@ -120,7 +120,7 @@ TEST_F(EncFile, LeavesNoCopyBehindAFailedWriteAndReportsACopyThatIsGone)
     const TraceRecorder cTrace(0x110);
     ASSERT_TRUE(cFile.Decrypt());
     {
-        const ApiFault<API(DeleteFileW)> cFault(ERROR_SHARING_VIOLATION);
+        const ApiFault<API(SetFileInformationByHandle)> cFault(ERROR_SHARING_VIOLATION);
         EXPECT_FALSE(cFile.DeleteDecrypted());
     }
     EXPECT_EQ(Count(m_cCopies), 0) << "the handle removes what the call did not";
