@@ -28,14 +28,16 @@ std::size_t PaddingOf(const Aes::Block& _raBlock) noexcept
     return bAllEqual ? uCount : 0;
 }
 
+/** Chosen once: in a virtual machine asking the processor costs more than decrypting a small document. */
+const Aes::Engine& BestEngine() noexcept
+{
+    static const Aes::Engine* const pProcessor = Aes::ProcessorEngine();
+    return pProcessor != nullptr ? *pProcessor : Aes::PortableEngine();
+}
+
 } // namespace
 
-Rijndael::Rijndael() noexcept : Rijndael(Aes::PortableEngine())
-{
-    if (const Aes::Engine* pProcessor = Aes::ProcessorEngine(); pProcessor != nullptr) {
-        m_pEngine = pProcessor;
-    }
-}
+Rijndael::Rijndael() noexcept : Rijndael(BestEngine()) {}
 
 Rijndael::~Rijndael()
 {
