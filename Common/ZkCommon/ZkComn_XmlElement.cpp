@@ -44,28 +44,6 @@ const XmlAttributeNode* FindAttribute(const XmlNode* _pNode, XmlName _name) noex
     return pAttribute;
 }
 
-/** A text as it reads back: the blanks around one that shares its element with children are layout. */
-std::wstring_view TextOf(const XmlNode& _rNode) noexcept
-{
-    return _rNode.FirstChild() != nullptr ? TrimXmlBlanks(_rNode.Text()) : _rNode.Text();
-}
-
-bool SameAttributes(const XmlTree& _rLeftTree, const XmlNode& _rLeft, const XmlTree& _rRightTree,
-                    const XmlNode& _rRight) noexcept
-{
-    const XmlAttributeNode* pLeft = _rLeft.FirstAttribute();
-    const XmlAttributeNode* pRight = _rRight.FirstAttribute();
-    while (pLeft != nullptr && pRight != nullptr) {
-        if (_rLeftTree.NameOf(pLeft->ulName) != _rRightTree.NameOf(pRight->ulName) ||
-            pLeft->stValue.View() != pRight->stValue.View()) {
-            return false;
-        }
-        pLeft = pLeft->pNext;
-        pRight = pRight->pNext;
-    }
-    return pLeft == nullptr && pRight == nullptr;
-}
-
 /** Splits the first name off a path; the rest is empty behind the last. */
 std::wstring_view TakeName(std::wstring_view& _rsvPath) noexcept
 {
@@ -314,41 +292,6 @@ XmlElement XmlElement::AddComment(std::wstring_view _svText)
         m_pTree->Append(m_pNode, pNode);
         return XmlElement(m_pTree, pNode);
     });
-}
-
-bool ReadsBackAs(XmlElement _written, XmlElement _read) noexcept
-{
-    if (!_written || !_read) {
-        return !_written && !_read;
-    }
-    const XmlNode* pLeft = _written.m_pNode;
-    const XmlNode* pRight = _read.m_pNode;
-    for (std::size_t uDepth = 0;;) {
-        if (_written.m_pTree->NameOf(pLeft->ulName) != _read.m_pTree->NameOf(pRight->ulName) ||
-            TextOf(*pLeft) != TextOf(*pRight) || !SameAttributes(*_written.m_pTree, *pLeft, *_read.m_pTree, *pRight) ||
-            (pLeft->FirstChild() == nullptr) != (pRight->FirstChild() == nullptr)) {
-            return false;
-        }
-        if (pLeft->FirstChild() != nullptr) {
-            pLeft = pLeft->FirstChild();
-            pRight = pRight->FirstChild();
-            ++uDepth;
-            continue;
-        }
-        while (uDepth != 0 && pLeft->IsLast() && pRight->IsLast()) {
-            pLeft = pLeft->ParentOfLast();
-            pRight = pRight->ParentOfLast();
-            --uDepth;
-        }
-        if (uDepth == 0) {
-            return true;
-        }
-        if (pLeft->IsLast() || pRight->IsLast()) {
-            return false;
-        }
-        pLeft = pLeft->Next();
-        pRight = pRight->Next();
-    }
 }
 
 } // namespace ZkCommon::Storage

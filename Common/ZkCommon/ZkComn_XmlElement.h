@@ -113,7 +113,6 @@ public:
     XmlElement AddComment(std::wstring_view _svText);
 
 private:
-    friend bool ReadsBackAs(XmlElement _written, XmlElement _read) noexcept;
     XmlElement At(XmlNode* _pNode) const noexcept;
 
     XmlTree* m_pTree = nullptr;
@@ -149,12 +148,5 @@ private:
     const XmlTree* m_pTree;
     const void* m_pFirst;
 };
-
-/**
- * Whether a document that was written out reads back as what was meant: same elements, attributes, comments and texts,
- * but for the layout around texts that have children beside them. It is false for what XML cannot hold: control
- * characters, half surrogate pairs, "--" or a carriage return in a comment.
- */
-bool ReadsBackAs(XmlElement _written, XmlElement _read) noexcept;
 
 } // namespace ZkCommon::Storage

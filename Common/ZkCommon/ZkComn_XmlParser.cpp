@@ -3,6 +3,7 @@
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_String.h"
+#include "ZkComn_XmlComparison.h"
 #include "ZkComn_XmlTree.h"
 
 #include <cerrno>
@@ -39,37 +40,27 @@ public:
 
     XmlParserSaxBase::Handlers FirstHandlers() noexcept { return m_vecPath.empty() ? Building() : Seeking(); }
 
-private:
-    using Handlers = XmlParserSaxBase::Handlers;
+    XmlParserSaxBase& Source() noexcept { return m_rSource; }
 
-    /** Calls a method from the parser library, which no exception may reach. */
-    template <auto pMethod, class... TArgs>
-    static void Handle(void* _pBuilder, TArgs... _args) noexcept
-    {
-        TreeBuilder& rBuilder = *static_cast<TreeBuilder*>(_pBuilder);
-        try {
-            (rBuilder.*pMethod)(_args...);
-        } catch (const XmlArena::AboveLimit&) {
-            rBuilder.m_rSource.Stop(XML_ERROR_AMPLIFICATION_LIMIT_BREACH);
-        } catch (const std::bad_alloc&) {
-            rBuilder.m_rSource.Stop(XML_ERROR_NO_MEMORY);
-        }
-    }
+private:
+    template <auto t_pMethod>
+    friend struct XmlEvent;
+    using Handlers = XmlParserSaxBase::Handlers;
 
     Handlers Seeking() noexcept
     {
-        return {this, &Handle<&TreeBuilder::PassStart, const char*, const char**>,
-                &Handle<&TreeBuilder::PassEnd, const char*>, nullptr, nullptr};
+        return {this, &XmlEvent<&TreeBuilder::PassStart>::Handle, &XmlEvent<&TreeBuilder::PassEnd>::Handle, nullptr,
+                nullptr};
     }
     Handlers Choosing() noexcept
     {
-        return {this, &Handle<&TreeBuilder::ChooseStart, const char*, const char**>,
-                &Handle<&TreeBuilder::ChooseEnd, const char*>, nullptr, nullptr};
+        return {this, &XmlEvent<&TreeBuilder::ChooseStart>::Handle, &XmlEvent<&TreeBuilder::ChooseEnd>::Handle, nullptr,
+                nullptr};
     }
     Handlers Building() noexcept
     {
-        return {this, &Handle<&TreeBuilder::Start, const char*, const char**>, &Handle<&TreeBuilder::End, const char*>,
-                &Handle<&TreeBuilder::Text, const char*, int>, &Handle<&TreeBuilder::Comment, const char*>};
+        return {this, &XmlEvent<&TreeBuilder::Start>::Handle, &XmlEvent<&TreeBuilder::End>::Handle,
+                &XmlEvent<&TreeBuilder::Text>::Handle, &XmlEvent<&TreeBuilder::Comment>::Handle};
     }
 
     void PassStart(const char* _szName, const char** _pszAttributes)
@@ -396,6 +387,18 @@ XmlNode* XmlParser::Build(std::wstring_view _svPath, const XmlChoice* _pChoice)
     } catch (const std::bad_alloc&) {
         throw new XmlException(ZkCommon::Exception::g_ulNoSystemError, 0, 0, String::ToAnsi(m_tszFile));
     }
+}
+
+bool XmlParser::ReadsBack(std::string_view _svText) const
+{
+    if (m_pDocument == nullptr) {
+        return false;
+    }
+    XmlParserExpat source(m_pMemory);
+    source.Open(_svText);
+    XmlComparison comparison(*m_pTree, *m_pDocument, source);
+    source.Parse(m_tszPathOfDll, nullptr, comparison.Handlers());
+    return comparison.IsSame();
 }
 
 XmlElement XmlParser::Document() const noexcept

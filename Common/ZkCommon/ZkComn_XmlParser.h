@@ -87,6 +87,16 @@ public:
     /** With KeepWhole: a nameless element whose children are the root and the comments around it; XmlWriter takes it. */
     XmlElement Document() const noexcept;
 
+    /**
+     * With KeepWhole: whether a text that was written from the document reads back as it is now: same elements, attributes,
+     * comments and texts, but for the layout around texts that have children beside them. It does not when it holds what
+     * XML cannot: control characters, half surrogate pairs, "--" or a carriage return in a comment.
+     * @throws XmlException* when the text is not well-formed
+     */
+    bool ReadsBack(std::string_view _svText) const;
+    /** Bytes of the document as it was loaded, until Close. */
+    std::uint64_t Size() const noexcept { return m_source.Size(); }
+
     /** Where the last Load or Select found the document not well-formed. */
     XmlPlace FailurePlace() const noexcept { return m_source.FailurePlace(); }
     /** What the parser library says of that, until Close; empty before. */

@@ -298,6 +298,29 @@ private:
     XmlNode* m_pForgetful = nullptr; // the parent whose children were forgotten last
 };
 
+/**
+ * A method of a receiver of events as a handler: no exception may reach the parser library, so running out of memory ends
+ * the parse. The receiver has a method Source().
+ */
+template <auto t_pMethod>
+struct XmlEvent;
+
+template <class TReceiver, class... TArgs, void (TReceiver::*t_pMethod)(TArgs...)>
+struct XmlEvent<t_pMethod>
+{
+    static void Handle(void* _pReceiver, TArgs... _args) noexcept
+    {
+        TReceiver& rReceiver = *static_cast<TReceiver*>(_pReceiver);
+        try {
+            (rReceiver.*t_pMethod)(_args...);
+        } catch (const XmlArena::AboveLimit&) {
+            rReceiver.Source().Stop(XML_ERROR_AMPLIFICATION_LIMIT_BREACH);
+        } catch (const std::bad_alloc&) {
+            rReceiver.Source().Stop(XML_ERROR_NO_MEMORY);
+        }
+    }
+};
+
 /** Widens UTF-8 to UTF-16; _pTo has room for a character per byte. @return behind the last character written */
 wchar_t* WidenUtf8(wchar_t* _pTo, const char* _pFrom, std::size_t _uLength) noexcept;
 

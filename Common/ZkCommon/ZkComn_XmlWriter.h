@@ -5,13 +5,14 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace ZkCommon::Storage {
 
 /**
  * Turns elements into the bytes of a document: UTF-8 without a mark, an element a line, indented with tabs, lines ended
  * by CR LF. A document that is loaded and written again gives the same bytes. What XML cannot hold is written all the
- * same; whoever replaces a file by the output reads it back and compares (ReadsBackAs).
+ * same; whoever replaces a file by the output reads it back and compares (XmlParser::ReadsBack).
  * Belongs to one thread at a time.
  */
 class XmlWriter
@@ -31,7 +32,10 @@ public:
     bool Write(const XmlElement& _rRoot);
 
     /** What was written so far. */
-    const std::string& Output() const noexcept { return m_sOutput; }
+    const std::string& Output() const& noexcept { return m_sOutput; }
+    std::string Output() && noexcept { return std::move(m_sOutput); }
+    /** Makes room for so many bytes of output. */
+    void Reserve(std::size_t _uSize) { m_sOutput.reserve(_uSize); }
 
 private:
     void WriteTree(const XmlElement& _rRoot);

@@ -20,21 +20,15 @@ std::wstring FolderOf(const std::wstring& _rtszPath)
     return _rtszPath.substr(0, _rtszPath.find_last_of(L"\\/") + 1);
 }
 
-void UseLibraryIn(Storage::XmlParser& _rParser, const std::wstring& _rtszFolder)
-{
-    if (!_rtszFolder.empty()) { // without the property it is the library beside this module
-        _rParser.SetProperty(L"PathOfDll", _rtszFolder);
-    }
-}
-
 } // namespace
 
 Storage::XmlElement PlainDocument::Select(const std::wstring& _rtszFile, const std::wstring& _rtszLibraryFolder,
                                           const wchar_t* _pszRoot, const Storage::XmlChoice* _pChoice)
 {
     m_tszFile = _rtszFile;
-    m_tszLibraryFolder = _rtszLibraryFolder;
-    UseLibraryIn(m_rParser, m_tszLibraryFolder);
+    if (!_rtszLibraryFolder.empty()) { // without the property it is the library beside this module
+        m_rParser.SetProperty(L"PathOfDll", _rtszLibraryFolder);
+    }
     m_rParser.Load(_rtszFile,
                    m_enAccess == Access::Write ? Storage::XmlParser::KeepWhole : Storage::XmlParser::KeepSelected);
     Storage::XmlElement cElement;
@@ -53,17 +47,15 @@ std::optional<Storage::XmlElement> PlainDocument::SelectInDirectory(const wchar_
     return Select(stPath->tszFile, stPath->tszDirectory, _rstDocument.pszRoot);
 }
 
-std::string DocumentText(const Storage::XmlParser& _rParser, const std::wstring& _rtszLibraryFolder)
+std::string DocumentText(const Storage::XmlParser& _rParser)
 {
     Storage::XmlWriter cWriter;
+    cWriter.Reserve(static_cast<std::size_t>(_rParser.Size() + _rParser.Size() / 8));
     cWriter.Write(_rParser.Document());
-    Storage::XmlParser cReader;
-    UseLibraryIn(cReader, _rtszLibraryFolder);
-    cReader.LoadText(cWriter.Output(), Storage::XmlParser::KeepWhole);
-    if (!Storage::ReadsBackAs(_rParser.Document(), cReader.Document())) {
+    if (!_rParser.ReadsBack(cWriter.Output())) {
         throw new Storage::XmlException(ERROR_INVALID_DATA);
     }
-    return cWriter.Output();
+    return std::move(cWriter).Output();
 }
 
 void PlainDocument::Store()

@@ -20,10 +20,9 @@ enum class Access
 
 /**
  * A document, loaded with KeepWhole, as text.
- * @param _rtszLibraryFolder  where the parser library lies; empty: beside this module
  * @throws XmlException* code 13 when it holds what no document can: it would not read back as what it is
  */
-std::string DocumentText(const ZkCommon::Storage::XmlParser& _rParser, const std::wstring& _rtszLibraryFolder = {});
+std::string DocumentText(const ZkCommon::Storage::XmlParser& _rParser);
 
 /** A plain document. It holds the parser, and lets go of the file when the object goes. */
 class PlainDocument
@@ -57,7 +56,7 @@ public:
                                                                    const Document& _rstDocument);
 
     /** The document as it stands now; contract as DocumentText. For Access::Write. */
-    std::string ToText() { return DocumentText(m_rParser, m_tszLibraryFolder); }
+    std::string ToText() { return DocumentText(m_rParser); }
 
     /**
      * Replaces the file by the document as it stands now; all elements end. The file is then the new one, whole, or else
@@ -70,7 +69,6 @@ private:
     ZkCommon::Storage::XmlParser& m_rParser;
     Access m_enAccess;
     std::wstring m_tszFile;
-    std::wstring m_tszLibraryFolder;
 };
 
 /** An encrypted document: its plaintext copy is gone when the object goes. */
