@@ -211,6 +211,12 @@ bool EqualsNoCase(std::wstring_view _svLeft, std::wstring_view _svRight, std::si
                                                         static_cast<int>(svRight.size()), TRUE) == CSTR_EQUAL);
 }
 
+bool LessNoCase::operator()(std::wstring_view _svLeft, std::wstring_view _svRight) const noexcept
+{
+    return ::CompareStringOrdinal(_svLeft.data(), static_cast<int>(_svLeft.size()), _svRight.data(),
+                                  static_cast<int>(_svRight.size()), TRUE) == CSTR_LESS_THAN;
+}
+
 std::wstring WithBackslash(std::wstring _tszPath)
 {
     if (!_tszPath.empty() && _tszPath.back() != L'\\') {

@@ -52,6 +52,12 @@ std::optional<std::uint64_t> ToWholeNumber64(std::wstring_view _svText) noexcept
 bool EqualsNoCase(std::wstring_view _svLeft, std::wstring_view _svRight,
                   std::size_t _uCount = std::wstring_view::npos) noexcept;
 
+/** An order of texts without case, as the registry and the file system compare. */
+struct LessNoCase
+{
+    bool operator()(std::wstring_view _svLeft, std::wstring_view _svRight) const noexcept;
+};
+
 /** Appends a backslash unless the path is empty or ends in one. */
 std::wstring WithBackslash(std::wstring _tszPath);
 

@@ -81,13 +81,13 @@ public:
      * In lines: everything below the test's keys, in both views and below both roots, and those sections of ini files
      * in the folder that tests use. Of the machine, or of another storage.
      */
-    std::vector<std::wstring> Snapshot(Varnhelt::UpdateStorage* _pStorage = nullptr) const
+    std::vector<std::wstring> Snapshot(Varnhelt::UpdateStorages* _pStorages = nullptr) const
     {
         Varnhelt::SystemStorage cSystem;
-        Varnhelt::UpdateStorage& rStorage = _pStorage != nullptr ? *_pStorage : cSystem;
+        Varnhelt::UpdateStorages& rStorages = _pStorages != nullptr ? *_pStorages : cSystem;
         std::vector<std::wstring> vecLine;
         const auto AddKey = [&](HKEY _hRoot, ZkCommon::Storage::RegistryView _enView, const wchar_t* _pszPrefix) {
-            AddLines(rStorage, {Varnhelt::UpdatePlace::Kind::Registry, _hRoot, _enView, Key(), {}}, _pszPrefix,
+            AddLines(rStorages, {Varnhelt::UpdatePlace::Kind::Registry, _hRoot, _enView, Key(), {}}, _pszPrefix,
                      vecLine);
         };
         AddKey(HKEY_CURRENT_USER, ZkCommon::Storage::ViewDefault, L"user");
@@ -100,7 +100,7 @@ public:
             {L"pelto17.ini", {L"Setup"}}};
         for (const auto& [pszFile, vecSection] : aFile) {
             for (const std::wstring& tszSection : vecSection) {
-                AddLines(rStorage,
+                AddLines(rStorages,
                          {Varnhelt::UpdatePlace::Kind::IniFile, nullptr, {}, Folder().File(pszFile), tszSection},
                          L"[" + tszSection + L"]", vecLine);
             }
@@ -114,15 +114,16 @@ public:
 
 private:
     /** A place's own line, one for each of its values, and those of the places below it. */
-    static void AddLines(Varnhelt::UpdateStorage& _rStorage, const Varnhelt::UpdatePlace& _rstPlace,
+    static void AddLines(Varnhelt::UpdateStorages& _rStorages, const Varnhelt::UpdatePlace& _rstPlace,
                          const std::wstring& _rtszPrefix, std::vector<std::wstring>& _rvecLine)
     {
-        if (!_rStorage.Exists(_rstPlace)) {
+        Varnhelt::UpdateStorage& rStorage = _rStorages.Of(_rstPlace);
+        if (!rStorage.Exists(_rstPlace)) {
             return;
         }
         _rvecLine.push_back(_rtszPrefix);
-        for (const std::wstring& tszName : _rStorage.Names(_rstPlace)) {
-            const Varnhelt::UpdateStorage::Value stValue = _rStorage.Find(_rstPlace, tszName).value();
+        for (const std::wstring& tszName : rStorage.Names(_rstPlace)) {
+            const Varnhelt::UpdateStorage::Value stValue = rStorage.Find(_rstPlace, tszName).value();
             std::wstring& rtszLine = _rvecLine.emplace_back(_rtszPrefix + L" " + tszName + L" ");
             if (stValue.ulType == REG_SZ && stValue == Varnhelt::UpdateStorage::Value::Of(stValue.Text())) {
                 rtszLine += L"\"" + stValue.Text() + L"\"";
@@ -133,10 +134,10 @@ private:
                 rtszLine += L" " + std::to_wstring(ucByte);
             }
         }
-        for (const std::wstring& tszName : _rStorage.SubKeys(_rstPlace)) {
+        for (const std::wstring& tszName : rStorage.SubKeys(_rstPlace)) {
             Varnhelt::UpdatePlace stBelow = _rstPlace;
             stBelow.tszPath += L"\\" + tszName;
-            AddLines(_rStorage, stBelow, _rtszPrefix + L"\\" + tszName, _rvecLine);
+            AddLines(_rStorages, stBelow, _rtszPrefix + L"\\" + tszName, _rvecLine);
         }
     }
 

@@ -54,13 +54,13 @@ class LocalUpdate : public testing::Test
 {
 protected:
     /** Carries the description out on a storage; its file stays. */
-    static void Run(const std::wstring& _rtszPath, UpdateStorage& _rStorage, Decisions& _rDecisions)
+    static void Run(const std::wstring& _rtszPath, UpdateStorages& _rStorages, Decisions& _rDecisions)
     {
         LocalUpdateConfig stConfig;
         bool bStay = false;
         Worker stWorker;
         ASSERT_EQ(Documents::QueryValueAsLocalUpdate(stWorker, &stConfig, &_rtszPath, &bStay), Result::g_ulSuccess);
-        CLocalUpdateManager cManager(_rStorage, &_rDecisions);
+        CLocalUpdateManager cManager(_rStorages, &_rDecisions);
         ASSERT_EQ(cManager.Initialize(), Result::g_ulSuccess);
         ASSERT_EQ(cManager.DoActionConfig(stConfig), Result::g_ulSuccess);
     }

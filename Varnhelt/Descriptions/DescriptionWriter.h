@@ -47,6 +47,32 @@ void WriteRecord(ZkCommon::Storage::XmlElement _cElement, const TDescription& _r
 }
 
 /**
+ * Adds a record of texts, with its lists, as an element of the description's name. Empty texts are left out: absent and
+ * empty are the same to the reader.
+ * @throws XmlException* code 6 when memory runs out
+ */
+template <class TDescription>
+ZkCommon::Storage::XmlElement AddRecord(ZkCommon::Storage::XmlElement _cParent, const TDescription& _rstDescription,
+                                        const typename TDescription::Record& _rstRecord)
+{
+    ZkCommon::Storage::XmlElement cElement = _cParent.AddChild(_rstDescription.svElement);
+    ForEachField(_rstDescription, [&]<class TField>(const TField& _rstField) {
+        if constexpr (TField::g_bList) {
+            for (const auto& stRecord : _rstRecord.*_rstField.pMember) {
+                AddRecord(cElement, *_rstField.pDescription, stRecord);
+            }
+        } else if (const std::wstring& rtszText = _rstRecord.*_rstField.pMember; !rtszText.empty()) {
+            if (_rstField.enSource == Source::Attribute) {
+                cElement.SetAttribute(_rstField.svName, rtszText);
+            } else {
+                cElement.AddChild(_rstField.svName).SetText(rtszText);
+            }
+        }
+    });
+    return cElement;
+}
+
+/**
  * The children of an element by a key of theirs, found in one pass: storing many records into many elements is then no
  * search for each record. Of several elements with one key it knows the first.
  */

@@ -4,16 +4,15 @@
 #include "Documents/LocalUpdate.h"
 #include "Documents/RegistryWords.h"
 #include "Documents/UpdateWords.h"
-#include "Frwk_Utility.h"
+#include "Update/UpdatePathMacro.h"
+#include "Update/UpdateValue.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Platform.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
-#include <utility>
 
 using namespace ZkCommon;
 using namespace SrvFrwk;
@@ -31,212 +30,72 @@ Storage::RegistryView ViewOf(std::wstring_view _svWord)
     throw new Storage::Exception(_ulError, __FILE__, _ulLine);
 }
 
-std::vector<std::uint8_t> BytesOf(std::wstring_view _svHex)
+const UpdateValueType& TypeOf(std::wstring_view _svWord)
 {
-    const auto Digit = [](wchar_t _c) -> std::uint32_t {
-        if (_c >= L'0' && _c <= L'9') {
-            return static_cast<std::uint32_t>(_c - L'0');
-        }
-        const wchar_t c = static_cast<wchar_t>(_c | 0x20);
-        if (c < L'a' || c > L'f') {
-            Fail(ERROR_INVALID_DATA);
-        }
-        return static_cast<std::uint32_t>(c - L'a' + 10);
-    };
-    if (_svHex.size() < 2) {
-        Fail(ERROR_INVALID_DATA);
-    }
-    std::vector<std::uint8_t> vecBytes(_svHex.size() / 2); // an odd last digit is ignored
-    for (std::size_t i = 0; i < vecBytes.size(); ++i) {
-        vecBytes[i] = static_cast<std::uint8_t>(Digit(_svHex[2 * i]) << 4 | Digit(_svHex[2 * i + 1]));
-    }
-    return vecBytes;
-}
-
-/** A type of value: from the text of a description, and whether a value is of the type. */
-struct TypeRow
-{
-    UpdateWords::Type enType;
-    bool bAppend; // may be appended to
-    UpdateStorage::Value (*pfnOf)(const std::wstring& _rtszText);
-    void (*pfnCheck)(const UpdateStorage::Value& _rstValue); // throws when it is of another type
-};
-
-template <class TNumber>
-UpdateStorage::Value NumberValue(std::optional<TNumber> _ulNumber)
-{
-    if (!_ulNumber) {
-        Fail(ERROR_INVALID_DATA);
-    }
-    return UpdateStorage::Value::Of(*_ulNumber);
-}
-
-using Value = UpdateStorage::Value;
-
-constexpr TypeRow g_aType[] = {
-    {UpdateWords::TypeUint32, false,
-     [](const std::wstring& _rtszText) { return NumberValue(String::ToWholeNumber(_rtszText)); },
-     [](const Value& _rstValue) { static_cast<void>(_rstValue.Number()); }},
-    {UpdateWords::TypeUint64, false,
-     [](const std::wstring& _rtszText) { return NumberValue(String::ToWholeNumber64(_rtszText)); },
-     [](const Value& _rstValue) { static_cast<void>(_rstValue.Number64()); }},
-    {UpdateWords::TypeString, true, [](const std::wstring& _rtszText) { return Value::Of(_rtszText); },
-     [](const Value& _rstValue) { static_cast<void>(_rstValue.Text()); }},
-    {UpdateWords::TypeBinary, true, [](const std::wstring& _rtszText) { return Value::Of(BytesOf(_rtszText)); },
-     [](const Value& _rstValue) { static_cast<void>(_rstValue.Binary()); }},
-};
-
-const TypeRow& TypeOf(std::wstring_view _svWord)
-{
-    const Frwk::Word* pWord = Frwk::Utility::FindWord(UpdateWords::g_stType, _svWord);
-    if (pWord == nullptr) {
+    const UpdateValueType* pType = FindUpdateValueType(_svWord);
+    if (pType == nullptr) {
         Fail(ERROR_INVALID_PARAMETER);
     }
-    return *std::ranges::find(g_aType, pWord->ulValue, &TypeRow::enType);
+    return *pType;
 }
 
-/** The text that stands before what is appended. */
-std::wstring TextBefore(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry, const Value& _rstValue)
+/** The type that an entry's values have where they are: an ini file holds texts only. */
+const UpdateValueType& StoredTypeOf(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry)
 {
-    if (!_rstPlace.IsRegistry() || TypeOf(_rstEntry.tszType).enType == UpdateWords::TypeString) {
-        return _rstValue.Text();
-    }
-    return HexadecimalOf(_rstValue.Binary());
+    const UpdateValueType& rstType = TypeOf(_rstEntry.tszType);
+    return _rstPlace.IsRegistry() ? rstType
+                                  : TypeOf(Frwk::Utility::ToText(UpdateWords::g_stType, UpdateWords::TypeString));
 }
-
-/** The folder behind a path macro. What is read and what fails is logged; empty on failure. */
-struct MacroRow
-{
-    std::wstring_view svMacro;
-    std::wstring (*pfnFolder)();
-};
-
-using FolderBuffer = std::array<wchar_t, MAX_PATH>;
-
-std::wstring SystemFolder(const FolderBuffer& _raBuffer, UINT _ulLength, const wchar_t* _pszCall,
-                          const wchar_t* _pszName)
-{
-    if (_ulLength == 0 || _ulLength > _raBuffer.size()) {
-        Trace(TraceError, L"*** CLocalUpdateAgentKey::ReplacePath() - %s failed. [0x%08x]", _pszCall, ::GetLastError());
-        return {};
-    }
-    std::wstring tszFolder(_raBuffer.data(), std::min<std::size_t>(_ulLength, _raBuffer.size() - 1));
-    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::ReplacePath() - %s [%s]", _pszName, tszFolder);
-    return tszFolder;
-}
-
-std::wstring InstalledFolder()
-{
-    std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
-    if (tszFolder.empty()) {
-        Trace(TraceError, L"*** CLocalUpdateAgentKey::ReplacePath() - Frwk::Utility::GetInstalledFolder() failed.");
-    } else {
-        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::ReplacePath() - InstalledFolder [%s]", tszFolder);
-    }
-    return tszFolder;
-}
-
-std::wstring WindowsFolder()
-{
-    FolderBuffer aBuffer{};
-    const UINT ulLength = ::GetWindowsDirectoryW(aBuffer.data(), MAX_PATH);
-    return SystemFolder(aBuffer, ulLength, L"GetWindowsDirectory()", L"tszWindowsDirectory");
-}
-
-std::wstring SystemFolder()
-{
-    FolderBuffer aBuffer{};
-    const UINT ulLength = ::GetSystemDirectoryW(aBuffer.data(), MAX_PATH);
-    return SystemFolder(aBuffer, ulLength, L"GetSystemDirectory()", L"tszSystemDirectory");
-}
-
-std::wstring CurrentFolder()
-{
-    FolderBuffer aBuffer{};
-    const UINT ulLength = ::GetCurrentDirectoryW(MAX_PATH, aBuffer.data());
-    return SystemFolder(aBuffer, ulLength, L"GetCurrentDirectory()", L"tszCurrentDirectory");
-}
-
-/** In the order in which they are looked for; the first that a path has is the only one that is replaced. */
-constexpr MacroRow g_aMacro[] = {
-    {L"$INSTALL$", &InstalledFolder},
-    {L"$WINDOWS$", &WindowsFolder},
-    {L"$SYSTEM$", &SystemFolder},
-    {L"$CURRENT$", &CurrentFolder},
-};
 
 std::wstring Below(const std::wstring& _rtszPath, const std::wstring& _rtszName)
 {
     return String::WithBackslash(_rtszPath) + _rtszName;
 }
 
-} // namespace
-
-namespace Varnhelt {
-
-bool HasPathMacro(const std::wstring& _rtszPath)
+/** Runs a body; what it throws is logged under the method's name, and refuses the entry. */
+template <class TBody>
+UpdateDecision Guarded(const wchar_t* _pszMethod, TBody&& _fnBody)
 {
-    return std::ranges::any_of(
-        g_aMacro, [&](const MacroRow& _rstMacro) { return _rtszPath.find(_rstMacro.svMacro) != std::wstring::npos; });
+    UpdateDecision stRefusal{UpdateEffect::Refuse, UpdateReason::SystemError, ERROR_OUTOFMEMORY};
+    try {
+        return _fnBody();
+    } catch (Exception::Base* _pError) {
+        stRefusal.ulError = _pError->ErrorCode();
+        stRefusal.ulResult = ResultInFlight({_pszMethod});
+    } catch (...) {
+        stRefusal.ulResult = ResultInFlight({_pszMethod});
+    }
+    return stRefusal;
 }
 
-HKEY RegistryRootOf(std::wstring_view _svWord)
+/** As Guarded, with the method's entry line, and its leave line when all went well. */
+template <class TBody>
+UpdateDecision Step(const wchar_t* _pszMethod, TBody&& _fnBody)
+{
+    const MethodTrace cTrace(_pszMethod);
+    const UpdateDecision stDecision = Guarded(_pszMethod, _fnBody);
+    return Result::IsFailure(stDecision.ulResult) ? stDecision : cTrace.Leave(stDecision);
+}
+
+} // namespace
+
+HKEY Varnhelt::RegistryRootOf(std::wstring_view _svWord)
 {
     const bool bKnown = Frwk::Utility::FindWord(Documents::g_stUpdateRoot, _svWord) != nullptr; // with case
     return bKnown ? Documents::RegistryRoot::Read(_svWord) : nullptr;
 }
 
-std::wstring HexadecimalOf(const std::vector<std::uint8_t>& _rvecBytes)
-{
-    constexpr wchar_t szDigits[] = L"0123456789abcdef";
-    std::wstring tszText;
-    tszText.reserve(_rvecBytes.size() * 2);
-    for (const std::uint8_t ucByte : _rvecBytes) {
-        tszText += szDigits[ucByte >> 4];
-        tszText += szDigits[ucByte & 15];
-    }
-    return tszText;
-}
-
-} // namespace Varnhelt
-
+/** What an action does, and when there is nothing to do. */
 struct CLocalUpdateAgentKey::Action
 {
     UpdateWords::Action enAction;
     UpdateEffect enEffect;
-    bool (CLocalUpdateAgentKey::*pfnIsExisted)(const UpdatePlace&, const LocalUpdateEntry&);
-    bool bSkipPresent; // nothing to do when it exists, unless it is to be overwritten; else when it does not
+    bool (*pfnExists)(const Attempt&);
+    bool bSkipPresent; // true: skip if it exists and may not be overwritten; false: skip if it does not exist
     UpdateReason enNotToDo;
-    std::uint32_t (CLocalUpdateAgentKey::*pfnAct)(const UpdatePlace&, const LocalUpdateEntry&);
+    const wchar_t* pszMethod;
+    UpdateDecision (*pfnAct)(Attempt&);
 };
-
-/** Carries out a body that gives a result; an exception is logged under the method's name, noted and answered. */
-template <class TBody>
-std::uint32_t CLocalUpdateAgentKey::Guarded(const wchar_t* _pszMethod, TBody&& _fnBody)
-{
-    return AtBoundary({_pszMethod}, [&] {
-        try {
-            return _fnBody();
-        } catch (Exception::Base* _pError) {
-            m_stDecision.enReason = UpdateReason::SystemError;
-            m_stDecision.ulError = _pError->ErrorCode();
-            throw;
-        } catch (...) {
-            m_stDecision.enReason = UpdateReason::SystemError;
-            m_stDecision.ulError = ERROR_OUTOFMEMORY;
-            throw;
-        }
-    });
-}
-
-/** As Guarded, with the method's entry line, and its leave line when all went well. */
-template <class TBody>
-std::uint32_t CLocalUpdateAgentKey::Step(const wchar_t* _pszMethod, TBody&& _fnBody)
-{
-    const MethodTrace cTrace(_pszMethod);
-    const std::uint32_t ulResult = Guarded(_pszMethod, _fnBody);
-    return Result::IsFailure(ulResult) ? ulResult : cTrace.Leave(ulResult);
-}
 
 std::uint32_t CLocalUpdateAgentKey::DoAction(LocalUpdateKey* _pstKey)
 {
@@ -248,7 +107,7 @@ std::uint32_t CLocalUpdateAgentKey::DoAction(LocalUpdateKey* _pstKey)
         }
         const UpdateCheck stCheck = CheckUpdate(*_pstKey);
         if (stCheck.enReason != UpdateReason::None) {
-            TellItem(*_pstKey, stCheck.enReason);
+            ReportItem(*_pstKey, stCheck.enReason);
         }
         if (Result::IsFailure(stCheck.ulResult)) {
             Trace(TraceError, L"*** CLocalUpdateAgentKey::DoAction() - CheckUpdate() failed(). [0x%08x]",
@@ -264,50 +123,55 @@ std::uint32_t CLocalUpdateAgentKey::DoAction(LocalUpdateKey* _pstKey)
         const std::optional<UpdatePlace> stPlace = CreateKey(*_pstKey);
         if (!stPlace) {
             Trace(TraceError, L"*** CLocalUpdateAgentKey::DoAction() - pKey was invalid.");
-            TellItem(*_pstKey, _pstKey->tszKind == g_szIniFileKind ? UpdateReason::NoPath : UpdateReason::UnknownRoot);
+            ReportItem(*_pstKey,
+                       _pstKey->tszKind == g_szIniFileKind ? UpdateReason::NoPath : UpdateReason::UnknownRoot);
             return Result::g_ulMissingObject;
         }
         Trace(TraceNotice, L"*** CLocalUpdateAgentKey::DoAction() - Root[%s] Base[%s]", _pstKey->tszRoot,
               _pstKey->tszPath);
-        TellItem(*_pstKey, UpdateReason::None);
+        ReportItem(*_pstKey, UpdateReason::None);
         std::uint32_t ulResult = Result::g_ulSuccess;
         for (const LocalUpdateEntry& stEntry : _pstKey->lstEntry) {
-            ulResult = DoEntry(*stPlace, stEntry);
+            ulResult = DoEntry(*stPlace, stEntry).ulResult;
         }
         return cTrace.Leave(ulResult);
     });
 }
 
-void CLocalUpdateAgentKey::TellItem(const LocalUpdateKey& _rstKey, UpdateReason _enReason) const
+void CLocalUpdateAgentKey::ReportItem(const LocalUpdateKey& _rstKey, UpdateReason _enReason) const
 {
     if (m_pObserver != nullptr) {
         m_pObserver->OnItem(_rstKey, _enReason);
     }
 }
 
-/** An entry, its conditions first. @return its result */
-std::uint32_t CLocalUpdateAgentKey::DoEntry(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry)
+/** An entry, its conditions first. */
+UpdateDecision CLocalUpdateAgentKey::DoEntry(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry) const
 {
     const UpdateCheck stCheck = CheckUpdate(_rstEntry);
-    m_stDecision = {UpdateEffect::Skip, stCheck.enReason, ERROR_SUCCESS};
-    std::uint32_t ulResult = stCheck.ulResult;
-    if (Result::IsFailure(ulResult)) {
-        m_stDecision.enEffect = UpdateEffect::Refuse;
-        Trace(TraceError, L"*** CLocalUpdateAgentKey::DoAction() - CheckUpdate() failed(). [0x%08x]", ulResult);
+    UpdateDecision stDecision{UpdateEffect::Skip, stCheck.enReason, ERROR_SUCCESS, stCheck.ulResult};
+    if (Result::IsFailure(stCheck.ulResult)) {
+        stDecision.enEffect = UpdateEffect::Refuse;
+        Trace(TraceError, L"*** CLocalUpdateAgentKey::DoAction() - CheckUpdate() failed(). [0x%08x]", stCheck.ulResult);
     } else {
         const bool bUpdate = stCheck.enReason == UpdateReason::None;
         Trace(TraceNotice, L"*** CLocalUpdateAgentKey::DoAction() - bUpdate [%d].", bUpdate ? 1 : 0);
-        if (!bUpdate) {
+        if (bUpdate) {
+            Attempt stAttempt{m_rStorages.Of(_rstPlace), _rstPlace, _rstEntry};
+            stDecision = OnAction(stAttempt);
+            if (Result::IsFailure(stDecision.ulResult)) {
+                Trace(TraceError,
+                      L"*** CLocalUpdateAgentKey::DoAction() - Name[%s] Type[%s] Value[%s] failed. [0x%08x]",
+                      _rstEntry.tszName, _rstEntry.tszType, _rstEntry.tszValue, stDecision.ulResult);
+            }
+        } else {
             Trace(TraceNotice, L"*** CLocalUpdateAgentKey::DoAction() - not match update environment.");
-        } else if (ulResult = OnAction(_rstPlace, _rstEntry); Result::IsFailure(ulResult)) {
-            Trace(TraceError, L"*** CLocalUpdateAgentKey::DoAction() - Name[%s] Type[%s] Value[%s] failed. [0x%08x]",
-                  _rstEntry.tszName, _rstEntry.tszType, _rstEntry.tszValue, ulResult);
         }
     }
     if (m_pObserver != nullptr) {
-        m_pObserver->OnEntry(_rstEntry, m_stDecision);
+        m_pObserver->OnEntry(_rstEntry, stDecision);
     }
-    return ulResult;
+    return stDecision;
 }
 
 std::optional<UpdatePlace> CLocalUpdateAgentKey::CreateKey(LocalUpdateKey& _rstKey)
@@ -341,159 +205,153 @@ std::optional<UpdatePlace> CLocalUpdateAgentKey::CreateKey(LocalUpdateKey& _rstK
 void CLocalUpdateAgentKey::ReplacePath(std::wstring& _rtszPath)
 {
     Trace(TraceNotice, L"*** CLocalUpdateAgentKey::ReplacePath() - _tszPath [%s]", _rtszPath);
-    for (const MacroRow& stMacro : g_aMacro) {
-        if (const std::size_t uAt = _rtszPath.find(stMacro.svMacro); uAt != std::wstring::npos) {
-            if (const std::wstring tszFolder = stMacro.pfnFolder(); !tszFolder.empty()) {
-                _rtszPath.replace(uAt, stMacro.svMacro.size(), String::WithBackslash(tszFolder));
-            }
-            return;
-        }
-    }
+    ReplacePathMacro(_rtszPath);
 }
 
-std::uint32_t CLocalUpdateAgentKey::OnAction(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry)
+UpdateDecision CLocalUpdateAgentKey::OnAction(Attempt& _rAttempt)
 {
     using Agent = CLocalUpdateAgentKey;
     static constexpr Action aAction[] = {
-        {UpdateWords::ActionCreate, UpdateEffect::Create, &Agent::IsKeyExisted, true, UpdateReason::PlacePresent,
-         &Agent::Create},
-        {UpdateWords::ActionAppend, UpdateEffect::Append, &Agent::IsEntryExisted, true, UpdateReason::ValuePresent,
-         &Agent::Append},
-        {UpdateWords::ActionWrite, UpdateEffect::Write, &Agent::IsEntryExisted, true, UpdateReason::ValuePresent,
-         &Agent::Write},
-        {UpdateWords::ActionRemove, UpdateEffect::Remove, &Agent::IsKeyExisted, false, UpdateReason::PlaceAbsent,
-         &Agent::Remove},
+        {UpdateWords::ActionCreate, UpdateEffect::Create, &Agent::KeyExists, true, UpdateReason::PlacePresent,
+         L"CLocalUpdateAgentKey::Create()", &Agent::Create},
+        {UpdateWords::ActionAppend, UpdateEffect::Append, &Agent::EntryExists, true, UpdateReason::ValuePresent,
+         L"CLocalUpdateAgentKey::Append()", &Agent::Append},
+        {UpdateWords::ActionWrite, UpdateEffect::Write, &Agent::EntryExists, true, UpdateReason::ValuePresent,
+         L"CLocalUpdateAgentKey::Write()", &Agent::Write},
+        {UpdateWords::ActionRemove, UpdateEffect::Remove, &Agent::KeyExists, false, UpdateReason::PlaceAbsent,
+         L"CLocalUpdateAgentKey::Remove()", &Agent::Remove},
     };
+    const LocalUpdateEntry& rstEntry = _rAttempt.rstEntry;
     const MethodTrace cTrace(L"CLocalUpdateAgentKey::OnAction()");
-    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::OnAction() - _stKey.tszAction [%s]", _rstEntry.tszAction);
-    const Frwk::Word* pWord = Frwk::Utility::FindWord(UpdateWords::g_stAction, _rstEntry.tszAction);
+    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::OnAction() - _stKey.tszAction [%s]", rstEntry.tszAction);
+    const Frwk::Word* pWord = Frwk::Utility::FindWord(UpdateWords::g_stAction, rstEntry.tszAction);
     if (pWord == nullptr) {
         Trace(TraceError, L"*** CLocalUpdateAgentKey::OnAction() - specified _stKey.tszAction[%s] was invalid.",
-              _rstEntry.tszAction);
-        m_stDecision = {UpdateEffect::Refuse, UpdateReason::UnknownAction, ERROR_SUCCESS};
-        return cTrace.Leave(Result::g_ulRefused);
+              rstEntry.tszAction);
+        return cTrace.Leave(
+            UpdateDecision{UpdateEffect::Refuse, UpdateReason::UnknownAction, ERROR_SUCCESS, Result::g_ulRefused});
     }
     const auto* pAction = std::ranges::find(aAction, pWord->ulValue, &Action::enAction);
-    const std::uint32_t ulResult = Guarded(L"CLocalUpdateAgentKey::OnAction()", [&] {
-        const bool bExisted = (this->*pAction->pfnIsExisted)(_rstPlace, _rstEntry);
-        if (pAction->bSkipPresent ? bExisted && _rstEntry.tszOverWrite != UpdateWords::g_svYes : !bExisted) {
-            m_stDecision = {UpdateEffect::Skip, pAction->enNotToDo, ERROR_SUCCESS};
-            return Result::g_ulSuccess;
+    UpdateDecision stDecision = Guarded(L"CLocalUpdateAgentKey::OnAction()", [&] {
+        const bool bExists = pAction->pfnExists(_rAttempt);
+        if (pAction->bSkipPresent ? bExists && rstEntry.tszOverWrite != UpdateWords::g_svYes : !bExists) {
+            return UpdateDecision{UpdateEffect::Skip, pAction->enNotToDo};
         }
-        m_stDecision.enEffect = pAction->enEffect;
-        return (this->*pAction->pfnAct)(_rstPlace, _rstEntry);
+        return Step(pAction->pszMethod, [&] { return pAction->pfnAct(_rAttempt); });
     });
-    if (Result::IsFailure(ulResult)) {
-        m_stDecision.enEffect = UpdateEffect::Refuse;
-        Trace(TraceError, L"*** CLocalUpdateAgentKey::OnAction() - OnAction() failed().  _stKey.tszAction[%s] [0x%08x]",
-              _rstEntry.tszAction, ulResult);
+    if (stDecision.enReason == UpdateReason::None) {
+        stDecision.enEffect = pAction->enEffect;
     }
-    return cTrace.Leave(ulResult);
+    if (Result::IsFailure(stDecision.ulResult)) {
+        stDecision.bInPart = _rAttempt.bInPart;
+        Trace(TraceError, L"*** CLocalUpdateAgentKey::OnAction() - OnAction() failed().  _stKey.tszAction[%s] [0x%08x]",
+              rstEntry.tszAction, stDecision.ulResult);
+    }
+    return cTrace.Leave(stDecision);
 }
 
-bool CLocalUpdateAgentKey::IsKeyExisted(const UpdatePlace& _rstPlace, const LocalUpdateEntry&)
+bool CLocalUpdateAgentKey::KeyExists(const Attempt& _rAttempt)
 {
-    return m_rStorage.Exists(_rstPlace);
+    return _rAttempt.rStorage.Exists(_rAttempt.rstPlace);
 }
 
-bool CLocalUpdateAgentKey::IsEntryExisted(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry)
+/** Whether there is a value that can be read as the entry's type. */
+bool CLocalUpdateAgentKey::EntryExists(const Attempt& _rAttempt)
 {
-    const TypeRow& rstType = TypeOf(_rstEntry.tszType);
-    try { // what cannot be read as that type does not count
-        const std::optional<Value> stValue = m_rStorage.Find(_rstPlace, _rstEntry.tszName);
-        if (stValue && _rstPlace.IsRegistry()) {
-            rstType.pfnCheck(*stValue);
-        }
-        return stValue.has_value();
+    const UpdateValueType& rstType = StoredTypeOf(_rAttempt.rstPlace, _rAttempt.rstEntry);
+    try {
+        const auto stValue = _rAttempt.rStorage.Find(_rAttempt.rstPlace, _rAttempt.rstEntry.tszName);
+        return stValue && rstType.TextOf(*stValue);
     } catch (Storage::Exception* _pError) {
         const Exception::Caught pCaught(_pError);
         return false;
     }
 }
 
-std::uint32_t CLocalUpdateAgentKey::Create(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry)
+UpdateDecision CLocalUpdateAgentKey::Create(Attempt& _rAttempt)
 {
-    return Step(L"CLocalUpdateAgentKey::Create()", [&] {
-        if (!_rstPlace.IsRegistry()) {
-            m_rStorage.Create(_rstPlace, false);
-            return Result::g_ulSuccess;
-        }
-        UpdatePlace stTarget = _rstPlace;
-        if (!_rstEntry.tszName.empty()) {
-            stTarget.tszPath = Below(_rstPlace.tszPath, _rstEntry.tszName);
-        }
-        if (!CreateRegistryKey(std::move(stTarget), _rstEntry.tszAllAccess)) {
-            m_stDecision = {UpdateEffect::Skip, UpdateReason::NoAllAccess, ERROR_SUCCESS};
-        }
-        return Result::g_ulSuccess;
-    });
+    const UpdatePlace& rstPlace = _rAttempt.rstPlace;
+    if (!rstPlace.IsRegistry()) {
+        _rAttempt.rStorage.Create(rstPlace, false);
+        return {};
+    }
+    const std::wstring& rtszName = _rAttempt.rstEntry.tszName;
+    const bool bAsked =
+        CreateRegistryKey(_rAttempt, rtszName.empty() ? rstPlace.tszPath : Below(rstPlace.tszPath, rtszName));
+    return bAsked ? UpdateDecision{} : UpdateDecision{UpdateEffect::Skip, UpdateReason::NoAllAccess};
 }
 
-/** @return false when the word asks for no key, and none is made */
-bool CLocalUpdateAgentKey::CreateRegistryKey(UpdatePlace _stPlace, const std::wstring& _rtszAllAccess)
+/** Makes the key at a path in the item's root. @return false when the entry asks for no key, and none is made */
+bool CLocalUpdateAgentKey::CreateRegistryKey(Attempt& _rAttempt, const std::wstring& _rtszPath)
 {
-    const bool bAllAccess = _rtszAllAccess == UpdateWords::g_svYes;
-    if (!bAllAccess && _rtszAllAccess != UpdateWords::g_svNo) {
+    const std::wstring& rtszAllAccess = _rAttempt.rstEntry.tszAllAccess;
+    const bool bAllAccess = rtszAllAccess == UpdateWords::g_svYes;
+    if (!bAllAccess && rtszAllAccess != UpdateWords::g_svNo) {
         return false;
     }
+    UpdatePlace stPlace = _rAttempt.rstPlace;
+    stPlace.tszPath = _rtszPath;
     if (!bAllAccess) { // in the machine's own view, whatever the item's
-        _stPlace.enView = Platform::IsNative64Bit() ? Storage::View64 : Storage::ViewDefault;
+        stPlace.enView = Platform::IsNative64Bit() ? Storage::View64 : Storage::ViewDefault;
     }
-    m_rStorage.Create(_stPlace, bAllAccess);
+    const bool bNew = !_rAttempt.rStorage.Exists(stPlace);
+    _rAttempt.rStorage.Create(stPlace, bAllAccess);
+    _rAttempt.bInPart = bNew;
     return true;
 }
 
-std::uint32_t CLocalUpdateAgentKey::Write(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry)
+UpdateDecision CLocalUpdateAgentKey::Write(Attempt& _rAttempt)
 {
-    return Step(L"CLocalUpdateAgentKey::Write()", [&] {
-        const TypeRow& rstType = TypeOf(_rstEntry.tszType);
-        if (!_rstPlace.IsRegistry()) {
-            m_rStorage.Write(_rstPlace, _rstEntry.tszName, Value::Of(_rstEntry.tszValue));
-            return Result::g_ulSuccess;
-        }
-        const Value stValue = rstType.pfnOf(_rstEntry.tszValue); // before the key: all of the entry or nothing
-        CreateRegistryKey(_rstPlace, _rstEntry.tszAllAccess);
-        m_rStorage.Write(_rstPlace, _rstEntry.tszName, stValue);
-        return Result::g_ulSuccess;
-    });
+    const UpdateValueType& rstType = StoredTypeOf(_rAttempt.rstPlace, _rAttempt.rstEntry);
+    if (_rAttempt.rstPlace.IsRegistry()) {
+        CreateRegistryKey(_rAttempt, _rAttempt.rstPlace.tszPath);
+    }
+    const auto stValue = rstType.Of(_rAttempt.rstEntry.tszValue);
+    if (!stValue) {
+        Fail(ERROR_INVALID_DATA);
+    }
+    _rAttempt.rStorage.Write(_rAttempt.rstPlace, _rAttempt.rstEntry.tszName, *stValue);
+    return {};
 }
 
-std::uint32_t CLocalUpdateAgentKey::Append(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry)
+UpdateDecision CLocalUpdateAgentKey::Append(Attempt& _rAttempt)
 {
-    return Step(L"CLocalUpdateAgentKey::Append()", [&] {
-        if (!TypeOf(_rstEntry.tszType).bAppend) {
-            Fail(ERROR_INVALID_PARAMETER);
+    const LocalUpdateEntry& rstEntry = _rAttempt.rstEntry;
+    if (!TypeOf(rstEntry.tszType).bAppend) {
+        Fail(ERROR_INVALID_PARAMETER);
+    }
+    LocalUpdateEntry stJoined = rstEntry;
+    if (const auto stPresent = _rAttempt.rStorage.Find(_rAttempt.rstPlace, rstEntry.tszName)) {
+        const auto tszPresent = StoredTypeOf(_rAttempt.rstPlace, rstEntry).TextOf(*stPresent);
+        if (!tszPresent) {
+            Fail(ERROR_INVALID_DATATYPE);
         }
-        const std::optional<Value> stPresent = m_rStorage.Find(_rstPlace, _rstEntry.tszName);
-        if (!stPresent) {
-            return Write(_rstPlace, _rstEntry);
-        }
-        LocalUpdateEntry stJoined = _rstEntry;
-        stJoined.tszValue.insert(0, TextBefore(_rstPlace, _rstEntry, *stPresent));
-        return Write(_rstPlace, stJoined);
-    });
+        stJoined.tszValue.insert(0, *tszPresent);
+    }
+    Attempt stWrite{_rAttempt.rStorage, _rAttempt.rstPlace, stJoined};
+    const UpdateDecision stDecision = Step(L"CLocalUpdateAgentKey::Write()", [&] { return Write(stWrite); });
+    _rAttempt.bInPart = stWrite.bInPart;
+    return stDecision;
 }
 
-std::uint32_t CLocalUpdateAgentKey::Remove(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry)
+UpdateDecision CLocalUpdateAgentKey::Remove(Attempt& _rAttempt)
 {
-    return Step(L"CLocalUpdateAgentKey::Remove()", [&] {
-        if (_rstEntry.tszName.empty()) {
-            RemoveSection(_rstPlace);
-        } else {
-            RemoveEntry(_rstPlace, _rstEntry.tszName);
-        }
-        return Result::g_ulSuccess;
-    });
+    if (_rAttempt.rstEntry.tszName.empty()) {
+        RemoveSection(_rAttempt);
+    } else {
+        RemoveEntry(_rAttempt);
+    }
+    return {};
 }
 
-void CLocalUpdateAgentKey::RemoveEntry(const UpdatePlace& _rstPlace, const std::wstring& _rtszName)
+void CLocalUpdateAgentKey::RemoveEntry(const Attempt& _rAttempt)
 {
-    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::Remove() - _stEntry.tszName[%s]", _rtszName);
-    m_rStorage.RemoveValue(_rstPlace, _rtszName);
+    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::Remove() - _stEntry.tszName[%s]", _rAttempt.rstEntry.tszName);
+    _rAttempt.rStorage.RemoveValue(_rAttempt.rstPlace, _rAttempt.rstEntry.tszName);
 }
 
-/** Without recursion: keys may lie deeper in each other than a stack reaches. */
-void CLocalUpdateAgentKey::RemoveSection(UpdatePlace _stPlace)
+/** Without recursion: keys may be nested deeper than a stack reaches. */
+void CLocalUpdateAgentKey::RemoveSection(Attempt& _rAttempt)
 {
     struct Level
     {
@@ -501,34 +359,36 @@ void CLocalUpdateAgentKey::RemoveSection(UpdatePlace _stPlace)
         std::size_t uNext;
         std::wstring::size_type uParent; // length of the parent's path
     };
-    if (!_stPlace.IsRegistry()) {
-        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::RemoveSection() - _stKey.tszTarget[%s]", _stPlace.tszSection);
-        m_rStorage.Remove(_stPlace);
+    UpdatePlace stPlace = _rAttempt.rstPlace;
+    if (!stPlace.IsRegistry()) {
+        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::RemoveSection() - _stKey.tszTarget[%s]", stPlace.tszSection);
+        _rAttempt.rStorage.Remove(stPlace);
         return;
     }
     std::vector<Level> vecLevel;
-    vecLevel.push_back({EnumSection(_stPlace), 0, 0});
+    vecLevel.push_back({EnumSection(_rAttempt, stPlace), 0, 0});
     while (!vecLevel.empty()) {
         Level& rstLevel = vecLevel.back();
         if (rstLevel.uNext == rstLevel.vecSection.size()) {
-            m_rStorage.Remove(_stPlace);
-            _stPlace.tszPath.resize(rstLevel.uParent);
+            _rAttempt.rStorage.Remove(stPlace);
+            _rAttempt.bInPart = true;
+            stPlace.tszPath.resize(rstLevel.uParent);
             vecLevel.pop_back();
             continue;
         }
         const std::wstring& rtszSection = rstLevel.vecSection[rstLevel.uNext++];
         Trace(TraceNotice, L"*** CLocalUpdateAgentKey::RemoveSection() - section[%s]", rtszSection);
-        const std::size_t uParent = _stPlace.tszPath.size();
-        _stPlace.tszPath = Below(_stPlace.tszPath, rtszSection);
-        vecLevel.push_back({EnumSection(_stPlace), 0, uParent});
+        const std::size_t uParent = stPlace.tszPath.size();
+        stPlace.tszPath = Below(stPlace.tszPath, rtszSection);
+        vecLevel.push_back({EnumSection(_rAttempt, stPlace), 0, uParent});
     }
 }
 
 /** The keys directly below one that is about to be removed. */
-std::vector<std::wstring> CLocalUpdateAgentKey::EnumSection(const UpdatePlace& _rstPlace)
+std::vector<std::wstring> CLocalUpdateAgentKey::EnumSection(const Attempt& _rAttempt, const UpdatePlace& _rstPlace)
 {
     Trace(TraceNotice, L"*** CLocalUpdateAgentKey::RemoveSection() - _stKey.tszTarget[%s]", _rstPlace.tszPath);
-    std::vector<std::wstring> vecSection = m_rStorage.SubKeys(_rstPlace);
+    std::vector<std::wstring> vecSection = _rAttempt.rStorage.SubKeys(_rstPlace);
     Trace(TraceNotice, L"*** CLocalUpdateAgentKey::RemoveSection() - Got Sections [%d]",
           static_cast<std::uint32_t>(vecSection.size()));
     return vecSection;

@@ -6,16 +6,15 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Varnhelt {
 
-/** Whether the path of an ini file holds a macro. */
-bool HasPathMacro(const std::wstring& _rtszPath);
-/** The predefined key behind a word of a description; null when the word is none. */
+struct UpdateValueType;
+
+/** The predefined key that a word of a description names; null for a word that names none. */
 HKEY RegistryRootOf(std::wstring_view _svWord);
-/** A value's bytes as descriptions write them: two lower-case digits a byte. */
-std::wstring HexadecimalOf(const std::vector<std::uint8_t>& _rvecBytes);
 
 } // namespace Varnhelt
 
@@ -23,8 +22,9 @@ std::wstring HexadecimalOf(const std::vector<std::uint8_t>& _rvecBytes);
 class CLocalUpdateAgentKey final : public CLocalUpdateAgent
 {
 public:
-    CLocalUpdateAgentKey(Varnhelt::UpdateStorage& _rStorage, Varnhelt::UpdateObserver* _pObserver)
-        : m_rStorage(_rStorage), m_pObserver(_pObserver)
+    /** @param _rStorages  what is changed; outlives this object, as the observer does, which may be null */
+    CLocalUpdateAgentKey(Varnhelt::UpdateStorages& _rStorages, Varnhelt::UpdateObserver* _pObserver)
+        : m_rStorages(_rStorages), m_pObserver(_pObserver)
     {}
 
     std::uint32_t DoAction(Varnhelt::LocalUpdateKey* _pstKey) override;
@@ -32,30 +32,36 @@ public:
 private:
     struct Action;
 
+    /** An entry while it is carried out. */
+    struct Attempt
+    {
+        Varnhelt::UpdateStorage& rStorage; // of the place's kind
+        const Varnhelt::UpdatePlace& rstPlace;
+        const Varnhelt::LocalUpdateEntry& rstEntry;
+        bool bInPart = false; // something was changed, and the entry is not done yet
+    };
+
     static std::optional<Varnhelt::UpdatePlace> CreateKey(Varnhelt::LocalUpdateKey& _rstKey);
     static void ReplacePath(std::wstring& _rtszPath);
 
-    void TellItem(const Varnhelt::LocalUpdateKey& _rstKey, Varnhelt::UpdateReason _enReason) const;
-    std::uint32_t DoEntry(const Varnhelt::UpdatePlace& _rstPlace, const Varnhelt::LocalUpdateEntry& _rstEntry);
-    std::uint32_t OnAction(const Varnhelt::UpdatePlace& _rstPlace, const Varnhelt::LocalUpdateEntry& _rstEntry);
-    std::uint32_t Create(const Varnhelt::UpdatePlace& _rstPlace, const Varnhelt::LocalUpdateEntry& _rstEntry);
-    std::uint32_t Append(const Varnhelt::UpdatePlace& _rstPlace, const Varnhelt::LocalUpdateEntry& _rstEntry);
-    std::uint32_t Write(const Varnhelt::UpdatePlace& _rstPlace, const Varnhelt::LocalUpdateEntry& _rstEntry);
-    std::uint32_t Remove(const Varnhelt::UpdatePlace& _rstPlace, const Varnhelt::LocalUpdateEntry& _rstEntry);
+    void ReportItem(const Varnhelt::LocalUpdateKey& _rstKey, Varnhelt::UpdateReason _enReason) const;
+    Varnhelt::UpdateDecision DoEntry(const Varnhelt::UpdatePlace& _rstPlace,
+                                     const Varnhelt::LocalUpdateEntry& _rstEntry) const;
 
-    bool IsKeyExisted(const Varnhelt::UpdatePlace& _rstPlace, const Varnhelt::LocalUpdateEntry& _rstEntry);
-    bool IsEntryExisted(const Varnhelt::UpdatePlace& _rstPlace, const Varnhelt::LocalUpdateEntry& _rstEntry);
-    bool CreateRegistryKey(Varnhelt::UpdatePlace _stPlace, const std::wstring& _rtszAllAccess);
-    void RemoveEntry(const Varnhelt::UpdatePlace& _rstPlace, const std::wstring& _rtszName);
-    void RemoveSection(Varnhelt::UpdatePlace _stPlace);
-    std::vector<std::wstring> EnumSection(const Varnhelt::UpdatePlace& _rstPlace);
+    // The steps of an entry. A failure is an exception; what needs no more words is done.
+    static Varnhelt::UpdateDecision OnAction(Attempt& _rAttempt);
+    static Varnhelt::UpdateDecision Create(Attempt& _rAttempt);
+    static Varnhelt::UpdateDecision Append(Attempt& _rAttempt);
+    static Varnhelt::UpdateDecision Write(Attempt& _rAttempt);
+    static Varnhelt::UpdateDecision Remove(Attempt& _rAttempt);
 
-    template <class TBody>
-    std::uint32_t Guarded(const wchar_t* _pszMethod, TBody&& _fnBody);
-    template <class TBody>
-    std::uint32_t Step(const wchar_t* _pszMethod, TBody&& _fnBody);
+    static bool KeyExists(const Attempt& _rAttempt);
+    static bool EntryExists(const Attempt& _rAttempt);
+    static bool CreateRegistryKey(Attempt& _rAttempt, const std::wstring& _rtszPath);
+    static void RemoveEntry(const Attempt& _rAttempt);
+    static void RemoveSection(Attempt& _rAttempt);
+    static std::vector<std::wstring> EnumSection(const Attempt& _rAttempt, const Varnhelt::UpdatePlace& _rstPlace);
 
-    Varnhelt::UpdateStorage& m_rStorage;
+    Varnhelt::UpdateStorages& m_rStorages;
     Varnhelt::UpdateObserver* m_pObserver;
-    Varnhelt::UpdateDecision m_stDecision; // about the present entry
 };

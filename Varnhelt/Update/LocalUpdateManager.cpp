@@ -152,7 +152,7 @@ std::uint32_t CLocalUpdateManager::SetLanguageType()
 std::uint32_t CLocalUpdateManager::CreateLocalUpdateAgents()
 {
     for (const wchar_t* pszKind : {g_szRegistryKind, g_szIniFileKind}) {
-        std::unique_ptr<CLocalUpdateAgent> pAgent(new (std::nothrow) CLocalUpdateAgentKey(m_rStorage, m_pObserver));
+        std::unique_ptr<CLocalUpdateAgent> pAgent(new (std::nothrow) CLocalUpdateAgentKey(m_rStorages, m_pObserver));
         if (pAgent == nullptr) {
             Trace(TraceError, L"*** CLocalUpdateManager::CreateLocalUpdateAgents() - pAgent [%s] was invalid.",
                   pszKind);

@@ -8,7 +8,7 @@
 #include <string_view>
 
 namespace Varnhelt {
-class UpdateStorage;
+class UpdateStorages;
 struct LocalUpdateConfig;
 } // namespace Varnhelt
 
@@ -20,11 +20,11 @@ class CLocalUpdateManager
 {
 public:
     /**
-     * @param _rStorage   what is changed: the machine, or a record; outlives this object, as the observer does
-     * @param _pObserver  is told what is decided; may be null
+     * @param _rStorages  what is changed: the machine, or a record; outlives this object, as the observer does
+     * @param _pObserver  receives what is decided; may be null
      */
-    explicit CLocalUpdateManager(Varnhelt::UpdateStorage& _rStorage, Varnhelt::UpdateObserver* _pObserver = nullptr)
-        : m_rStorage(_rStorage), m_pObserver(_pObserver)
+    explicit CLocalUpdateManager(Varnhelt::UpdateStorages& _rStorages, Varnhelt::UpdateObserver* _pObserver = nullptr)
+        : m_rStorages(_rStorages), m_pObserver(_pObserver)
     {}
     CLocalUpdateManager(const CLocalUpdateManager&) = delete;
     CLocalUpdateManager& operator=(const CLocalUpdateManager&) = delete;
@@ -48,7 +48,7 @@ private:
     template <class TItems>
     std::uint32_t DoActionOn(const wchar_t* _pszKind, TItems& _rItems, bool _bCheck);
 
-    Varnhelt::UpdateStorage& m_rStorage;
+    Varnhelt::UpdateStorages& m_rStorages;
     Varnhelt::UpdateObserver* m_pObserver;
     std::map<std::uint32_t, std::unique_ptr<CLocalUpdateAgent>> m_mapAgent; // by target type
     Varnhelt::UpdateEnvironment m_Environments;

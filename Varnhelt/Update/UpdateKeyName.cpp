@@ -38,16 +38,17 @@ std::wstring SystemNameOf(HKEY _hKey)
     return tszName;
 }
 
-/** The key itself, or the nearest one above it that can be opened; the rest of the path goes to _rtszRest. */
+/** The key itself, or the nearest one above it that can be opened, the root last; the rest of the path goes to _rtszRest. */
 RegKey OpenNearest(const UpdatePlace& _rstPlace, std::wstring& _rtszPath, std::wstring& _rtszRest)
 {
     _rtszPath = _rstPlace.tszPath;
     for (;;) {
         _rtszPath.resize(_rtszPath.find_last_not_of(L'\\') + 1);
         RegKey hKey;
-        if (_rtszPath.empty() ||
-            ::RegOpenKeyExW(_rstPlace.hRoot, _rtszPath.c_str(), 0, MAXIMUM_ALLOWED | FlagOf(_rstPlace.enView),
-                            hKey.Receive()) == ERROR_SUCCESS) {
+        // The root has its place in the view, too.
+        const LSTATUS lResult = ::RegOpenKeyExW(_rstPlace.hRoot, _rtszPath.c_str(), 0,
+                                                MAXIMUM_ALLOWED | FlagOf(_rstPlace.enView), hKey.Receive());
+        if (lResult == ERROR_SUCCESS || _rtszPath.empty()) {
             return hKey;
         }
         const std::size_t uName = _rtszPath.rfind(L'\\') + 1;
@@ -56,7 +57,7 @@ RegKey OpenNearest(const UpdatePlace& _rstPlace, std::wstring& _rtszPath, std::w
     }
 }
 
-/** Where the roots lie, as the system names them. */
+/** The places of roots that cannot be opened, as the system names them. */
 std::wstring SystemNameOfRoot(HKEY _hRoot)
 {
     if (_hRoot == HKEY_CURRENT_USER) {
@@ -88,8 +89,14 @@ std::vector<std::uint8_t> AccessListBytes(HKEY _hRoot, const std::wstring& _rtsz
     return vecDescriptor;
 }
 
-/** The entries of a descriptor's access list, byte for byte. */
-std::vector<std::uint8_t> EntriesOf(PSECURITY_DESCRIPTOR _pDescriptor)
+/** The entries of a descriptor's access list. */
+struct AccessEntries
+{
+    std::vector<std::uint8_t> vecBytes;
+    bool bAllInherited = false;
+};
+
+AccessEntries EntriesOf(PSECURITY_DESCRIPTOR _pDescriptor)
 {
     BOOL bPresent = FALSE;
     BOOL bDefaulted = FALSE;
@@ -97,40 +104,21 @@ std::vector<std::uint8_t> EntriesOf(PSECURITY_DESCRIPTOR _pDescriptor)
     if (!::GetSecurityDescriptorDacl(_pDescriptor, &bPresent, &pList, &bDefaulted) || pList == nullptr) {
         return {};
     }
-    std::vector<std::uint8_t> vecEntries;
+    AccessEntries stEntries{{}, true};
     for (DWORD i = 0; i < pList->AceCount; ++i) {
         void* pEntry = nullptr;
-        if (::GetAce(pList, i, &pEntry)) {
-            const auto* pBytes = static_cast<const std::uint8_t*>(pEntry);
-            vecEntries.insert(vecEntries.end(), pBytes, pBytes + static_cast<ACE_HEADER*>(pEntry)->AceSize);
+        if (!::GetAce(pList, i, &pEntry)) {
+            return {};
         }
+        const auto* pBytes = static_cast<const std::uint8_t*>(pEntry);
+        const auto* pHeader = static_cast<const ACE_HEADER*>(pEntry);
+        stEntries.vecBytes.insert(stEntries.vecBytes.end(), pBytes, pBytes + pHeader->AceSize);
+        stEntries.bAllInherited = stEntries.bAllInherited && (pHeader->AceFlags & INHERITED_ACE) != 0;
     }
-    return vecEntries;
-}
-
-bool AreAllInherited(PSECURITY_DESCRIPTOR _pDescriptor)
-{
-    BOOL bPresent = FALSE;
-    BOOL bDefaulted = FALSE;
-    ACL* pList = nullptr;
-    if (!::GetSecurityDescriptorDacl(_pDescriptor, &bPresent, &pList, &bDefaulted) || pList == nullptr) {
-        return false;
-    }
-    for (DWORD i = 0; i < pList->AceCount; ++i) {
-        void* pEntry = nullptr;
-        if (!::GetAce(pList, i, &pEntry) || (static_cast<ACE_HEADER*>(pEntry)->AceFlags & INHERITED_ACE) == 0) {
-            return false;
-        }
-    }
-    return true;
+    return stEntries;
 }
 
 } // namespace
-
-const wchar_t* RootNameOf(HKEY _hRoot) noexcept
-{
-    return _hRoot == HKEY_USERS ? L"HKU" : _hRoot == HKEY_LOCAL_MACHINE ? L"HKLM" : L"";
-}
 
 UpdatePlace RealPlaceOf(const UpdatePlace& _rstPlace)
 {
@@ -163,14 +151,15 @@ AccessList AccessListOf(const UpdatePlace& _rstPlace)
     if (vecOwn.empty()) {
         return AccessList::Own;
     }
+    const AccessEntries stOwn = EntriesOf(vecOwn.data());
     AccessControl::SecurityAttributes allAccess(AccessControl::ObjectKind::RegistryKey, false);
-    if (EntriesOf(vecOwn.data()) == EntriesOf(allAccess.Descriptor())) {
+    if (stOwn.vecBytes == EntriesOf(allAccess.Descriptor()).vecBytes) {
         return AccessList::AllAccess;
     }
     std::vector<std::uint8_t> vecParent =
         AccessListBytes(_rstPlace.hRoot, _rstPlace.tszPath.substr(0, _rstPlace.tszPath.rfind(L'\\')));
-    const bool bAsParent = !vecParent.empty() && EntriesOf(vecOwn.data()) == EntriesOf(vecParent.data());
-    return AreAllInherited(vecOwn.data()) || bAsParent ? AccessList::Inherited : AccessList::Own;
+    const bool bAsParent = !vecParent.empty() && stOwn.vecBytes == EntriesOf(vecParent.data()).vecBytes;
+    return stOwn.bAllInherited || bAsParent ? AccessList::Inherited : AccessList::Own;
 }
 
 } // namespace Varnhelt

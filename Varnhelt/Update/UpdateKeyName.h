@@ -2,15 +2,12 @@
 
 #include "Update/UpdateStorage.h"
 
-/** What the system knows of a registry key beside its content: where it really lies, and who may use it. */
+/** What the system knows of a registry key beside its content: its real place, and who may use it. */
 namespace Varnhelt {
 
-/** How descriptions call a root; empty for one that they cannot name. */
-const wchar_t* RootNameOf(HKEY _hRoot) noexcept;
-
 /**
- * Where a key really lies, below HKEY_LOCAL_MACHINE or HKEY_USERS in the 64-bit view: another root or view may lead to
- * the same key. A key that is not there is told as far as keys above it are.
+ * The real place of a key, below HKEY_LOCAL_MACHINE or HKEY_USERS in the 64-bit view: another root or view may lead to
+ * the same key. For a key that is not there it is the place where it would be made.
  * @throws RegException* when not even the root can be opened
  */
 UpdatePlace RealPlaceOf(const UpdatePlace& _rstPlace);

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "SrvFrwk_ResultCode.h"
+
 #include <cstdint>
 
-/** What an update decided, for those who want to tell of it. */
+/** What an update decided, for those who report it. */
 namespace Varnhelt {
 
 struct LocalUpdateEntry;
@@ -16,7 +18,7 @@ enum class UpdateEffect
     Append,
     Remove,
     Skip,   // nothing, and rightly so
-    Refuse, // nothing, because it cannot be done
+    Refuse, // it cannot be done; UpdateDecision says whether a part of it is
 };
 
 /** Why not. */
@@ -48,14 +50,18 @@ enum class UpdateReason
     SystemError,
 };
 
+/** What came of an entry. */
 struct UpdateDecision
 {
     UpdateEffect enEffect = UpdateEffect::Skip;
     UpdateReason enReason = UpdateReason::None;
-    std::uint32_t ulError = 0; // of UpdateReason::SystemError
+    std::uint32_t ulError = 0;                             // of UpdateReason::SystemError
+    std::uint32_t ulResult = SrvFrwk::Result::g_ulSuccess; // what the agent answers
+    /** It failed on the way: the key of the value is made, or keys below the one to remove are gone. */
+    bool bInPart = false;
 };
 
-/** Is told every decision as it is made, in order. */
+/** Receives every decision as it is made, in order. */
 class UpdateObserver
 {
 public:

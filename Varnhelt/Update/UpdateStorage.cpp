@@ -9,6 +9,65 @@ namespace Varnhelt {
 using ZkCommon::Storage::IniFile;
 using ZkCommon::Storage::Registry;
 
+// Registry.
+
+bool SystemKeys::Exists(const UpdatePlace& _rstPlace)
+{
+    Registry cKey;
+    return cKey.TryOpen(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
+}
+
+std::optional<UpdateStorage::Value> SystemKeys::Find(const UpdatePlace& _rstPlace, const std::wstring& _rtszName)
+{
+    Registry cKey;
+    return cKey.TryOpen(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView) ? cKey.Find(_rtszName) : std::nullopt;
+}
+
+std::vector<std::wstring> SystemKeys::Names(const UpdatePlace& _rstPlace)
+{
+    Registry cKey;
+    return cKey.TryOpen(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView) ? cKey.ValueNames()
+                                                                              : std::vector<std::wstring>();
+}
+
+std::vector<std::wstring> SystemKeys::SubKeys(const UpdatePlace& _rstPlace)
+{
+    Registry cKey;
+    cKey.OpenForEnumeration(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
+    return cKey.SubKeys();
+}
+
+void SystemKeys::Create(const UpdatePlace& _rstPlace, bool _bAllAccess)
+{
+    Registry cKey;
+    if (_bAllAccess) {
+        cKey.CreateAllAccess(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
+    } else {
+        cKey.Create(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
+    }
+}
+
+void SystemKeys::Write(const UpdatePlace& _rstPlace, const std::wstring& _rtszName, const Value& _rstValue)
+{
+    Registry cKey;
+    cKey.OpenForWriting(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
+    cKey.Write(_rtszName, _rstValue);
+}
+
+void SystemKeys::RemoveValue(const UpdatePlace& _rstPlace, const std::wstring& _rtszName)
+{
+    Registry cKey;
+    cKey.OpenForDeletion(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
+    cKey.DeleteValue(_rtszName);
+}
+
+void SystemKeys::Remove(const UpdatePlace& _rstPlace)
+{
+    Registry::DeleteKeyAt(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
+}
+
+// Ini files.
+
 namespace {
 
 IniFile SectionOf(const UpdatePlace& _rstPlace)
@@ -18,32 +77,19 @@ IniFile SectionOf(const UpdatePlace& _rstPlace)
 
 } // namespace
 
-bool SystemStorage::Exists(const UpdatePlace& _rstPlace)
+bool SystemIniFiles::Exists(const UpdatePlace& _rstPlace)
 {
-    if (!_rstPlace.IsRegistry()) {
-        return SectionOf(_rstPlace).SectionExists();
-    }
-    Registry cKey;
-    return cKey.TryOpen(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
+    return SectionOf(_rstPlace).SectionExists();
 }
 
-std::optional<UpdateStorage::Value> SystemStorage::Find(const UpdatePlace& _rstPlace, const std::wstring& _rtszName)
+std::optional<UpdateStorage::Value> SystemIniFiles::Find(const UpdatePlace& _rstPlace, const std::wstring& _rtszName)
 {
-    if (!_rstPlace.IsRegistry()) {
-        const std::optional<std::wstring> tszText = SectionOf(_rstPlace).Find(_rtszName);
-        return tszText ? std::optional(Value::Of(*tszText)) : std::nullopt;
-    }
-    Registry cKey;
-    return cKey.TryOpen(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView) ? cKey.Find(_rtszName) : std::nullopt;
+    const std::optional<std::wstring> tszText = SectionOf(_rstPlace).Find(_rtszName);
+    return tszText ? std::optional(Value::Of(*tszText)) : std::nullopt;
 }
 
-std::vector<std::wstring> SystemStorage::Names(const UpdatePlace& _rstPlace)
+std::vector<std::wstring> SystemIniFiles::Names(const UpdatePlace& _rstPlace)
 {
-    if (_rstPlace.IsRegistry()) {
-        Registry cKey;
-        return cKey.TryOpen(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView) ? cKey.ValueNames()
-                                                                                  : std::vector<std::wstring>();
-    }
     std::vector<std::wstring> vecName;
     for (auto& [tszName, tszText] : SectionOf(_rstPlace).Entries()) {
         vecName.push_back(std::move(tszName));
@@ -51,59 +97,29 @@ std::vector<std::wstring> SystemStorage::Names(const UpdatePlace& _rstPlace)
     return vecName;
 }
 
-std::vector<std::wstring> SystemStorage::SubKeys(const UpdatePlace& _rstPlace)
+std::vector<std::wstring> SystemIniFiles::SubKeys(const UpdatePlace&)
 {
-    if (!_rstPlace.IsRegistry()) {
-        return {};
-    }
-    Registry cKey;
-    cKey.OpenForEnumeration(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
-    return cKey.SubKeys();
+    return {};
 }
 
-void SystemStorage::Create(const UpdatePlace& _rstPlace, bool _bAllAccess)
+void SystemIniFiles::Create(const UpdatePlace& _rstPlace, bool)
 {
-    if (!_rstPlace.IsRegistry()) {
-        SectionOf(_rstPlace).CreateSection();
-        return;
-    }
-    Registry cKey;
-    if (_bAllAccess) {
-        cKey.CreateAllAccess(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
-    } else {
-        cKey.Create(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
-    }
+    SectionOf(_rstPlace).CreateSection();
 }
 
-void SystemStorage::Write(const UpdatePlace& _rstPlace, const std::wstring& _rtszName, const Value& _rstValue)
+void SystemIniFiles::Write(const UpdatePlace& _rstPlace, const std::wstring& _rtszName, const Value& _rstValue)
 {
-    if (!_rstPlace.IsRegistry()) {
-        SectionOf(_rstPlace).WriteString(_rtszName, _rstValue.Text());
-        return;
-    }
-    Registry cKey;
-    cKey.OpenForWriting(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
-    cKey.Write(_rtszName, _rstValue);
+    SectionOf(_rstPlace).WriteString(_rtszName, _rstValue.Text());
 }
 
-void SystemStorage::RemoveValue(const UpdatePlace& _rstPlace, const std::wstring& _rtszName)
+void SystemIniFiles::RemoveValue(const UpdatePlace& _rstPlace, const std::wstring& _rtszName)
 {
-    if (!_rstPlace.IsRegistry()) {
-        SectionOf(_rstPlace).DeleteEntry(_rtszName);
-        return;
-    }
-    Registry cKey;
-    cKey.OpenForDeletion(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
-    cKey.DeleteValue(_rtszName);
+    SectionOf(_rstPlace).DeleteEntry(_rtszName);
 }
 
-void SystemStorage::Remove(const UpdatePlace& _rstPlace)
+void SystemIniFiles::Remove(const UpdatePlace& _rstPlace)
 {
-    if (_rstPlace.IsRegistry()) {
-        Registry::DeleteKeyAt(_rstPlace.hRoot, _rstPlace.tszPath, _rstPlace.enView);
-    } else {
-        SectionOf(_rstPlace).DeleteSection();
-    }
+    SectionOf(_rstPlace).DeleteSection();
 }
 
 } // namespace Varnhelt

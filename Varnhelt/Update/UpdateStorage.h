@@ -29,9 +29,9 @@ struct UpdatePlace
 };
 
 /**
- * All that an update does to the machine goes through here, so that the one code that decides can be run on the machine
- * or on a record of what would happen. An entry of an ini file is a text value. Failures are the exceptions of Registry
- * and IniFile; a call that throws has changed nothing. An object belongs to one thread.
+ * Places of one kind. All that an update does to the machine goes through here, so that the one code that decides can be
+ * run on the machine or on a record of what would happen. An entry of an ini file is a text value. Failures are the
+ * exceptions of Registry and IniFile; a call that throws has changed nothing. An object belongs to one thread.
  */
 class UpdateStorage
 {
@@ -44,9 +44,9 @@ public:
     virtual ~UpdateStorage() = default;
 
     virtual bool Exists(const UpdatePlace& _rstPlace) = 0;
-    /** Nothing when there is no such place or no such value. */
+    /** std::nullopt when there is no such place or no such value. */
     virtual std::optional<Value> Find(const UpdatePlace& _rstPlace, const std::wstring& _rtszName) = 0;
-    /** The names of all values. */
+    /** The names of all values; empty when there is no such place. */
     virtual std::vector<std::wstring> Names(const UpdatePlace& _rstPlace) = 0;
     /** The names of the keys directly below; an ini section has none. */
     virtual std::vector<std::wstring> SubKeys(const UpdatePlace& _rstPlace) = 0;
@@ -60,8 +60,21 @@ public:
     virtual void Remove(const UpdatePlace& _rstPlace) = 0;
 };
 
-/** The machine itself. */
-class SystemStorage final : public UpdateStorage
+/** A storage for each kind of place. */
+class UpdateStorages
+{
+public:
+    UpdateStorages() = default;
+    UpdateStorages(const UpdateStorages&) = delete;
+    UpdateStorages& operator=(const UpdateStorages&) = delete;
+    virtual ~UpdateStorages() = default;
+
+    virtual UpdateStorage& Of(UpdatePlace::Kind _enKind) = 0;
+    UpdateStorage& Of(const UpdatePlace& _rstPlace) { return Of(_rstPlace.enKind); }
+};
+
+/** The registry of the machine. */
+class SystemKeys final : public UpdateStorage
 {
 public:
     bool Exists(const UpdatePlace& _rstPlace) override;
@@ -72,6 +85,35 @@ public:
     void Write(const UpdatePlace& _rstPlace, const std::wstring& _rtszName, const Value& _rstValue) override;
     void RemoveValue(const UpdatePlace& _rstPlace, const std::wstring& _rtszName) override;
     void Remove(const UpdatePlace& _rstPlace) override;
+};
+
+/** The ini files of the machine. */
+class SystemIniFiles final : public UpdateStorage
+{
+public:
+    bool Exists(const UpdatePlace& _rstPlace) override;
+    std::optional<Value> Find(const UpdatePlace& _rstPlace, const std::wstring& _rtszName) override;
+    std::vector<std::wstring> Names(const UpdatePlace& _rstPlace) override;
+    std::vector<std::wstring> SubKeys(const UpdatePlace& _rstPlace) override;
+    void Create(const UpdatePlace& _rstPlace, bool _bAllAccess) override;
+    void Write(const UpdatePlace& _rstPlace, const std::wstring& _rtszName, const Value& _rstValue) override;
+    void RemoveValue(const UpdatePlace& _rstPlace, const std::wstring& _rtszName) override;
+    void Remove(const UpdatePlace& _rstPlace) override;
+};
+
+/** The machine itself. */
+class SystemStorage final : public UpdateStorages
+{
+public:
+    using UpdateStorages::Of;
+    UpdateStorage& Of(UpdatePlace::Kind _enKind) override
+    {
+        return _enKind == UpdatePlace::Kind::Registry ? static_cast<UpdateStorage&>(m_cKeys) : m_cIniFiles;
+    }
+
+private:
+    SystemKeys m_cKeys;
+    SystemIniFiles m_cIniFiles;
 };
 
 } // namespace Varnhelt

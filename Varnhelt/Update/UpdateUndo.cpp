@@ -1,9 +1,12 @@
 #include "Update/UpdateUndo.h"
 
+#include "Descriptions/DescriptionWriter.h"
 #include "Documents/LocalUpdate.h"
+#include "Documents/RegistryWords.h"
 #include "Files/DocumentFile.h"
 #include "Update/LocalUpdateAgentKey.h"
-#include "Update/UpdateKeyName.h"
+#include "Update/UpdatePathMacro.h"
+#include "Update/UpdateValue.h"
 #include "ZkComn_Exception.h"
 
 #include <algorithm>
@@ -14,8 +17,6 @@
 namespace Varnhelt {
 
 using namespace ZkCommon;
-using Value = UpdateStorage::Value;
-
 namespace {
 
 /** Whether a document gives the text back as it is; it would take a carriage return for a line's end. */
@@ -33,32 +34,6 @@ bool FitsDocument(std::wstring_view _svText)
     return true;
 }
 
-/** A value in the words of a description. */
-struct ValueWords
-{
-    UpdateWords::Type enType;
-    std::wstring tszText;
-};
-
-/** Nothing for a value that descriptions have no words for. */
-std::optional<ValueWords> WordsOf(const Value& _rstValue)
-{
-    const std::size_t uSize = _rstValue.vecData.size();
-    if (_rstValue.ulType == REG_DWORD && uSize == sizeof(std::uint32_t)) {
-        return ValueWords{UpdateWords::TypeUint32, std::to_wstring(_rstValue.Number())};
-    }
-    if (_rstValue.ulType == REG_QWORD && uSize == sizeof(std::uint64_t)) {
-        return ValueWords{UpdateWords::TypeUint64, std::to_wstring(_rstValue.Number64())};
-    }
-    if (_rstValue.ulType == REG_BINARY && uSize != 0) {
-        return ValueWords{UpdateWords::TypeBinary, HexadecimalOf(_rstValue.vecData)};
-    }
-    if (_rstValue.ulType == REG_SZ && Value::Of(_rstValue.Text()) == _rstValue && FitsDocument(_rstValue.Text())) {
-        return ValueWords{UpdateWords::TypeString, _rstValue.Text()};
-    }
-    return std::nullopt;
-}
-
 std::optional<LocalUpdateEntry> EntryFor(const UpdateChange& _rstChange)
 {
     LocalUpdateEntry stEntry;
@@ -70,6 +45,7 @@ std::optional<LocalUpdateEntry> EntryFor(const UpdateChange& _rstChange)
         return stEntry;
     case UpdateChange::Kind::Removed:
         stEntry.tszAction = Frwk::Utility::ToText(UpdateWords::g_stAction, UpdateWords::ActionCreate);
+        stEntry.tszOverWrite = UpdateWords::g_svNo;
         if (_rstChange.stPlace.IsRegistry()) {
             stEntry.tszAllAccess = _rstChange.bAllAccess ? UpdateWords::g_svYes : UpdateWords::g_svNo;
         }
@@ -87,14 +63,17 @@ std::optional<LocalUpdateEntry> EntryFor(const UpdateChange& _rstChange)
         // Without a name it would remove the key.
         return stEntry.tszName.empty() ? std::nullopt : std::optional(std::move(stEntry));
     }
-    std::optional<ValueWords> stWords = WordsOf(*_rstChange.stBefore);
-    if (!stWords) {
+    std::optional<UpdateValueText> stText = UpdateTextOf(*_rstChange.stBefore);
+    if (!stText || !FitsDocument(stText->tszText)) {
         return std::nullopt;
     }
     stEntry.tszAction = Frwk::Utility::ToText(UpdateWords::g_stAction, UpdateWords::ActionWrite);
-    stEntry.tszType = Frwk::Utility::ToText(UpdateWords::g_stType, stWords->enType);
-    stEntry.tszValue = stWords->tszText;
+    stEntry.tszType = Frwk::Utility::ToText(UpdateWords::g_stType, stText->enType);
+    stEntry.tszValue = std::move(stText->tszText);
     stEntry.tszOverWrite = UpdateWords::g_svYes;
+    if (_rstChange.stPlace.IsRegistry()) {
+        stEntry.tszAllAccess = UpdateWords::g_svNo; // the key is there, or was made by an entry before
+    }
     return stEntry;
 }
 
@@ -103,7 +82,7 @@ std::optional<LocalUpdateKey> ItemFor(const UpdatePlace& _rstPlace)
     LocalUpdateKey stItem;
     if (_rstPlace.IsRegistry()) {
         stItem.tszKind = g_szRegistryKind;
-        stItem.tszRoot = RootNameOf(_rstPlace.hRoot);
+        stItem.tszRoot = Documents::RegistryRoot::Write(_rstPlace.hRoot);
         stItem.tszPath = _rstPlace.tszPath;
         stItem.tszAccessMode = Frwk::Utility::ToText(UpdateWords::g_stView, Storage::View64);
     } else {
@@ -127,13 +106,13 @@ bool IsSamePlace(const UpdatePlace& _rstLeft, const UpdatePlace& _rstRight)
 LocalUpdateConfig ConfigFor(const std::vector<UpdateChange>& _rvecChange)
 {
     LocalUpdateConfig stConfig;
-    std::set<std::wstring, LessNoCase> setCreated; // keys; a key below one of them goes with it
+    std::set<std::wstring, String::LessNoCase> setCreated; // keys; a key below one of them is removed with it
     const UpdatePlace* pPlace = nullptr;
     LocalUpdateKey* pItem = nullptr;
     for (const UpdateChange& stChange : _rvecChange) {
         const UpdatePlace& rstPlace = stChange.stPlace;
         if (rstPlace.IsRegistry() && stChange.enKind == UpdateChange::Kind::Created) {
-            const std::wstring tszKey = RootNameOf(rstPlace.hRoot) + (L"\\" + rstPlace.tszPath);
+            const std::wstring tszKey = KeyNameOf(rstPlace);
             setCreated.insert(tszKey);
             if (setCreated.contains(tszKey.substr(0, tszKey.rfind(L'\\')))) {
                 continue;
@@ -158,28 +137,6 @@ LocalUpdateConfig ConfigFor(const std::vector<UpdateChange>& _rvecChange)
     return stConfig;
 }
 
-/** Adds a record as an element, without what is empty: absent and empty are the same to the reader. */
-template <class TDescription>
-Storage::XmlElement AddRecord(Storage::XmlElement _cParent, const TDescription& _rstDescription,
-                              const typename TDescription::Record& _rstRecord)
-{
-    Storage::XmlElement cElement = _cParent.AddChild(_rstDescription.svElement);
-    Documents::ForEachField(_rstDescription, [&]<class TField>(const TField& _rstField) {
-        if constexpr (TField::g_bList) {
-            for (const auto& stRecord : _rstRecord.*_rstField.pMember) {
-                AddRecord(cElement, *_rstField.pDescription, stRecord);
-            }
-        } else if (const std::wstring& rtszText = _rstRecord.*_rstField.pMember; !rtszText.empty()) {
-            if (_rstField.enSource == Documents::Source::Attribute) {
-                cElement.SetAttribute(_rstField.svName, rtszText);
-            } else {
-                cElement.AddChild(_rstField.svName).SetText(rtszText);
-            }
-        }
-    });
-    return cElement;
-}
-
 std::string DescriptionOf(const LocalUpdateConfig& _rstConfig)
 {
     Storage::XmlParser cDocument;
@@ -187,10 +144,10 @@ std::string DescriptionOf(const LocalUpdateConfig& _rstConfig)
     Storage::XmlElement cRoot;
     cDocument.Select(DocumentOf(DocumentId::LocalUpdate).pszRoot, cRoot);
     for (const LocalUpdateKey& stItem : _rstConfig.lstRegistry) {
-        AddRecord(cRoot, Documents::g_stLocalUpdateRegistry, stItem);
+        Documents::AddRecord(cRoot, Documents::g_stLocalUpdateRegistry, stItem);
     }
     for (const LocalUpdateKey& stItem : _rstConfig.lstIniFile) {
-        AddRecord(cRoot, Documents::g_stLocalUpdateIniFile, stItem);
+        Documents::AddRecord(cRoot, Documents::g_stLocalUpdateIniFile, stItem);
     }
     return DocumentText(cDocument);
 }
@@ -199,7 +156,7 @@ std::wstring WordsFor(const UpdateChange& _rstChange)
 {
     const UpdatePlace& rstPlace = _rstChange.stPlace;
     const std::wstring tszPlace = rstPlace.IsRegistry()
-                                      ? L"the key " + (RootNameOf(rstPlace.hRoot) + (L"\\" + rstPlace.tszPath))
+                                      ? L"the key " + KeyNameOf(rstPlace)
                                       : L"the section [" + rstPlace.tszSection + L"] of " + rstPlace.tszPath;
     switch (_rstChange.enKind) {
     case UpdateChange::Kind::Created:
@@ -208,6 +165,8 @@ std::wstring WordsFor(const UpdateChange& _rstChange)
         return tszPlace + L" is not made again";
     case UpdateChange::Kind::AccessList:
         return tszPlace + L" has another access list";
+    case UpdateChange::Kind::Lines:
+        return L"lines of " + tszPlace + L" that are no entries, or repeat one, do not come back";
     case UpdateChange::Kind::File:
         return L"the file " + rstPlace.tszPath + L" stays";
     default:

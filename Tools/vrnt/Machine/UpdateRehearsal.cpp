@@ -61,6 +61,13 @@ std::string Heading(const LocalUpdateKey& _rstItem)
     return "registry " + ToUtf8(_rstItem.tszRoot + L"\\" + _rstItem.tszPath) + sMode;
 }
 
+/** What an entry does although it fails. */
+const char* InPart(const LocalUpdateEntry& _rstEntry)
+{
+    return Documents::IsAction(_rstEntry, UpdateWords::ActionRemove) ? "; keys below it are removed all the same"
+                                                                     : "; the key is made all the same";
+}
+
 } // namespace
 
 UpdateRehearsal::UpdateRehearsal(const std::wstring& _rtszPath)
@@ -76,6 +83,12 @@ UpdateRehearsal::UpdateRehearsal(const std::wstring& _rtszPath)
     if (!SrvFrwk::Result::IsFailure(m_ulResult)) {
         m_ulResult = cManager.DoActionConfig(m_stConfig);
         cManager.UnInitialize();
+    }
+    if (m_cStorage.Failure() != ERROR_SUCCESS) {
+        throw UsageError(
+            "the update cannot be rehearsed: no copy of an ini file can be made in the folder for temporary "
+            "files: " +
+            SystemErrorText(m_cStorage.Failure()));
     }
 }
 
@@ -142,7 +155,9 @@ std::string UpdateRehearsal::WhyNot(const Item& _rstItem) const
 
 std::string UpdateRehearsal::WhyNot(const Entry& _rstEntry) const
 {
-    return Why(*_rstEntry.pEntry, _rstEntry.stDecision.enReason, _rstEntry.stDecision.ulError);
+    const UpdateDecision& rstDecision = _rstEntry.stDecision;
+    return Why(*_rstEntry.pEntry, rstDecision.enReason, rstDecision.ulError) +
+           (rstDecision.bInPart ? InPart(*_rstEntry.pEntry) : "");
 }
 
 Json UpdateRehearsal::ToJson() const
