@@ -7,7 +7,6 @@
 #include "Documents/DeployComponents.h"
 #include "Documents/EnforceData.h"
 #include "Documents/KeyConfig.h"
-#include "Documents/LocalUpdate.h"
 #include "Documents/Policy.h"
 #include "Documents/PreUpdateList.h"
 #include "Documents/PuIds.h"
@@ -17,6 +16,7 @@
 #include "Documents/VersionInfo.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
+#include "Update/LocalUpdateRequest.h"
 #include "ValueTypeTable.h"
 #include "ZkComn_DebugLog.h"
 

@@ -14,9 +14,10 @@ public:
     /** The path below its root. Nothing is created there. */
     const std::wstring& Path() const { return m_tszPath; }
 
-private:
+    /** Removes all that is below it. */
     void Remove() const;
 
+private:
     std::wstring m_tszName;
     std::wstring m_tszPath;
 };

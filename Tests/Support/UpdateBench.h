@@ -93,12 +93,7 @@ public:
         AddKey(HKEY_CURRENT_USER, ZkCommon::Storage::ViewDefault, L"user");
         AddKey(HKEY_LOCAL_MACHINE, ZkCommon::Storage::View32, L"32");
         AddKey(HKEY_LOCAL_MACHINE, ZkCommon::Storage::View64, L"64");
-        const std::pair<const wchar_t*, std::vector<std::wstring>> aFile[] = {
-            {L"test.ini", {L"A", L"B", L"C", L"D"}},
-            {L"service.ini", {L"Service", L"Update", L"Legacy", L"Compatibility"}},
-            {L"pattern.ini", {L"P", L"Pattern", L"Servers"}},
-            {L"pelto17.ini", {L"Setup"}}};
-        for (const auto& [pszFile, vecSection] : aFile) {
+        for (const auto& [pszFile, vecSection] : m_vecFile) {
             for (const std::wstring& tszSection : vecSection) {
                 AddLines(rStorages,
                          {Varnhelt::UpdatePlace::Kind::IniFile, nullptr, {}, Folder().File(pszFile), tszSection},
@@ -107,6 +102,34 @@ public:
         }
         std::ranges::sort(vecLine); // what was removed and came back may stand elsewhere
         return vecLine;
+    }
+
+    /** A value in a line of a snapshot: a text in quotation marks, else the type's number and the bytes. */
+    static std::wstring TextOf(const Varnhelt::UpdateStorage::Value& _rstValue)
+    {
+        if (_rstValue.ulType == REG_SZ && _rstValue == Varnhelt::UpdateStorage::Value::Of(_rstValue.Text())) {
+            return L"\"" + _rstValue.Text() + L"\"";
+        }
+        std::wstring tszText = std::to_wstring(_rstValue.ulType) + L":";
+        for (const std::uint8_t ucByte : _rstValue.vecData) {
+            tszText += L" " + std::to_wstring(ucByte);
+        }
+        return tszText;
+    }
+
+    /** The ini files of the sample are in snapshots, too. */
+    void WatchSampleFiles()
+    {
+        m_vecFile.insert(m_vecFile.end(), {{L"service.ini", {L"Service", L"Update", L"Legacy", L"Compatibility"}},
+                                           {L"pattern.ini", {L"P", L"Pattern", L"Servers"}},
+                                           {L"pelto17.ini", {L"Setup"}}});
+    }
+
+    /** Removes the test's keys and its ini file. */
+    void Clear() const
+    {
+        m_cKey.Remove();
+        ::DeleteFileW(Folder().File(L"test.ini").c_str());
     }
 
     const TempFolder& Folder() const { return m_cProduct.Folder(); }
@@ -124,15 +147,7 @@ private:
         _rvecLine.push_back(_rtszPrefix);
         for (const std::wstring& tszName : rStorage.Names(_rstPlace)) {
             const Varnhelt::UpdateStorage::Value stValue = rStorage.Find(_rstPlace, tszName).value();
-            std::wstring& rtszLine = _rvecLine.emplace_back(_rtszPrefix + L" " + tszName + L" ");
-            if (stValue.ulType == REG_SZ && stValue == Varnhelt::UpdateStorage::Value::Of(stValue.Text())) {
-                rtszLine += L"\"" + stValue.Text() + L"\"";
-                continue;
-            }
-            rtszLine += std::to_wstring(stValue.ulType) + L":";
-            for (const std::uint8_t ucByte : stValue.vecData) {
-                rtszLine += L" " + std::to_wstring(ucByte);
-            }
+            _rvecLine.push_back(_rtszPrefix + L" " + tszName + L" " + TextOf(stValue));
         }
         for (const std::wstring& tszName : rStorage.SubKeys(_rstPlace)) {
             Varnhelt::UpdatePlace stBelow = _rstPlace;
@@ -143,4 +158,6 @@ private:
 
     TestProduct m_cProduct;
     TestKey m_cKey;
+    std::vector<std::pair<const wchar_t*, std::vector<std::wstring>>> m_vecFile = {
+        {L"test.ini", {L"A", L"B", L"C", L"D"}}};
 };

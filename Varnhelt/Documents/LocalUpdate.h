@@ -170,9 +170,6 @@ inline constexpr auto g_stLocalUpdateIniFile = DescribeWithConditions<LocalUpdat
 std::uint32_t QueryValueAsLocalUpdate(Worker& _rWorker, LocalUpdateConfig* _pConfig, const std::wstring* _ptszXmlPath,
                                       bool* _pbStay = nullptr);
 
-/** Reads the description and applies it to this machine. Results of the single items are only logged. */
-std::uint32_t DoActionAsLocalUpdate(Worker& _rWorker, const std::wstring* _ptszXmlPath);
-
 } // namespace Documents
 
 } // namespace Varnhelt

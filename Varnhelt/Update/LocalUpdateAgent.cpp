@@ -3,7 +3,7 @@
 #include "Boundary.h"
 #include "Documents/LocalUpdate.h"
 #include "Documents/UpdateWords.h"
-#include "ZkComn_DebugLog.h"
+#include "MethodTrace.h"
 #include "ZkComn_Platform.h"
 #include "ZkComn_String.h"
 
@@ -17,6 +17,8 @@ using namespace Varnhelt;
 namespace {
 
 using UpdateWords::g_svAll;
+
+constexpr MethodLines g_cVersion(L"CLocalUpdateAgent::CheckVersionType()");
 
 /** The text up to the next dot; takes it and the dots behind it off the rest. */
 std::wstring_view NextNumber(std::wstring_view& _rsvRest)
@@ -88,8 +90,8 @@ UpdateCheck CLocalUpdateAgent::CheckUpdate(const UpdateConditions& _rstCondition
     for (const Step& stStep : aStep) {
         const UpdateCheck stCheck = (this->*stStep.pfnCheck)(_rstConditions);
         if (Result::IsFailure(stCheck.ulResult)) {
-            Trace(TraceError, L"*** CLocalUpdateAgentKey::CheckUpdate() - %s failed. [0x%08x].", stStep.pszName,
-                  stCheck.ulResult);
+            MethodLines(L"CLocalUpdateAgentKey::CheckUpdate()")
+                .Error(L"%s failed. [0x%08x].", stStep.pszName, stCheck.ulResult);
         }
         if (stCheck.enReason != UpdateReason::None) {
             return stCheck;
@@ -101,14 +103,14 @@ UpdateCheck CLocalUpdateAgent::CheckUpdate(const UpdateConditions& _rstCondition
 UpdateCheck CLocalUpdateAgent::CheckVersionType(const UpdateConditions& _rstConditions) const
 {
     if (m_Environments.tszVersion.empty()) {
-        Trace(TraceError, L"*** CLocalUpdateAgent::CheckVersionType() - m_Environments.tszVersion was empty.");
+        g_cVersion.Error(L"m_Environments.tszVersion was empty.");
         return {Result::g_ulUndetermined, UpdateReason::NoVersion};
     }
     const auto Compare = [](const std::wstring& _rtszLeft, const std::wstring& _rtszRight) {
         const std::optional<std::int32_t> lDifference = CompareVersion(_rtszLeft, _rtszRight);
         if (!lDifference) {
-            Trace(TraceError, L"*** CLocalUpdateAgent::CheckVersionType() - ZkCommon::String::StrToUl() failed.");
-            Trace(TraceError, L"*** CLocalUpdateAgent::CheckVersionType() - CompareVersion() was failed.");
+            g_cVersion.Error(L"ZkCommon::String::StrToUl() failed.");
+            g_cVersion.Error(L"CompareVersion() was failed.");
         }
         return lDifference;
     };
@@ -126,9 +128,10 @@ UpdateCheck CLocalUpdateAgent::CheckVersionType(const UpdateConditions& _rstCond
 
 UpdateCheck CLocalUpdateAgent::CheckProductType(const UpdateConditions& _rstConditions) const
 {
+    constexpr MethodLines cTrace(L"CLocalUpdateAgent::CheckProductType()");
     const std::wstring& rtszHere = m_Environments.tszProduct;
     if (rtszHere.empty()) {
-        Trace(TraceError, L"*** CLocalUpdateAgent::CheckProductType() - m_Environments.tszProduct was empty.");
+        cTrace.Error(L"m_Environments.tszProduct was empty.");
         return {Result::g_ulUndetermined, UpdateReason::NoProduct};
     }
     const std::wstring& rtszWord = _rstConditions.tszProduct;
@@ -137,44 +140,42 @@ UpdateCheck CLocalUpdateAgent::CheckProductType(const UpdateConditions& _rstCond
                             ? rtszHere == pPair->svFirst || rtszHere == pPair->svSecond
                             : rtszWord == g_svAll || rtszWord == rtszHere;
     if (!bMatch) {
-        Trace(TraceNotice, L"*** CLocalUpdateAgent::CheckProductType() - specified [product] value [%s] was invalid ",
-              rtszWord);
+        cTrace.Notice(L"specified [product] value [%s] was invalid ", rtszWord);
     }
     return {Result::g_ulSuccess, bMatch ? UpdateReason::None : UpdateReason::OtherProduct};
 }
 
 UpdateCheck CLocalUpdateAgent::CheckLanguageType(const UpdateConditions& _rstConditions) const
 {
+    constexpr MethodLines cTrace(L"CLocalUpdateAgent::CheckLanguageType()");
     if (m_Environments.tszLanguage.empty()) {
-        Trace(TraceError, L"*** CLocalUpdateAgent::CheckLanguageType() - m_Environments.tszLanguage was empty.");
+        cTrace.Error(L"m_Environments.tszLanguage was empty.");
         return {Result::g_ulUndetermined, UpdateReason::NoLanguage};
     }
     const std::wstring& rtszWord = _rstConditions.tszLanguage;
     if (rtszWord == g_svAll || rtszWord == m_Environments.tszLanguage) {
         return {};
     }
-    Trace(TraceNotice, L"*** CLocalUpdateAgent::CheckLanguageType() - specified [language] value [%s] was invalid ",
-          rtszWord);
+    cTrace.Notice(L"specified [language] value [%s] was invalid ", rtszWord);
     return {Result::g_ulSuccess, UpdateReason::OtherLanguage};
 }
 
 UpdateCheck CLocalUpdateAgent::CheckPlatformType(const UpdateConditions& _rstConditions) const
 {
+    constexpr MethodLines cTrace(L"CLocalUpdateAgent::CheckPlatformType()");
     const std::wstring& rtszWord = _rstConditions.tszPlatform;
     if (rtszWord == g_svAll) {
         return {};
     }
     const Frwk::Word* pPlatform = Frwk::Utility::FindWord(UpdateWords::g_stPlatform, rtszWord);
     if (pPlatform == nullptr) {
-        Trace(TraceError, L"*** CLocalUpdateAgent::CheckPlatformType() - specified [platform] value [%s] was invalid ",
-              rtszWord);
+        cTrace.Error(L"specified [platform] value [%s] was invalid ", rtszWord);
         return {Result::g_ulRefused, UpdateReason::UnknownPlatform};
     }
     if (!Platform::CheckOsType(pPlatform->ulValue)) {
         return {Result::g_ulSuccess, UpdateReason::OtherPlatform};
     }
     // It is in fact updated; support scripts know the line as it is.
-    Trace(TraceNotice, L"*** CLocalUpdateAgent::CheckPlatformType() - specified [platform] value [%s] was not updated.",
-          rtszWord);
+    cTrace.Notice(L"specified [platform] value [%s] was not updated.", rtszWord);
     return {};
 }

@@ -4,9 +4,9 @@
 #include "Documents/LocalUpdate.h"
 #include "Documents/RegistryWords.h"
 #include "Documents/UpdateWords.h"
+#include "MethodTrace.h"
 #include "Update/UpdatePathMacro.h"
 #include "Update/UpdateValue.h"
-#include "ZkComn_DebugLog.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Platform.h"
 #include "ZkComn_String.h"
@@ -19,6 +19,12 @@ using namespace SrvFrwk;
 using namespace Varnhelt;
 
 namespace {
+
+constexpr MethodLines g_cDoAction(L"CLocalUpdateAgentKey::DoAction()");
+constexpr MethodLines g_cCreateKey(L"CLocalUpdateAgentKey::CreateKey()");
+constexpr MethodLines g_cReplacePath(L"CLocalUpdateAgentKey::ReplacePath()");
+constexpr MethodLines g_cRemove(L"CLocalUpdateAgentKey::Remove()");
+constexpr MethodLines g_cRemoveSection(L"CLocalUpdateAgentKey::RemoveSection()");
 
 Storage::RegistryView ViewOf(std::wstring_view _svWord)
 {
@@ -102,7 +108,7 @@ std::uint32_t CLocalUpdateAgentKey::DoAction(LocalUpdateKey* _pstKey)
     return AtBoundary({L"CLocalUpdateAgentKey::DoAction()"}, [&] {
         const MethodTrace cTrace(L"CLocalUpdateAgentKey::DoAction()");
         if (_pstKey == nullptr) {
-            Trace(TraceError, L"*** CLocalUpdateAgentKey::DoAction() - pLocalUpdateKey was invalid.");
+            cTrace.Error(L"pLocalUpdateKey was invalid.");
             return Result::g_ulMissingObject;
         }
         const UpdateCheck stCheck = CheckUpdate(*_pstKey);
@@ -110,25 +116,23 @@ std::uint32_t CLocalUpdateAgentKey::DoAction(LocalUpdateKey* _pstKey)
             ReportItem(*_pstKey, stCheck.enReason);
         }
         if (Result::IsFailure(stCheck.ulResult)) {
-            Trace(TraceError, L"*** CLocalUpdateAgentKey::DoAction() - CheckUpdate() failed(). [0x%08x]",
-                  stCheck.ulResult);
+            cTrace.Error(L"CheckUpdate() failed(). [0x%08x]", stCheck.ulResult);
             return stCheck.ulResult;
         }
         const bool bUpdate = stCheck.enReason == UpdateReason::None;
-        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::DoAction() - bUpdate [%d].", bUpdate ? 1 : 0);
+        cTrace.Notice(L"bUpdate [%d].", bUpdate ? 1 : 0);
         if (!bUpdate) {
-            Trace(TraceNotice, L"*** CLocalUpdateAgentKey::DoAction() - not match update environment.");
+            cTrace.Notice(L"not match update environment.");
             return Result::g_ulSuccess;
         }
         const std::optional<UpdatePlace> stPlace = CreateKey(*_pstKey);
         if (!stPlace) {
-            Trace(TraceError, L"*** CLocalUpdateAgentKey::DoAction() - pKey was invalid.");
+            cTrace.Error(L"pKey was invalid.");
             ReportItem(*_pstKey,
                        _pstKey->tszKind == g_szIniFileKind ? UpdateReason::NoPath : UpdateReason::UnknownRoot);
             return Result::g_ulMissingObject;
         }
-        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::DoAction() - Root[%s] Base[%s]", _pstKey->tszRoot,
-              _pstKey->tszPath);
+        cTrace.Notice(L"Root[%s] Base[%s]", _pstKey->tszRoot, _pstKey->tszPath);
         ReportItem(*_pstKey, UpdateReason::None);
         std::uint32_t ulResult = Result::g_ulSuccess;
         for (const LocalUpdateEntry& stEntry : _pstKey->lstEntry) {
@@ -152,24 +156,23 @@ UpdateDecision CLocalUpdateAgentKey::DoEntry(const UpdatePlace& _rstPlace, const
     UpdateDecision stDecision{UpdateEffect::Skip, stCheck.enReason, ERROR_SUCCESS, stCheck.ulResult};
     if (Result::IsFailure(stCheck.ulResult)) {
         stDecision.enEffect = UpdateEffect::Refuse;
-        Trace(TraceError, L"*** CLocalUpdateAgentKey::DoAction() - CheckUpdate() failed(). [0x%08x]", stCheck.ulResult);
+        g_cDoAction.Error(L"CheckUpdate() failed(). [0x%08x]", stCheck.ulResult);
     } else {
         const bool bUpdate = stCheck.enReason == UpdateReason::None;
-        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::DoAction() - bUpdate [%d].", bUpdate ? 1 : 0);
+        g_cDoAction.Notice(L"bUpdate [%d].", bUpdate ? 1 : 0);
         if (bUpdate) {
             Attempt stAttempt{m_rStorages.Of(_rstPlace), _rstPlace, _rstEntry};
             stDecision = OnAction(stAttempt);
             if (Result::IsFailure(stDecision.ulResult)) {
-                Trace(TraceError,
-                      L"*** CLocalUpdateAgentKey::DoAction() - Name[%s] Type[%s] Value[%s] failed. [0x%08x]",
-                      _rstEntry.tszName, _rstEntry.tszType, _rstEntry.tszValue, stDecision.ulResult);
+                g_cDoAction.Error(L"Name[%s] Type[%s] Value[%s] failed. [0x%08x]", _rstEntry.tszName, _rstEntry.tszType,
+                                  _rstEntry.tszValue, stDecision.ulResult);
             }
         } else {
-            Trace(TraceNotice, L"*** CLocalUpdateAgentKey::DoAction() - not match update environment.");
+            g_cDoAction.Notice(L"not match update environment.");
         }
     }
     if (m_pObserver != nullptr) {
-        m_pObserver->OnEntry(_rstEntry, stDecision);
+        m_pObserver->OnEntry(_rstPlace, _rstEntry, stDecision);
     }
     return stDecision;
 }
@@ -184,8 +187,8 @@ std::optional<UpdatePlace> CLocalUpdateAgentKey::CreateKey(LocalUpdateKey& _rstK
         }
         stPlace.enView = ViewOf(_rstKey.tszAccessMode);
         stPlace.tszPath = _rstKey.tszPath;
-        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::CreateKey() - Root[0x%08x]",
-              static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(stPlace.hRoot)));
+        g_cCreateKey.Notice(L"Root[0x%08x]",
+                            static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(stPlace.hRoot)));
         return stPlace;
     }
     if (_rstKey.tszKind == g_szIniFileKind) {
@@ -196,7 +199,7 @@ std::optional<UpdatePlace> CLocalUpdateAgentKey::CreateKey(LocalUpdateKey& _rstK
         stPlace.enKind = UpdatePlace::Kind::IniFile;
         stPlace.tszPath = _rstKey.tszRoot;
         stPlace.tszSection = _rstKey.tszPath;
-        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::CreateKey() - _stKey.tszRoot[%s]", _rstKey.tszRoot);
+        g_cCreateKey.Notice(L"_stKey.tszRoot[%s]", _rstKey.tszRoot);
         return stPlace;
     }
     return std::nullopt;
@@ -204,7 +207,7 @@ std::optional<UpdatePlace> CLocalUpdateAgentKey::CreateKey(LocalUpdateKey& _rstK
 
 void CLocalUpdateAgentKey::ReplacePath(std::wstring& _rtszPath)
 {
-    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::ReplacePath() - _tszPath [%s]", _rtszPath);
+    g_cReplacePath.Notice(L"_tszPath [%s]", _rtszPath);
     ReplacePathMacro(_rtszPath);
 }
 
@@ -223,11 +226,10 @@ UpdateDecision CLocalUpdateAgentKey::OnAction(Attempt& _rAttempt)
     };
     const LocalUpdateEntry& rstEntry = _rAttempt.rstEntry;
     const MethodTrace cTrace(L"CLocalUpdateAgentKey::OnAction()");
-    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::OnAction() - _stKey.tszAction [%s]", rstEntry.tszAction);
+    cTrace.Notice(L"_stKey.tszAction [%s]", rstEntry.tszAction);
     const Frwk::Word* pWord = Frwk::Utility::FindWord(UpdateWords::g_stAction, rstEntry.tszAction);
     if (pWord == nullptr) {
-        Trace(TraceError, L"*** CLocalUpdateAgentKey::OnAction() - specified _stKey.tszAction[%s] was invalid.",
-              rstEntry.tszAction);
+        cTrace.Error(L"specified _stKey.tszAction[%s] was invalid.", rstEntry.tszAction);
         return cTrace.Leave(
             UpdateDecision{UpdateEffect::Refuse, UpdateReason::UnknownAction, ERROR_SUCCESS, Result::g_ulRefused});
     }
@@ -244,8 +246,7 @@ UpdateDecision CLocalUpdateAgentKey::OnAction(Attempt& _rAttempt)
     }
     if (Result::IsFailure(stDecision.ulResult)) {
         stDecision.bInPart = _rAttempt.bInPart;
-        Trace(TraceError, L"*** CLocalUpdateAgentKey::OnAction() - OnAction() failed().  _stKey.tszAction[%s] [0x%08x]",
-              rstEntry.tszAction, stDecision.ulResult);
+        cTrace.Error(L"OnAction() failed().  _stKey.tszAction[%s] [0x%08x]", rstEntry.tszAction, stDecision.ulResult);
     }
     return cTrace.Leave(stDecision);
 }
@@ -268,32 +269,39 @@ bool CLocalUpdateAgentKey::EntryExists(const Attempt& _rAttempt)
     }
 }
 
-UpdateDecision CLocalUpdateAgentKey::Create(Attempt& _rAttempt)
+UpdatePlace CLocalUpdateAgentKey::NewPlaceOf(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry)
 {
-    const UpdatePlace& rstPlace = _rAttempt.rstPlace;
-    if (!rstPlace.IsRegistry()) {
-        _rAttempt.rStorage.Create(rstPlace, false);
-        return {};
+    UpdatePlace stPlace = _rstPlace;
+    if (_rstPlace.IsRegistry()) {
+        if (Documents::IsAction(_rstEntry, UpdateWords::ActionCreate) && !_rstEntry.tszName.empty()) {
+            stPlace.tszPath = Below(_rstPlace.tszPath, _rstEntry.tszName);
+        }
+        if (_rstEntry.tszAllAccess == UpdateWords::g_svNo) { // in the machine's own view, whatever the item's
+            stPlace.enView = Platform::IsNative64Bit() ? Storage::View64 : Storage::ViewDefault;
+        }
     }
-    const std::wstring& rtszName = _rAttempt.rstEntry.tszName;
-    const bool bAsked =
-        CreateRegistryKey(_rAttempt, rtszName.empty() ? rstPlace.tszPath : Below(rstPlace.tszPath, rtszName));
-    return bAsked ? UpdateDecision{} : UpdateDecision{UpdateEffect::Skip, UpdateReason::NoAllAccess};
+    return stPlace;
 }
 
-/** Makes the key at a path in the item's root. @return false when the entry asks for no key, and none is made */
-bool CLocalUpdateAgentKey::CreateRegistryKey(Attempt& _rAttempt, const std::wstring& _rtszPath)
+UpdateDecision CLocalUpdateAgentKey::Create(Attempt& _rAttempt)
+{
+    if (!_rAttempt.rstPlace.IsRegistry()) {
+        _rAttempt.rStorage.Create(_rAttempt.rstPlace, false);
+        return {};
+    }
+    return CreateRegistryKey(_rAttempt) ? UpdateDecision{}
+                                        : UpdateDecision{UpdateEffect::Skip, UpdateReason::NoAllAccess};
+}
+
+/** @return false when the entry asks for no key, and none is made */
+bool CLocalUpdateAgentKey::CreateRegistryKey(Attempt& _rAttempt)
 {
     const std::wstring& rtszAllAccess = _rAttempt.rstEntry.tszAllAccess;
     const bool bAllAccess = rtszAllAccess == UpdateWords::g_svYes;
     if (!bAllAccess && rtszAllAccess != UpdateWords::g_svNo) {
         return false;
     }
-    UpdatePlace stPlace = _rAttempt.rstPlace;
-    stPlace.tszPath = _rtszPath;
-    if (!bAllAccess) { // in the machine's own view, whatever the item's
-        stPlace.enView = Platform::IsNative64Bit() ? Storage::View64 : Storage::ViewDefault;
-    }
+    const UpdatePlace stPlace = NewPlaceOf(_rAttempt.rstPlace, _rAttempt.rstEntry);
     const bool bNew = !_rAttempt.rStorage.Exists(stPlace);
     _rAttempt.rStorage.Create(stPlace, bAllAccess);
     _rAttempt.bInPart = bNew;
@@ -304,7 +312,7 @@ UpdateDecision CLocalUpdateAgentKey::Write(Attempt& _rAttempt)
 {
     const UpdateValueType& rstType = StoredTypeOf(_rAttempt.rstPlace, _rAttempt.rstEntry);
     if (_rAttempt.rstPlace.IsRegistry()) {
-        CreateRegistryKey(_rAttempt, _rAttempt.rstPlace.tszPath);
+        CreateRegistryKey(_rAttempt);
     }
     const auto stValue = rstType.Of(_rAttempt.rstEntry.tszValue);
     if (!stValue) {
@@ -346,7 +354,7 @@ UpdateDecision CLocalUpdateAgentKey::Remove(Attempt& _rAttempt)
 
 void CLocalUpdateAgentKey::RemoveEntry(const Attempt& _rAttempt)
 {
-    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::Remove() - _stEntry.tszName[%s]", _rAttempt.rstEntry.tszName);
+    g_cRemove.Notice(L"_stEntry.tszName[%s]", _rAttempt.rstEntry.tszName);
     _rAttempt.rStorage.RemoveValue(_rAttempt.rstPlace, _rAttempt.rstEntry.tszName);
 }
 
@@ -361,7 +369,7 @@ void CLocalUpdateAgentKey::RemoveSection(Attempt& _rAttempt)
     };
     UpdatePlace stPlace = _rAttempt.rstPlace;
     if (!stPlace.IsRegistry()) {
-        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::RemoveSection() - _stKey.tszTarget[%s]", stPlace.tszSection);
+        g_cRemoveSection.Notice(L"_stKey.tszTarget[%s]", stPlace.tszSection);
         _rAttempt.rStorage.Remove(stPlace);
         return;
     }
@@ -377,7 +385,7 @@ void CLocalUpdateAgentKey::RemoveSection(Attempt& _rAttempt)
             continue;
         }
         const std::wstring& rtszSection = rstLevel.vecSection[rstLevel.uNext++];
-        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::RemoveSection() - section[%s]", rtszSection);
+        g_cRemoveSection.Notice(L"section[%s]", rtszSection);
         const std::size_t uParent = stPlace.tszPath.size();
         stPlace.tszPath = Below(stPlace.tszPath, rtszSection);
         vecLevel.push_back({EnumSection(_rAttempt, stPlace), 0, uParent});
@@ -387,9 +395,8 @@ void CLocalUpdateAgentKey::RemoveSection(Attempt& _rAttempt)
 /** The keys directly below one that is about to be removed. */
 std::vector<std::wstring> CLocalUpdateAgentKey::EnumSection(const Attempt& _rAttempt, const UpdatePlace& _rstPlace)
 {
-    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::RemoveSection() - _stKey.tszTarget[%s]", _rstPlace.tszPath);
+    g_cRemoveSection.Notice(L"_stKey.tszTarget[%s]", _rstPlace.tszPath);
     std::vector<std::wstring> vecSection = _rAttempt.rStorage.SubKeys(_rstPlace);
-    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::RemoveSection() - Got Sections [%d]",
-          static_cast<std::uint32_t>(vecSection.size()));
+    g_cRemoveSection.Notice(L"Got Sections [%d]", static_cast<std::uint32_t>(vecSection.size()));
     return vecSection;
 }

@@ -29,6 +29,10 @@ public:
 
     std::uint32_t DoAction(Varnhelt::LocalUpdateKey* _pstKey) override;
 
+    /** The key or section that an entry of an item makes, where it makes one. */
+    static Varnhelt::UpdatePlace NewPlaceOf(const Varnhelt::UpdatePlace& _rstPlace,
+                                            const Varnhelt::LocalUpdateEntry& _rstEntry);
+
 private:
     struct Action;
 
@@ -57,7 +61,7 @@ private:
 
     static bool KeyExists(const Attempt& _rAttempt);
     static bool EntryExists(const Attempt& _rAttempt);
-    static bool CreateRegistryKey(Attempt& _rAttempt, const std::wstring& _rtszPath);
+    static bool CreateRegistryKey(Attempt& _rAttempt);
     static void RemoveEntry(const Attempt& _rAttempt);
     static void RemoveSection(Attempt& _rAttempt);
     static std::vector<std::wstring> EnumSection(const Attempt& _rAttempt, const Varnhelt::UpdatePlace& _rstPlace);

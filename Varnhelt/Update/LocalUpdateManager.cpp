@@ -4,8 +4,8 @@
 #include "Documents/LocalUpdate.h"
 #include "Documents/UpdateWords.h"
 #include "Frwk_Settings.h"
+#include "MethodTrace.h"
 #include "Update/LocalUpdateAgentKey.h"
-#include "ZkComn_DebugLog.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Platform.h"
 #include "ZkComn_Registry.h"
@@ -20,6 +20,8 @@ using namespace SrvFrwk;
 using namespace Varnhelt;
 
 namespace {
+
+constexpr MethodLines g_cCreateAgents(L"CLocalUpdateManager::CreateLocalUpdateAgents()");
 
 constexpr const wchar_t* g_aTarget[] = {g_szRegistryKind, g_szIniFileKind, g_szDirectoryKind};
 constexpr std::size_t g_uTargetLength = 16; // more characters are not looked at
@@ -62,7 +64,7 @@ std::uint32_t ReadEnvironment(const wchar_t* _pszMethod, std::wstring& _rtszFiel
             _rtszField = _fnRead(cKey);
         } catch (Exception::Base* _pError) {
             const Exception::Caught pCaught(_pError);
-            Trace(TraceError, L"*** %s - Got ZkCommon::Exception::Base(). [0x%08x]", _pszMethod, _pError->ErrorCode());
+            cTrace.Error(L"Got ZkCommon::Exception::Base(). [0x%08x]", _pError->ErrorCode());
             const bool bAbsent =
                 _pError->ErrorCode() == ERROR_FILE_NOT_FOUND || _pError->ErrorCode() == ERROR_PATH_NOT_FOUND;
             return bAbsent ? Result::g_ulPartialSuccess : Result::g_ulUndetermined;
@@ -90,19 +92,17 @@ std::uint32_t CLocalUpdateManager::Initialize()
         const MethodTrace cTrace(L"CLocalUpdateManager::Initialize()");
         bool bMet = false;
         if (const std::uint32_t ulResult = CheckMinimumPlatform(bMet); Result::IsFailure(ulResult)) {
-            Trace(TraceError, L"*** CLocalUpdateManager::Initialize() - CheckMinimumPlatform() failed. [0x%08x]",
-                  ulResult);
+            cTrace.Error(L"CheckMinimumPlatform() failed. [0x%08x]", ulResult);
             return ulResult;
         }
         if (!bMet) {
-            Trace(TraceNotice,
-                  L"*** CLocalUpdateManager::SetPlatformType() - This platform was not minimum required platform.");
+            MethodLines(L"CLocalUpdateManager::SetPlatformType()")
+                .Notice(L"This platform was not minimum required platform.");
             return Result::g_ulRefused;
         }
         for (const Step& stStep : aStep) {
             if (const std::uint32_t ulResult = (this->*stStep.pfnStep)(); Result::IsFailure(ulResult)) {
-                Trace(TraceError, L"*** CLocalUpdateManager::Initialize() - %s failed. [0x%08x]", stStep.pszName,
-                      ulResult);
+                cTrace.Error(L"%s failed. [0x%08x]", stStep.pszName, ulResult);
                 return ulResult;
             }
         }
@@ -115,9 +115,7 @@ std::uint32_t CLocalUpdateManager::CheckMinimumPlatform(bool& _rbMet)
     const MethodTrace cTrace(L"CLocalUpdateManager::CheckMinimumPlatform()");
     _rbMet = Platform::CheckOsType(Platform::OsXpOrLater);
     if (const std::uint32_t ulError = Platform::ErrorCode(); ulError != ERROR_SUCCESS) {
-        Trace(TraceError,
-              L"*** CLocalUpdateManager::CheckMinimumPlatform() - ZkCommon::Platform::CheckOsType() failed. [0x%08x]",
-              ulError);
+        cTrace.Error(L"ZkCommon::Platform::CheckOsType() failed. [0x%08x]", ulError);
         return Result::g_ulUndetermined;
     }
     return cTrace.Leave(Result::g_ulSuccess);
@@ -131,16 +129,15 @@ std::uint32_t CLocalUpdateManager::SetVersionType()
 
 std::uint32_t CLocalUpdateManager::SetProductType()
 {
-    return ReadEnvironment(L"CLocalUpdateManager::SetProductType()", m_Environments.tszProduct,
-                           [](const Storage::Registry& _rKey) {
-                               const std::wstring tszTemp = _rKey.ReadString(L"PID");
-                               if (tszTemp.empty()) {
-                                   Trace(TraceNotice, L"*** CLocalUpdateManager::SetProductType() - tszTemp.length() "
-                                                      L"was smaller than 1.");
-                                   return UpdateWords::g_svUnknownEdition;
-                               }
-                               return EditionOf(tszTemp);
-                           });
+    return ReadEnvironment(
+        L"CLocalUpdateManager::SetProductType()", m_Environments.tszProduct, [](const Storage::Registry& _rKey) {
+            const std::wstring tszTemp = _rKey.ReadString(L"PID");
+            if (tszTemp.empty()) {
+                MethodLines(L"CLocalUpdateManager::SetProductType()").Notice(L"tszTemp.length() was smaller than 1.");
+                return UpdateWords::g_svUnknownEdition;
+            }
+            return EditionOf(tszTemp);
+        });
 }
 
 std::uint32_t CLocalUpdateManager::SetLanguageType()
@@ -154,8 +151,7 @@ std::uint32_t CLocalUpdateManager::CreateLocalUpdateAgents()
     for (const wchar_t* pszKind : {g_szRegistryKind, g_szIniFileKind}) {
         std::unique_ptr<CLocalUpdateAgent> pAgent(new (std::nothrow) CLocalUpdateAgentKey(m_rStorages, m_pObserver));
         if (pAgent == nullptr) {
-            Trace(TraceError, L"*** CLocalUpdateManager::CreateLocalUpdateAgents() - pAgent [%s] was invalid.",
-                  pszKind);
+            g_cCreateAgents.Error(L"pAgent [%s] was invalid.", pszKind);
             continue;
         }
         m_mapAgent[TargetTypeOf(pszKind)] = std::move(pAgent);
@@ -176,21 +172,18 @@ std::uint32_t CLocalUpdateManager::DoActionOn(const wchar_t* _pszKind, TItems& _
 {
     const auto itAgent = m_mapAgent.find(TargetTypeOf(_pszKind));
     if (itAgent == m_mapAgent.end()) {
-        Trace(TraceError, L"*** CLocalUpdateManager::DoActionConfig() - pAgent was invalid. [%s]", _pszKind);
+        MethodLines(L"CLocalUpdateManager::DoActionConfig()").Error(L"pAgent was invalid. [%s]", _pszKind);
         return Result::g_ulMissingObject;
     }
     CLocalUpdateAgent& rAgent = *itAgent->second;
     if (const std::uint32_t ulResult = rAgent.Initialize(m_Environments, _bCheck); Result::IsFailure(ulResult)) {
-        Trace(TraceError, L"*** CLocalUpdateManager::CreateLocalUpdateAgents() - pAgent->Initialize() failed. [0x%08x]",
-              ulResult);
+        g_cCreateAgents.Error(L"pAgent->Initialize() failed. [0x%08x]", ulResult);
         return ulResult;
     }
     for (LocalUpdateKey& stItem : _rItems) {
         if (const std::uint32_t ulResult = rAgent.DoAction(&stItem); Result::IsFailure(ulResult)) {
-            Trace(TraceError,
-                  L"*** CLocalUpdateManager::DoActionKeyConfig() - pAgent->DoAction failed(). tszTargetType [%s] "
-                  L"[0x%08x]",
-                  _pszKind, ulResult);
+            MethodLines(L"CLocalUpdateManager::DoActionKeyConfig()")
+                .Error(L"pAgent->DoAction failed(). tszTargetType [%s] [0x%08x]", _pszKind, ulResult);
         }
     }
     return rAgent.UnInitialize();
@@ -213,8 +206,7 @@ std::uint32_t CLocalUpdateManager::UnInitialize()
 {
     const MethodTrace cTrace(L"CLocalUpdateManager::UnInitialize()");
     if (const std::uint32_t ulResult = FreeLocalUpdateAgents(); Result::IsFailure(ulResult)) {
-        Trace(TraceError, L"*** CLocalUpdateManager::UnInitialize() - FreeLocalUpdateAgents() failed. [0x%08x]",
-              ulResult);
+        cTrace.Error(L"FreeLocalUpdateAgents() failed. [0x%08x]", ulResult);
     }
     return cTrace.Leave(Result::g_ulSuccess);
 }

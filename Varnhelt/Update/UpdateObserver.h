@@ -9,6 +9,7 @@ namespace Varnhelt {
 
 struct LocalUpdateEntry;
 struct LocalUpdateKey;
+struct UpdatePlace;
 
 /** What is done about an entry. */
 enum class UpdateEffect
@@ -72,7 +73,9 @@ public:
 
     /** The item, its path macros expanded. Its entries follow where it is to be updated (enReason is None). */
     virtual void OnItem(const LocalUpdateKey& _rstItem, UpdateReason _enReason) = 0;
-    virtual void OnEntry(const LocalUpdateEntry& _rstEntry, const UpdateDecision& _rstDecision) = 0;
+    /** @param _rstPlace  of the item */
+    virtual void OnEntry(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry,
+                         const UpdateDecision& _rstDecision) = 0;
 };
 
 } // namespace Varnhelt

@@ -1,7 +1,7 @@
 #include "Update/UpdatePathMacro.h"
 
 #include "Frwk_Utility.h"
-#include "ZkComn_DebugLog.h"
+#include "MethodTrace.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>
@@ -15,13 +15,15 @@ using namespace ZkCommon;
 
 namespace {
 
+constexpr MethodLines g_cLines(L"CLocalUpdateAgentKey::ReplacePath()");
+
 std::wstring InstalledFolder()
 {
     std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
     if (tszFolder.empty()) {
-        Trace(TraceError, L"*** CLocalUpdateAgentKey::ReplacePath() - Frwk::Utility::GetInstalledFolder() failed.");
+        g_cLines.Error(L"Frwk::Utility::GetInstalledFolder() failed.");
     } else {
-        Trace(TraceNotice, L"*** CLocalUpdateAgentKey::ReplacePath() - InstalledFolder [%s]", tszFolder);
+        g_cLines.Notice(L"InstalledFolder [%s]", tszFolder);
     }
     return tszFolder;
 }
@@ -34,11 +36,11 @@ std::wstring FolderFrom(UINT (*_fnCall)(FolderBuffer&), const wchar_t* _pszCall,
     FolderBuffer aBuffer{};
     const UINT ulLength = _fnCall(aBuffer);
     if (ulLength == 0 || ulLength > aBuffer.size()) {
-        Trace(TraceError, L"*** CLocalUpdateAgentKey::ReplacePath() - %s failed. [0x%08x]", _pszCall, ::GetLastError());
+        g_cLines.Error(L"%s failed. [0x%08x]", _pszCall, ::GetLastError());
         return {};
     }
     std::wstring tszFolder(aBuffer.data(), std::min<std::size_t>(ulLength, aBuffer.size() - 1));
-    Trace(TraceNotice, L"*** CLocalUpdateAgentKey::ReplacePath() - %s [%s]", _pszName, tszFolder);
+    g_cLines.Notice(L"%s [%s]", _pszName, tszFolder);
     return tszFolder;
 }
 

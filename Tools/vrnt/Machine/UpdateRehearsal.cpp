@@ -97,7 +97,7 @@ void UpdateRehearsal::OnItem(const LocalUpdateKey& _rstItem, UpdateReason _enRea
     m_vecItem.push_back({&_rstItem, _enReason, {}});
 }
 
-void UpdateRehearsal::OnEntry(const LocalUpdateEntry& _rstEntry, const UpdateDecision& _rstDecision)
+void UpdateRehearsal::OnEntry(const UpdatePlace&, const LocalUpdateEntry& _rstEntry, const UpdateDecision& _rstDecision)
 {
     m_vecItem.back().vecEntry.push_back({&_rstEntry, _rstDecision});
 }

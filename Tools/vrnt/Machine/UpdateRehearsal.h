@@ -43,7 +43,8 @@ private:
     };
 
     void OnItem(const Varnhelt::LocalUpdateKey& _rstItem, Varnhelt::UpdateReason _enReason) override;
-    void OnEntry(const Varnhelt::LocalUpdateEntry& _rstEntry, const Varnhelt::UpdateDecision& _rstDecision) override;
+    void OnEntry(const Varnhelt::UpdatePlace& _rstPlace, const Varnhelt::LocalUpdateEntry& _rstEntry,
+                 const Varnhelt::UpdateDecision& _rstDecision) override;
     std::string Why(const Varnhelt::UpdateConditions& _rstConditions, Varnhelt::UpdateReason _enReason,
                     std::uint32_t _ulError) const;
     std::string WhyNot(const Item& _rstItem) const;

@@ -1,0 +1,170 @@
+#pragma once
+
+#include "Documents/LocalUpdate.h"
+#include "Request.h"
+#include "SrvFrwk_ResultCode.h"
+#include "Update/LocalUpdateManager.h"
+#include "Update/UpdateUndo.h"
+#include "UpdateBench.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <gmock/gmock.h>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+/** What tests of local updates share: decisions, the round trip of an update and its undo, and words for descriptions. */
+namespace UpdateTest {
+
+using namespace Varnhelt;
+
+/** What was decided: the items' roots, a letter for each entry's effect, and all reasons. */
+class Decisions : public UpdateObserver
+{
+public:
+    void OnItem(const LocalUpdateKey& _rstItem, UpdateReason _enReason) override
+    {
+        vecRoot.push_back(_rstItem.tszRoot);
+        if (_enReason != UpdateReason::None) {
+            vecReason.push_back(_enReason);
+        }
+    }
+    void OnEntry(const UpdatePlace&, const LocalUpdateEntry&, const UpdateDecision& _rstDecision) override
+    {
+        tszEffects += L"cwar-!"[static_cast<std::size_t>(_rstDecision.enEffect)];
+        vecReason.push_back(_rstDecision.enReason);
+        vecError.push_back(_rstDecision.ulError);
+        tszInPart += _rstDecision.bInPart ? L'p' : L'.';
+    }
+
+    friend bool operator==(const Decisions& _rLeft, const Decisions& _rRight)
+    {
+        return _rLeft.tszEffects == _rRight.tszEffects && _rLeft.vecReason == _rRight.vecReason &&
+               _rLeft.tszInPart == _rRight.tszInPart;
+    }
+
+    std::vector<std::wstring> vecRoot;
+    std::wstring tszEffects;
+    std::vector<UpdateReason> vecReason;
+    std::vector<std::uint32_t> vecError;
+    std::wstring tszInPart; // a letter for each entry, 'p' where it was done in part
+};
+
+class LocalUpdate : public testing::Test
+{
+protected:
+    /** Carries the description out on a storage; its file stays. */
+    static void Run(const std::wstring& _rtszPath, UpdateStorages& _rStorages, Decisions& _rDecisions)
+    {
+        LocalUpdateConfig stConfig;
+        bool bStay = false;
+        Worker stWorker;
+        ASSERT_EQ(Documents::QueryValueAsLocalUpdate(stWorker, &stConfig, &_rtszPath, &bStay),
+                  SrvFrwk::Result::g_ulSuccess);
+        CLocalUpdateManager cManager(_rStorages, &_rDecisions);
+        ASSERT_EQ(cManager.Initialize(), SrvFrwk::Result::g_ulSuccess);
+        ASSERT_EQ(cManager.DoActionConfig(stConfig), SrvFrwk::Result::g_ulSuccess);
+    }
+
+    /**
+     * Rehearses, applies and undoes. The rehearsal changes nothing and decides what the update decides; afterwards the
+     * machine is as rehearsed, and after the undoing as it was, but for what the undo says that it leaves.
+     * @return the effects, and the lines that only one of the two states has
+     */
+    std::vector<std::wstring> RoundTrip(const std::wstring& _rtszPath)
+    {
+        const std::vector<std::wstring> vecBefore = m_cBench.Snapshot();
+        RecordingStorage cRecord;
+        Decisions cRehearsed;
+        Run(_rtszPath, cRecord, cRehearsed);
+        EXPECT_EQ(cRecord.Failure(), 0U);
+        const std::vector<std::wstring> vecRehearsed = m_cBench.Snapshot(&cRecord);
+        EXPECT_EQ(m_cBench.Snapshot(), vecBefore) << "the rehearsal changed something";
+        const UpdateUndo stUndo = UndoOf(cRecord);
+        SystemStorage cSystem;
+        Decisions cDone;
+        Run(_rtszPath, cSystem, cDone);
+        EXPECT_EQ(cDone, cRehearsed);
+        EXPECT_EQ(cDone.vecError, cRehearsed.vecError);
+        m_vecAfter = m_cBench.Snapshot();
+        EXPECT_EQ(m_vecAfter, vecRehearsed) << "the update did something else than its rehearsal";
+        EXPECT_EQ(UpdateBench::Send(m_cBench.Describe(L"undo.xml", stUndo.sDescription)), SrvFrwk::Result::g_ulSuccess);
+        m_vecLeft = stUndo.vecLeft;
+        std::vector<std::wstring> vecNotBack;
+        std::ranges::set_symmetric_difference(vecBefore, m_cBench.Snapshot(), std::back_inserter(vecNotBack));
+        EXPECT_TRUE(vecNotBack.empty() || !m_vecLeft.empty()) << stUndo.sDescription;
+        for (const std::wstring& tszLine : vecNotBack) {
+            EXPECT_TRUE(IsNamed(tszLine)) << testing::PrintToString(tszLine) << stUndo.sDescription;
+        }
+        std::vector<std::wstring> vecOutcome = {cRehearsed.tszEffects};
+        std::ranges::set_symmetric_difference(vecBefore, vecRehearsed, std::back_inserter(vecOutcome));
+        return vecOutcome;
+    }
+
+    /** Whether the last undo says that it leaves what a line of a snapshot is about. */
+    bool IsNamed(const std::wstring& _rtszLine) const
+    {
+        const std::wstring tszPlace = _rtszLine.substr(0, _rtszLine.find(L' '));
+        const std::wstring tszBelow = tszPlace.substr(std::min(tszPlace.find(L'\\'), tszPlace.size()));
+        const std::wstring tszKey = m_cBench.Key().substr(m_cBench.Key().rfind(L'\\') + 1); // in any view
+        return std::ranges::any_of(m_vecLeft, [&](const std::wstring& _rtszLeft) {
+            return _rtszLeft.find(tszPlace[0] == L'[' ? tszPlace : tszKey + tszBelow) != std::wstring::npos;
+        });
+    }
+
+    std::uint32_t Read(const std::wstring& _rtszPath)
+    {
+        return Documents::QueryValueAsLocalUpdate(m_stWorker, &m_stConfig, &_rtszPath);
+    }
+
+    UpdateBench m_cBench;
+    Worker m_stWorker;
+    LocalUpdateConfig m_stConfig;
+    std::vector<std::wstring> m_vecAfter; // the snapshot after the last update
+    std::vector<std::wstring> m_vecLeft;  // by the last undo
+};
+
+using Texts = std::vector<std::string>;
+
+/** Entries from "action name type value+flags"; the flag "over" is that of overwriting, others are of all access. */
+inline std::string Entries(const Texts& _rvecText, const std::string& _rsOpening, const std::string& _rsClosing)
+{
+    std::string sEntries;
+    for (const std::string& sText : _rvecText) {
+        const std::size_t uFlags = std::min(sText.find('+'), sText.size());
+        std::istringstream cText(sText.substr(0, uFlags));
+        sEntries += _rsOpening;
+        for (const std::string sField : {"Action", "Name", "Type", "Value"}) {
+            std::string sWord;
+            std::getline(cText, sWord, sField == "Value" ? '\0' : ' ');
+            sEntries += "<" + sField + ">" + sWord + "</" + sField + ">";
+        }
+        for (const auto& [szFlag, szField] :
+             {std::pair("+over", "<OverWrite>yes</OverWrite>"), std::pair("+Over", "<OverWrite>Yes</OverWrite>"),
+              std::pair("+no", "<AllAccess>no</AllAccess>"), std::pair("+yes", "<AllAccess>yes</AllAccess>"),
+              std::pair("+Yes", "<AllAccess>Yes</AllAccess>")}) {
+            sEntries += sText.find(szFlag, uFlags) != std::string::npos ? szField : "";
+        }
+        sEntries += _rsClosing;
+    }
+    return sEntries;
+}
+
+inline std::string Key(const Texts& _rvecEntry, const std::string& _rsPath = "@K@", const std::string& _rsRoot = "HKLM",
+                       const std::string& _rsMode = "")
+{
+    return "<registry><Root>" + _rsRoot + "</Root><Path>" + _rsPath + "</Path><AccessMode>" + _rsMode +
+           "</AccessMode>" + Entries(_rvecEntry, "<Key target='registry'>", "</Key>") + "</registry>";
+}
+
+inline std::string Ini(const Texts& _rvecEntry, const std::string& _rsSection = "A",
+                       const std::string& _rsPath = "@F@\\test.ini")
+{
+    return "<inifile><Path>" + _rsPath + "</Path><Section>" + _rsSection + "</Section>" +
+           Entries(_rvecEntry, "<Entry target='inifile'>", "</Entry>") + "</inifile>";
+}
+
+} // namespace UpdateTest
