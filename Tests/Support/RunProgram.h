@@ -22,9 +22,3 @@ int ExitStatusOf(const ZkCommon::Handle& _rhProcess);
 
 /** Runs a program from this one's folder, waits for it, and gathers what it wrote. */
 ProgramRun RunProgram(const std::wstring& _tszProgram, const std::vector<std::wstring>& _vecArgument);
-
-/** Runs vrnt.exe. */
-inline ProgramRun RunVrnt(const std::vector<std::wstring>& _vecArgument)
-{
-    return RunProgram(L"vrnt.exe", _vecArgument);
-}

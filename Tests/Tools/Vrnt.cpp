@@ -1,7 +1,7 @@
 // vrnt.exe as a person or a script runs it.
 
-#include "RunProgram.h"
 #include "TestProduct.h"
+#include "VrntTest.h"
 #include "ZkComn_String.h"
 
 #include <gmock/gmock.h>
@@ -41,14 +41,14 @@ protected:
 TEST_F(Vrnt, QueriesTheCatalogueAsJsonAndAsATable)
 {
     m_cProduct.Store(DocumentId::ServiceUnits, g_szCatalogue);
-    const ProgramRun stJson = RunVrnt({L"--json", L"query", L"service-units"});
+    const ProgramRun stJson = StartVrnt({L"--json", L"query", L"service-units"});
     EXPECT_EQ(stJson.iExitStatus, 0);
     EXPECT_EQ(Json::parse(stJson.sOutput), Json::parse(R"({"result": "0x00040200", "data": [{
         "layer": 1, "serviceType": 2048, "moduleType": 2, "startupType": 1, "loadOption": 0, "orderOfLoading": 16,
         "orderOfUnloading": 3, "concurrentUnloading": true, "sharedType": 0, "controllerType": 65536,
         "providerType": 0, "moduleName": "Protokoll\u00E4.dll", "version": "17.0.1",
         "allowToLoadInSetupMode": false}]})"));
-    const ProgramRun stTable = RunVrnt({L"query", L"service-units"});
+    const ProgramRun stTable = StartVrnt({L"query", L"service-units"});
     EXPECT_EQ(stTable.iExitStatus, 0);
     EXPECT_THAT(stTable.sOutput, HasSubstr("eControlLayer"));
     EXPECT_THAT(stTable.sOutput, HasSubstr("Protokoll\xC3\xA4.dll"));
@@ -57,7 +57,7 @@ TEST_F(Vrnt, QueriesTheCatalogueAsJsonAndAsATable)
 
 TEST_F(Vrnt, AMissingDocumentIsTheLibrarysFailureInWords)
 {
-    const ProgramRun stRun = RunVrnt({L"--json", L"query", L"service-units"});
+    const ProgramRun stRun = StartVrnt({L"--json", L"query", L"service-units"});
     EXPECT_EQ(stRun.iExitStatus, 1);
     EXPECT_EQ(Json::parse(stRun.sOutput), Json::parse(R"({"result": "0x80040201", "data": []})"));
     EXPECT_THAT(stRun.sError, IsOneLine());
@@ -78,6 +78,10 @@ TEST_F(Vrnt, AUsageErrorIsOneLineAndStatusTwo)
         {__LINE__, {L"qery"}, "qery"},
         {__LINE__, {L"query", L"service-unit"}, "service-unit"},
         {__LINE__, {L"query", L"service-units", L"--nonsense"}, "--nonsense"},
+        {__LINE__, {L"query", L"policy", L"--jsn"}, "did you mean --json?"},
+        {__LINE__, {L"query", L"policy", L"of", L"all"}, "\"of\" (a path or text with blanks needs quotation marks"},
+        {__LINE__, {L"query", L"key-config", L"--dir", L"C:\\a b\" --json"}, "backslash before the closing quotation"},
+        {__LINE__, {L"check", L"--document", L"policy", L"/nowhere/x.xml"}, "nowhere\\x.xml"},
         {__LINE__, {L"--module", L"Z:\\nowhere\\Varnhelt.dll", L"query", L"service-units"}, "nowhere"},
         {__LINE__, {L"trace", L"on", L"--level", L"12x"}, "12x"},
         {__LINE__, {L"trace", L"show", L"Z:\\nowhere.log"}, "nowhere.log"},
@@ -99,15 +103,21 @@ TEST_F(Vrnt, AUsageErrorIsOneLineAndStatusTwo)
 TEST_F(Vrnt, HelpGoesToTheOutputWithAnExample)
 {
     const std::vector<std::vector<std::wstring>> vecCommand = {
-        {L"query", L"service-units"}, {L"documents"},      {L"xen", L"encrypt"},
-        {L"xen", L"decrypt"},         {L"trace", L"on"},   {L"trace", L"off"},
-        {L"trace", L"status"},        {L"trace", L"show"},
+        {L"query", L"service-units"}, {L"query"},        {L"documents"},     {L"xen", L"encrypt"},
+        {L"xen", L"decrypt"},         {L"trace", L"on"}, {L"trace", L"off"}, {L"trace", L"status"},
+        {L"trace", L"show"},
     };
     for (std::vector<std::wstring> vecArgument : vecCommand) {
         vecArgument.emplace_back(L"--help");
         const ProgramRun stRun = RunVrnt(vecArgument);
         EXPECT_EQ(stRun.iExitStatus, 0);
+        EXPECT_THAT(stRun.sOutput, HasSubstr("Usage: vrnt " + ZkCommon::String::ToUtf8(vecArgument.front())));
         EXPECT_THAT(stRun.sOutput, HasSubstr("Example: vrnt "));
+        vecArgument.back() = L"/?";
+        EXPECT_EQ(RunVrnt(vecArgument).sOutput, stRun.sOutput);
+        vecArgument.pop_back();
+        vecArgument.insert(vecArgument.begin(), L"help");
+        EXPECT_EQ(RunVrnt(vecArgument).sOutput, stRun.sOutput);
         EXPECT_THAT(stRun.sError, IsEmpty());
     }
 }
@@ -158,13 +168,13 @@ TEST_F(Vrnt, DocumentsTellsWhatIsInstalled)
 TEST_F(Vrnt, ATracedQueryLeavesAFileThatTraceShowReads)
 {
     const TempFolder cLogs;
-    ASSERT_EQ(RunVrnt({L"trace", L"on", L"--folder", cLogs.Path().wstring()}).iExitStatus, 0);
-    const Json jsOn = Json::parse(RunVrnt({L"--json", L"trace", L"status"}).sOutput)["data"]["interactive"];
+    ASSERT_EQ(StartVrnt({L"trace", L"on", L"--folder", cLogs.Path().wstring()}).iExitStatus, 0);
+    const Json jsOn = Json::parse(StartVrnt({L"--json", L"trace", L"status"}).sOutput)["data"]["interactive"];
     EXPECT_EQ(jsOn["enabled"], true);
     EXPECT_EQ(jsOn["level"], 0x111);
-    RunVrnt({L"query", L"service-units"});
-    ASSERT_EQ(RunVrnt({L"trace", L"off"}).iExitStatus, 0);
-    RunVrnt({L"query", L"service-units"});
+    StartVrnt({L"query", L"service-units"});
+    ASSERT_EQ(StartVrnt({L"trace", L"off"}).iExitStatus, 0);
+    StartVrnt({L"query", L"service-units"});
 
     const std::string sLog = cLogs.Read(L"vqxVarnhelt.log");
     const std::string sFirst = sLog.substr(0, sLog.find("\r\n"));
@@ -172,12 +182,12 @@ TEST_F(Vrnt, ATracedQueryLeavesAFileThatTraceShowReads)
                                      "<Varnhelt> \\*\\*\\*Varnhelt\\.dll was loaded as process attach\\. - "
                                      "Varnhelt\\(\\d+\\)"));
     const std::wstring tszFile = cLogs.File(L"vqxVarnhelt.log");
-    const Json jsAll = Json::parse(RunVrnt({L"--json", L"trace", L"show", tszFile}).sOutput)["data"];
+    const Json jsAll = Json::parse(StartVrnt({L"--json", L"trace", L"show", tszFile}).sOutput)["data"];
     EXPECT_EQ(jsAll.back()["text"], "***Varnhelt.dll was unloaded as process detach.");
     EXPECT_EQ(jsAll.back()["source"], "Varnhelt");
     EXPECT_EQ(std::count(sLog.begin(), sLog.end(), '\n'), static_cast<std::ptrdiff_t>(jsAll.size()));
     const Json jsErrors = Json::parse(
-        RunVrnt({L"--json", L"trace", L"show", tszFile, L"--errors", L"--grep", L"tszXmlFile"}).sOutput)["data"];
+        StartVrnt({L"--json", L"trace", L"show", tszFile, L"--errors", L"--grep", L"tszXmlFile"}).sOutput)["data"];
     ASSERT_EQ(jsErrors.size(), 1U);
     EXPECT_EQ(jsErrors[0]["text"], "*** CFunctionXml::QueryValueAsServiceUnit() - tszXmlFile is empty");
     EXPECT_EQ(jsErrors[0]["level"], "error");

@@ -1,9 +1,9 @@
 // What the tool tells the authors of documents.
 
-#include "RunProgram.h"
 #include "TempFolder.h"
 #include "TestKey.h"
 #include "TestProduct.h"
+#include "VrntTest.h"
 #include "ZkComn_String.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 // The tool's commands for compatibility, deployment and registry documents.
 
-#include "RunProgram.h"
 #include "TestProduct.h"
+#include "VrntTest.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -45,14 +45,6 @@ protected:
     TestProduct m_cProduct;
 };
 
-struct Row
-{
-    int iLine;
-    std::vector<std::wstring> vecArgument;
-    const char* szData;  // in JSON
-    const char* szCells; // in the table, an expression
-};
-
 TEST_F(VrntDeploy, EveryQueryPrintsItsRecordsAsJsonAndAsATable)
 {
     const std::string sKey = R"("key": "K", "name": "N", "type": 4, "data": "7", "action": 5, "on": 1,
@@ -64,7 +56,7 @@ TEST_F(VrntDeploy, EveryQueryPrintsItsRecordsAsJsonAndAsATable)
         "compareVersion": false}], "keys": [{"root": null, )" +
         sKey + R"(], "shortcuts": [{"id": "", "action": 0, "name": "s", "target": "", "arguments": "", "icon": "",
         "description": "", "rootProductDirectory": ""}]}])";
-    const Row aRow[] = {
+    const AnswerRow aRow[] = {
         {__LINE__,
          {L"query", L"compatibility", L"--dir", Folder()},
          R"([{"platformMajorVersion": "6", "platformMinorVersion": "", "platformReVersion": "", "platformBuild": "",
@@ -74,7 +66,7 @@ TEST_F(VrntDeploy, EveryQueryPrintsItsRecordsAsJsonAndAsATable)
               "type": "", "plat": "", "lang": "", "oem": "", "region": "", "ver": "0"}],
               "messages": [{"locale": "EN-US", "message": "m"}]}]}])",
          "6 .*IS .*PreInstallUpdate +Block +yes"},
-        {__LINE__, {L"query", L"key-config", L"--dir", Folder()}, sKeyConfig.c_str(), "HKCU +K +N +dword +7 +write"},
+        {__LINE__, {L"query", L"key-config", L"--dir", Folder()}, sKeyConfig, "HKCU +K +N +dword +7 +write"},
         {__LINE__,
          {L"query", L"registry-data", L"--file", File(L"data.xml"), L"--label", L"x", L"--label", L"a"},
          R"([{"root": "HKLM", "subKey": "S", "allAccess": true, "name": "n", "type": 11,
@@ -87,20 +79,10 @@ TEST_F(VrntDeploy, EveryQueryPrintsItsRecordsAsJsonAndAsATable)
         {__LINE__,
          {L"direct", L"component", L"--dir", Folder(), L"--file", L"c.xen", L"--section", L"install", L"--run-mode",
           L"0x0"},
-         sComponent.c_str(),
+         sComponent,
          "C +D +file +remove +f"},
     };
-    for (const Row& stRow : aRow) {
-        const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
-        std::vector<std::wstring> vecArgument = stRow.vecArgument;
-        const ProgramRun stTable = RunVrnt(vecArgument);
-        EXPECT_EQ(stTable.iExitStatus, 0);
-        EXPECT_THAT(stTable.sOutput, ContainsRegex(stRow.szCells));
-        vecArgument.insert(vecArgument.begin(), L"--json");
-        const ProgramRun stJson = RunVrnt(vecArgument);
-        ASSERT_TRUE(Json::accept(stJson.sOutput)) << stJson.sOutput << stJson.sError;
-        EXPECT_EQ(Json::parse(stJson.sOutput), Json({{"result", "0x00040200"}, {"data", Json::parse(stRow.szData)}}));
-    }
+    ExpectAnswers(aRow);
 }
 
 TEST_F(VrntDeploy, StoresTakeWhatTheQueriesPrintAndRefuseTheRestByItsPlace)

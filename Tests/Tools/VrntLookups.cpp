@@ -1,7 +1,7 @@
 // The tool's queries for component numbers, versions, competitors and threats.
 
-#include "RunProgram.h"
 #include "TestProduct.h"
+#include "VrntTest.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -39,18 +39,10 @@ protected:
     TestProduct m_cProduct;
 };
 
-struct Row
-{
-    int iLine;
-    std::vector<std::wstring> vecArgument;
-    const char* szData;  // in JSON
-    const char* szCells; // in the table, an expression
-};
-
 TEST_F(VrntLookups, EveryCommandPrintsItsRecordsAsJsonAndAsATable)
 {
     const std::wstring tszFolder = m_cProduct.Folder().Path().wstring();
-    const Row aRow[] = {
+    const AnswerRow aRow[] = {
         {__LINE__,
          {L"query", L"pu-ids"},
          R"({"pattern": [], "engine": [16], "product": []})",
@@ -89,18 +81,7 @@ TEST_F(VrntLookups, EveryCommandPrintsItsRecordsAsJsonAndAsATable)
          R"({"id": 1, "text": "n", "secondText": "d"})",
          "1 +n +d"},
     };
-    for (const Row& stRow : aRow) {
-        const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
-        std::vector<std::wstring> vecArgument = stRow.vecArgument;
-        const ProgramRun stTable = RunVrnt(vecArgument);
-        EXPECT_EQ(stTable.iExitStatus, 0);
-        EXPECT_THAT(stTable.sOutput, ContainsRegex(stRow.szCells));
-        EXPECT_THAT(stTable.sError, IsEmpty());
-        vecArgument.insert(vecArgument.begin(), L"--json");
-        const ProgramRun stJson = RunVrnt(vecArgument);
-        ASSERT_TRUE(Json::accept(stJson.sOutput)) << stJson.sOutput << stJson.sError;
-        EXPECT_EQ(Json::parse(stJson.sOutput), Json({{"result", "0x00040200"}, {"data", Json::parse(stRow.szData)}}));
-    }
+    ExpectAnswers(aRow);
 }
 
 TEST_F(VrntLookups, WhatIsNotThereIsTheLibrarysFailureAndABadArgumentTheUsers)

@@ -1,7 +1,7 @@
 // vrnt.exe asks for the policy and stores it.
 
-#include "RunProgram.h"
 #include "TestProduct.h"
+#include "VrntTest.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -69,13 +69,13 @@ TEST_F(VrntPolicy, RecordsThatDoNotFitAreRefusedByTheirPlaceAndNothingIsStored)
         {__LINE__, "/0", "[]", "[0] must be an object"},
         {__LINE__, "/0/permission", nullptr, "[0].permission is missing"},
         {__LINE__, "/0/permission", "3", "[0].permission must be one of 0 (eDeny)"},
-        {__LINE__, "/0/permission", "\"eAllow\"", "[0].permission must be a whole number"},
+        {__LINE__, "/0/permission", "\"eAlow\"", "[0].permission must be one of 0 (eDeny)"},
         {__LINE__, "/0/allowToLoadInSetupMode", "1", "[0].allowToLoadInSetupMode must be true or false"},
         {__LINE__, "/0/providers", "null", "[0].providers must be an array"},
         {__LINE__, "/0/providers/0/deployState", "-1", "[0].providers[0].deployState must be a whole number"},
         {__LINE__, "/0/providers/0/deployState", "1.5", "[0].providers[0].deployState must be a whole number"},
         {__LINE__, "/0/providers/0/deployState", "4294967296", "[0].providers[0].deployState must be a whole number"},
-        {__LINE__, "/0/providers/0/deploystate", "1", "[0].providers[0].deploystate is no key"},
+        {__LINE__, "/0/providers/0/deploystate", "1", "[0].providers[0].deploystate is not a key"},
     };
     for (const auto& stRow : aRow) {
         const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");

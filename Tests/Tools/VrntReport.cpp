@@ -1,7 +1,7 @@
 // vrnt.exe writes the installed configuration on a page.
 
-#include "RunProgram.h"
 #include "TestProduct.h"
+#include "VrntTest.h"
 
 #include <algorithm>
 #include <filesystem>

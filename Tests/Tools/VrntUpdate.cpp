@@ -1,7 +1,7 @@
 // vrnt update: the rehearsal's JSON, the update, the way back, and what is refused.
 
-#include "RunProgram.h"
 #include "UpdateBench.h"
+#include "VrntTest.h"
 #include "ZkComn_String.h"
 
 #include <filesystem>

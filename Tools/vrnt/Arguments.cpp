@@ -17,6 +17,10 @@ std::wstring ToFullPath(const std::string& _rsUtf8)
     if (_rsUtf8.empty()) {
         throw UsageError("an empty path names no file");
     }
+    if (_rsUtf8.find('"') != std::string::npos) {
+        throw UsageError("a quotation mark is in the path \"" + _rsUtf8 +
+                         "\": leave out the backslash before the closing quotation mark");
+    }
     return std::filesystem::absolute(ToWide(_rsUtf8)).wstring();
 }
 
@@ -24,7 +28,7 @@ std::uint32_t ToNumber(const char* _szOption, const std::string& _rsUtf8)
 {
     const std::optional<std::uint32_t> ulValue = ZkCommon::String::ToWholeNumber(ToWide(_rsUtf8));
     if (!ulValue) {
-        throw UsageError(std::string(_szOption) + ": \"" + _rsUtf8 + "\" is no number of 32 bits");
+        throw UsageError(std::string(_szOption) + ": \"" + _rsUtf8 + "\" is not a number of 32 bits");
     }
     return *ulValue;
 }

@@ -1,112 +1,188 @@
+// The one file that knows the command-line library.
+
 #include "CommandLine.h"
 
 #include "Arguments.h"
 #include "Check/Nearest.h"
+#include "CommandHelp.h"
+#include "Commands/Commands.h"
 #include "Output/Output.h"
-#include "Tool.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_String.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>
-#include <vector>
 
 namespace Vrnt {
 
 namespace {
 
-/** The arguments in UTF-8, last first: the order in which the parser takes them. */
-std::vector<std::string> Arguments(int _iCount, wchar_t** _ppArguments)
+constexpr const Command* g_apCommand[] = {&g_stQuery, &g_stStore,  &g_stDirect,    &g_stUpdate, &g_stXen,
+                                          &g_stCheck, &g_stSchema, &g_stDocuments, &g_stTrace,  &g_stReport};
+
+constexpr Command g_stWhole{
+    .szName = "vrnt",
+    .szHelp = "Asks Varnhelt.dll for configuration, and prepares and inspects the product's documents.",
+    .szExample = "vrnt documents",
+    .szNote = "Exit status: 0 success, 1 a failure code, 2 a usage error or an input file that cannot be read. "
+              "vrnt --version prints the version.",
+    .aCommand = g_apCommand};
+
+/** A command line while it is parsed: the command that it reaches, and the values. */
+struct Parsed
+{
+    const Command* pCommand = &g_stWhole;
+    std::string sPath = g_stWhole.szName;
+    Arguments cArguments;
+};
+
+void AddArgument(CLI::App& _rApp, const Argument& _rstArgument, Parsed& _rstParsed)
+{
+    if (_rstArgument.IsFlag()) {
+        _rApp.add_flag_callback(_rstArgument.szName, [&] { _rstParsed.cArguments.Set(_rstArgument, {}); });
+        return;
+    }
+    CLI::Option* pOption = _rApp.add_option(_rstArgument.szName, [&](const CLI::results_t& _rvecValue) {
+        _rstParsed.cArguments.Set(_rstArgument, _rvecValue);
+        return true;
+    });
+    pOption->required(_rstArgument.bRequired);
+    if (_rstArgument.bRepeats) {
+        pOption->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args(_rstArgument.IsPositional());
+    }
+    if (_rstArgument.pfnChoices != nullptr) {
+        pOption->check(CLI::IsMember(_rstArgument.pfnChoices()));
+    }
+}
+
+/** Adds what is below a command: its arguments, or its commands with theirs. */
+void AddBelow(CLI::App& _rApp, const Command& _rstCommand, Parsed& _rstParsed)
+{
+    for (const Argument* pArgument : _rstCommand.aArgument) {
+        AddArgument(_rApp, *pArgument, _rstParsed);
+    }
+    for (const Argument* pArgument : _rstCommand.aArgument) {
+        if (pArgument->pExcludes != nullptr) {
+            _rApp.get_option(pArgument->szName)->excludes(_rApp.get_option(pArgument->pExcludes->szName));
+        }
+    }
+    if (!_rstCommand.aCommand.empty()) {
+        _rApp.require_subcommand(1);
+    }
+    for (const Command* pCommand : _rstCommand.aCommand) {
+        CLI::App* pApp = _rApp.add_subcommand(pCommand->szName);
+        pApp->preparse_callback([&_rstParsed, pCommand](std::size_t) {
+            _rstParsed.pCommand = pCommand;
+            _rstParsed.sPath += std::string(" ") + pCommand->szName;
+        });
+        AddBelow(*pApp, *pCommand, _rstParsed);
+    }
+}
+
+void Configure(CLI::App& _rApp, Parsed& _rstParsed)
+{
+    _rApp.allow_windows_style_options(false); // "/x/y" is a path
+    _rApp.fallthrough();                      // the options of every command are accepted after it, too
+    _rApp.set_help_flag();
+    for (const Argument* pArgument : GlobalArguments()) {
+        if (pArgument == &g_stHelp) {
+            _rApp.set_help_flag("-h,--help");
+        } else {
+            AddArgument(_rApp, *pArgument, _rstParsed);
+        }
+    }
+    _rApp.set_version_flag("-V,--version", "vrnt " VARNHELT_VERSION);
+    AddBelow(_rApp, g_stWhole, _rstParsed);
+}
+
+/** The arguments in UTF-8, last first: the order in which the parser reads them. Other ways to ask for help are one. */
+std::vector<std::string> ToUtf8(int _iCount, wchar_t** _ppArguments)
 {
     std::vector<std::string> vecArgument;
-    for (int i = _iCount - 1; i > 0; --i) {
-        vecArgument.push_back(ZkCommon::String::ToUtf8(_ppArguments[i]));
+    for (int i = 1; i < _iCount; ++i) {
+        const std::string sArgument = ZkCommon::String::ToUtf8(_ppArguments[i]);
+        vecArgument.push_back(sArgument == "/?" || sArgument == "-?" ? "--help" : sArgument);
     }
+    if (!vecArgument.empty() && vecArgument.front() == "help") {
+        vecArgument.erase(vecArgument.begin());
+        vecArgument.emplace_back("--help");
+    }
+    std::reverse(vecArgument.begin(), vecArgument.end());
     return vecArgument;
 }
 
-void Configure(Tool& _rTool)
-{
-    CLI::App& rApp = _rTool.cApp;
-    rApp.name("vrnt");
-    rApp.require_subcommand(1);
-    rApp.add_option("--module", _rTool.stOptions.sModule, "The library to load (default: Varnhelt.dll beside vrnt.exe)")
-        ->type_name("PATH");
-    rApp.add_flag("--json", _rTool.stOptions.bJson, R"(Print one JSON object: {"result": ..., "data": ...})");
-    rApp.footer("Exit status: 0 success, 1 a failure code, 2 a usage error or an input file that cannot be read.\n"
-                "vrnt COMMAND --help tells more of each command.");
-    AddQuery(_rTool);
-    AddStore(_rTool);
-    AddDirect(_rTool);
-    AddUpdate(_rTool);
-    AddXen(_rTool);
-    AddCheck(_rTool);
-    AddSchema(_rTool);
-    AddDocuments(_rTool);
-    AddTrace(_rTool);
-    AddReport(_rTool);
-}
-
-/** The deepest command that the arguments have reached. */
-const CLI::App* Reached(const CLI::App& _rApp)
-{
-    const CLI::App* pApp = &_rApp;
-    while (!pApp->get_subcommands().empty()) {
-        pApp = pApp->get_subcommands().front();
-    }
-    return pApp;
-}
-
-/** "; did you mean ...?", when one of the known words is near. */
+/** "; did you mean ...?", when one of the known words is near. Dashes are no letters. */
 std::string DidYouMean(const std::string& _rsWord, const std::vector<std::string>& _rvecKnown)
 {
+    const auto WithoutDashes = [](const std::string& _rsText) {
+        return ToWide(_rsText.substr(std::min(_rsText.find_first_not_of('-'), _rsText.size())));
+    };
     std::vector<std::wstring> vecKnown;
-    std::transform(_rvecKnown.begin(), _rvecKnown.end(), std::back_inserter(vecKnown), &ToWide);
-    const std::wstring_view svNearest = Nearest(ToWide(_rsWord), {vecKnown.begin(), vecKnown.end()});
-    return svNearest.empty() ? "" : "; did you mean " + ZkCommon::String::ToUtf8(svNearest) + "?";
+    std::transform(_rvecKnown.begin(), _rvecKnown.end(), std::back_inserter(vecKnown), WithoutDashes);
+    const std::wstring_view svNearest = Nearest(WithoutDashes(_rsWord), {vecKnown.begin(), vecKnown.end()});
+    const auto itNearest = std::find(vecKnown.begin(), vecKnown.end(), svNearest);
+    return itNearest == vecKnown.end()
+               ? ""
+               : "; did you mean " + _rvecKnown[static_cast<std::size_t>(itNearest - vecKnown.begin())] + "?";
 }
 
-/** The options of a command and of all that stand above it. */
-std::vector<std::string> OptionsOf(const CLI::App* _pApp)
+/** The options that a command accepts. */
+std::vector<std::string> OptionsOf(const Command& _rstCommand)
 {
     std::vector<std::string> vecName;
-    for (; _pApp != nullptr; _pApp = _pApp->get_parent()) {
-        for (const CLI::Option* pOption : _pApp->get_options()) {
-            for (const std::string& sName : pOption->get_lnames()) {
-                vecName.push_back("--" + sName);
+    for (const std::span<const Argument* const> aArgument : {_rstCommand.aArgument, GlobalArguments()}) {
+        for (const Argument* pArgument : aArgument) {
+            if (!pArgument->IsPositional()) {
+                vecName.emplace_back(pArgument->szName);
             }
         }
     }
     return vecName;
 }
 
-/** What is wrong with the arguments, naming the word that nothing knows where the parser only misses a command. */
-std::string Explain(const CLI::App& _rApp, const CLI::ParseError& _rError)
+std::vector<std::string> NamesOf(std::span<const Command* const> _aCommand)
 {
-    const CLI::App* pReached = Reached(_rApp);
-    const bool bMissesCommand = dynamic_cast<const CLI::RequiredError*>(&_rError) != nullptr &&
-                                !pReached->get_subcommands([](const CLI::App*) { return true; }).empty();
+    std::vector<std::string> vecName;
+    for (const Command* pCommand : _aCommand) {
+        vecName.emplace_back(pCommand->szName);
+    }
+    return vecName;
+}
+
+/** What a quotation mark within an argument means: the shell took \" for one. Empty where there is none. */
+std::string QuotingSlip(const std::vector<std::string>& _rvecArgument)
+{
+    const auto Has = [](const std::string& _rsArgument) { return _rsArgument.find('"') != std::string::npos; };
+    const auto itSlip = std::find_if(_rvecArgument.begin(), _rvecArgument.end(), Has);
+    return itSlip == _rvecArgument.end() ? ""
+                                         : "; a quotation mark is in the argument \"" + *itSlip +
+                                               "\": leave out the backslash before the closing quotation mark";
+}
+
+/** What is wrong with the arguments, in terms of the command that they reach. */
+std::string Explain(const CLI::App& _rApp, const Parsed& _rstParsed, const CLI::ParseError& _rError)
+{
     const std::vector<std::string> vecUnknown = _rApp.remaining(true);
     const auto itOption = std::find_if(vecUnknown.begin(), vecUnknown.end(),
-                                       [](const std::string& _rsWord) { return _rsWord.starts_with("--"); });
+                                       [](const std::string& _rsWord) { return _rsWord.starts_with("-"); });
     if (itOption != vecUnknown.end()) {
         const std::string sName = itOption->substr(0, itOption->find('='));
-        return "unknown option " + sName + DidYouMean(sName, OptionsOf(pReached));
+        const std::string sSuggestion = DidYouMean(sName, OptionsOf(*_rstParsed.pCommand));
+        return "unknown option " + sName +
+               (sSuggestion.empty() ? "; " + _rstParsed.sPath + " --help lists the options" : sSuggestion);
     }
-    if (!bMissesCommand) {
-        return _rError.what();
+    if (_rstParsed.pCommand->pfnRun == nullptr) {
+        const std::vector<std::string> vecKnown = NamesOf(_rstParsed.pCommand->aCommand);
+        return vecUnknown.empty() ? "a command is missing after \"" + _rstParsed.sPath + "\": " + Joined(vecKnown)
+                                  : "unknown command \"" + vecUnknown.front() + "\": there are " + Joined(vecKnown) +
+                                        DidYouMean(vecUnknown.front(), vecKnown);
     }
-    std::vector<std::string> vecKnown;
-    for (const CLI::App* pCommand : pReached->get_subcommands([](const CLI::App*) { return true; })) {
-        if (!pCommand->get_name().empty()) { // a group of options has none
-            vecKnown.push_back(pCommand->get_name());
-        }
+    if (!vecUnknown.empty() && dynamic_cast<const CLI::ExtrasError*>(&_rError) != nullptr) {
+        return "unexpected argument \"" + vecUnknown.front() +
+               "\" (a path or text with blanks needs quotation marks around it)";
     }
-    const std::string sKnown = CLI::detail::join(vecKnown, ", ");
-    return sKnown.empty()       ? std::string(_rError.what())
-           : vecUnknown.empty() ? "a command is missing: " + sKnown
-                                : "unknown command \"" + vecUnknown.front() + "\": there are " + sKnown +
-                                      DidYouMean(vecUnknown.front(), vecKnown);
+    return _rError.what();
 }
 
 int Complain(const std::string& _rsText)
@@ -117,20 +193,34 @@ int Complain(const std::string& _rsText)
     return ExitUsage;
 }
 
+int RunCommand(const Parsed& _rstParsed)
+{
+    Tool stTool;
+    stTool.stOptions = {_rstParsed.cArguments.Text(g_stModule), _rstParsed.cArguments.Has(g_stJson)};
+    _rstParsed.pCommand->pfnRun(stTool, _rstParsed.cArguments);
+    return stTool.iExitStatus;
+}
+
 } // namespace
 
 int Run(int _iCount, wchar_t** _ppArguments)
 {
-    Tool stTool;
-    Configure(stTool);
+    const std::vector<std::string> vecArgument = ToUtf8(_iCount, _ppArguments);
+    Parsed stParsed;
+    CLI::App cApp;
+    Configure(cApp, stParsed);
     try {
-        stTool.cApp.parse(Arguments(_iCount, _ppArguments));
-        return stTool.iExitStatus;
+        std::vector<std::string> vecLeft = vecArgument;
+        cApp.parse(vecLeft);
+        return RunCommand(stParsed);
     } catch (const CLI::CallForHelp&) {
-        Write(Reached(stTool.cApp)->help());
+        Write(HelpOf(*stParsed.pCommand, stParsed.sPath));
+        return ExitSuccess;
+    } catch (const CLI::CallForVersion& rVersion) {
+        Write(std::string(rVersion.what()) + "\n");
         return ExitSuccess;
     } catch (const CLI::ParseError& rError) {
-        return Complain(Explain(stTool.cApp, rError));
+        return Complain(Explain(cApp, stParsed, rError) + QuotingSlip(vecArgument));
     } catch (const UsageError& rError) {
         return Complain(rError.what());
     } catch (ZkCommon::Exception::Base* pError) {

@@ -1,9 +1,10 @@
 #include "Check/DocumentCheck.h"
 
+#include "Arguments.h"
 #include "Check/DocumentShape.h"
 #include "Check/Nearest.h"
 #include "Output/InputFile.h"
-#include "Tool.h"
+#include "Output/Output.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_FileCrypt.h"
 #include "ZkComn_String.h"

@@ -83,9 +83,6 @@ ElementShape ShapeOf(const Varnhelt::Document& _rstDocument);
 /** Whether it is one of the tables of threats. */
 bool IsThreats(const Varnhelt::Document& _rstDocument);
 
-/** A text of a document in quotation marks, on one line and not too long. */
-std::string Quoted(std::wstring_view _svText);
-
 /** What an absent text is read as, in words: "eNone", "0", "true"; empty for the empty text. */
 std::wstring DefaultWord(const TextShape& _rstText);
 

@@ -16,6 +16,7 @@
 #include "Documents/Threats.h"
 #include "Documents/UpdateWords.h"
 #include "Documents/VersionInfo.h"
+#include "Output/Output.h"
 #include "Update/LocalUpdateAgent.h"
 #include "ZkComn_Platform.h"
 #include "ZkComn_String.h"
@@ -324,15 +325,6 @@ ElementShape StartShape(DocumentId _enDocument)
 bool IsThreats(const Varnhelt::Document& _rstDocument)
 {
     return _rstDocument.enId == DocumentId::ThreatsOrkap || _rstDocument.enId == DocumentId::ThreatsElmap;
-}
-
-std::string Quoted(std::wstring_view _svText)
-{
-    constexpr std::size_t uShown = 80;
-    std::wstring tszText(_svText.substr(0, uShown));
-    std::ranges::replace_if(
-        tszText, [](wchar_t _c) { return _c < L' '; }, L' ');
-    return "\"" + ToUtf8(tszText) + (_svText.size() > uShown ? "..." : "") + "\"";
 }
 
 bool ElementShape::Matches(std::wstring_view _svName) const

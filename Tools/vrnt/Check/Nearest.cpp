@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cwctype>
-#include <numeric>
+#include <limits>
+#include <utility>
 
 namespace Vrnt {
 

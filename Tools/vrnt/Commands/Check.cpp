@@ -1,23 +1,19 @@
 // vrnt check: tells an author what a reader would make of a document.
 
 #include "Check/DocumentCheck.h"
-#include "Commands/DocumentArgument.h"
+#include "Commands/Commands.h"
+#include "Commands/CommonArguments.h"
 #include "Output/Output.h"
 #include "Output/ProgressLine.h"
 #include "SrvFrwk_ResultCode.h"
-#include "Tool.h"
-
-#include <memory>
 
 namespace Vrnt {
 
 namespace {
 
-struct CheckOptions
-{
-    std::string sDocument;
-    std::string sFile;
-};
+constexpr Argument g_stFile{
+    .szName = "FILE", .szHelp = "The document, plain or encrypted; it is only read", .bRequired = true};
+constexpr const Argument* g_apArgument[] = {&g_stDocumentKind, &g_stFile};
 
 std::string ToText(const std::vector<Finding>& _rvecFinding, const std::string& _rsFile)
 {
@@ -35,42 +31,39 @@ std::string ToText(const std::vector<Finding>& _rvecFinding, const std::string& 
 
 Json ToJson(const std::vector<Finding>& _rvecFinding)
 {
-    Json jsFindings = Json::array();
+    Json jsFindings = Json::Array();
     for (const Finding& stFinding : _rvecFinding) {
-        jsFindings.push_back({{"line", stFinding.ulLine},
-                              {"severity", SeverityText(stFinding.enSeverity)},
-                              {"element", stFinding.sElement},
-                              {"text", stFinding.sText}});
+        jsFindings.Add({{"line", stFinding.ulLine},
+                        {"severity", SeverityText(stFinding.enSeverity)},
+                        {"element", stFinding.sElement},
+                        {"text", stFinding.sText}});
     }
     return jsFindings;
 }
 
-void Check(Tool& _rTool, const CheckOptions& _rstOptions)
+void Run(Tool& _rTool, const Arguments& _rArguments)
 {
-    ProgressLine cProgress("Checking " + _rstOptions.sFile);
+    const std::string& rsFile = _rArguments.Text(g_stFile);
+    ProgressLine cProgress("Checking " + rsFile);
     const std::vector<Finding> vecFinding =
-        CheckDocument(DocumentNamed(_rstOptions.sDocument), ToFullPath(_rstOptions.sFile), cProgress.Teller());
+        CheckDocument(DocumentKind(_rArguments), _rArguments.Path(g_stFile), cProgress.Teller());
     cProgress.End();
     if (_rTool.stOptions.bJson) {
         const std::uint32_t ulResult = vecFinding.empty() ? SrvFrwk::Result::g_ulSuccess : SrvFrwk::Result::g_ulFailed;
         WriteJson(ulResult, ToJson(vecFinding));
     } else {
-        Write(ToText(vecFinding, _rstOptions.sFile));
+        Write(ToText(vecFinding, rsFile));
     }
     _rTool.iExitStatus = vecFinding.empty() ? ExitSuccess : ExitFailure;
 }
 
 } // namespace
 
-void AddCheck(Tool& _rTool)
-{
-    const auto pOptions = std::make_shared<CheckOptions>();
-    CLI::App* pCheck = _rTool.cApp.add_subcommand(
-        "check", "Tell what a reader would default, skip or refuse in a document; status 1 when there is anything");
-    AddDocumentOption(pCheck, pOptions->sDocument);
-    pCheck->add_option("FILE", pOptions->sFile, "The document, plain or encrypted; it is only read")->required();
-    pCheck->footer("Example: vrnt check --document policy FwPolicy.xml");
-    pCheck->callback([&_rTool, pOptions] { Check(_rTool, *pOptions); });
-}
+constinit const Command g_stCheck{
+    .szName = "check",
+    .szHelp = "Report what a reader would default, skip or refuse in a document; status 1 when there is anything",
+    .szExample = "vrnt check --document policy FwPolicy.xml",
+    .aArgument = g_apArgument,
+    .pfnRun = &Run};
 
 } // namespace Vrnt

@@ -1,6 +1,4 @@
-// vrnt query enforce-data
-
-#include "Commands/QueryCommands.h"
+#include "Commands/Commands.h"
 #include "Documents/EnforceData.h"
 #include "Machine/Host.h"
 #include "SrvFrwk_ValueType.h"
@@ -12,21 +10,14 @@ namespace Vrnt {
 
 namespace {
 
-namespace Documents = Varnhelt::Documents;
-
-std::string Word(const Frwk::WordTable& _rstWords, std::uint32_t _ulValue)
-{
-    return ZkCommon::String::ToUtf8(Frwk::Utility::ToText(_rstWords, _ulValue));
-}
-
-/** What a provider needs first; nothing where it needs none. */
+/** What a provider needs first; empty where it needs none. */
 std::string DependencyOf(const SrvFrwk::DataProvider& _rstProvider)
 {
     if (_rstProvider.ulDependencyController == 0 && _rstProvider.ulDependencyProvider == 0) {
         return {};
     }
-    return Word(Frwk::Words::g_stControllerType, _rstProvider.ulDependencyController) + " " +
-           Word(Frwk::Words::g_stProviderType, _rstProvider.ulDependencyProvider);
+    return WordText(Frwk::Words::g_stControllerType, _rstProvider.ulDependencyController) + " " +
+           WordText(Frwk::Words::g_stProviderType, _rstProvider.ulDependencyProvider);
 }
 
 /** A line for each controller, and below it one for each of its providers: as much of them as a screen takes. */
@@ -36,35 +27,37 @@ Table DataTable(const std::vector<SrvFrwk::DataController>& _rvecController)
                   "component number", "needs first", "module name", "version", "initialize"});
     const auto Add = [&](const auto& _rstRecord, const std::string& _rsProvider, const std::string& _rsComponent,
                          const std::string& _rsNeeds) {
-        cTable.Add({Word(Frwk::Words::g_stControllerType, _rstRecord.ulControllerType), _rsProvider,
-                    Word(Frwk::Words::g_stModuleType, _rstRecord.ulModuleType),
-                    Word(Frwk::Words::g_stStartupType, _rstRecord.ulStartupType),
+        cTable.Add({WordText(Frwk::Words::g_stControllerType, _rstRecord.ulControllerType), _rsProvider,
+                    WordText(Frwk::Words::g_stModuleType, _rstRecord.ulModuleType),
+                    WordText(Frwk::Words::g_stStartupType, _rstRecord.ulStartupType),
                     std::to_string(_rstRecord.ulOrderOfLoading), std::to_string(_rstRecord.ulOrderOfUnloading),
                     _rsComponent, _rsNeeds, ZkCommon::String::ToUtf8(_rstRecord.tszModuleName),
                     ZkCommon::String::ToUtf8(_rstRecord.tszVersion),
-                    Word(Frwk::Words::g_stDelayInitialize, _rstRecord.ulInitializeOption)});
+                    WordText(Frwk::Words::g_stDelayInitialize, _rstRecord.ulInitializeOption)});
     };
     for (const SrvFrwk::DataController& stController : _rvecController) {
         Add(stController, "", Hexadecimal(stController.ulUpdateComponentNumber), "");
         for (const SrvFrwk::DataProvider& stProvider : stController.vecProvider) {
-            Add(stProvider, Word(Frwk::Words::g_stProviderType, stProvider.ulProviderType), "",
+            Add(stProvider, WordText(Frwk::Words::g_stProviderType, stProvider.ulProviderType), "",
                 DependencyOf(stProvider));
         }
     }
     return cTable;
 }
 
+void Run(Tool& _rTool, const Arguments&)
+{
+    std::vector<SrvFrwk::DataController> vecController;
+    const std::uint32_t ulResult = Query(_rTool, SrvFrwk::ValueType::g_ulEnforceData, &vecController, nullptr);
+    PrintAnswer(_rTool, ulResult, RecordsToJson(vecController, Varnhelt::Documents::g_stDataController),
+                DataTable(vecController));
+}
+
 } // namespace
 
-void AddEnforceData(Tool& _rTool, CLI::App* _pQuery)
-{
-    CLI::App* pCommand = _pQuery->add_subcommand("enforce-data", "How controllers and providers are loaded");
-    pCommand->footer("Example: vrnt query enforce-data");
-    pCommand->callback([&_rTool] {
-        std::vector<SrvFrwk::DataController> vecController;
-        const std::uint32_t ulResult = Query(_rTool, SrvFrwk::ValueType::g_ulEnforceData, &vecController, nullptr);
-        Report(_rTool, ulResult, RecordsToJson(vecController, Documents::g_stDataController), DataTable(vecController));
-    });
-}
+constinit const Command g_stQueryEnforceData{.szName = "enforce-data",
+                                             .szHelp = "How controllers and providers are loaded",
+                                             .szExample = "vrnt query enforce-data",
+                                             .pfnRun = &Run};
 
 } // namespace Vrnt

@@ -1,6 +1,4 @@
-// vrnt query pu-ids
-
-#include "Commands/QueryCommands.h"
+#include "Commands/Commands.h"
 #include "Documents/PuIds.h"
 #include "Machine/Host.h"
 #include "SrvFrwk_Records.h"
@@ -10,7 +8,7 @@ namespace Vrnt {
 
 namespace {
 
-void QueryPuIds(Tool& _rTool)
+void Run(Tool& _rTool, const Arguments&)
 {
     struct List
     {
@@ -24,24 +22,20 @@ void QueryPuIds(Tool& _rTool)
     };
     SrvFrwk::InstallPuIds stPuIds;
     const std::uint32_t ulResult = Query(_rTool, SrvFrwk::ValueType::g_ulInstallPuIds, &stPuIds, nullptr);
-    Json jsData = Json::object();
+    Json jsData = Json::Object();
     Table cTable({"component", "number", "hexadecimal"});
     for (const List& stList : aList) {
-        jsData[stList.szKey] = stPuIds.*stList.pMember;
+        jsData.Set(stList.szKey, stPuIds.*stList.pMember);
         for (const std::uint32_t ulPuId : stPuIds.*stList.pMember) {
             cTable.Add({stList.szKey, std::to_string(ulPuId), Hexadecimal(ulPuId)});
         }
     }
-    Report(_rTool, ulResult, jsData, cTable);
+    PrintAnswer(_rTool, ulResult, jsData, cTable);
 }
 
 } // namespace
 
-void AddPuIds(Tool& _rTool, CLI::App* _pQuery)
-{
-    CLI::App* pCommand = _pQuery->add_subcommand("pu-ids", "The install component numbers");
-    pCommand->footer("Example: vrnt query pu-ids");
-    pCommand->callback([&_rTool] { QueryPuIds(_rTool); });
-}
+constinit const Command g_stQueryPuIds{
+    .szName = "pu-ids", .szHelp = "The install component numbers", .szExample = "vrnt query pu-ids", .pfnRun = &Run};
 
 } // namespace Vrnt

@@ -1,5 +1,7 @@
 // vrnt report: the installed configuration on one page, for a ticket.
 
+#include "Arguments.h"
+#include "Commands/Commands.h"
 #include "Machine/Host.h"
 #include "Machine/TraceSettings.h"
 #include "Output/Output.h"
@@ -7,18 +9,21 @@
 #include "Report/ReportPage.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
-#include "Tool.h"
 #include "ZkComn_File.h"
 #include "ZkComn_String.h"
 
 #include <array>
 #include <cstdio>
-#include <memory>
+#include <cstdlib>
 #include <windows.h>
 
 namespace Vrnt {
 
 namespace {
+
+constexpr Argument g_stOut{
+    .szName = "OUT", .szHelp = "The page, HTML; an existing file is replaced as a whole", .bRequired = true};
+constexpr const Argument* g_apArgument[] = {&g_stOut};
 
 /** Local time, with what it is ahead of UTC: "2026-11-24 23:20:06 +01:00". */
 std::string Now()
@@ -86,35 +91,32 @@ ReportData Collect(const Tool& _rTool)
     return stData;
 }
 
-void WriteReport(Tool& _rTool, const std::string& _rsOut)
+void Run(Tool& _rTool, const Arguments& _rArguments)
 {
-    const std::wstring tszOut = ToFullPath(_rsOut);
+    const std::wstring tszOut = _rArguments.Path(g_stOut);
+    const std::string sOut = Quoted(_rArguments.Text(g_stOut));
     const std::string sPage = ReportPage(Collect(_rTool));
     const std::uint32_t ulError = ZkCommon::Storage::File::Replace(tszOut, sPage);
     if (ulError != ERROR_SUCCESS) {
-        Report(_rTool, SrvFrwk::Result::g_ulFailed, nullptr, {},
-               "cannot write \"" + _rsOut + "\": " + SystemErrorText(ulError));
+        PrintAnswer(_rTool, SrvFrwk::Result::g_ulFailed, nullptr, {},
+                    "cannot write " + sOut + ": " + SystemErrorText(ulError));
         return;
     }
     if (!_rTool.stOptions.bJson) {
-        Write("The report is in \"" + _rsOut + "\".\n");
+        Write("The report is in " + sOut + ".\n");
     }
-    Report(_rTool, SrvFrwk::Result::g_ulSuccess, nullptr, {});
+    PrintAnswer(_rTool, SrvFrwk::Result::g_ulSuccess, nullptr, {});
 }
 
 } // namespace
 
-void AddReport(Tool& _rTool)
-{
-    const auto pOut = std::make_shared<std::string>();
-    CLI::App* pCommand =
-        _rTool.cApp.add_subcommand("report", "Write the installed configuration on one page, to attach to a ticket");
-    pCommand->add_option("OUT", *pOut, "The page, HTML; an existing file is replaced as a whole")->required();
-    pCommand->footer(
-        "The page holds no key and needs no other file and no script. What is missing or cannot be read is\n"
-        "told on it; the status is that of writing it.\n"
-        "Example: vrnt report configuration.html");
-    pCommand->callback([&_rTool, pOut] { WriteReport(_rTool, *pOut); });
-}
+constinit const Command g_stReport{
+    .szName = "report",
+    .szHelp = "Write the installed configuration on one page, to attach to a ticket",
+    .szExample = "vrnt report configuration.html",
+    .szNote = "The page holds no key and needs no other file and no script. What is missing or cannot be read is said "
+              "on it; the status is that of writing it.",
+    .aArgument = g_apArgument,
+    .pfnRun = &Run};
 
 } // namespace Vrnt

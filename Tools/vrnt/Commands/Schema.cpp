@@ -1,30 +1,34 @@
 // vrnt schema: an XML Schema for an author's editor.
 
 #include "Check/DocumentSchema.h"
-#include "Commands/DocumentArgument.h"
+#include "Commands/Commands.h"
+#include "Commands/CommonArguments.h"
 #include "Output/Output.h"
 #include "SrvFrwk_ResultCode.h"
-#include "Tool.h"
-
-#include <memory>
 
 namespace Vrnt {
 
-void AddSchema(Tool& _rTool)
+namespace {
+
+constexpr const Argument* g_apArgument[] = {&g_stDocumentKind};
+
+void Run(Tool& _rTool, const Arguments& _rArguments)
 {
-    const auto pDocument = std::make_shared<std::string>();
-    CLI::App* pSchema = _rTool.cApp.add_subcommand(
-        "schema", "Print an XML Schema by which an editor completes and validates a document");
-    AddDocumentOption(pSchema, *pDocument);
-    pSchema->footer("Example: vrnt schema --document policy > FwPolicy.xsd");
-    pSchema->callback([&_rTool, pDocument] {
-        const std::string sSchema = SchemaOf(DocumentNamed(*pDocument));
-        if (_rTool.stOptions.bJson) {
-            WriteJson(SrvFrwk::Result::g_ulSuccess, sSchema);
-        } else {
-            Write(sSchema);
-        }
-    });
+    const std::string sSchema = SchemaOf(DocumentKind(_rArguments));
+    if (_rTool.stOptions.bJson) {
+        WriteJson(SrvFrwk::Result::g_ulSuccess, sSchema);
+    } else {
+        Write(sSchema);
+    }
 }
+
+} // namespace
+
+constinit const Command g_stSchema{.szName = "schema",
+                                   .szHelp =
+                                       "Print an XML Schema by which an editor completes and validates a document",
+                                   .szExample = "vrnt schema --document policy > FwPolicy.xsd",
+                                   .aArgument = g_apArgument,
+                                   .pfnRun = &Run};
 
 } // namespace Vrnt

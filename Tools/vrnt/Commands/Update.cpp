@@ -1,5 +1,7 @@
 // vrnt update: the local update, its rehearsal, and the way back.
 
+#include "Arguments.h"
+#include "Commands/Commands.h"
 #include "Documents/LocalUpdate.h"
 #include "Files/DocumentTable.h"
 #include "Machine/Host.h"
@@ -7,18 +9,25 @@
 #include "Output/Output.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
-#include "Tool.h"
 #include "Update/UpdateUndo.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_File.h"
 #include "ZkComn_String.h"
 #include "ZkComn_XmlParser.h"
 
-#include <memory>
-
 namespace Vrnt {
 
 namespace {
+
+constexpr Argument g_stPath{
+    .szName = "PATH", .szHelp = "The description; it is deleted unless it asks to stay", .bRequired = true};
+constexpr Argument g_stDryRun{.szName = "--dry-run",
+                              .szHelp = "Say what would be done and why not; nothing is changed or deleted"};
+constexpr Argument g_stUndo{.szName = "--undo",
+                            .szHelp = "First write a description that undoes the update",
+                            .szValue = "FILE",
+                            .pExcludes = &g_stDryRun};
+constexpr const Argument* g_apArgument[] = {&g_stPath, &g_stDryRun, &g_stUndo};
 
 struct UpdateOptions
 {
@@ -51,7 +60,7 @@ void ReportUpdate(Tool& _rTool, const UpdateOptions& _rstOptions, std::uint32_t 
     if (!_rTool.stOptions.bJson) {
         Write(_rsText);
     }
-    Report(_rTool, _ulResult, _rjsData, {});
+    PrintAnswer(_rTool, _ulResult, _rjsData, {});
     if (_ulResult == SrvFrwk::Result::g_ulPartialSuccess) {
         const bool bThere = ZkCommon::Storage::File::Exists(ToFullPath(_rstOptions.sPath));
         WriteError("vrnt: nothing was applied: \"" + _rstOptions.sPath +
@@ -96,22 +105,19 @@ void Update(Tool& _rTool, const UpdateOptions& _rstOptions)
                  ulResult == SrvFrwk::Result::g_ulSuccess ? "The update was carried out.\n" : "");
 }
 
+void Run(Tool& _rTool, const Arguments& _rArguments)
+{
+    Update(_rTool, {_rArguments.Text(g_stPath), _rArguments.Text(g_stUndo), _rArguments.Has(g_stDryRun)});
+}
+
 } // namespace
 
-void AddUpdate(Tool& _rTool)
-{
-    const auto pOptions = std::make_shared<UpdateOptions>();
-    CLI::App* pCommand = _rTool.cApp.add_subcommand("update", "Carry out a local update description");
-    pCommand->add_option("PATH", pOptions->sPath, "The description; it is deleted unless it asks to stay")->required();
-    CLI::Option* pDryRun = pCommand->add_flag("--dry-run", pOptions->bDryRun,
-                                              "Tell what would be done and why not; nothing is changed or deleted");
-    pCommand->add_option("--undo", pOptions->sUndo, "First write a description that undoes the update")
-        ->type_name("FILE")
-        ->excludes(pDryRun);
-    pCommand->footer("What fails of single items does not fail the update; the trace log tells it.\n"
-                     "Examples: vrnt update --dry-run qmr-17.2.xml\n"
-                     "          vrnt update --undo back.xml qmr-17.2.xml");
-    pCommand->callback([&_rTool, pOptions] { Update(_rTool, *pOptions); });
-}
+constinit const Command g_stUpdate{
+    .szName = "update",
+    .szHelp = "Carry out a local update description",
+    .szExample = "vrnt update --dry-run qmr-17.2.xml\nvrnt update --undo back.xml qmr-17.2.xml",
+    .szNote = "What fails of single items does not fail the update; the trace log says what failed.",
+    .aArgument = g_apArgument,
+    .pfnRun = &Run};
 
 } // namespace Vrnt

@@ -1,30 +1,22 @@
 // vrnt xen: encrypts and decrypts documents.
 
+#include "Arguments.h"
+#include "Commands/Commands.h"
 #include "Files/DocumentTable.h"
 #include "Output/InputFile.h"
 #include "Output/Output.h"
 #include "Output/ProgressLine.h"
-#include "Tool.h"
 #include "ZkComn_File.h"
 #include "ZkComn_FileCrypt.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace Vrnt {
 
 namespace {
 
 namespace File = ZkCommon::Storage::File;
-
-struct XenOptions
-{
-    std::string sDocument;
-    std::string sKey;
-    std::string sIn;
-    std::string sOut;
-};
 
 /** The names of the documents that are stored encrypted. */
 std::vector<std::string> EncryptedDocuments()
@@ -38,27 +30,42 @@ std::vector<std::string> EncryptedDocuments()
     return vecName;
 }
 
-std::string KeyOf(const XenOptions& _rstOptions)
+constexpr Argument g_stDocument{.szName = "--document",
+                                .szHelp = "The document, whose key is used",
+                                .szValue = "D",
+                                .pfnChoices = &EncryptedDocuments};
+constexpr Argument g_stKey{
+    .szName = "--key", .szHelp = "The key itself, 16 characters", .szValue = "KEY16", .pExcludes = &g_stDocument};
+constexpr Argument g_stIn{.szName = "IN", .szHelp = "The file to read", .bRequired = true};
+constexpr Argument g_stOut{
+    .szName = "OUT", .szHelp = "The file to write; an existing one is replaced as a whole", .bRequired = true};
+constexpr const Argument* g_apArgument[] = {&g_stDocument, &g_stKey, &g_stIn, &g_stOut};
+
+std::string KeyOf(const Arguments& _rArguments)
 {
-    if (!_rstOptions.sDocument.empty()) {
-        return Varnhelt::FindDocument(ToWide(_rstOptions.sDocument))->szKey;
+    if (_rArguments.Has(g_stDocument)) {
+        return Varnhelt::FindDocument(ToWide(_rArguments.Text(g_stDocument)))->szKey;
     }
-    const bool bAscii = std::all_of(_rstOptions.sKey.begin(), _rstOptions.sKey.end(),
-                                    [](char _c) { return static_cast<unsigned char>(_c) < 0x80; });
-    if (_rstOptions.sKey.size() != File::g_uKeySize || !bAscii) {
-        throw UsageError("--key takes a key of exactly 16 ASCII characters");
+    if (!_rArguments.Has(g_stKey)) {
+        throw UsageError("one of --document and --key is required");
     }
-    return _rstOptions.sKey;
+    const std::string& rsKey = _rArguments.Text(g_stKey);
+    const bool bAscii =
+        std::all_of(rsKey.begin(), rsKey.end(), [](char _c) { return static_cast<unsigned char>(_c) < 0x80; });
+    if (rsKey.size() != File::g_uKeySize || !bAscii) {
+        throw UsageError("--key needs a key of exactly 16 ASCII characters");
+    }
+    return rsKey;
 }
 
-void Convert(Tool& _rTool, File::Conversion::Direction _enDirection, const XenOptions& _rstOptions)
+void Convert(Tool& _rTool, File::Conversion::Direction _enDirection, const Arguments& _rArguments)
 {
-    const std::string sKey = KeyOf(_rstOptions);
-    const std::wstring tszIn = ToFullPath(_rstOptions.sIn);
-    const std::wstring tszOut = ToFullPath(_rstOptions.sOut);
+    const std::string sKey = KeyOf(_rArguments);
+    const std::string& rsIn = _rArguments.Text(g_stIn);
+    const std::wstring tszIn = _rArguments.Path(g_stIn);
+    const std::wstring tszOut = _rArguments.Path(g_stOut);
     const bool bEncrypts = _enDirection == File::Conversion::Direction::Encrypt;
-    ProgressLine cProgress((bEncrypts ? "Encrypting " : "Decrypting ") + _rstOptions.sIn,
-                           ReadableSize(_rstOptions.sIn));
+    ProgressLine cProgress((bEncrypts ? "Encrypting " : "Decrypting ") + rsIn, ReadableSize(rsIn));
     const auto* pKey = reinterpret_cast<const std::uint8_t*>(sKey.data());
     File::Conversion cConversion(_enDirection);
     cProgress.Tell(0);
@@ -67,45 +74,36 @@ void Convert(Tool& _rTool, File::Conversion::Direction _enDirection, const XenOp
     bOk = bOk && cConversion.Replace(tszOut);
     cProgress.End();
     if (_rTool.stOptions.bJson) {
-        Write(Json{{"ok", bOk}}.dump() + "\n");
+        Write(Json{{"ok", bOk}}.ToText() + "\n");
     }
     if (!bOk) {
         _rTool.iExitStatus = ExitFailure;
-        WriteError("vrnt: cannot make \"" + _rstOptions.sOut + "\" of \"" + _rstOptions.sIn +
+        WriteError("vrnt: cannot make \"" + _rArguments.Text(g_stOut) + "\" of \"" + rsIn +
                    "\": the input is empty or no whole number of blocks, or the output cannot be written\n");
     }
 }
 
-void AddDirection(Tool& _rTool, CLI::App* _pXen, const char* _szName, const char* _szHelp, const char* _szExample,
-                  File::Conversion::Direction _enDirection)
-{
-    const auto pOptions = std::make_shared<XenOptions>();
-    CLI::App* pCommand = _pXen->add_subcommand(_szName, _szHelp);
-    CLI::Option_group* pKey = pCommand->add_option_group("Key");
-    pKey->add_option("--document", pOptions->sDocument, "The document, whose key is taken")
-        ->type_name("D")
-        ->check(CLI::IsMember(EncryptedDocuments()));
-    pKey->add_option("--key", pOptions->sKey, "The key itself, 16 characters")->type_name("KEY16");
-    pKey->require_option(1);
-    pCommand->add_option("IN", pOptions->sIn, "The file to read")->required();
-    pCommand->add_option("OUT", pOptions->sOut, "The file to write; an existing one is replaced as a whole")
-        ->required();
-    pCommand->footer(_szExample);
-    pCommand->callback([&_rTool, _enDirection, pOptions] { Convert(_rTool, _enDirection, *pOptions); });
-}
+constexpr Command g_stEncrypt{.szName = "encrypt",
+                              .szHelp = "Encrypt a plain document",
+                              .szExample = "vrnt xen encrypt --document policy FwPolicy.xml FwPolicy.xen",
+                              .aArgument = g_apArgument,
+                              .pfnRun = [](Tool& _rTool, const Arguments& _rArguments) {
+                                  Convert(_rTool, File::Conversion::Direction::Encrypt, _rArguments);
+                              }};
+constexpr Command g_stDecrypt{.szName = "decrypt",
+                              .szHelp = "Decrypt a document",
+                              .szExample = "vrnt xen decrypt --document policy FwPolicy.xen FwPolicy.xml",
+                              .aArgument = g_apArgument,
+                              .pfnRun = [](Tool& _rTool, const Arguments& _rArguments) {
+                                  Convert(_rTool, File::Conversion::Direction::Decrypt, _rArguments);
+                              }};
+constexpr const Command* g_apCommand[] = {&g_stEncrypt, &g_stDecrypt};
 
 } // namespace
 
-void AddXen(Tool& _rTool)
-{
-    CLI::App* pXen = _rTool.cApp.add_subcommand("xen", "Encrypt and decrypt documents");
-    pXen->require_subcommand(1);
-    AddDirection(_rTool, pXen, "encrypt", "Encrypt a plain document",
-                 "Example: vrnt xen encrypt --document policy FwPolicy.xml FwPolicy.xen",
-                 File::Conversion::Direction::Encrypt);
-    AddDirection(_rTool, pXen, "decrypt", "Decrypt a document",
-                 "Example: vrnt xen decrypt --document policy FwPolicy.xen FwPolicy.xml",
-                 File::Conversion::Direction::Decrypt);
-}
+constinit const Command g_stXen{.szName = "xen",
+                                .szHelp = "Encrypt and decrypt documents",
+                                .szExample = "vrnt xen encrypt --document policy FwPolicy.xml FwPolicy.xen",
+                                .aCommand = g_apCommand};
 
 } // namespace Vrnt

@@ -1,5 +1,6 @@
 #include "Machine/Host.h"
 
+#include "Arguments.h"
 #include "ZkComn_String.h"
 
 #include <system_error>

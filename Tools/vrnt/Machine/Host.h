@@ -1,12 +1,14 @@
 #pragma once
 
 #include "Output/Output.h"
-#include "Output/RecordOutput.h"
+#include "Output/RecordTable.h"
+#include "Records/RecordJson.h"
 #include "SrvFrwk_ResultCode.h"
 #include "Tool.h"
 #include "VarnheltLoader.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <vector>
 
 /** The tool as a host: it loads the library and drives a function object. */
@@ -49,7 +51,8 @@ void QueryList(Tool& _rTool, std::uint32_t _ulValueType, const TDescription& _rs
 {
     std::vector<typename TDescription::Record> vecRecord;
     const std::uint32_t ulResult = Query(_rTool, _ulValueType, &vecRecord, _pOptionData);
-    Report(_rTool, ulResult, RecordsToJson(vecRecord, _rstDescription), RecordsToTable(vecRecord, _rstDescription));
+    PrintAnswer(_rTool, ulResult, RecordsToJson(vecRecord, _rstDescription),
+                RecordsToTable(vecRecord, _rstDescription));
 }
 
 } // namespace Vrnt

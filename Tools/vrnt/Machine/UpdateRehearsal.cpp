@@ -1,5 +1,7 @@
 #include "Machine/UpdateRehearsal.h"
 
+#include "Arguments.h"
+
 #include "Output/Output.h"
 #include "SrvFrwk_ResultCode.h"
 #include "Update/LocalUpdateAgentKey.h"
@@ -29,11 +31,6 @@ const char* EffectText(UpdateEffect _enEffect)
     default:
         return "refuse";
     }
-}
-
-std::string Quoted(const std::wstring& _rtszText)
-{
-    return "\"" + ToUtf8(_rtszText) + "\"";
 }
 
 Json TextOrNull(const std::string& _rsText)
@@ -170,36 +167,36 @@ Json UpdateRehearsal::ToJson() const
                     {"action", ToUtf8(_rstEntry.tszAction)}, {"value", ToUtf8(_rstEntry.tszValue)},
                     {"effect", EffectText(_enEffect)},       {"reason", TextOrNull(_rsWhy)}};
     };
-    Json jsItems = Json::array();
+    Json jsItems = Json::Array();
     for (const Item& stItem : m_vecItem) {
         const LocalUpdateKey& rstKey = *stItem.pItem;
         const bool bUpdate = stItem.enReason == UpdateReason::None;
-        Json jsEntries = Json::array();
+        Json jsEntries = Json::Array();
         for (const Entry& stEntry : stItem.vecEntry) {
-            jsEntries.push_back(EntryToJson(*stEntry.pEntry, stEntry.stDecision.enEffect, WhyNot(stEntry)));
+            jsEntries.Add(EntryToJson(*stEntry.pEntry, stEntry.stDecision.enEffect, WhyNot(stEntry)));
         }
         if (!bUpdate) {
             for (const LocalUpdateEntry& stEntry : rstKey.lstEntry) {
-                jsEntries.push_back(EntryToJson(stEntry, UpdateEffect::Skip, "the item is not updated"));
+                jsEntries.Add(EntryToJson(stEntry, UpdateEffect::Skip, "the item is not updated"));
             }
         }
         const bool bNoRoot = rstKey.tszKind == g_szRegistryKind && RegistryRootOf(rstKey.tszRoot) == nullptr;
-        jsItems.push_back({{"kind", ToUtf8(rstKey.tszKind)},
-                           {"root", bNoRoot ? Json() : Json(ToUtf8(rstKey.tszRoot))},
-                           {"path", ToUtf8(rstKey.tszPath)},
-                           {"accessMode", ToUtf8(rstKey.tszAccessMode)},
-                           {"update", bUpdate},
-                           {"reason", TextOrNull(WhyNot(stItem))},
-                           {"entries", std::move(jsEntries)}});
+        jsItems.Add({{"kind", ToUtf8(rstKey.tszKind)},
+                     {"root", bNoRoot ? Json() : Json(ToUtf8(rstKey.tszRoot))},
+                     {"path", ToUtf8(rstKey.tszPath)},
+                     {"accessMode", ToUtf8(rstKey.tszAccessMode)},
+                     {"update", bUpdate},
+                     {"reason", TextOrNull(WhyNot(stItem))},
+                     {"entries", std::move(jsEntries)}});
     }
     for (const LocalUpdateDirectory& stDirectory : m_stConfig.lstDirectory) {
-        jsItems.push_back({{"kind", ToUtf8(stDirectory.tszKind)},
-                           {"root", nullptr},
-                           {"path", ""},
-                           {"accessMode", ""},
-                           {"update", false},
-                           {"reason", "directories are never acted on"},
-                           {"entries", Json::array()}});
+        jsItems.Add({{"kind", ToUtf8(stDirectory.tszKind)},
+                     {"root", nullptr},
+                     {"path", ""},
+                     {"accessMode", ""},
+                     {"update", false},
+                     {"reason", "directories are never acted on"},
+                     {"entries", Json::Array()}});
     }
     return {{"environment",
              {{"version", ToUtf8(m_stEnvironment.tszVersion)},

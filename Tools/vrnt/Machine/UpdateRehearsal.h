@@ -2,7 +2,7 @@
 
 #include "Documents/LocalUpdate.h"
 #include "Output/Table.h"
-#include "Tool.h"
+#include "Records/Json.h"
 #include "Update/LocalUpdateAgent.h"
 #include "Update/UpdateObserver.h"
 #include "Update/UpdateRecording.h"

@@ -1,5 +1,6 @@
 #include "Machine/Versions.h"
 
+#include "Arguments.h"
 #include "Machine/Host.h"
 #include "Output/Output.h"
 #include "Update/LocalUpdateManager.h"

@@ -1,13 +1,36 @@
 #include "Output/InputFile.h"
 
+#include "Arguments.h"
 #include "Output/Output.h"
-#include "Tool.h"
 #include "ZkComn_File.h"
+
+#include <array>
+#include <windows.h>
 
 namespace Vrnt {
 
+namespace {
+
+std::string ReadStandardInput()
+{
+    std::string sContent;
+    std::array<char, 65536> aPiece{};
+    DWORD ulRead = 0;
+    while (::ReadFile(::GetStdHandle(STD_INPUT_HANDLE), aPiece.data(), static_cast<DWORD>(aPiece.size()), &ulRead,
+                      nullptr) &&
+           ulRead != 0) {
+        sContent.append(aPiece.data(), ulRead);
+    }
+    return sContent;
+}
+
+} // namespace
+
 std::string ReadInputFile(const std::string& _rsPath)
 {
+    if (_rsPath == "-") {
+        return ReadStandardInput();
+    }
     namespace File = ZkCommon::Storage::File;
     ZkCommon::ByteArray cContent;
     const File::ReadResult stResult = File::Read(ToFullPath(_rsPath), cContent, File::g_ulShareAll);
@@ -19,6 +42,22 @@ std::string ReadInputFile(const std::string& _rsPath)
     }
     const auto spanBytes = cContent.Bytes();
     return {spanBytes.begin(), spanBytes.end()};
+}
+
+Json ReadInputRecords(const std::string& _rsPath)
+{
+    Json jsInput = ParseJson(ReadInputFile(_rsPath));
+    const Json* pResult = jsInput.Find("result");
+    const Json* pData = jsInput.Find("data");
+    if (pResult == nullptr || pData == nullptr) {
+        return jsInput;
+    }
+    const auto* pCode = pResult->As<std::string>();
+    if (pCode == nullptr || !pCode->starts_with("0x0")) {
+        throw UsageError(Quoted(_rsPath) +
+                         " is the answer of a command that failed, so it may hold less than the whole");
+    }
+    return *pData;
 }
 
 std::uint64_t ReadableSize(const std::string& _rsPath)

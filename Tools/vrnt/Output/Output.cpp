@@ -11,6 +11,8 @@ namespace Vrnt {
 
 namespace {
 
+OutputCapture* g_pCapture = nullptr;
+
 void WriteTo(DWORD _ulStream, std::string_view _svUtf8)
 {
     const HANDLE hStream = ::GetStdHandle(_ulStream);
@@ -49,14 +51,32 @@ constexpr ResultRow g_aResult[] = {
 
 } // namespace
 
+OutputCapture::OutputCapture()
+{
+    g_pCapture = this;
+}
+
+OutputCapture::~OutputCapture()
+{
+    g_pCapture = nullptr;
+}
+
 void Write(std::string_view _svUtf8)
 {
-    WriteTo(STD_OUTPUT_HANDLE, _svUtf8);
+    if (g_pCapture != nullptr) {
+        g_pCapture->sOutput += _svUtf8;
+    } else {
+        WriteTo(STD_OUTPUT_HANDLE, _svUtf8);
+    }
 }
 
 void WriteError(std::string_view _svUtf8)
 {
-    WriteTo(STD_ERROR_HANDLE, _svUtf8);
+    if (g_pCapture != nullptr) {
+        g_pCapture->sError += _svUtf8;
+    } else {
+        WriteTo(STD_ERROR_HANDLE, _svUtf8);
+    }
 }
 
 bool ErrorIsTerminal()
@@ -100,6 +120,37 @@ std::string Count(std::size_t _uCount, const std::string& _rsWhat)
     return std::to_string(_uCount) + " " + _rsWhat + (_uCount == 1 ? "" : "s");
 }
 
+std::string Joined(const std::vector<std::string>& _rvecText, const char* _szBetween)
+{
+    std::string sJoined;
+    for (const std::string& sText : _rvecText) {
+        if (!sText.empty()) {
+            sJoined += (sJoined.empty() ? "" : _szBetween) + sText;
+        }
+    }
+    return sJoined;
+}
+
+std::string Quoted(std::string_view _svText)
+{
+    return "\"" + std::string(_svText) + "\"";
+}
+
+std::string Quoted(std::wstring_view _svText)
+{
+    return Quoted(ZkCommon::String::ToUtf8(_svText));
+}
+
+std::string WordText(const Frwk::WordTable& _rstWords, std::uint32_t _ulValue)
+{
+    for (const Frwk::Word& stWord : _rstWords.aWord) {
+        if (stWord.ulValue == _ulValue) {
+            return ZkCommon::String::ToUtf8(stWord.svText);
+        }
+    }
+    return Hexadecimal(_ulValue);
+}
+
 std::string OrUnknown(const std::wstring& _rtszText)
 {
     return _rtszText.empty() ? "(not known)" : ZkCommon::String::ToUtf8(_rtszText);
@@ -107,11 +158,11 @@ std::string OrUnknown(const std::wstring& _rtszText)
 
 void WriteJson(std::uint32_t _ulResult, const Json& _rjsData)
 {
-    Write(Json{{"result", Hexadecimal(_ulResult)}, {"data", _rjsData}}.dump(2) + "\n");
+    Write(Json{{"result", Hexadecimal(_ulResult)}, {"data", _rjsData}}.ToText() + "\n");
 }
 
-void Report(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
-            const std::string& _rsWhy)
+void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
+                 const std::string& _rsWhy)
 {
     const bool bFailure = SrvFrwk::Result::IsFailure(_ulResult);
     _rTool.iExitStatus = bFailure ? ExitFailure : ExitSuccess;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Frwk_DataTypesUtility.h"
 #include "Output/Table.h"
+#include "Records/Json.h"
 #include "Tool.h"
 
 #include <cstddef>
@@ -13,6 +15,19 @@ namespace Vrnt {
 
 void Write(std::string_view _svUtf8);
 void WriteError(std::string_view _svUtf8);
+
+/** While it exists, what the tool writes is gathered instead of printed. One at a time. */
+class OutputCapture
+{
+public:
+    OutputCapture();
+    OutputCapture(const OutputCapture&) = delete;
+    OutputCapture& operator=(const OutputCapture&) = delete;
+    ~OutputCapture();
+
+    std::string sOutput;
+    std::string sError;
+};
 
 /** Whether stderr is a terminal. */
 bool ErrorIsTerminal();
@@ -29,6 +44,16 @@ std::string Hexadecimal(std::uint32_t _ulValue, int _iDigits = 8);
 /** "1 unit", "2 units". */
 std::string Count(std::size_t _uCount, const std::string& _rsWhat);
 
+/** "a, b, c"; what is empty is left out. */
+std::string Joined(const std::vector<std::string>& _rvecText, const char* _szBetween = ", ");
+
+/** The text between quotation marks. */
+std::string Quoted(std::string_view _svText);
+std::string Quoted(std::wstring_view _svText);
+
+/** The word of a value; hexadecimal where no word has it. */
+std::string WordText(const Frwk::WordTable& _rstWords, std::uint32_t _ulValue);
+
 /** The text, or in words that there is none. */
 std::string OrUnknown(const std::wstring& _rtszText);
 
@@ -39,7 +64,7 @@ void WriteJson(std::uint32_t _ulResult, const Json& _rjsData);
  * Prints what a command was answered, as JSON or as a table, explains a failure on stderr, and sets the exit status.
  * @param _rsWhy  the explanation; empty: the result code in words
  */
-void Report(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
-            const std::string& _rsWhy = {});
+void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
+                 const std::string& _rsWhy = {});
 
 } // namespace Vrnt

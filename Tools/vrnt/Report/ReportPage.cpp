@@ -240,12 +240,11 @@ Markup DocumentSection(const ReportData& _rstData)
                                                                                      : stAnswer->sRecords;
         std::size_t uColumn = 0;
         Markup cCells;
-        for (const std::string& sText :
-             {ToUtf8(stState.pDocument->svName), stState.FileText(),
-              std::string(stState.uSize ? "yes" : (bMissing ? "missing" : "")),
-              stState.uSize ? Count(*stState.uSize, "byte") : "", sAnswer,
-              std::string(stState.pDocument->szKey != nullptr ? "yes" : "no"),
-              CLI::detail::join(stState.vecValueType, " "), std::string(stState.LocationText())}) {
+        for (const std::string& sText : {ToUtf8(stState.pDocument->svName), stState.FileText(),
+                                         std::string(stState.uSize ? "yes" : (bMissing ? "missing" : "")),
+                                         stState.uSize ? Count(*stState.uSize, "byte") : "", sAnswer,
+                                         std::string(stState.pDocument->szKey != nullptr ? "yes" : "no"),
+                                         Joined(stState.vecValueType, " "), std::string(stState.LocationText())}) {
             cCells += Cell(vecHeading[uColumn++], sText);
         }
         cRows += Element("tr", {{"class", bMissing ? "fault" : ""}}, cCells);

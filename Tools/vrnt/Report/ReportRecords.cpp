@@ -144,6 +144,17 @@ std::vector<std::string> HeadingsOf(std::span<const Column> _aColumn)
     return vecHeading;
 }
 
+std::map<std::string, std::string> TextsOf(const void* _pRecord, const RecordRows& _rvecRow)
+{
+    std::map<std::string, std::string> mapText;
+    for (const FieldRow& stRow : _rvecRow) {
+        if (!stRow.IsList()) {
+            mapText[stRow.szKey] = FieldToCell(stRow, _pRecord);
+        }
+    }
+    return mapText;
+}
+
 Markup RecordRow(std::span<const Column> _aColumn, const std::map<std::string, std::string>& _rmapText)
 {
     Markup cCells;

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Descriptions/Description.h"
 #include "Output/Html.h"
-#include "Output/RecordOutput.h"
+#include "Output/RecordTable.h"
 #include "Report/ReportPage.h"
 
 #include <cstddef>
@@ -50,17 +49,13 @@ Html::Markup GroupRow(std::size_t _uColumns, const std::string& _rsName, const s
 std::vector<std::string> HeadingsOf(std::span<const Column> _aColumn);
 
 /** A record's own fields as a person reads them, by their JSON keys. */
+std::map<std::string, std::string> TextsOf(const void* _pRecord, const RecordRows& _rvecRow);
+
 template <class TDescription>
 std::map<std::string, std::string> TextsOf(const typename TDescription::Record& _rstRecord,
                                            const TDescription& _rstDescription)
 {
-    std::map<std::string, std::string> mapText;
-    Varnhelt::Documents::ForEachField(_rstDescription, [&]<class TField>(const TField& _rstField) {
-        if constexpr (!TField::g_bList) {
-            mapText[_rstField.szKey] = FieldToCell(_rstRecord, _rstField);
-        }
-    });
-    return mapText;
+    return TextsOf(static_cast<const void*>(&_rstRecord), RowsOf(_rstDescription));
 }
 
 Html::Markup RecordRow(std::span<const Column> _aColumn, const std::map<std::string, std::string>& _rmapText);

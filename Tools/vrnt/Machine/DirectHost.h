@@ -1,7 +1,9 @@
 #pragma once
 
 #include "FunctionXml.h"
-#include "Tool.h"
+#include "Output/Output.h"
+#include "Output/RecordTable.h"
+#include "Records/RecordJson.h"
 
 #include <cstdint>
 

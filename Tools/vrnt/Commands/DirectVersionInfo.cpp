@@ -1,0 +1,30 @@
+#include "Commands/Commands.h"
+#include "Commands/CommonArguments.h"
+#include "Documents/VersionInfo.h"
+#include "Machine/DirectHost.h"
+#include "SrvFrwk_ValueType.h"
+
+namespace Vrnt {
+
+namespace {
+
+constexpr const Argument* g_apArgument[] = {&g_stDirectory};
+
+void Run(Tool& _rTool, const Arguments& _rArguments)
+{
+    std::vector<SrvFrwk::VersionInformation> vecEntry;
+    SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
+    const std::uint32_t ulResult = QueryDirectly(SrvFrwk::ValueType::g_ulVersionInfo, &vecEntry, &stDirectory);
+    PrintAnswer(_rTool, ulResult, RecordsToJson(vecEntry, Varnhelt::Documents::g_stVersionInformation),
+                RecordsToTable(vecEntry, Varnhelt::Documents::g_stVersionInformation));
+}
+
+} // namespace
+
+constinit const Command g_stDirectVersionInfo{.szName = "version-info",
+                                              .szHelp = "The versions of the framework's components",
+                                              .szExample = "vrnt direct version-info --dir C:\\Setup",
+                                              .aArgument = g_apArgument,
+                                              .pfnRun = &Run};
+
+} // namespace Vrnt

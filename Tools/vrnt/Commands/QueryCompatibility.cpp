@@ -1,0 +1,32 @@
+#include "Commands/Commands.h"
+#include "Commands/CommonArguments.h"
+#include "Documents/Compatibility.h"
+#include "Machine/Host.h"
+#include "SrvFrwk_ValueType.h"
+
+namespace Vrnt {
+
+namespace {
+
+constexpr const Argument* g_apArgument[] = {&g_stDirectory};
+
+void Run(Tool& _rTool, const Arguments& _rArguments)
+{
+    std::vector<SrvFrwk::CompatibilityPlatform> vecPlatform;
+    SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
+    const std::uint32_t ulResult =
+        Query(_rTool, SrvFrwk::ValueType::g_ulCompatibilityCheck, &vecPlatform, &stDirectory);
+    const auto& rstPlatform = Varnhelt::Documents::g_stCompatibilityPlatform;
+    PrintAnswer(_rTool, ulResult, RecordsToJson(vecPlatform, rstPlatform),
+                NestedToTable(vecPlatform, rstPlatform, "products"));
+}
+
+} // namespace
+
+constinit const Command g_stQueryCompatibility{.szName = "compatibility",
+                                               .szHelp = "Which editions may be installed on which system",
+                                               .szExample = "vrnt query compatibility --dir C:\\Setup",
+                                               .aArgument = g_apArgument,
+                                               .pfnRun = &Run};
+
+} // namespace Vrnt

@@ -1,0 +1,31 @@
+#include "Commands/Commands.h"
+#include "Commands/CommonArguments.h"
+#include "Documents/Competitors.h"
+#include "Machine/Host.h"
+#include "SrvFrwk_ValueType.h"
+
+namespace Vrnt {
+
+namespace {
+
+constexpr const Argument* g_apArgument[] = {&g_stDirectory};
+
+void Run(Tool& _rTool, const Arguments& _rArguments)
+{
+    std::vector<SrvFrwk::CompetitorAction> vecProduct;
+    SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
+    const std::uint32_t ulResult = Query(_rTool, SrvFrwk::ValueType::g_ulCompetitorAction, &vecProduct, &stDirectory);
+    const auto& rstProduct = Varnhelt::Documents::g_stCompetitorAction;
+    PrintAnswer(_rTool, ulResult, RecordsToJson(vecProduct, rstProduct),
+                NestedToTable(vecProduct, rstProduct, "actions"));
+}
+
+} // namespace
+
+constinit const Command g_stQueryCompetitorActions{.szName = "competitor-actions",
+                                                   .szHelp = "What to do with other vendors' products",
+                                                   .szExample = "vrnt query competitor-actions --dir C:\\Setup",
+                                                   .aArgument = g_apArgument,
+                                                   .pfnRun = &Run};
+
+} // namespace Vrnt

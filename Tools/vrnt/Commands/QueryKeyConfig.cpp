@@ -1,0 +1,27 @@
+#include "Commands/Commands.h"
+#include "Commands/CommonArguments.h"
+#include "Documents/KeyConfig.h"
+#include "Machine/Host.h"
+#include "SrvFrwk_ValueType.h"
+
+namespace Vrnt {
+
+namespace {
+
+constexpr const Argument* g_apArgument[] = {&g_stDirectory};
+
+void Run(Tool& _rTool, const Arguments& _rArguments)
+{
+    SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
+    QueryList(_rTool, SrvFrwk::ValueType::g_ulKeyConfig, Varnhelt::Documents::g_stDeployKey, &stDirectory);
+}
+
+} // namespace
+
+constinit const Command g_stQueryKeyConfig{.szName = "key-config",
+                                           .szHelp = "The key configuration: registry values to act on",
+                                           .szExample = "vrnt query key-config --dir C:\\Setup",
+                                           .aArgument = g_apArgument,
+                                           .pfnRun = &Run};
+
+} // namespace Vrnt

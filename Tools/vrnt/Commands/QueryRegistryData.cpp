@@ -1,0 +1,38 @@
+#include "Arguments.h"
+#include "Commands/Commands.h"
+#include "Documents/RegistryData.h"
+#include "Machine/Host.h"
+#include "SrvFrwk_ValueType.h"
+
+namespace Vrnt {
+
+namespace {
+
+constexpr Argument g_stFile{.szName = "--file", .szHelp = "The document", .szValue = "PATH", .bRequired = true};
+constexpr Argument g_stLabel{.szName = "--label",
+                             .szHelp = "A component's label; \"*\" selects all",
+                             .szValue = "L",
+                             .bRequired = true,
+                             .bRepeats = true};
+constexpr const Argument* g_apArgument[] = {&g_stFile, &g_stLabel};
+
+void Run(Tool& _rTool, const Arguments& _rArguments)
+{
+    SrvFrwk::RegistryDataRequest stRequest;
+    stRequest.tszXmlFile = _rArguments.Path(g_stFile);
+    for (const std::string& sLabel : _rArguments.Texts(g_stLabel)) {
+        stRequest.vecLabel.push_back(ToWide(sLabel));
+    }
+    QueryList(_rTool, SrvFrwk::ValueType::g_ulRegistryData, Varnhelt::Documents::g_stRegistryData, &stRequest);
+}
+
+} // namespace
+
+constinit const Command g_stQueryRegistryData{
+    .szName = "registry-data",
+    .szHelp = "The registry values of labelled components",
+    .szExample = "vrnt query registry-data --file C:\\Setup\\regdata.xml --label Core --label Firewall",
+    .aArgument = g_apArgument,
+    .pfnRun = &Run};
+
+} // namespace Vrnt
