@@ -29,10 +29,23 @@ const wchar_t* Filled(const std::wstring& _rtszText, std::uint32_t _ulLine = __b
     return _rtszText.c_str();
 }
 
+/** Whether a file is too small to hold a section. */
+bool IsBelowSection(const wchar_t* _pszPath)
+{
+    WIN32_FILE_ATTRIBUTE_DATA stFile{};
+    return ::GetFileAttributesExW(_pszPath, GetFileExInfoStandard, &stFile) && stFile.nFileSizeHigh == 0 &&
+           stFile.nFileSizeLow <= 3;
+}
+
 /** The reading calls have no result for failure: what the system says behind them tells absence from failure. */
-void CheckRead(std::uint32_t _ulLine = __builtin_LINE())
+void CheckRead(const wchar_t* _pszPath, std::uint32_t _ulLine = __builtin_LINE())
 {
     switch (const std::uint32_t ulError = ::GetLastError()) {
+    case ERROR_INVALID_PARAMETER: // also of a file that holds a byte-order mark and nothing else
+        if (!IsBelowSection(_pszPath)) {
+            Fail(ulError, _ulLine);
+        }
+        return;
     case ERROR_SUCCESS:
     case ERROR_FILE_NOT_FOUND: // no such file, section or entry
     case ERROR_PATH_NOT_FOUND:
@@ -96,7 +109,7 @@ void IniFile::Flush()
     // The call that flushes has no result: it answers "not done" even when it did.
     ::SetLastError(ERROR_SUCCESS);
     if (!::WritePrivateProfileStringW(nullptr, nullptr, nullptr, Path())) {
-        CheckRead();
+        CheckRead(Path());
     }
 }
 
@@ -108,7 +121,7 @@ std::optional<std::wstring> IniFile::Find(const std::wstring& _rtszKey) const
     if (tszText != g_szAbsent) {
         return tszText;
     }
-    CheckRead();
+    CheckRead(Path());
     return std::nullopt;
 }
 
@@ -184,7 +197,7 @@ std::vector<std::wstring> IniFile::SectionNames() const
         return ::GetPrivateProfileSectionNamesW(_pszBuffer, _ulSize, Path());
     });
     if (tszList.empty()) {
-        CheckRead();
+        CheckRead(Path());
     }
     return SplitList(tszList);
 }
@@ -195,7 +208,7 @@ std::vector<std::wstring> IniFile::Section() const
         return ::GetPrivateProfileSectionW(SectionName(), _pszBuffer, _ulSize, Path());
     });
     if (tszList.empty()) {
-        CheckRead();
+        CheckRead(Path());
     }
     return SplitList(tszList);
 }

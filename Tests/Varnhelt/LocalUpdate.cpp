@@ -85,15 +85,14 @@ TEST_F(LocalUpdate, TheSampleIsCarriedOutAndUndone)
 
 TEST_F(LocalUpdate, WhatADescriptionCannotSayIsNamedAndTheRestIsUndone)
 {
-    const std::pair<std::wstring, Storage::Registry::Value> aOld[] = {
-        {L"empty", {REG_BINARY, {}}},
-        {L"expand", {REG_EXPAND_SZ, {'%', 0, 0, 0}}},
-        {L"line", Storage::Registry::Value::Of(L"a\r\nb")},
-        {L"list", {REG_MULTI_SZ, {'a', 0, 0, 0, 0, 0}}},
-        {L"odd", {REG_DWORD, {1}}}};
+    const std::pair<std::wstring, Storage::Registry::Value> aOld[] = {{L"empty", {REG_BINARY, {}}},
+                                                                      {L"expand", {REG_EXPAND_SZ, {'%', 0, 0, 0}}},
+                                                                      {L"list", {REG_MULTI_SZ, {'a', 0, 0, 0, 0, 0}}},
+                                                                      {L"odd", {REG_DWORD, {1}}},
+                                                                      {L"zero", {REG_SZ, {'a', 0}}}};
     Storage::Registry cKey;
     cKey.Create(HKEY_LOCAL_MACHINE, m_cBench.Key());
-    cKey.WriteString(L"plain", L" p\t\n ");
+    cKey.WriteString(L"plain", L" p\t\r\n ");
     Texts vecEntry = {"write plain string 1+over", "write  string 1", "write new string 1"};
     const std::wstring tszOf = L" of the key HKLM\\" + m_cBench.Key();
     std::vector<std::wstring> vecLeft = {L"the unnamed value" + tszOf + L" stays"};
@@ -105,7 +104,7 @@ TEST_F(LocalUpdate, WhatADescriptionCannotSayIsNamedAndTheRestIsUndone)
     vecLeft.push_back(L"the file " + m_cBench.Folder().File(L"new.ini") + L" stays");
     RoundTrip(m_cBench.Describe(Key(vecEntry) + Ini({"create"}, "A", "@F@\\new.ini")));
     EXPECT_EQ(m_vecLeft, vecLeft);
-    EXPECT_EQ(cKey.ReadString(L"plain"), L" p\t\n ");
+    EXPECT_EQ(cKey.ReadString(L"plain"), L" p\t\r\n ");
     EXPECT_EQ(cKey.Find(L"new"), std::nullopt);
 }
 
@@ -126,6 +125,45 @@ void SetAccessList(const RegKey& _rhKey, const wchar_t* _pszList)
     EXPECT_TRUE(::ConvertStringSecurityDescriptorToSecurityDescriptorW(_pszList, SDDL_REVISION_1, &pList, nullptr));
     EXPECT_EQ(::RegSetKeySecurity(_rhKey.Get(), DACL_SECURITY_INFORMATION, pList), ERROR_SUCCESS);
     ::LocalFree(pList);
+}
+
+TEST_F(LocalUpdate, ARemovalThatFailsHalfWayIsRehearsedAndUndone)
+{
+    ASSERT_EQ(m_cBench.Apply(Key({"write x uint32 1+no"}, "@K@\\_x") +
+                             Key({"create child+no+over", "create+no"}, "@K@\\A") +
+                             Key({"write y string z+no"}, "@K@\\b")),
+              Result::g_ulSuccess);
+    for (const wchar_t* pszDenied : {L"\\A", L"\\b"}) {
+        RegKey hDenied;
+        ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, (m_cBench.Key() + pszDenied).c_str(), 0, WRITE_DAC, hDenied.Receive());
+        SetAccessList(hDenied, L"D:(A;CI;0x20019;;;WD)");
+        EXPECT_GE(RoundTrip(m_cBench.Describe(Key({"remove"}))).size(), 2U); // refused, and yet something went
+        SetAccessList(hDenied, L"D:(A;CI;0xf003f;;;WD)");
+    }
+}
+
+TEST_F(LocalUpdate, AKeyThatIsNotThereYetIsMadeAndUndoneWhereItsViewPutsIt)
+{
+    const std::wstring tszName = m_cBench.Key().substr(m_cBench.Key().rfind(L'\\') + 1);
+    const std::wstring tszPath =
+        m_cBench.Describe(Key({"create+yes"}, String::ToUtf8(tszName), "HKCR", "eMode32bit") +
+                          Key({"create+yes"}, String::ToUtf8(tszName) + "\\B", "HKCR", "eMode64bit"));
+    RoundTrip(tszPath);
+    EXPECT_THAT(m_vecLeft, IsEmpty());
+    Storage::Registry cKey;
+    EXPECT_FALSE(cKey.TryOpen(HKEY_CLASSES_ROOT, tszName, Storage::View32));
+    EXPECT_FALSE(cKey.TryOpen(HKEY_CLASSES_ROOT, tszName + L"\\B", Storage::View64));
+    ::RegDeleteTreeW(HKEY_CLASSES_ROOT, tszName.c_str());
+}
+
+TEST_F(LocalUpdate, LinesThatAreNoEntriesAreNamedAndAFileOfAMarkOnlyHasNoSections)
+{
+    m_cBench.Folder().Write(L"test.ini", "[A]\r\nfoo.dll\r\nk=1\r\nk=2\r\n");
+    RoundTrip(m_cBench.Describe(Ini({"remove"})));
+    EXPECT_THAT(m_vecLeft, ElementsAre(testing::StartsWith(L"lines of the section [A] of ")));
+    m_cBench.Folder().Write(L"test.ini", "\xEF\xBB\xBF[A]\r\nk=1\r\n");
+    EXPECT_EQ(RoundTrip(m_cBench.Describe(Ini({"remove", "create"}))).front(), L"rc");
+    EXPECT_THAT(m_vecLeft, IsEmpty());
 }
 
 TEST_F(LocalUpdate, ABadEntryFailsWithItsCodeAndTheNextItemGoesOn)

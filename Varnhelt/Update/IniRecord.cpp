@@ -18,19 +18,6 @@ namespace {
     throw new Storage::Exception(_ulError, __FILE__, _ulLine);
 }
 
-/** The file that the system means by the path: a mere name is one of its own folder. */
-std::wstring FullPath(const std::wstring& _rtszPath)
-{
-    wchar_t szPath[MAX_PATH + 1];
-    std::wstring tszPath = _rtszPath;
-    if (tszPath.find_first_of(L"\\/:") == std::wstring::npos) {
-        const UINT ulLength = ::GetWindowsDirectoryW(szPath, MAX_PATH);
-        tszPath = String::WithBackslash(std::wstring(szPath, ulLength <= MAX_PATH ? ulLength : 0)) + tszPath;
-    }
-    const DWORD ulLength = ::GetFullPathNameW(tszPath.c_str(), MAX_PATH, szPath, nullptr);
-    return ulLength == 0 || ulLength >= MAX_PATH ? tszPath : std::wstring(szPath, ulLength);
-}
-
 /** The folder of a full path, with its backslash. */
 std::wstring FolderOf(const std::wstring& _rtszFullPath)
 {
@@ -95,6 +82,18 @@ std::uint32_t MakeCopy(IniRecord::Copy& _rstCopy)
 
 } // namespace
 
+std::wstring FullIniPath(const std::wstring& _rtszPath)
+{
+    wchar_t szPath[MAX_PATH + 1];
+    std::wstring tszPath = _rtszPath;
+    if (tszPath.find_first_of(L"\\/:") == std::wstring::npos) {
+        const UINT ulLength = ::GetWindowsDirectoryW(szPath, MAX_PATH);
+        tszPath = String::WithBackslash(std::wstring(szPath, ulLength <= MAX_PATH ? ulLength : 0)) + tszPath;
+    }
+    const DWORD ulLength = ::GetFullPathNameW(tszPath.c_str(), MAX_PATH, szPath, nullptr);
+    return ulLength == 0 || ulLength >= MAX_PATH ? tszPath : std::wstring(szPath, ulLength);
+}
+
 IniRecord::~IniRecord()
 {
     for (const auto& [tszIdentity, stCopy] : m_mapCopy) {
@@ -106,7 +105,7 @@ IniRecord::~IniRecord()
 const std::wstring& IniRecord::IdentityOf(const std::wstring& _rtszPath)
 {
     if (m_tszLastIdentity.empty() || m_tszLastAsked != _rtszPath) {
-        const std::wstring tszFullPath = FullPath(_rtszPath);
+        const std::wstring tszFullPath = FullIniPath(_rtszPath);
         m_tszLastIdentity = SystemIdentityOf(tszFullPath);
         if (m_tszLastIdentity.empty()) {
             const std::wstring tszFolder = FolderOf(tszFullPath);
@@ -136,7 +135,7 @@ UpdatePlace IniRecord::OnCopy(const UpdatePlace& _rstPlace)
 UpdatePlace IniRecord::OnNewCopy(const UpdatePlace& _rstPlace)
 {
     m_cFiles.Exists(_rstPlace); // refuses what is not a path or not a section
-    const std::wstring tszFullPath = FullPath(_rstPlace.tszPath);
+    const std::wstring tszFullPath = FullIniPath(_rstPlace.tszPath);
     CheckWritable(tszFullPath);
     if (const std::wstring& rtszIdentity = IdentityOf(_rstPlace.tszPath); !m_mapCopy.contains(rtszIdentity)) {
         Copy stCopy{tszFullPath, {}, ::GetFileAttributesW(tszFullPath.c_str()) == INVALID_FILE_ATTRIBUTES};

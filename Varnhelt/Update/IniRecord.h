@@ -10,6 +10,9 @@
 
 namespace Varnhelt {
 
+/** The full path of the file that the system means by a path: a mere name is one of its own folder. */
+std::wstring FullIniPath(const std::wstring& _rtszPath);
+
 /**
  * Ini files as they would be. The system's own functions change copies of them in the folder for temporary files, so that
  * a rehearsal shows exactly what they would do; the copies are removed with the object. What the machine would refuse

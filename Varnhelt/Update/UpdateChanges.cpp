@@ -119,7 +119,7 @@ UpdatePlace SectionAt(const std::wstring& _rtszPath, const std::wstring& _rtszSe
 
 void AddIniChanges(const IniRecord::Copy& _rstCopy, Changes& _rvecChange)
 {
-    if (_rstCopy.bNew && IsPresent(_rstCopy.tszCopy)) {
+    if (_rstCopy.bNew && IsPresent(_rstCopy.tszCopy) && !IsPresent(_rstCopy.tszPath)) {
         _rvecChange.push_back({UpdateChange::Kind::File, SectionAt(_rstCopy.tszPath, {}), {}});
     }
     NameSet setSection;

@@ -38,17 +38,16 @@ std::wstring SystemNameOf(HKEY _hKey)
     return tszName;
 }
 
-/** The key itself, or the nearest one above it that can be opened, the root last; the rest of the path goes to _rtszRest. */
+/** The key itself, or the nearest one above it that can be opened; the rest of the path goes to _rtszRest. */
 RegKey OpenNearest(const UpdatePlace& _rstPlace, std::wstring& _rtszPath, std::wstring& _rtszRest)
 {
     _rtszPath = _rstPlace.tszPath;
     for (;;) {
         _rtszPath.resize(_rtszPath.find_last_not_of(L'\\') + 1);
         RegKey hKey;
-        // The root has its place in the view, too.
-        const LSTATUS lResult = ::RegOpenKeyExW(_rstPlace.hRoot, _rtszPath.c_str(), 0,
-                                                MAXIMUM_ALLOWED | FlagOf(_rstPlace.enView), hKey.Receive());
-        if (lResult == ERROR_SUCCESS || _rtszPath.empty()) {
+        if (_rtszPath.empty() ||
+            ::RegOpenKeyExW(_rstPlace.hRoot, _rtszPath.c_str(), 0, MAXIMUM_ALLOWED | FlagOf(_rstPlace.enView),
+                            hKey.Receive()) == ERROR_SUCCESS) {
             return hKey;
         }
         const std::size_t uName = _rtszPath.rfind(L'\\') + 1;
@@ -57,18 +56,20 @@ RegKey OpenNearest(const UpdatePlace& _rstPlace, std::wstring& _rtszPath, std::w
     }
 }
 
-/** The places of roots that cannot be opened, as the system names them. */
-std::wstring SystemNameOfRoot(HKEY _hRoot)
+/** The places of the roots in a view, as the system names them. */
+std::wstring SystemNameOfRoot(HKEY _hRoot, Storage::RegistryView _enView)
 {
+    RegKey hKey;
     if (_hRoot == HKEY_CURRENT_USER) {
-        RegKey hKey;
         if (const LSTATUS lResult = ::RegOpenCurrentUser(MAXIMUM_ALLOWED, hKey.Receive()); lResult != ERROR_SUCCESS) {
             throw new Storage::RegException(static_cast<std::uint32_t>(lResult));
         }
         return SystemNameOf(hKey.Get());
     }
-    if (_hRoot == HKEY_CLASSES_ROOT) {
-        return L"\\REGISTRY\\MACHINE\\Software\\Classes";
+    if (_hRoot == HKEY_CLASSES_ROOT) { // the name of its own is that of no key
+        const LSTATUS lResult = ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Classes", 0,
+                                                MAXIMUM_ALLOWED | FlagOf(_enView), hKey.Receive());
+        return lResult == ERROR_SUCCESS ? SystemNameOf(hKey.Get()) : L"\\REGISTRY\\MACHINE\\Software\\Classes";
     }
     return _hRoot == HKEY_USERS ? L"\\REGISTRY\\USER" : L"\\REGISTRY\\MACHINE";
 }
@@ -127,7 +128,7 @@ UpdatePlace RealPlaceOf(const UpdatePlace& _rstPlace)
     const RegKey hKey = OpenNearest(_rstPlace, tszFound, tszRest);
     std::wstring tszName = hKey ? SystemNameOf(hKey.Get()) : std::wstring();
     if (tszName.empty()) {
-        tszName = SystemNameOfRoot(_rstPlace.hRoot) + (tszFound.empty() ? L"" : L"\\" + tszFound);
+        tszName = SystemNameOfRoot(_rstPlace.hRoot, _rstPlace.enView) + (tszFound.empty() ? L"" : L"\\" + tszFound);
     }
     tszName += tszRest;
 

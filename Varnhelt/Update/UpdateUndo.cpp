@@ -19,14 +19,15 @@ namespace Varnhelt {
 using namespace ZkCommon;
 namespace {
 
-/** Whether a document gives the text back as it is; it would take a carriage return for a line's end. */
+/** Whether a document can hold the text. */
 bool FitsDocument(std::wstring_view _svText)
 {
     for (std::size_t i = 0; i < _svText.size(); ++i) {
         const wchar_t c = _svText[i];
         const bool bHigh = c >= 0xD800 && c < 0xDC00;
         const bool bPair = bHigh && i + 1 < _svText.size() && _svText[i + 1] >= 0xDC00 && _svText[i + 1] < 0xE000;
-        if ((c < L' ' && c != L'\t' && c != L'\n') || c >= 0xFFFE || (!bPair && c >= 0xD800 && c < 0xE000)) {
+        if ((c < L' ' && c != L'\t' && c != L'\n' && c != L'\r') || c >= 0xFFFE ||
+            (!bPair && c >= 0xD800 && c < 0xE000)) {
             return false;
         }
         i += bPair ? 1 : 0;
