@@ -53,15 +53,23 @@ TEST(VrntUpdate, TheRehearsalTellsEveryItemTheUpdateCarriesThemOutAndItsWayBackL
     EXPECT_THAT(cBench.Snapshot(), IsEmpty());
 
     const std::wstring tszUndo = cBench.Folder().File(L"back.xml");
+    EXPECT_EQ(RunVrnt({L"update", L"--dry-run", L"--strict", tszPath}).iExitStatus, 1); // "fly" and "hklm"
     const ProgramRun stRun = RunVrnt({L"--json", L"update", L"--undo", tszUndo, tszPath});
     EXPECT_EQ(stRun.iExitStatus, 0);
-    EXPECT_EQ(Json::parse(stRun.sOutput), Json::parse(R"({"result": "0x00040200", "data": null})"));
+    for (Json& rjsItem : jsExpected["data"]["items"]) {
+        for (Json& rjsEntry : rjsItem["entries"]) {
+            rjsEntry["applied"] = rjsEntry["effect"] == "write";
+        }
+    }
+    EXPECT_EQ(Json::parse(stRun.sOutput), jsExpected);
     EXPECT_THAT(stRun.sError, HasSubstr("test.ini stays\n"));
     EXPECT_FALSE(std::filesystem::exists(tszPath));
     EXPECT_EQ(cBench.Snapshot().size(), 4U); // key, value, section, entry
 
-    const ProgramRun stBack = RunVrnt({L"update", tszUndo});
+    EXPECT_EQ(RunVrnt({L"check", L"--document", L"local-update", tszUndo}).iExitStatus, 0);
+    const ProgramRun stBack = RunVrnt({L"update", L"--strict", tszUndo});
     EXPECT_EQ(stBack.iExitStatus, 0);
+    EXPECT_EQ(stBack.sOutput, "2 of 2 entries applied, 0 skipped, 0 refused\n");
     EXPECT_THAT(stBack.sError, IsEmpty());
     EXPECT_THAT(cBench.Snapshot(), IsEmpty());
 }
@@ -82,6 +90,10 @@ TEST(VrntUpdate, WhatIsNotAppliedIsToldAndWhatIsNoUpdateIsLeftAlone)
         {__LINE__, {L"update", L"--undo", tszMissing, tszBroken}, 1, "0x80040201"},
         {__LINE__, {L"update", tszBroken}, 1, "0x80040201"}, // it was left by the rehearsals
         {__LINE__, {L"update", L"--undo", L"Z:\\no folder\\x", tszGood}, 2, "cannot write"},
+        {__LINE__, {L"update", L"--undo", tszGood, L"--replace", tszGood}, 2, "is the description itself"},
+        {__LINE__, {L"update", L"--undo", tszOther, tszGood}, 2, "exists already"},
+        {__LINE__, {L"update", cBench.Folder().Path().wstring()}, 0, "is a folder"},
+        {__LINE__, {L"update", L"--strict", tszMissing}, 1, "does not exist"},
     };
     for (const auto& [iLine, vecArgument, iExitStatus, szError] : aRow) {
         const testing::ScopedTrace cRow(__FILE__, iLine, "row");

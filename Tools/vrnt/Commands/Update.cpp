@@ -15,6 +15,10 @@
 #include "ZkComn_String.h"
 #include "ZkComn_XmlParser.h"
 
+#include <expat.h>
+#include <filesystem>
+#include <system_error>
+
 namespace Vrnt {
 
 namespace {
@@ -27,29 +31,81 @@ constexpr Argument g_stUndo{.szName = "--undo",
                             .szHelp = "First write a description that undoes the update",
                             .szValue = "FILE",
                             .pExcludes = &g_stDryRun};
-constexpr const Argument* g_apArgument[] = {&g_stPath, &g_stDryRun, &g_stUndo};
+constexpr Argument g_stReplace{.szName = "--replace", .szHelp = "Write over the FILE of --undo where it exists"};
+constexpr Argument g_stStrict{.szName = "--strict",
+                              .szHelp = "Fail unless everything that is meant for this machine is done, or would be"};
+constexpr const Argument* g_apArgument[] = {&g_stPath, &g_stDryRun, &g_stUndo, &g_stReplace, &g_stStrict};
 
 struct UpdateOptions
 {
     std::string sPath;
     std::string sUndo;
+    bool bReplace = false;
     bool bDryRun = false;
+    bool bStrict = false;
 };
 
-/** Another document would be consumed for nothing. One that is not well-formed is for the library to judge. */
-void RefuseOtherDocument(const UpdateOptions& _rstOptions)
+/** Whether the description could not be read for a reason that may pass, and not because of what it holds. */
+bool IsPassing(const ZkCommon::Storage::XmlException& _rError)
 {
-    bool bOther = false;
+    if (_rError.XmlErrorCode() != 0) {
+        return _rError.XmlErrorCode() == XML_ERROR_NO_MEMORY;
+    }
+    switch (_rError.ErrorCode()) {
+    case ERROR_FILE_NOT_FOUND: // the library answers for these, and consumes nothing
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_SHARING_VIOLATION:
+    case ZkCommon::Exception::g_ulNoSystemError:
+        return false;
+    default:
+        return true;
+    }
+}
+
+/**
+ * Another document would be consumed for nothing, and so would one that cannot be read now. One that is not well-formed
+ * is for the library to judge.
+ */
+void RefuseWhatWouldBeLost(const UpdateOptions& _rstOptions)
+{
+    const std::wstring tszPath = ToFullPath(_rstOptions.sPath);
+    if (std::filesystem::is_directory(tszPath)) {
+        return;
+    }
+    std::string sWhy;
     try {
         ZkCommon::Storage::XmlParser cDocument;
-        cDocument.Load(ToFullPath(_rstOptions.sPath));
+        cDocument.Load(tszPath);
         ZkCommon::Storage::XmlElement cRoot;
-        bOther = !cDocument.Select(Varnhelt::DocumentOf(Varnhelt::DocumentId::LocalUpdate).pszRoot, cRoot);
-    } catch (ZkCommon::Exception::Base* pError) {
+        if (!cDocument.Select(Varnhelt::DocumentOf(Varnhelt::DocumentId::LocalUpdate).pszRoot, cRoot)) {
+            sWhy = "is no local update description";
+        }
+    } catch (ZkCommon::Storage::XmlException* pError) {
         const ZkCommon::Exception::Caught pCaught(pError);
+        if (IsPassing(*pError)) {
+            sWhy = "cannot be read now: " + SystemErrorText(pError->ErrorCode());
+        }
     }
-    if (bOther) {
-        throw UsageError("\"" + _rstOptions.sPath + "\" is no local update description; it is left alone");
+    if (!sWhy.empty()) {
+        throw UsageError("\"" + _rstOptions.sPath + "\" " + sWhy + "; it is left alone");
+    }
+}
+
+/** The file of the way back must not be the description, and replaces another one only when asked to. */
+void RefuseUndoFile(const UpdateOptions& _rstOptions)
+{
+    const std::filesystem::path cUndo = ToFullPath(_rstOptions.sUndo);
+    std::error_code cError;
+    if (!std::filesystem::exists(cUndo, cError)) {
+        return;
+    }
+    if (std::filesystem::equivalent(cUndo, ToFullPath(_rstOptions.sPath), cError)) {
+        throw UsageError("nothing was applied: \"" + _rstOptions.sUndo + "\" is the description itself");
+    }
+    if (!_rstOptions.bReplace) {
+        throw UsageError("nothing was applied: \"" + _rstOptions.sUndo + "\" exists already; --replace writes over it");
     }
 }
 
@@ -62,16 +118,29 @@ void ReportUpdate(Tool& _rTool, const UpdateOptions& _rstOptions, std::uint32_t 
     }
     PrintAnswer(_rTool, _ulResult, _rjsData, {});
     if (_ulResult == SrvFrwk::Result::g_ulPartialSuccess) {
-        const bool bThere = ZkCommon::Storage::File::Exists(ToFullPath(_rstOptions.sPath));
-        WriteError("vrnt: nothing was applied: \"" + _rstOptions.sPath +
-                   (bThere ? "\" is in use or cannot be deleted\n" : "\" does not exist\n"));
+        const std::wstring tszPath = ToFullPath(_rstOptions.sPath);
+        const char* szWhy = std::filesystem::is_directory(tszPath)     ? "is a folder"
+                            : ZkCommon::Storage::File::Exists(tszPath) ? "is in use or cannot be deleted"
+                                                                       : "does not exist";
+        WriteError("vrnt: nothing was applied: \"" + _rstOptions.sPath + "\" " + szWhy + "\n");
     }
 }
 
-/** Writes the way back of a rehearsed update. @throws UsageError when it cannot be written */
-void WriteUndo(const UpdateOptions& _rstOptions, UpdateRehearsal& _rRehearsal)
+/** A rehearsal that went wrong is no ground to go on. @throws UsageError */
+void RefuseFailedRehearsal(const UpdateRehearsal& _rRehearsal)
 {
-    const Varnhelt::UpdateUndo stUndo = Varnhelt::UndoOf(_rRehearsal.Storage());
+    if (_rRehearsal.Failure() != ERROR_SUCCESS) {
+        throw UsageError("nothing was applied: no copy of an ini file can be made in the folder for temporary files: " +
+                         SystemErrorText(_rRehearsal.Failure()));
+    }
+}
+
+/** Writes the way back of the update, which is rehearsed for it. @throws UsageError when it cannot be written */
+void WriteUndo(const UpdateOptions& _rstOptions, const std::wstring& _rtszPath)
+{
+    UpdateRehearsal cRehearsal(_rtszPath);
+    const Varnhelt::UpdateUndo stUndo = Varnhelt::UndoOf(cRehearsal.Storage());
+    RefuseFailedRehearsal(cRehearsal);
     const std::uint32_t ulError = ZkCommon::Storage::File::Replace(ToFullPath(_rstOptions.sUndo), stUndo.sDescription);
     if (ulError != ERROR_SUCCESS) {
         throw UsageError("nothing was applied: cannot write \"" + _rstOptions.sUndo +
@@ -82,32 +151,61 @@ void WriteUndo(const UpdateOptions& _rstOptions, UpdateRehearsal& _rRehearsal)
     }
 }
 
+/** Carries the description out, and looks whether each entry was applied. @return whether all was done */
+bool CarryOut(Tool& _rTool, const UpdateOptions& _rstOptions, std::wstring _tszPath, UpdateRehearsal& _rRehearsal)
+{
+    const std::uint32_t ulResult = ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
+        return _rFunction.SendMessage(SrvFrwk::MessageType::g_ulLocalUpdate, 0, 0, &_tszPath, 0, 0, nullptr);
+    });
+    const bool bCarriedOut = ulResult == SrvFrwk::Result::g_ulSuccess;
+    if (bCarriedOut && _rRehearsal.Failure() != ERROR_SUCCESS) {
+        ReportUpdate(_rTool, _rstOptions, ulResult, nullptr,
+                     "The update was carried out. What it did is not known: it could not be rehearsed.\n");
+        return false;
+    }
+    if (bCarriedOut) {
+        _rRehearsal.CompareWithMachine();
+    }
+    ReportUpdate(_rTool, _rstOptions, ulResult, bCarriedOut ? _rRehearsal.ToJson() : Json(),
+                 bCarriedOut ? _rRehearsal.Summary() : std::string());
+    return bCarriedOut && _rRehearsal.IsAllDone();
+}
+
 void Update(Tool& _rTool, const UpdateOptions& _rstOptions)
 {
-    std::wstring tszPath = ToFullPath(_rstOptions.sPath);
-    RefuseOtherDocument(_rstOptions);
-    if (_rstOptions.bDryRun || !_rstOptions.sUndo.empty()) {
-        UpdateRehearsal cRehearsal(tszPath);
-        if (_rstOptions.bDryRun) {
-            ReportUpdate(_rTool, _rstOptions, cRehearsal.Result(), cRehearsal.ToJson(), cRehearsal.ToText());
-            return;
-        }
-        if (cRehearsal.Result() != SrvFrwk::Result::g_ulSuccess) { // an update without a way back is not begun
-            ReportUpdate(_rTool, _rstOptions, cRehearsal.Result(), nullptr, {});
-            return;
-        }
-        WriteUndo(_rstOptions, cRehearsal);
+    const std::wstring tszPath = ToFullPath(_rstOptions.sPath);
+    RefuseWhatWouldBeLost(_rstOptions);
+    if (!_rstOptions.sUndo.empty()) {
+        RefuseUndoFile(_rstOptions);
     }
-    const std::uint32_t ulResult = ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
-        return _rFunction.SendMessage(SrvFrwk::MessageType::g_ulLocalUpdate, 0, 0, &tszPath, 0, 0, nullptr);
-    });
-    ReportUpdate(_rTool, _rstOptions, ulResult, nullptr,
-                 ulResult == SrvFrwk::Result::g_ulSuccess ? "The update was carried out.\n" : "");
+    UpdateRehearsal cRehearsal(tszPath);
+    const bool bSuccess = cRehearsal.Result() == SrvFrwk::Result::g_ulSuccess;
+    bool bAllDone = false;
+    if (_rstOptions.bDryRun) {
+        RefuseFailedRehearsal(cRehearsal);
+        ReportUpdate(_rTool, _rstOptions, cRehearsal.Result(), cRehearsal.ToJson(), cRehearsal.ToText());
+        bAllDone = cRehearsal.IsAllDone();
+    } else if (!_rstOptions.sUndo.empty() && !bSuccess) { // an update without a way back is not begun
+        ReportUpdate(_rTool, _rstOptions, cRehearsal.Result(), nullptr, {});
+    } else {
+        if (!_rstOptions.sUndo.empty()) {
+            RefuseFailedRehearsal(cRehearsal);
+            WriteUndo(_rstOptions, tszPath);
+        }
+        bAllDone = CarryOut(_rTool, _rstOptions, tszPath, cRehearsal);
+    }
+    if (_rstOptions.bStrict && !bAllDone) {
+        _rTool.iExitStatus = ExitFailure;
+    }
 }
 
 void Run(Tool& _rTool, const Arguments& _rArguments)
 {
-    Update(_rTool, {_rArguments.Text(g_stPath), _rArguments.Text(g_stUndo), _rArguments.Has(g_stDryRun)});
+    Update(_rTool, {.sPath = _rArguments.Text(g_stPath),
+                    .sUndo = _rArguments.Text(g_stUndo),
+                    .bReplace = _rArguments.Has(g_stReplace),
+                    .bDryRun = _rArguments.Has(g_stDryRun),
+                    .bStrict = _rArguments.Has(g_stStrict)});
 }
 
 } // namespace
@@ -116,7 +214,7 @@ constinit const Command g_stUpdate{
     .szName = "update",
     .szHelp = "Carry out a local update description",
     .szExample = "vrnt update --dry-run qmr-17.2.xml\nvrnt update --undo back.xml qmr-17.2.xml",
-    .szNote = "What fails of single items does not fail the update; the trace log says what failed.",
+    .szNote = "A single entry that fails is reported and does not fail the update; with --strict it does.",
     .aArgument = g_apArgument,
     .pfnRun = &Run};
 

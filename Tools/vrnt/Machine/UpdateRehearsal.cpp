@@ -6,11 +6,15 @@
 #include "SrvFrwk_ResultCode.h"
 #include "Update/LocalUpdateAgentKey.h"
 #include "Update/LocalUpdateManager.h"
+#include "Update/UpdateKeyName.h"
 #include "ZkComn_String.h"
+
+#include <algorithm>
 
 namespace Vrnt {
 
 using namespace Varnhelt;
+using ZkCommon::String::EqualsNoCase;
 using ZkCommon::String::ToUtf8;
 
 namespace {
@@ -65,6 +69,58 @@ const char* InPart(const LocalUpdateEntry& _rstEntry)
                                                                      : "; the key is made all the same";
 }
 
+std::string RootNames()
+{
+    std::vector<std::string> vecName;
+    for (const Frwk::Word& stRoot : Documents::g_aRegistryRoot) {
+        vecName.push_back(ToUtf8(std::wstring(stRoot.svText)));
+    }
+    return Joined(vecName);
+}
+
+bool IsDoing(UpdateEffect _enEffect)
+{
+    return _enEffect != UpdateEffect::Skip && _enEffect != UpdateEffect::Refuse;
+}
+
+/** Whether an item with this reason is meant for this machine, as far as can be judged, and is not updated. */
+bool IsFault(UpdateReason _enReason)
+{
+    return _enReason >= UpdateReason::NoVersion && _enReason <= UpdateReason::NoPath;
+}
+
+/** Whether a key's name is the other's, or that of a key below it. */
+bool IsAtOrBelow(const std::wstring& _rtszName, const std::wstring& _rtszAbove, bool _bBelow)
+{
+    const bool bStarts =
+        EqualsNoCase(_rtszName, _rtszAbove, _rtszAbove.size()) && _rtszName.size() >= _rtszAbove.size();
+    return bStarts && (_rtszName.size() == _rtszAbove.size() || (_bBelow && _rtszName[_rtszAbove.size()] == L'\\'));
+}
+
+/** Whether a difference between the machine and what it should be is about what an entry does. */
+bool Concerns(const UpdateChange& _rstChange, const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry)
+{
+    if (_rstChange.stPlace.enKind != _rstPlace.enKind || _rstChange.enKind == UpdateChange::Kind::AccessList) {
+        return false;
+    }
+    const bool bCreates = Documents::IsAction(_rstEntry, UpdateWords::ActionCreate);
+    const bool bValue =
+        !bCreates && !(_rstEntry.tszName.empty() && Documents::IsAction(_rstEntry, UpdateWords::ActionRemove));
+    if (_rstPlace.IsRegistry()) {
+        const UpdatePlace stReal =
+            RealPlaceOf(bCreates ? CLocalUpdateAgentKey::NewPlaceOf(_rstPlace, _rstEntry) : _rstPlace);
+        if (!IsAtOrBelow(KeyNameOf(_rstChange.stPlace), KeyNameOf(stReal), !bValue && !bCreates)) {
+            return false;
+        }
+    } else if (!EqualsNoCase(_rstChange.stPlace.tszPath, FullIniPath(_rstPlace.tszPath)) ||
+               !EqualsNoCase(_rstChange.stPlace.tszSection, _rstPlace.tszSection)) {
+        return false;
+    }
+    return _rstChange.enKind == UpdateChange::Kind::Value
+               ? bValue ? EqualsNoCase(_rstChange.tszName, _rstEntry.tszName) : !bCreates
+               : _rstChange.enKind == UpdateChange::Kind::Created || _rstChange.enKind == UpdateChange::Kind::Removed;
+}
+
 } // namespace
 
 UpdateRehearsal::UpdateRehearsal(const std::wstring& _rtszPath)
@@ -81,12 +137,6 @@ UpdateRehearsal::UpdateRehearsal(const std::wstring& _rtszPath)
         m_ulResult = cManager.DoActionConfig(m_stConfig);
         cManager.UnInitialize();
     }
-    if (m_cStorage.Failure() != ERROR_SUCCESS) {
-        throw UsageError(
-            "the update cannot be rehearsed: no copy of an ini file can be made in the folder for temporary "
-            "files: " +
-            SystemErrorText(m_cStorage.Failure()));
-    }
 }
 
 void UpdateRehearsal::OnItem(const LocalUpdateKey& _rstItem, UpdateReason _enReason)
@@ -94,9 +144,41 @@ void UpdateRehearsal::OnItem(const LocalUpdateKey& _rstItem, UpdateReason _enRea
     m_vecItem.push_back({&_rstItem, _enReason, {}});
 }
 
-void UpdateRehearsal::OnEntry(const UpdatePlace&, const LocalUpdateEntry& _rstEntry, const UpdateDecision& _rstDecision)
+void UpdateRehearsal::OnEntry(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry,
+                              const UpdateDecision& _rstDecision)
 {
-    m_vecItem.back().vecEntry.push_back({&_rstEntry, _rstDecision});
+    m_vecItem.back().vecEntry.push_back({&_rstEntry, _rstPlace, _rstDecision});
+}
+
+void UpdateRehearsal::CompareWithMachine()
+{
+    const std::vector<UpdateChange> vecDifference = m_cStorage.Changes();
+    for (Item& rstItem : m_vecItem) {
+        for (Entry& rstEntry : rstItem.vecEntry) {
+            rstEntry.bApplied = IsDoing(rstEntry.stDecision.enEffect) &&
+                                std::ranges::none_of(vecDifference, [&](const UpdateChange& _rstChange) {
+                                    return Concerns(_rstChange, rstEntry.stPlace, *rstEntry.pEntry);
+                                });
+        }
+    }
+    m_bCompared = true;
+}
+
+/** Whether an entry that is meant for this machine is not done, and not for a reason that is as good as done. */
+bool UpdateRehearsal::IsRefused(const Entry& _rstEntry) const
+{
+    const UpdateDecision& rstDecision = _rstEntry.stDecision;
+    return rstDecision.enEffect == UpdateEffect::Refuse || rstDecision.enReason == UpdateReason::NoAllAccess ||
+           (m_bCompared && IsDoing(rstDecision.enEffect) && !_rstEntry.bApplied);
+}
+
+bool UpdateRehearsal::IsAllDone() const
+{
+    return m_ulResult == SrvFrwk::Result::g_ulSuccess && std::ranges::none_of(m_vecItem, [&](const Item& _rstItem) {
+               return IsFault(_rstItem.enReason) || std::ranges::any_of(_rstItem.vecEntry, [&](const Entry& _rstEntry) {
+                          return IsRefused(_rstEntry);
+                      });
+           });
 }
 
 std::string UpdateRehearsal::Why(const UpdateConditions& _rstConditions, UpdateReason _enReason,
@@ -118,6 +200,10 @@ std::string UpdateRehearsal::Why(const UpdateConditions& _rstConditions, UpdateR
     case UpdateReason::NoVersion:
         return "the installed version is not known";
     case UpdateReason::BadVersion:
+        if (_rstConditions.tszMinVersion.empty() || _rstConditions.tszMaxVersion.empty()) {
+            return std::string(_rstConditions.tszMinVersion.empty() ? "\"minversion\"" : "\"maxversion\"") +
+                   " is missing";
+        }
         return "the versions " + Quoted(_rstConditions.tszMinVersion) + " and " + Quoted(_rstConditions.tszMaxVersion) +
                " cannot be compared with the installed one";
     case UpdateReason::NoProduct:
@@ -127,7 +213,7 @@ std::string UpdateRehearsal::Why(const UpdateConditions& _rstConditions, UpdateR
     case UpdateReason::UnknownPlatform:
         return Quoted(_rstConditions.tszPlatform) + " is no platform";
     case UpdateReason::UnknownRoot:
-        return "the root is none of HKCR, HKCU, HKLM, HKU";
+        return "the root is none of " + RootNames();
     case UpdateReason::NoPath:
         return "the path is empty";
     case UpdateReason::PlacePresent:
@@ -153,8 +239,44 @@ std::string UpdateRehearsal::WhyNot(const Item& _rstItem) const
 std::string UpdateRehearsal::WhyNot(const Entry& _rstEntry) const
 {
     const UpdateDecision& rstDecision = _rstEntry.stDecision;
+    if (m_bCompared && IsDoing(rstDecision.enEffect) && !_rstEntry.bApplied) {
+        return "the machine is not as it should be afterwards; the trace log has the cause";
+    }
     return Why(*_rstEntry.pEntry, rstDecision.enReason, rstDecision.ulError) +
            (rstDecision.bInPart ? InPart(*_rstEntry.pEntry) : "");
+}
+
+Json UpdateRehearsal::ItemToJson(const Item& _rstItem) const
+{
+    const auto EntryToJson = [&](const LocalUpdateEntry& _rstEntry, UpdateEffect _enEffect, const std::string& _rsWhy,
+                                 bool _bApplied) {
+        Json jsEntry{{"name", ToUtf8(_rstEntry.tszName)},     {"type", ToUtf8(_rstEntry.tszType)},
+                     {"action", ToUtf8(_rstEntry.tszAction)}, {"value", ToUtf8(_rstEntry.tszValue)},
+                     {"effect", EffectText(_enEffect)},       {"reason", TextOrNull(_rsWhy)}};
+        if (m_bCompared) {
+            jsEntry.Set("applied", _bApplied);
+        }
+        return jsEntry;
+    };
+    const LocalUpdateKey& rstKey = *_rstItem.pItem;
+    const bool bUpdate = _rstItem.enReason == UpdateReason::None;
+    Json jsEntries = Json::Array();
+    for (const Entry& stEntry : _rstItem.vecEntry) {
+        jsEntries.Add(EntryToJson(*stEntry.pEntry, stEntry.stDecision.enEffect, WhyNot(stEntry), stEntry.bApplied));
+    }
+    if (!bUpdate) {
+        for (const LocalUpdateEntry& stEntry : rstKey.lstEntry) {
+            jsEntries.Add(EntryToJson(stEntry, UpdateEffect::Skip, "the item is not updated", false));
+        }
+    }
+    const bool bNoRoot = rstKey.tszKind == g_szRegistryKind && RegistryRootOf(rstKey.tszRoot) == nullptr;
+    return {{"kind", ToUtf8(rstKey.tszKind)},
+            {"root", bNoRoot ? Json() : Json(ToUtf8(rstKey.tszRoot))},
+            {"path", ToUtf8(rstKey.tszPath)},
+            {"accessMode", ToUtf8(rstKey.tszAccessMode)},
+            {"update", bUpdate},
+            {"reason", TextOrNull(WhyNot(_rstItem))},
+            {"entries", std::move(jsEntries)}};
 }
 
 Json UpdateRehearsal::ToJson() const
@@ -162,32 +284,9 @@ Json UpdateRehearsal::ToJson() const
     if (m_ulResult != SrvFrwk::Result::g_ulSuccess) {
         return {};
     }
-    const auto EntryToJson = [](const LocalUpdateEntry& _rstEntry, UpdateEffect _enEffect, const std::string& _rsWhy) {
-        return Json{{"name", ToUtf8(_rstEntry.tszName)},     {"type", ToUtf8(_rstEntry.tszType)},
-                    {"action", ToUtf8(_rstEntry.tszAction)}, {"value", ToUtf8(_rstEntry.tszValue)},
-                    {"effect", EffectText(_enEffect)},       {"reason", TextOrNull(_rsWhy)}};
-    };
     Json jsItems = Json::Array();
     for (const Item& stItem : m_vecItem) {
-        const LocalUpdateKey& rstKey = *stItem.pItem;
-        const bool bUpdate = stItem.enReason == UpdateReason::None;
-        Json jsEntries = Json::Array();
-        for (const Entry& stEntry : stItem.vecEntry) {
-            jsEntries.Add(EntryToJson(*stEntry.pEntry, stEntry.stDecision.enEffect, WhyNot(stEntry)));
-        }
-        if (!bUpdate) {
-            for (const LocalUpdateEntry& stEntry : rstKey.lstEntry) {
-                jsEntries.Add(EntryToJson(stEntry, UpdateEffect::Skip, "the item is not updated"));
-            }
-        }
-        const bool bNoRoot = rstKey.tszKind == g_szRegistryKind && RegistryRootOf(rstKey.tszRoot) == nullptr;
-        jsItems.Add({{"kind", ToUtf8(rstKey.tszKind)},
-                     {"root", bNoRoot ? Json() : Json(ToUtf8(rstKey.tszRoot))},
-                     {"path", ToUtf8(rstKey.tszPath)},
-                     {"accessMode", ToUtf8(rstKey.tszAccessMode)},
-                     {"update", bUpdate},
-                     {"reason", TextOrNull(WhyNot(stItem))},
-                     {"entries", std::move(jsEntries)}});
+        jsItems.Add(ItemToJson(stItem));
     }
     for (const LocalUpdateDirectory& stDirectory : m_stConfig.lstDirectory) {
         jsItems.Add({{"kind", ToUtf8(stDirectory.tszKind)},
@@ -214,7 +313,7 @@ std::string UpdateRehearsal::ToText() const
     }
     std::string sText = "Installed: version " + OrUnknown(m_stEnvironment.tszVersion) + ", product " +
                         OrUnknown(m_stEnvironment.tszProduct) + ", language " + OrUnknown(m_stEnvironment.tszLanguage) +
-                        "\nConditions " + (m_stConfig.tszCheck == UpdateWords::g_svYes ? "count" : "do not count") +
+                        "\nConditions " + (m_stConfig.tszCheck == UpdateWords::g_svYes ? "apply" : "do not apply") +
                         "; the description " + (m_bStay ? "stays" : "is deleted by the update") + "\n";
     for (const Item& stItem : m_vecItem) {
         const std::string sWhy = WhyNot(stItem);
@@ -232,6 +331,33 @@ std::string UpdateRehearsal::ToText() const
         }
     }
     return sText;
+}
+
+std::string UpdateRehearsal::Summary() const
+{
+    std::size_t uEntries = 0;
+    std::size_t uApplied = 0;
+    std::size_t uRefused = 0;
+    std::string sRefused;
+    for (const Item& stItem : m_vecItem) {
+        const std::string sItem = Heading(*stItem.pItem);
+        uEntries += stItem.pItem->lstEntry.size();
+        if (IsFault(stItem.enReason)) {
+            uRefused += stItem.pItem->lstEntry.size();
+            sRefused += "refused: " + sItem + ": " + WhyNot(stItem) + "\n";
+        }
+        for (const Entry& stEntry : stItem.vecEntry) {
+            uApplied += stEntry.bApplied ? 1 : 0;
+            if (IsRefused(stEntry)) {
+                ++uRefused;
+                sRefused += "refused: " + sItem + ", " + ToUtf8(stEntry.pEntry->tszAction) + " " +
+                            Quoted(stEntry.pEntry->tszName) + ": " + WhyNot(stEntry) + "\n";
+            }
+        }
+    }
+    return std::to_string(uApplied) + " of " + std::to_string(uEntries) + (uEntries == 1 ? " entry" : " entries") +
+           " applied, " + std::to_string(uEntries - uApplied - uRefused) + " skipped, " + std::to_string(uRefused) +
+           " refused\n" + sRefused;
 }
 
 } // namespace Vrnt

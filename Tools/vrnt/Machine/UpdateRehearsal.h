@@ -13,7 +13,7 @@
 
 namespace Vrnt {
 
-/** A local update, carried out on a record: what it would do on this machine, and why not. */
+/** A local update, carried out on a record: what it would do on this machine, and why not; afterwards, what it did. */
 class UpdateRehearsal : private Varnhelt::UpdateObserver
 {
 public:
@@ -22,18 +22,30 @@ public:
 
     /** What the update would answer. */
     std::uint32_t Result() const noexcept { return m_ulResult; }
+    /** The system's error when the rehearsal itself failed: then it does not say what the update would do. */
+    std::uint32_t Failure() const noexcept { return m_cStorage.Failure(); }
     /** What the machine would be like. */
     Varnhelt::RecordingStorage& Storage() noexcept { return m_cStorage; }
 
+    /** After the update was carried out: looks at the machine whether each entry was applied. */
+    void CompareWithMachine();
+    /** Whether all that is meant for this machine is done, or would be. */
+    bool IsAllDone() const;
+
     /** Null where there was nothing to go through. */
     Json ToJson() const;
+    /** What would be done, item by item. */
     std::string ToText() const;
+    /** After CompareWithMachine: how many entries were applied, and what was not, with its reason. */
+    std::string Summary() const;
 
 private:
     struct Entry
     {
         const Varnhelt::LocalUpdateEntry* pEntry = nullptr;
+        Varnhelt::UpdatePlace stPlace; // of the item
         Varnhelt::UpdateDecision stDecision;
+        bool bApplied = false;
     };
     struct Item
     {
@@ -50,8 +62,12 @@ private:
     std::string WhyNot(const Item& _rstItem) const;
     std::string WhyNot(const Entry& _rstEntry) const;
 
+    bool IsRefused(const Entry& _rstEntry) const;
+    Json ItemToJson(const Item& _rstItem) const;
+
     std::uint32_t m_ulResult;
     bool m_bStay = false;
+    bool m_bCompared = false;
     Varnhelt::LocalUpdateConfig m_stConfig;
     Varnhelt::UpdateEnvironment m_stEnvironment;
     Varnhelt::RecordingStorage m_cStorage;
