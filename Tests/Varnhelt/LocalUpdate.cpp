@@ -36,7 +36,7 @@ TEST_F(LocalUpdate, EveryActionDoesWhatItsRehearsalSaysAndIsUndone)
         {__LINE__, Key({"create+yes"}, "@K@\\N", "HKLM", "eMode32bit"), {L"c", L"32", L"32\\N"}},
         {__LINE__, Key({"create+no"}, "@K@", "HKCU") + Key({"create+no"}, "@K@", "hklm"), {L"c", L"user"}},
         {__LINE__, Key({"write s string new+Over", "write S string ab+over"}), {L"-w", L"64 s \"ab\"", tszText}},
-        // A value of another type does not count.
+        // A value of another type is as none.
         {__LINE__, Key({"write s uint32 010"}), {L"w", L"64 s 4: 8 0 0 0", tszText}},
         {__LINE__, Key({"write m uint64 0xffffffffffffffff"}), {L"w", L"64 m 11: 255 255 255 255 255 255 255 255"}},
         {__LINE__, Key({"write m binary fFa", "append f binary 34"}), {L"wa", L"64 m 3: 255", L"64 f 3: 52"}},
@@ -78,7 +78,7 @@ TEST_F(LocalUpdate, TheSampleIsCarriedOutAndUndone)
     std::ifstream cFile(std::filesystem::path(SAMPLES_FOLDER) / "updates/settings-17.2.xml", std::ios::binary);
     const std::vector<std::wstring> vecOutcome =
         RoundTrip(m_cBench.Describe(L"sample.xml", {std::istreambuf_iterator<char>(cFile), {}}));
-    EXPECT_EQ(std::ranges::count(vecOutcome[0], L'!'), 1); // of the entry that is there no more
+    EXPECT_EQ(std::ranges::count(vecOutcome[0], L'!'), 1); // of the entry that is gone
     EXPECT_GT(vecOutcome.size(), 100U);
     EXPECT_THAT(m_vecLeft, IsEmpty());
 }

@@ -30,7 +30,7 @@ bool IsNumber(const std::wstring& _rtszType)
     return _rtszType.starts_with(L"uint");
 }
 
-/** What the laws of a description say about the machine, told by plain maps. */
+/** What a description makes of the machine, in plain maps. */
 class Model
 {
 public:

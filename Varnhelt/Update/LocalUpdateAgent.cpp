@@ -20,7 +20,7 @@ using UpdateWords::g_svAll;
 
 constexpr MethodLines g_cVersion(L"CLocalUpdateAgent::CheckVersionType()");
 
-/** The text up to the next dot; takes it and the dots behind it off the rest. */
+/** The text up to the next dot, which is removed from the rest with the dots that follow. */
 std::wstring_view NextNumber(std::wstring_view& _rsvRest)
 {
     const std::wstring_view svNumber = _rsvRest.substr(0, _rsvRest.find(L'.'));

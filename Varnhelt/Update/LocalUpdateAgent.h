@@ -46,14 +46,14 @@ public:
     CLocalUpdateAgent& operator=(const CLocalUpdateAgent&) = delete;
     virtual ~CLocalUpdateAgent() = default;
 
-    /** @param _bCheck  whether conditions count; otherwise everything is updated */
+    /** @param _bCheck  whether conditions apply; otherwise everything is updated */
     virtual std::uint32_t Initialize(const Varnhelt::UpdateEnvironment& _rstEnvironments, bool _bCheck);
     /** Carries out an item; its path macros are expanded in place. @return the result of its last entry */
     virtual std::uint32_t DoAction(Varnhelt::LocalUpdateKey* _pstKey) = 0;
     virtual std::uint32_t UnInitialize();
 
 protected:
-    /** Judges the conditions, when they count: the first that says no, or cannot be judged, decides. */
+    /** Judges the conditions, when they apply: the first that says no, or cannot be judged, decides. */
     Varnhelt::UpdateCheck CheckUpdate(const Varnhelt::UpdateConditions& _rstConditions) const;
 
 private:

@@ -26,7 +26,7 @@ constexpr MethodLines g_cCreateAgents(L"CLocalUpdateManager::CreateLocalUpdateAg
 constexpr const wchar_t* g_aTarget[] = {g_szRegistryKind, g_szIniFileKind, g_szDirectoryKind};
 constexpr std::size_t g_uTargetLength = 16; // more characters are not looked at
 
-/** The number of a kind of item, from 1; 0 for a word that is none. */
+/** The number of a kind of item, from 1; 0 for another word. */
 std::uint32_t TargetTypeOf(std::wstring_view _svWord)
 {
     for (std::uint32_t i = 0; i < std::size(g_aTarget); ++i) {
@@ -43,7 +43,7 @@ std::wstring_view LanguageOf(std::uint32_t _ulValue)
     return (pWord != std::end(UpdateWords::g_aLanguage) ? *pWord : UpdateWords::g_aLanguage[0]).svText;
 }
 
-/** The edition, which the second letter of the product's number tells. */
+/** The edition, by the second letter of the product's number. */
 std::wstring_view EditionOf(const std::wstring& _rtszPid)
 {
     const wchar_t cLetter = _rtszPid.size() < 2 ? L'\0' : _rtszPid[1];

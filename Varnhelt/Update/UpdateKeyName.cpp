@@ -20,7 +20,7 @@ REGSAM FlagOf(Storage::RegistryView _enView)
     return _enView == Storage::View32 ? KEY_WOW64_32KEY : _enView == Storage::View64 ? KEY_WOW64_64KEY : 0;
 }
 
-/** The full name of an open key as the system keeps it, "\REGISTRY\Machine\Software"; empty when it does not tell. */
+/** The full name of an open key as the system keeps it, "\REGISTRY\Machine\Software"; empty when it does not say. */
 std::wstring SystemNameOf(HKEY _hKey)
 {
     constexpr int iKeyNameInformation = 3;
@@ -139,7 +139,7 @@ UpdatePlace RealPlaceOf(const UpdatePlace& _rstPlace)
     stReal.hRoot = bUsers ? HKEY_USERS : HKEY_LOCAL_MACHINE;
     stReal.enView = Storage::View64;
     stReal.tszPath = tszName.substr(std::min(tszName.size(), bUsers ? svUsers.size() : svMachine.size()));
-    // Several backslashes count as one.
+    // Several backslashes are as one.
     const auto itEnd = std::unique(stReal.tszPath.begin(), stReal.tszPath.end(),
                                    [](wchar_t _cLeft, wchar_t _cRight) { return _cLeft == L'\\' && _cRight == L'\\'; });
     stReal.tszPath.erase(itEnd, stReal.tszPath.end());

@@ -17,7 +17,7 @@ struct UpdateUndo
 /**
  * The description that brings the machine back from where a rehearsed update would take it. It is rehearsed too, on the
  * same record, so that what it leaves is what was seen to be left.
- * @param _rStorage  the record of the update; afterwards it stands at the end of the undoing
+ * @param _rStorage  the record of the update; afterwards it is at the end of the undoing
  */
 UpdateUndo UndoOf(RecordingStorage& _rStorage);
 
