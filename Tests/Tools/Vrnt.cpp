@@ -1,5 +1,6 @@
 // vrnt.exe as a person or a script runs it.
 
+#include "Output/Table.h"
 #include "TestProduct.h"
 #include "VrntTest.h"
 #include "ZkComn_String.h"
@@ -141,9 +142,50 @@ TEST_F(Vrnt, XenEncryptsAndDecryptsAndAFailureLeavesNoOutput)
     const ProgramRun stFailure = RunVrnt(
         {L"--json", L"xen", L"decrypt", L"--document", L"alias", cFolder.File(L"short.xen"), cFolder.File(L"none")});
     EXPECT_EQ(stFailure.iExitStatus, 1);
-    EXPECT_EQ(Json::parse(stFailure.sOutput), Json({{"ok", false}}));
+    const Json jsFailure = Json::parse(stFailure.sOutput);
+    EXPECT_EQ(jsFailure["ok"], false);
+    EXPECT_THAT(jsFailure["why"].dump(), HasSubstr("15 bytes, which is not a multiple of 16"));
     EXPECT_THAT(stFailure.sError, IsOneLine());
     EXPECT_FALSE(std::filesystem::exists(cFolder.File(L"none")));
+}
+
+TEST_F(Vrnt, XenRefusesWhatIsNotTheDocumentAndWritesToTheOutput)
+{
+    m_cProduct.Store(DocumentId::ServiceUnits, g_szCatalogue);
+    const std::wstring tszStored = m_cProduct.Folder().File(L"FwSvUnit.xen");
+    const std::wstring tszOut = m_cProduct.Folder().File(L"out.xml");
+    const std::wstring tszPlain = m_cProduct.Folder().File(L"plain.xml");
+    m_cProduct.Folder().Write(L"plain.xml", g_szCatalogue);
+    EXPECT_EQ(RunVrnt({L"xen", L"decrypt", L"--document", L"service-units", tszStored, L"-"}).sOutput, g_szCatalogue);
+    const std::pair<std::vector<std::wstring>, const char*> aRefused[] = {
+        {{L"decrypt", L"--document", L"policy", tszStored, tszOut}, "the key of policy does not open"},
+        {{L"encrypt", L"--document", L"policy", tszPlain, tszOut}, "is not a policy document"},
+        {{L"encrypt", L"--document", L"service-units", tszStored, tszOut}, "is not a service-units document"},
+        {{L"encrypt", L"--document", L"service-units", tszPlain, tszPlain}, "the same file"},
+        {{L"decrypt", L"--document", L"service-units", tszStored, L"-", L"--json"}, "both write"},
+    };
+    for (auto [vecArgument, szNamed] : aRefused) {
+        vecArgument.insert(vecArgument.begin(), L"xen");
+        const ProgramRun stRun = RunVrnt(vecArgument);
+        EXPECT_NE(stRun.iExitStatus, 0);
+        EXPECT_THAT(stRun.sError, HasSubstr(szNamed));
+        EXPECT_FALSE(std::filesystem::exists(tszOut));
+    }
+    EXPECT_EQ(m_cProduct.Folder().Read(L"plain.xml"), g_szCatalogue);
+}
+
+TEST(Tables, FitTheirWidthAndShowAllThatIsInACell)
+{
+    Vrnt::Table cTable({"id", "same", "name", "long text"});
+    cTable.Add({"1", "x", "\u65E5\u672C", std::string(60, 'a')});
+    cTable.Add({"22", "x", "a\tb\u202E", "b"});
+    EXPECT_EQ(cTable.ToText({40, false}), "id  name       long text\n"
+                                          "--  ---------  ------------------------\n"
+                                          " 1  \u65E5\u672C       aaaaaaaaaaaaaaaaaaaaa...\n"
+                                          "22  a\\tb\\u202e  b\n"
+                                          "\nNot shown here, but with --wide: same\n");
+    EXPECT_THAT(cTable.ToText({40, true}), HasSubstr(std::string(60, 'a')));
+    EXPECT_EQ(cTable.ToPlainText().substr(0, 12), "1\tx\t\u65E5\u672C\ta");
 }
 
 TEST_F(Vrnt, DocumentsTellsWhatIsInstalled)

@@ -55,6 +55,25 @@ TEST_F(VrntPolicy, WhatIsStoredIsAnsweredWholeAndByController)
     EXPECT_THAT(stUnknown.sError, HasSubstr("eFirewall"));
 }
 
+TEST_F(VrntPolicy, WhatAQueryPrintedIsInputInWordsAndUtf16AndAnUnknownProviderIsNamed)
+{
+    const std::string sQuery = RunVrnt({L"query", L"policy", L"--json"}).sOutput;
+    EXPECT_EQ(StoreJson(sQuery).iExitStatus, 0);
+    const std::string sWords = R"([{"controllerType": "eFirewall", "permission": "eAllow",
+        "allowToLoadInSetupMode": false, "providers": [{"controllerType": "eFirewall", "providerType": "eNone",
+        "permission": "eDeny", "deployState": "eInstalled"}]}])";
+    std::string sUtf16 = "\xFF\xFE";
+    for (const char c : sWords) {
+        sUtf16 += {c, '\0'};
+    }
+    const ProgramRun stRun = StoreJson(sUtf16);
+    EXPECT_EQ(stRun.iExitStatus, 0);
+    EXPECT_THAT(stRun.sError, HasSubstr("the policy has no provider eFirewall eNone"));
+    EXPECT_EQ(Json::parse(stRun.sOutput)["data"], Json({{"passedOver", {"eFirewall eNone"}}}));
+    EXPECT_EQ(Json::parse(RunVrnt({L"query", L"policy", L"--json"}).sOutput)["data"][0]["permission"], 1);
+    EXPECT_EQ(StoreJson(R"({"result": "0x80040201", "data": []})").iExitStatus, 2);
+}
+
 TEST_F(VrntPolicy, RecordsThatDoNotFitAreRefusedByTheirPlaceAndNothingIsStored)
 {
     const std::string sStored = m_cProduct.Stored(DocumentId::Policy);

@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t g_uPageWidth = 80;
 constexpr std::size_t g_uTextColumn = 28; // where the explanations begin
 
-constexpr const Argument* g_apGlobal[] = {&g_stModule, &g_stJson, &g_stHelp};
+constexpr const Argument* g_apGlobal[] = {&g_stModule, &g_stJson, &g_stPlain, &g_stWide, &g_stHelp};
 
 /** Appends a text from its column on, its words wrapped. */
 void AppendWrapped(std::string& _rsPage, const std::string& _rsText, std::size_t _uColumn)
@@ -105,6 +105,10 @@ constinit const Argument g_stModule{
     .szName = "--module", .szHelp = "The library to load (default: Varnhelt.dll beside vrnt.exe)", .szValue = "PATH"};
 constinit const Argument g_stJson{.szName = "--json",
                                   .szHelp = R"(Print one JSON object: {"result": ..., "data": ...})"};
+constinit const Argument g_stPlain{.szName = "--plain",
+                                   .szHelp = "Print tables for programs: cells between tabs, no heading"};
+constinit const Argument g_stWide{.szName = "--wide",
+                                  .szHelp = "Print all columns and whole cells, however narrow the terminal is"};
 constinit const Argument g_stHelp{.szName = "--help", .szHelp = "Print this page"};
 
 std::span<const Argument* const> GlobalArguments()

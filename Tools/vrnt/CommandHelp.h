@@ -17,6 +17,8 @@ std::string HelpOf(const Command& _rstCommand, std::string_view _svPath);
 std::span<const Argument* const> GlobalArguments();
 extern const Argument g_stModule;
 extern const Argument g_stJson;
+extern const Argument g_stPlain;
+extern const Argument g_stWide;
 extern const Argument g_stHelp;
 
 } // namespace Vrnt

@@ -18,22 +18,11 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Command* g_apCommand[] = {&g_stQuery, &g_stStore,  &g_stDirect,    &g_stUpdate, &g_stXen,
-                                          &g_stCheck, &g_stSchema, &g_stDocuments, &g_stTrace,  &g_stReport};
-
-constexpr Command g_stWhole{
-    .szName = "vrnt",
-    .szHelp = "Asks Varnhelt.dll for configuration, and prepares and inspects the product's documents.",
-    .szExample = "vrnt documents",
-    .szNote = "Exit status: 0 success, 1 a failure code, 2 a usage error or an input file that cannot be read. "
-              "vrnt --version prints the version.",
-    .aCommand = g_apCommand};
-
 /** A command line while it is parsed: the command that it reaches, and the values. */
 struct Parsed
 {
-    const Command* pCommand = &g_stWhole;
-    std::string sPath = g_stWhole.szName;
+    const Command* pCommand = &g_stVrnt;
+    std::string sPath = g_stVrnt.szName;
     Arguments cArguments;
 };
 
@@ -93,7 +82,7 @@ void Configure(CLI::App& _rApp, Parsed& _rstParsed)
         }
     }
     _rApp.set_version_flag("-V,--version", "vrnt " VARNHELT_VERSION);
-    AddBelow(_rApp, g_stWhole, _rstParsed);
+    AddBelow(_rApp, g_stVrnt, _rstParsed);
 }
 
 /** The arguments in UTF-8, last first: the order in which the parser reads them. Other ways to ask for help are one. */
@@ -196,7 +185,12 @@ int Complain(const std::string& _rsText)
 int RunCommand(const Parsed& _rstParsed)
 {
     Tool stTool;
-    stTool.stOptions = {_rstParsed.cArguments.Text(g_stModule), _rstParsed.cArguments.Has(g_stJson)};
+    const Arguments& rArguments = _rstParsed.cArguments;
+    stTool.stOptions = {rArguments.Text(g_stModule), rArguments.Has(g_stJson), rArguments.Has(g_stPlain),
+                        rArguments.Has(g_stWide)};
+    if (stTool.stOptions.bJson && stTool.stOptions.bPlain) {
+        throw UsageError("--json and --plain cannot be given together");
+    }
     _rstParsed.pCommand->pfnRun(stTool, _rstParsed.cArguments);
     return stTool.iExitStatus;
 }

@@ -18,6 +18,8 @@ struct GlobalOptions
 {
     std::string sModule; // empty: Varnhelt.dll beside the tool
     bool bJson = false;
+    bool bPlain = false; // tables as cells between tabs
+    bool bWide = false;  // tables whole, whatever the terminal's width
 };
 
 /** The tool while it runs one command. */

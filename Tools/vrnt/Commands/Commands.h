@@ -5,6 +5,9 @@
 /** Every command and group. Each is defined in the file of its name, in this folder. */
 namespace Vrnt {
 
+/** The whole tool. */
+extern const Command g_stVrnt;
+
 extern const Command g_stQuery;
 extern const Command g_stQueryServiceUnits;
 extern const Command g_stQueryPolicy;
@@ -37,5 +40,6 @@ extern const Command g_stSchema;
 extern const Command g_stDocuments;
 extern const Command g_stTrace;
 extern const Command g_stReport;
+extern const Command g_stCompletion;
 
 } // namespace Vrnt

@@ -29,9 +29,7 @@ void Run(Tool& _rTool, const Arguments&)
                     Joined(stState.vecValueType, " "), stState.uSize ? "yes" : (stState.IsInstalled() ? "no" : "-"),
                     stState.uSize ? std::to_string(*stState.uSize) : ""});
     }
-    if (!_rTool.stOptions.bJson) {
-        Write("Installed folder: " + stInstalled.FolderText() + "\n\n");
-    }
+    PrintText(_rTool, "Installed folder: " + stInstalled.FolderText() + "\n\n");
     PrintAnswer(_rTool, SrvFrwk::Result::g_ulSuccess, jsDocuments, cTable);
 }
 

@@ -5,6 +5,7 @@
 #include "Output/InputFile.h"
 #include "Output/Output.h"
 #include "Records/RecordJson.h"
+#include "SrvFrwk_ResultCode.h"
 
 /** Records that "--input" names. */
 namespace Vrnt {
@@ -19,6 +20,15 @@ TContainer ReadRecords(const Arguments& _rArguments, const TDescription& _rstDes
     } catch (const JsonError& rError) {
         throw UsageError(Quoted(rsPath) + ": " + rError.what());
     }
+}
+
+/** Prints what came of a store, and on success what was stored. */
+inline void PrintStored(Tool& _rTool, std::uint32_t _ulResult, const std::string& _rsWhat)
+{
+    if (!SrvFrwk::Result::IsFailure(_ulResult)) {
+        PrintText(_rTool, _rsWhat + " stored.\n");
+    }
+    PrintAnswer(_rTool, _ulResult, nullptr, {});
 }
 
 } // namespace Vrnt

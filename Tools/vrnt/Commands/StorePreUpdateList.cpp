@@ -16,7 +16,8 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
     SrvFrwk::PreUpdateList stList{_rArguments.Path(g_stRequest),
                                   ReadRecords<std::vector<SrvFrwk::CompatibilityComponent>>(
                                       _rArguments, Varnhelt::Documents::g_stCompatibilityComponent)};
-    PrintAnswer(_rTool, Store(_rTool, SrvFrwk::ValueType::g_ulPreUpdateList, &stList, nullptr), nullptr, {});
+    PrintStored(_rTool, Store(_rTool, SrvFrwk::ValueType::g_ulPreUpdateList, &stList, nullptr),
+                Count(stList.vecComponent.size(), "component"));
 }
 
 } // namespace

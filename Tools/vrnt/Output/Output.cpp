@@ -3,6 +3,7 @@
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_String.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <windows.h>
@@ -77,6 +78,17 @@ void WriteError(std::string_view _svUtf8)
     } else {
         WriteTo(STD_ERROR_HANDLE, _svUtf8);
     }
+}
+
+std::size_t OutputWidth()
+{
+    CONSOLE_SCREEN_BUFFER_INFO stInfo{};
+    if (::GetConsoleScreenBufferInfo(::GetStdHandle(STD_OUTPUT_HANDLE), &stInfo) != FALSE) {
+        return static_cast<std::size_t>(std::max(0, stInfo.srWindow.Right - stInfo.srWindow.Left + 1));
+    }
+    std::array<wchar_t, 16> aText{};
+    const DWORD ulLength = ::GetEnvironmentVariableW(L"COLUMNS", aText.data(), static_cast<DWORD>(aText.size()));
+    return ulLength < aText.size() ? ZkCommon::String::ToWholeNumber(aText.data()).value_or(0) : 0;
 }
 
 bool ErrorIsTerminal()
@@ -156,6 +168,18 @@ std::string OrUnknown(const std::wstring& _rtszText)
     return _rtszText.empty() ? "(not known)" : ZkCommon::String::ToUtf8(_rtszText);
 }
 
+void PrintText(const Tool& _rTool, std::string_view _svUtf8)
+{
+    if (!_rTool.stOptions.bJson && !_rTool.stOptions.bPlain) {
+        Write(_svUtf8);
+    }
+}
+
+void PrintTable(const Tool& _rTool, const Table& _rTable)
+{
+    Write(_rTool.stOptions.bPlain ? _rTable.ToPlainText() : _rTable.ToText({OutputWidth(), _rTool.stOptions.bWide}));
+}
+
 void WriteJson(std::uint32_t _ulResult, const Json& _rjsData)
 {
     Write(Json{{"result", Hexadecimal(_ulResult)}, {"data", _rjsData}}.ToText() + "\n");
@@ -168,8 +192,8 @@ void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, co
     _rTool.iExitStatus = bFailure ? ExitFailure : ExitSuccess;
     if (_rTool.stOptions.bJson) {
         WriteJson(_ulResult, _rjsData);
-    } else {
-        Write(_rTable.ToText());
+    } else if (!bFailure || !_rTable.IsEmpty()) {
+        PrintTable(_rTool, _rTable);
     }
     if (bFailure) {
         WriteError("vrnt: " + (_rsWhy.empty() ? ResultText(_ulResult) : _rsWhy) + "\n");

@@ -29,6 +29,9 @@ public:
     std::string sError;
 };
 
+/** The columns of the terminal that stdout is, or as the variable COLUMNS says; 0 where nothing says it. */
+std::size_t OutputWidth();
+
 /** Whether stderr is a terminal. */
 bool ErrorIsTerminal();
 
@@ -56,6 +59,12 @@ std::string WordText(const Frwk::WordTable& _rstWords, std::uint32_t _ulValue);
 
 /** The text, or in words that there is none. */
 std::string OrUnknown(const std::wstring& _rtszText);
+
+/** Prints a sentence about what was done; nothing where JSON or plain cells are asked for. */
+void PrintText(const Tool& _rTool, std::string_view _svUtf8);
+
+/** Prints a table as the options ask: fit to the terminal, whole, or plain. */
+void PrintTable(const Tool& _rTool, const Table& _rTable);
 
 /** Prints a command's one JSON object. */
 void WriteJson(std::uint32_t _ulResult, const Json& _rjsData);

@@ -1,19 +1,19 @@
 #include "Output/Table.h"
 
+#include "Output/TextWidth.h"
+
 #include <algorithm>
 #include <cctype>
+#include <numeric>
 #include <sstream>
 
 namespace Vrnt {
 
 namespace {
 
-/** The columns that UTF-8 text takes on a terminal, by its characters. */
-std::size_t WidthOf(const std::string& _rsText)
-{
-    return static_cast<std::size_t>(
-        std::count_if(_rsText.begin(), _rsText.end(), [](char _c) { return (_c & 0xC0) != 0x80; }));
-}
+constexpr std::size_t g_uHeadingLines = 2;
+constexpr std::size_t g_uGap = 2;              // between two columns
+constexpr std::size_t g_uNarrowestColumn = 24; // narrower ones are not cut
 
 bool IsNumber(const std::string& _rsText)
 {
@@ -22,12 +22,13 @@ bool IsNumber(const std::string& _rsText)
 
 struct Column
 {
-    std::size_t uWidth = 0;
+    std::string sHeading;
+    std::vector<std::string> vecCell;
+    std::size_t uWidth = 0; // of the widest cell, then of the column
     bool bNumbers = true;
-    std::vector<std::string> vecHeading; // line by line
+    bool bSame = true; // each row says the same
+    std::vector<std::string> vecHeadingLine{};
 };
-
-constexpr std::size_t g_uHeadingLines = 2;
 
 /** Breaks a text at its blanks into lines of at most that width, where its words are not longer. */
 std::vector<std::string> BreakAt(const std::string& _rsText, std::size_t _uWidth)
@@ -45,23 +46,88 @@ std::vector<std::string> BreakAt(const std::string& _rsText, std::size_t _uWidth
 }
 
 /** Breaks a heading so that it fits its column, which it widens only when it would need too many lines. */
-std::vector<std::string> BreakHeading(const std::string& _rsHeading, std::size_t& _ruWidth)
+void BreakHeading(Column& _rstColumn)
 {
-    std::vector<std::string> vecLine = BreakAt(_rsHeading, _ruWidth);
-    while (vecLine.size() > g_uHeadingLines) {
-        vecLine = BreakAt(_rsHeading, ++_ruWidth);
+    std::vector<std::string>& rvecLine = _rstColumn.vecHeadingLine;
+    rvecLine = BreakAt(_rstColumn.sHeading, _rstColumn.uWidth);
+    while (rvecLine.size() > g_uHeadingLines) {
+        rvecLine = BreakAt(_rstColumn.sHeading, ++_rstColumn.uWidth);
     }
-    for (const std::string& sLine : vecLine) {
-        _ruWidth = std::max(_ruWidth, WidthOf(sLine));
+    for (const std::string& sLine : rvecLine) {
+        _rstColumn.uWidth = std::max(_rstColumn.uWidth, WidthOf(sLine));
     }
-    return vecLine;
+}
+
+Column ColumnOf(const Table& _rTable, std::size_t _uColumn, bool _bWhole)
+{
+    Column stColumn{_rTable.Heading()[_uColumn], {}};
+    for (const std::vector<std::string>& rvecCell : _rTable.Rows()) {
+        const std::string& rsCell = rvecCell[_uColumn];
+        stColumn.bNumbers = stColumn.bNumbers && IsNumber(rsCell);
+        stColumn.bSame = stColumn.bSame && rsCell == _rTable.Rows().front()[_uColumn];
+        const std::string sEscaped = Escaped(rsCell);
+        stColumn.vecCell.push_back(_bWhole ? sEscaped : CutTo(sEscaped, Table::g_uWidestCell));
+        stColumn.uWidth = std::max(stColumn.uWidth, WidthOf(stColumn.vecCell.back()));
+    }
+    stColumn.bNumbers = stColumn.bNumbers && !stColumn.vecCell.empty();
+    stColumn.bSame = stColumn.bSame && stColumn.vecCell.size() > 1;
+    BreakHeading(stColumn);
+    return stColumn;
+}
+
+std::size_t TotalWidth(const std::vector<Column>& _rvecColumn)
+{
+    return std::accumulate(_rvecColumn.begin(), _rvecColumn.end(), std::size_t{0},
+                           [](std::size_t _uSum, const Column& _rstColumn) {
+                               return _uSum + (_uSum == 0 ? 0 : g_uGap) + _rstColumn.uWidth;
+                           });
+}
+
+/** Cuts the cells of the widest column so that the table fits, or as far as a column may be cut. False: none may. */
+bool CutWidest(std::vector<Column>& _rvecColumn, std::size_t _uWidth)
+{
+    const auto itWidest =
+        std::max_element(_rvecColumn.begin(), _rvecColumn.end(), [](const Column& _rstLeft, const Column& _rstRight) {
+            return _rstLeft.uWidth < _rstRight.uWidth;
+        });
+    if (itWidest->uWidth <= g_uNarrowestColumn) {
+        return false;
+    }
+    const std::size_t uExcess = TotalWidth(_rvecColumn) - _uWidth;
+    itWidest->uWidth -= std::min(uExcess, itWidest->uWidth - g_uNarrowestColumn);
+    for (std::string& rsCell : itWidest->vecCell) {
+        rsCell = CutTo(rsCell, itWidest->uWidth);
+    }
+    BreakHeading(*itWidest);
+    return true;
+}
+
+/** Makes a table fit. @return the headings of the columns that were left out */
+std::vector<std::string> Fit(std::vector<Column>& _rvecColumn, std::size_t _uWidth)
+{
+    std::vector<std::string> vecLeftOut;
+    const auto LeaveOut = [&](std::size_t _uColumn) {
+        vecLeftOut.push_back(_rvecColumn[_uColumn].sHeading);
+        _rvecColumn.erase(_rvecColumn.begin() + static_cast<std::ptrdiff_t>(_uColumn));
+    };
+    for (std::size_t i = _rvecColumn.size(); i-- > 1 && TotalWidth(_rvecColumn) > _uWidth;) {
+        if (_rvecColumn[i].bSame) {
+            LeaveOut(i);
+        }
+    }
+    while (TotalWidth(_rvecColumn) > _uWidth && CutWidest(_rvecColumn, _uWidth)) {
+    }
+    while (TotalWidth(_rvecColumn) > _uWidth && _rvecColumn.size() > 1) {
+        LeaveOut(_rvecColumn.size() - 1);
+    }
+    return vecLeftOut;
 }
 
 void AppendCell(std::string& _rsLine, const std::string& _rsCell, const Column& _rstColumn)
 {
     const std::string sPadding(_rstColumn.uWidth - WidthOf(_rsCell), ' ');
     if (!_rsLine.empty()) {
-        _rsLine += "  ";
+        _rsLine.append(g_uGap, ' ');
     }
     _rsLine += _rstColumn.bNumbers ? sPadding + _rsCell : _rsCell + sPadding;
 }
@@ -72,45 +138,71 @@ void AppendLine(std::string& _rsText, std::string _sLine)
     _rsText += _sLine + "\n";
 }
 
-} // namespace
-
-std::string Table::ToText() const
+void AppendHeadings(std::string& _rsText, const std::vector<Column>& _rvecColumn)
 {
-    std::vector<Column> vecColumn(m_vecHeading.size());
-    std::size_t uHeadingLines = 0;
-    for (std::size_t i = 0; i < vecColumn.size(); ++i) {
-        Column& stColumn = vecColumn[i];
-        for (const auto& vecCell : m_vecRow) {
-            stColumn.uWidth = std::max(stColumn.uWidth, WidthOf(vecCell[i]));
-            stColumn.bNumbers = stColumn.bNumbers && IsNumber(vecCell[i]);
-        }
-        stColumn.bNumbers = stColumn.bNumbers && !m_vecRow.empty();
-        stColumn.vecHeading = BreakHeading(m_vecHeading[i], stColumn.uWidth);
-        uHeadingLines = std::max(uHeadingLines, stColumn.vecHeading.size());
-    }
-    std::string sText;
-    for (std::size_t uLine = 0; uLine < uHeadingLines; ++uLine) {
-        std::string sLine;
-        for (const Column& stColumn : vecColumn) {
-            // Headings stand on the rule: a short one leaves its upper lines empty.
-            const std::size_t uFirst = uHeadingLines - stColumn.vecHeading.size();
-            AppendCell(sLine, uLine < uFirst ? std::string() : stColumn.vecHeading[uLine - uFirst], stColumn);
-        }
-        AppendLine(sText, sLine);
-    }
+    std::size_t uLines = 0;
     std::string sRule;
-    for (const Column& stColumn : vecColumn) {
+    for (const Column& stColumn : _rvecColumn) {
+        uLines = std::max(uLines, stColumn.vecHeadingLine.size());
         AppendCell(sRule, std::string(stColumn.uWidth, '-'), stColumn);
     }
-    if (!vecColumn.empty()) {
-        AppendLine(sText, sRule);
-    }
-    for (const auto& vecCell : m_vecRow) {
+    for (std::size_t uLine = 0; uLine < uLines; ++uLine) {
         std::string sLine;
-        for (std::size_t i = 0; i < vecColumn.size(); ++i) {
-            AppendCell(sLine, vecCell[i], vecColumn[i]);
+        for (const Column& stColumn : _rvecColumn) {
+            // Headings stand on the rule: a short one leaves its upper lines empty.
+            const std::size_t uFirst = uLines - stColumn.vecHeadingLine.size();
+            AppendCell(sLine, uLine < uFirst ? std::string() : stColumn.vecHeadingLine[uLine - uFirst], stColumn);
+        }
+        AppendLine(_rsText, sLine);
+    }
+    AppendLine(_rsText, sRule);
+}
+
+} // namespace
+
+std::string Table::ToText(const Extent& _rstExtent) const
+{
+    std::string sText;
+    if (m_vecHeading.empty()) {
+        return sText;
+    }
+    std::vector<Column> vecColumn;
+    for (std::size_t i = 0; i < m_vecHeading.size(); ++i) {
+        vecColumn.push_back(ColumnOf(*this, i, _rstExtent.bWhole));
+    }
+    std::vector<std::string> vecLeftOut;
+    if (_rstExtent.uWidth != 0 && !_rstExtent.bWhole) {
+        vecLeftOut = Fit(vecColumn, _rstExtent.uWidth);
+    }
+    AppendHeadings(sText, vecColumn);
+    for (std::size_t uRow = 0; uRow < m_vecRow.size(); ++uRow) {
+        std::string sLine;
+        for (const Column& stColumn : vecColumn) {
+            AppendCell(sLine, stColumn.vecCell[uRow], stColumn);
         }
         AppendLine(sText, sLine);
+    }
+    if (!vecLeftOut.empty()) {
+        std::string sNames;
+        for (const std::string& sHeading : vecLeftOut) {
+            sNames += (sNames.empty() ? "" : ", ") + sHeading;
+        }
+        sText += "\n";
+        for (const std::string& sLine : BreakAt("Not shown here, but with --wide: " + sNames, _rstExtent.uWidth)) {
+            sText += sLine + "\n";
+        }
+    }
+    return sText;
+}
+
+std::string Table::ToPlainText() const
+{
+    std::string sText;
+    for (const std::vector<std::string>& vecCell : m_vecRow) {
+        for (std::size_t i = 0; i < vecCell.size(); ++i) {
+            sText += (i == 0 ? "" : "\t") + Escaped(vecCell[i]);
+        }
+        sText += "\n";
     }
     return sText;
 }
