@@ -3,18 +3,19 @@
 #include "Arguments.h"
 #include "Commands/Commands.h"
 #include "Machine/Host.h"
+#include "Machine/Machine.h"
+#include "Machine/TraceErrors.h"
 #include "Machine/TraceSettings.h"
 #include "Output/Output.h"
 #include "Output/ProgressLine.h"
+#include "Report/ReportJson.h"
 #include "Report/ReportPage.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
 #include "ZkComn_File.h"
 #include "ZkComn_String.h"
 
-#include <array>
-#include <cstdio>
-#include <cstdlib>
+#include <filesystem>
 #include <windows.h>
 
 namespace Vrnt {
@@ -22,34 +23,11 @@ namespace Vrnt {
 namespace {
 
 constexpr Argument g_stOut{
-    .szName = "OUT", .szHelp = "The page, HTML; an existing file is replaced as a whole", .bRequired = true};
-constexpr const Argument* g_apArgument[] = {&g_stOut};
-
-/** Local time, with what it is ahead of UTC: "2026-11-24 23:20:06 +01:00". */
-std::string Now()
-{
-    SYSTEMTIME stUtc{};
-    SYSTEMTIME stLocal{};
-    FILETIME stUtcTime{};
-    FILETIME stLocalTime{};
-    ::GetSystemTime(&stUtc);
-    if (!::SystemTimeToTzSpecificLocalTime(nullptr, &stUtc, &stLocal) || !::SystemTimeToFileTime(&stUtc, &stUtcTime) ||
-        !::SystemTimeToFileTime(&stLocal, &stLocalTime)) {
-        stLocal = stUtc;
-        stLocalTime = stUtcTime;
-    }
-    const auto Ticks = [](const FILETIME& _rstTime) {
-        return static_cast<std::int64_t>(_rstTime.dwHighDateTime) << 32 | _rstTime.dwLowDateTime;
-    };
-    constexpr std::int64_t ullTicksPerMinute = 600'000'000;
-    const int iAhead = static_cast<int>((Ticks(stLocalTime) - Ticks(stUtcTime)) / ullTicksPerMinute);
-    std::array<char, 64> aText{};
-    static_cast<void>(std::snprintf(aText.data(), aText.size(), "%04d-%02d-%02d %02d:%02d:%02d %c%02d:%02d",
-                                    stLocal.wYear, stLocal.wMonth, stLocal.wDay, stLocal.wHour, stLocal.wMinute,
-                                    stLocal.wSecond, iAhead < 0 ? '-' : '+', std::abs(iAhead) / 60,
-                                    std::abs(iAhead) % 60));
-    return aText.data();
-}
+    .szName = "OUT",
+    .szHelp = "The page, HTML, or with --json one JSON object; in a folder it is named after machine and time",
+    .bRequired = true};
+constexpr Argument g_stForce{.szName = "--force", .szHelp = "Replace OUT where it exists"};
+constexpr const Argument* g_apArgument[] = {&g_stOut, &g_stForce};
 
 CheckedDocument Check(const DocumentState& _rstState)
 {
@@ -72,7 +50,8 @@ void Ask(SrvFrwk::Interface::IFunctionProvider& _rFunction, std::uint32_t _ulVal
 ReportData Collect(const Tool& _rTool)
 {
     ReportData stData;
-    stData.sMade = Now();
+    stData.stMachine = FindMachine();
+    stData.vecTraceError = LastTraceErrors();
     ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
         Ask(_rFunction, SrvFrwk::ValueType::g_ulServiceUnit, stData.stServiceUnits);
         Ask(_rFunction, SrvFrwk::ValueType::g_ulEnforcePolicy, stData.stPolicy);
@@ -91,20 +70,41 @@ ReportData Collect(const Tool& _rTool)
     return stData;
 }
 
+/** The path of the report; in a folder its name says machine and time. */
+std::filesystem::path PathOf(const Arguments& _rArguments, const ReportData& _rstData, bool _bJson)
+{
+    std::filesystem::path tszOut = _rArguments.Path(g_stOut);
+    if (std::error_code cIgnored; std::filesystem::is_directory(tszOut, cIgnored)) {
+        std::string sTime;
+        for (const char c : _rstData.stMachine.sTime.substr(0, 16)) { // to the minute
+            sTime += c == ' ' ? "-" : c >= '0' && c <= '9' ? std::string(1, c) : "";
+        }
+        tszOut /= ToWide("vrnt-" + _rstData.stMachine.sComputer + "-" + sTime + (_bJson ? ".json" : ".html"));
+    }
+    return tszOut;
+}
+
 void Run(Tool& _rTool, const Arguments& _rArguments)
 {
-    const std::wstring tszOut = _rArguments.Path(g_stOut);
-    const std::string sOut = Quoted(_rArguments.Text(g_stOut));
-    const std::string sPage = ReportPage(Collect(_rTool));
-    const std::uint32_t ulError = ZkCommon::Storage::File::Replace(tszOut, sPage);
+    const bool bJson = _rTool.stOptions.bJson;
+    const bool bForce = _rArguments.Has(g_stForce);
+    if (!bForce && ZkCommon::Storage::File::Exists(_rArguments.Path(g_stOut))) {
+        throw UsageError(Quoted(_rArguments.Text(g_stOut)) + " exists; --force replaces it");
+    }
+    const ReportData stData = Collect(_rTool);
+    const std::filesystem::path tszOut = PathOf(_rArguments, stData, bJson);
+    const std::string sOut = Quoted(std::wstring_view(tszOut.native()));
+    if (!bForce && ZkCommon::Storage::File::Exists(tszOut.wstring())) {
+        throw UsageError(sOut + " exists; --force replaces it");
+    }
+    const std::string sReport = bJson ? ReportJson(stData).ToText() + "\n" : ReportPage(stData);
+    const std::uint32_t ulError = ZkCommon::Storage::File::Replace(tszOut.wstring(), sReport);
     if (ulError != ERROR_SUCCESS) {
         PrintAnswer(_rTool, SrvFrwk::Result::g_ulFailed, nullptr, {},
                     "cannot write " + sOut + ": " + SystemErrorText(ulError));
         return;
     }
-    if (!_rTool.stOptions.bJson) {
-        Write("The report is in " + sOut + ".\n");
-    }
+    PrintText(_rTool, "The report is in " + sOut + ".\n");
     PrintAnswer(_rTool, SrvFrwk::Result::g_ulSuccess, nullptr, {});
 }
 
@@ -113,7 +113,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 constinit const Command g_stReport{
     .szName = "report",
     .szHelp = "Write the installed configuration on one page, to attach to a ticket",
-    .szExample = "vrnt report configuration.html",
+    .szExample = "vrnt report configuration.html\nvrnt report --json before.json",
     .szNote = "The page holds no key and needs no other file and no script. What is missing or cannot be read is said "
               "on it; the status is that of writing it.",
     .aArgument = g_apArgument,

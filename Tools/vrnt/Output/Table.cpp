@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 #include <numeric>
+#include <set>
 #include <sstream>
 
 namespace Vrnt {
@@ -26,7 +28,7 @@ struct Column
     std::vector<std::string> vecCell;
     std::size_t uWidth = 0; // of the widest cell, then of the column
     bool bNumbers = true;
-    bool bSame = true; // each row says the same
+    std::size_t uDistinct = 0; // how many different texts its cells have
     std::vector<std::string> vecHeadingLine{};
 };
 
@@ -64,13 +66,12 @@ Column ColumnOf(const Table& _rTable, std::size_t _uColumn, bool _bWhole)
     for (const std::vector<std::string>& rvecCell : _rTable.Rows()) {
         const std::string& rsCell = rvecCell[_uColumn];
         stColumn.bNumbers = stColumn.bNumbers && IsNumber(rsCell);
-        stColumn.bSame = stColumn.bSame && rsCell == _rTable.Rows().front()[_uColumn];
         const std::string sEscaped = Escaped(rsCell);
         stColumn.vecCell.push_back(_bWhole ? sEscaped : CutTo(sEscaped, Table::g_uWidestCell));
         stColumn.uWidth = std::max(stColumn.uWidth, WidthOf(stColumn.vecCell.back()));
     }
     stColumn.bNumbers = stColumn.bNumbers && !stColumn.vecCell.empty();
-    stColumn.bSame = stColumn.bSame && stColumn.vecCell.size() > 1;
+    stColumn.uDistinct = std::set<std::string>(stColumn.vecCell.begin(), stColumn.vecCell.end()).size();
     BreakHeading(stColumn);
     return stColumn;
 }
@@ -110,15 +111,20 @@ std::vector<std::string> Fit(std::vector<Column>& _rvecColumn, std::size_t _uWid
         vecLeftOut.push_back(_rvecColumn[_uColumn].sHeading);
         _rvecColumn.erase(_rvecColumn.begin() + static_cast<std::ptrdiff_t>(_uColumn));
     };
-    for (std::size_t i = _rvecColumn.size(); i-- > 1 && TotalWidth(_rvecColumn) > _uWidth;) {
-        if (_rvecColumn[i].bSame) {
-            LeaveOut(i);
-        }
+    const auto Least = [&] { // of two that say as little, the later one; the first column stays
+        const auto itLeast = std::min_element(
+            _rvecColumn.rbegin(), std::prev(_rvecColumn.rend()),
+            [](const Column& _rstLeft, const Column& _rstRight) { return _rstLeft.uDistinct < _rstRight.uDistinct; });
+        return static_cast<std::size_t>(std::prev(itLeast.base()) - _rvecColumn.begin());
+    };
+    const auto TooWide = [&] { return _rvecColumn.size() > 1 && TotalWidth(_rvecColumn) > _uWidth; };
+    while (TooWide() && _rvecColumn.front().vecCell.size() > 1 && _rvecColumn[Least()].uDistinct == 1) {
+        LeaveOut(Least());
     }
     while (TotalWidth(_rvecColumn) > _uWidth && CutWidest(_rvecColumn, _uWidth)) {
     }
-    while (TotalWidth(_rvecColumn) > _uWidth && _rvecColumn.size() > 1) {
-        LeaveOut(_rvecColumn.size() - 1);
+    while (TooWide()) {
+        LeaveOut(Least());
     }
     return vecLeftOut;
 }

@@ -31,8 +31,8 @@ public:
     /**
      * Columns as wide as their widest cell; a heading of several words is set in as many lines as it needs to fit.
      * Columns of numbers are set flush right. What does not fit the width goes: columns that say the same in each row,
-     * then the ends of the longest cells, then the last columns; a line below names the columns that are not shown.
-     * Empty where there are no headings.
+     * then the ends of the longest cells, then columns with the fewest different texts; a line below names the columns
+     * that are not shown. Empty where there are no headings.
      */
     std::string ToText(const Extent& _rstExtent) const;
     std::string ToText() const { return ToText({}); }

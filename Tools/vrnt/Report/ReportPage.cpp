@@ -213,6 +213,10 @@ Markup Attention(const ReportData& _rstData, const DocumentFigures& _rstDocument
             Add("enforce-data", stProvider.Name(), "needs " + stProvider.NeededName() + stProvider.FaultText());
         }
     }
+    if (!_rstData.vecTraceError.empty()) {
+        const TraceFileLine& rstLast = _rstData.vecTraceError.back();
+        Add("trace", "Last trace error", rstLast.sTime + ", " + rstLast.sText);
+    }
     return cItems.IsEmpty() ? Element("p", {{"class", "attention-list"}}, "Nothing stands out.")
                             : Element("ul", {{"class", "attention-list"}}, cItems);
 }
@@ -300,6 +304,21 @@ Markup FindingSection(const ReportData& _rstData)
 
 // Trace and versions
 
+/** The last errors in the trace files. */
+Markup TraceErrors(const ReportData& _rstData)
+{
+    if (_rstData.vecTraceError.empty()) {
+        return Element("p", {{"class", "note"}}, "No trace file of these settings holds an error.");
+    }
+    Markup cRows;
+    for (const TraceFileLine& stLine : _rstData.vecTraceError) {
+        cRows +=
+            Element("tr", Cell("Time", stLine.sTime) + Cell("Module", stLine.sModule) + Cell("Error", stLine.sText));
+    }
+    return Element("h3", "Last errors") +
+           TableOf("records findings", {"Time", "Module", "Error"}, Element("tbody", cRows));
+}
+
 Markup TraceSection(const ReportData& _rstData)
 {
     Markup cRows;
@@ -310,7 +329,8 @@ Markup TraceSection(const ReportData& _rstData)
         }
         cRows += Element("tr", cCells);
     }
-    return Section("trace", "Trace settings", TableOf("records", _rstData.cTrace.Heading(), Element("tbody", cRows)));
+    return Section("trace", "Trace log",
+                   TableOf("records", _rstData.cTrace.Heading(), Element("tbody", cRows)) + TraceErrors(_rstData));
 }
 
 Markup VersionSection(const ReportData& _rstData)
@@ -328,13 +348,13 @@ Markup Navigation()
     for (const auto& [szTarget, szText] :
          {std::pair("versions", "Versions"), std::pair("policy", "Policy"), std::pair("service-units", "Service units"),
           std::pair("enforce-data", "Enforcement data"), std::pair("findings", "Findings"),
-          std::pair("documents", "Documents"), std::pair("trace", "Trace settings")}) {
+          std::pair("documents", "Documents"), std::pair("trace", "Trace log")}) {
         cLinks += Link(szTarget, szText);
     }
     return Element("nav", {{"aria-label", "Sections"}}, cLinks);
 }
 
-Markup Head()
+Markup Head(const std::string& _rsComputer)
 {
     return Markup::Literal("<head><meta charset=\"utf-8\">"
                            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">"
@@ -342,7 +362,8 @@ Markup Head()
                            // Whatever text got in here: a browser fetches and runs nothing.
                            "<meta http-equiv=\"Content-Security-Policy\""
                            " content=\"default-src 'none'; style-src 'unsafe-inline'\">"
-                           "<title>Installed configuration</title><style>") +
+                           "<title>") +
+           Markup("Installed configuration of " + _rsComputer) + Markup::Literal("</title><style>") +
            Markup::Literal(g_szReportStyle) + Markup::Literal("</style></head>");
 }
 
@@ -366,14 +387,20 @@ Markup Unanswered(const ReportData& _rstData, Varnhelt::DocumentId _enDocument, 
 
 std::string ReportPage(const ReportData& _rstData)
 {
-    const Markup cHeader = Element("header", Element("h1", "Installed configuration") +
-                                                 Element("p", "Made " + Element("time", _rstData.sMade) + " by vrnt"));
+    const MachineFacts& rstMachine = _rstData.stMachine;
+    const Markup cHeader =
+        Element("header", Element("h1", "Installed configuration of " + rstMachine.sComputer) +
+                              Element("p", "Product folder: " + _rstData.stDocuments.FolderText()) +
+                              Element("p", Markup("Made ") + Element("time", rstMachine.sTime) + " by vrnt as " +
+                                               rstMachine.sUser +
+                                               (rstMachine.bElevated ? ", with an administrator's rights" : "")));
     const Markup cBody = Element(
         "body", cHeader + Summary(_rstData) + Navigation() +
                     Element("main", VersionSection(_rstData) + PolicySection(_rstData) + ServiceUnitSection(_rstData) +
                                         EnforceDataSection(_rstData) + FindingSection(_rstData) +
                                         DocumentSection(_rstData) + TraceSection(_rstData)));
-    return "<!DOCTYPE html>\n" + Element("html", {{"lang", "en"}}, Head() + cBody).Source() + "\n";
+    return "<!DOCTYPE html>\n" +
+           Element("html", {{"lang", "en"}}, Head(_rstData.stMachine.sComputer) + cBody).Source() + "\n";
 }
 
 } // namespace Vrnt

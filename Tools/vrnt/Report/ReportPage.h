@@ -2,6 +2,8 @@
 
 #include "Check/DocumentCheck.h"
 #include "Machine/InstalledDocuments.h"
+#include "Machine/Machine.h"
+#include "Machine/TraceFile.h"
 #include "Machine/Versions.h"
 #include "Output/Table.h"
 #include "SrvFrwk_Records.h"
@@ -34,7 +36,8 @@ struct CheckedDocument
 /** The installed configuration. */
 struct ReportData
 {
-    std::string sMade; // when: local time, with what it is ahead of UTC
+    MachineFacts stMachine;
+    std::vector<TraceFileLine> vecTraceError; // the newest last
     InstalledDocuments stDocuments;
     Answer<std::vector<SrvFrwk::ServiceUnit>> stServiceUnits;
     Answer<std::vector<SrvFrwk::PolicyController>> stPolicy;

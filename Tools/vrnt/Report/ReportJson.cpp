@@ -1,0 +1,89 @@
+#include "Report/ReportJson.h"
+
+#include "Documents/EnforceData.h"
+#include "Documents/Policy.h"
+#include "Documents/ServiceUnits.h"
+#include "Output/Output.h"
+#include "Records/RecordJson.h"
+
+namespace Vrnt {
+
+namespace {
+
+namespace Documents = Varnhelt::Documents;
+
+Json DocumentsToJson(const InstalledDocuments& _rstDocuments)
+{
+    Json jsDocuments = Json::Array();
+    for (const DocumentState& stState : _rstDocuments.vecDocument) {
+        if (stState.IsInstalled()) {
+            jsDocuments.Add({{"document", std::wstring(stState.pDocument->svName)},
+                             {"file", stState.FileText()},
+                             {"size", stState.uSize ? Json(*stState.uSize) : Json()}});
+        }
+    }
+    return jsDocuments;
+}
+
+Json FindingsToJson(const std::vector<CheckedDocument>& _rvecChecked)
+{
+    Json jsFindings = Json::Array();
+    for (const CheckedDocument& stChecked : _rvecChecked) {
+        for (const Finding& stFinding : stChecked.vecFinding) {
+            jsFindings.Add({{"file", stChecked.sFile},
+                            {"line", stFinding.ulLine},
+                            {"severity", SeverityText(stFinding.enSeverity)},
+                            {"element", stFinding.sElement},
+                            {"text", stFinding.sText}});
+        }
+        if (!stChecked.sUnreadable.empty()) {
+            jsFindings.Add({{"file", stChecked.sFile}, {"text", stChecked.sUnreadable}});
+        }
+    }
+    return jsFindings;
+}
+
+Json TraceErrorsToJson(const std::vector<TraceFileLine>& _rvecError)
+{
+    Json jsErrors = Json::Array();
+    for (const TraceFileLine& stLine : _rvecError) {
+        jsErrors.Add({{"time", stLine.sTime}, {"module", stLine.sModule}, {"text", stLine.sText}});
+    }
+    return jsErrors;
+}
+
+/** What a query answered; null after a failure. */
+template <class TValue, class TDescription>
+Json AnswerToJson(const Answer<TValue>& _rstAnswer, const TDescription& _rstDescription)
+{
+    return _rstAnswer.IsFailure() ? Json() : RecordsToJson(_rstAnswer.value, _rstDescription);
+}
+
+} // namespace
+
+Json ReportJson(const ReportData& _rstData)
+{
+    Json jsVersions = Json::Object();
+    for (const VersionFact& stFact : _rstData.vecVersion) {
+        jsVersions.Set(stFact.sWhat, stFact.sVersion);
+    }
+    const SrvFrwk::InstallPuIds& rstPuIds = _rstData.stPuIds.value;
+    return {{"made", _rstData.stMachine.sTime},
+            {"computer", _rstData.stMachine.sComputer},
+            {"user", _rstData.stMachine.sUser},
+            {"elevated", _rstData.stMachine.bElevated},
+            {"productFolder", _rstData.stDocuments.tszFolder.empty() ? Json() : Json(_rstData.stDocuments.tszFolder)},
+            {"versions", jsVersions},
+            {"documents", DocumentsToJson(_rstData.stDocuments)},
+            {"service-units", AnswerToJson(_rstData.stServiceUnits, Documents::g_stServiceUnit)},
+            {"policy", AnswerToJson(_rstData.stPolicy, Documents::g_stPolicyController)},
+            {"enforce-data", AnswerToJson(_rstData.stEnforceData, Documents::g_stDataController)},
+            {"pu-ids", _rstData.stPuIds.IsFailure() ? Json()
+                                                    : Json{{"pattern", rstPuIds.vecPattern},
+                                                           {"engine", rstPuIds.vecEngine},
+                                                           {"product", rstPuIds.vecProduct}}},
+            {"findings", FindingsToJson(_rstData.vecChecked)},
+            {"traceErrors", TraceErrorsToJson(_rstData.vecTraceError)}};
+}
+
+} // namespace Vrnt
