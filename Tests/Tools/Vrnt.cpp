@@ -176,12 +176,12 @@ TEST_F(Vrnt, XenRefusesWhatIsNotTheDocumentAndWritesToTheOutput)
 
 TEST(Tables, FitTheirWidthAndShowAllThatIsInACell)
 {
-    Vrnt::Table cTable({"id", "same", "name", "long text"});
+    ::Vrnt::Table cTable({"id", "same", "name", "long text"});
     cTable.Add({"1", "x", "\u65E5\u672C", std::string(60, 'a')});
     cTable.Add({"22", "x", "a\tb\u202E", "b"});
-    EXPECT_EQ(cTable.ToText({40, false}), "id  name       long text\n"
-                                          "--  ---------  ------------------------\n"
-                                          " 1  \u65E5\u672C       aaaaaaaaaaaaaaaaaaaaa...\n"
+    EXPECT_EQ(cTable.ToText({40, false}), "id  name        long text\n"
+                                          "--  ----------  ------------------------\n"
+                                          " 1  \u65E5\u672C        aaaaaaaaaaaaaaaaaaaaa...\n"
                                           "22  a\\tb\\u202e  b\n"
                                           "\nNot shown here, but with --wide: same\n");
     EXPECT_THAT(cTable.ToText({40, true}), HasSubstr(std::string(60, 'a')));

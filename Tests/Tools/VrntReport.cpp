@@ -2,6 +2,7 @@
 
 #include "TestProduct.h"
 #include "VrntTest.h"
+#include "ZkComn_String.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -76,13 +77,55 @@ TEST(VrntReport, ShowsWhatIsThereAsTextTellsWhatIsNotAndGivesNoKeyAway)
     }
 }
 
+TEST(VrntReport, InAFolderItIsNamedAfterTheMachineAndWithJsonItIsOneObject)
+{
+    const TestProduct cProduct;
+    const TempFolder cOut;
+    cProduct.Store(DocumentId::ServiceUnits,
+                   "<BaseFramework>" + Unit("eControlLayer", "1", "One.dll") + "</BaseFramework>");
+    ASSERT_EQ(RunVrnt({L"--json", L"report", cOut.Path().wstring()}).iExitStatus, 0);
+    ASSERT_EQ(cOut.Names().size(), 1U);
+    const std::wstring tszName = *cOut.Names().begin();
+    const auto jsReport = nlohmann::json::parse(cOut.Read(tszName.c_str()));
+    EXPECT_EQ(tszName.find(L"vrnt-" + ZkCommon::String::FromUtf8(std::string(jsReport["computer"])) + L"-20"), 0U);
+    EXPECT_EQ(jsReport["service-units"][0]["moduleName"], "One.dll");
+    EXPECT_EQ(jsReport["policy"], nullptr);
+    EXPECT_EQ(jsReport["productFolder"], ZkCommon::String::ToUtf8(cProduct.Folder().Path().wstring()));
+}
+
+TEST(VrntSample, EveryDocumentIsCleanAndTheRegistrationIsPutBack)
+{
+    const TestProduct cProduct; // is registered
+    const TempFolder cParent;
+    const std::wstring tszFolder = cParent.File(L"sample");
+    EXPECT_EQ(StartVrnt({L"sample", tszFolder, L"--register"}).iExitStatus, 2);
+    EXPECT_FALSE(std::filesystem::exists(tszFolder));
+    const ProgramRun stSample = StartVrnt({L"sample", tszFolder, L"--replace"});
+    EXPECT_EQ(stSample.iExitStatus, 0) << stSample.sError;
+    EXPECT_THAT(stSample.sOutput, HasSubstr("vrnt sample \"" + ZkCommon::String::ToUtf8(tszFolder) + "\" --remove"));
+    for (const Varnhelt::Document& stDocument : Varnhelt::DocumentTable()) {
+        const std::wstring tszFile = tszFolder + L"\\" + (stDocument.pszFile == nullptr ? L"" : stDocument.pszFile);
+        if (stDocument.pszFile != nullptr && std::filesystem::exists(tszFile)) {
+            EXPECT_EQ(RunVrnt({L"check", L"--document", std::wstring(stDocument.svName), tszFile}).sOutput, "");
+        }
+    }
+    EXPECT_THAT(RunVrnt({L"query", L"threat-name", L"--engine", L"elmap", L"--id", L"1001"}).sOutput,
+                HasSubstr("Spyware."));
+    EXPECT_EQ(StartVrnt({L"sample", tszFolder}).iExitStatus, 2); // it is not empty
+    EXPECT_EQ(StartVrnt({L"sample", tszFolder, L"--remove"}).iExitStatus, 0);
+    EXPECT_FALSE(std::filesystem::exists(tszFolder));
+    EXPECT_THAT(RunVrnt({L"documents"}).sOutput,
+                HasSubstr(ZkCommon::String::ToUtf8(cProduct.Folder().Path().wstring())));
+}
+
 TEST(VrntReport, WhatCannotBeReplacedStaysAndIsAFailure)
 {
     const TempFolder cOut;
     cOut.Write(L"out.html", "old");
     const std::filesystem::path tszOut = cOut.File(L"out.html");
     std::filesystem::permissions(tszOut, std::filesystem::perms::owner_write, std::filesystem::perm_options::remove);
-    const ProgramRun stRun = RunVrnt({L"--json", L"report", tszOut.wstring()});
+    EXPECT_THAT(RunVrnt({L"report", tszOut.wstring()}).sError, HasSubstr("exists; --force replaces it"));
+    const ProgramRun stRun = RunVrnt({L"--json", L"report", tszOut.wstring(), L"--force"});
     std::filesystem::permissions(tszOut, std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
     EXPECT_EQ(stRun.iExitStatus, 1);
     EXPECT_EQ(nlohmann::json::parse(stRun.sOutput), (nlohmann::json{{"result", "0x80040201"}, {"data", nullptr}}));

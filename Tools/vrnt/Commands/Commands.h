@@ -40,6 +40,7 @@ extern const Command g_stSchema;
 extern const Command g_stDocuments;
 extern const Command g_stTrace;
 extern const Command g_stReport;
+extern const Command g_stSample;
 extern const Command g_stCompletion;
 
 } // namespace Vrnt
