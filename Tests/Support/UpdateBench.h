@@ -146,8 +146,8 @@ private:
         }
         _rvecLine.push_back(_rtszPrefix);
         for (const std::wstring& tszName : rStorage.Names(_rstPlace)) {
-            const Varnhelt::UpdateStorage::Value stValue = rStorage.Find(_rstPlace, tszName).value();
-            _rvecLine.push_back(_rtszPrefix + L" " + tszName + L" " + TextOf(stValue));
+            const auto stValue = rStorage.Find(_rstPlace, tszName); // a line before it may hide it
+            _rvecLine.push_back(_rtszPrefix + L" " + tszName + L" " + (stValue ? TextOf(*stValue) : L"hidden"));
         }
         for (const std::wstring& tszName : rStorage.SubKeys(_rstPlace)) {
             Varnhelt::UpdatePlace stBelow = _rstPlace;

@@ -107,11 +107,16 @@ protected:
     /** Whether the last undo says that it leaves what a line of a snapshot is about. */
     bool IsNamed(const std::wstring& _rtszLine) const
     {
+        const auto Lower = [](std::wstring _tszText) {
+            ::CharLowerBuffW(_tszText.data(), static_cast<DWORD>(_tszText.size()));
+            return _tszText;
+        };
         const std::wstring tszPlace = _rtszLine.substr(0, _rtszLine.find(L' '));
         const std::wstring tszBelow = tszPlace.substr(std::min(tszPlace.find(L'\\'), tszPlace.size()));
         const std::wstring tszKey = m_cBench.Key().substr(m_cBench.Key().rfind(L'\\') + 1); // in any view
+        const std::wstring tszWanted = Lower(tszPlace[0] == L'[' ? tszPlace : tszKey + tszBelow);
         return std::ranges::any_of(m_vecLeft, [&](const std::wstring& _rtszLeft) {
-            return _rtszLeft.find(tszPlace[0] == L'[' ? tszPlace : tszKey + tszBelow) != std::wstring::npos;
+            return Lower(_rtszLeft).find(tszWanted) != std::wstring::npos;
         });
     }
 

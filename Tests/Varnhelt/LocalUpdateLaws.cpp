@@ -227,6 +227,37 @@ public:
 
     unsigned Below(unsigned _ulLimit) { return m_cRandom() % _ulLimit; }
 
+    /** An ini file with lines that are no entries, entries of one name, and sections of one name. */
+    std::string IniText()
+    {
+        std::string sText = Below(4) == 0 ? "\xEF\xBB\xBF" : "";
+        for (unsigned i = Below(12); i != 0; --i) {
+            sText += ZkCommon::String::ToUtf8(Any({L"[A]", L"[B]", L"[a]", L"k=1", L"k=2", L"N= x ", L"z=", L"foo.dll",
+                                                   L"k", L"=q", L"; no", L"", L" [C]", L"N=\"v\""})) +
+                     "\r\n";
+        }
+        return sText;
+    }
+
+    std::wstring AddSection(std::string& _rsItems, Model& _rModel)
+    {
+        const std::wstring tszSection = Any({L"A", L"B", L"C"});
+        std::wstring tszEffects;
+        _rsItems += "<inifile><Path>@F@\\test.ini</Path>" + Element("Section", tszSection);
+        for (unsigned i = Below(3) + 1; i != 0; --i) {
+            const EntrySpec stEntry{Any({L"create", L"write", L"append", L"remove", L"write"}),
+                                    Any({L"", L"k", L"N", L"z"}),
+                                    Any({L"string", L"uint32", L"binary"}),
+                                    Any({L"1", L"\"q\"", L" \u00E4 ", L""}),
+                                    Below(2) == 0,
+                                    {}};
+            _rsItems += "<Entry target='inifile'>" + Text(stEntry) + "</Entry>";
+            tszEffects += _rModel.OnSection(tszSection, stEntry);
+        }
+        _rsItems += "</inifile>";
+        return tszEffects;
+    }
+
 private:
     std::wstring Any(std::initializer_list<const wchar_t*> _lstText)
     {
@@ -275,25 +306,6 @@ private:
         return tszEffects;
     }
 
-    std::wstring AddSection(std::string& _rsItems, Model& _rModel)
-    {
-        const std::wstring tszSection = Any({L"A", L"B", L"C"});
-        std::wstring tszEffects;
-        _rsItems += "<inifile><Path>@F@\\test.ini</Path>" + Element("Section", tszSection);
-        for (unsigned i = Below(3) + 1; i != 0; --i) {
-            const EntrySpec stEntry{Any({L"create", L"write", L"append", L"remove", L"write"}),
-                                    Any({L"", L"k", L"N", L"z"}),
-                                    Any({L"string", L"uint32", L"binary"}),
-                                    Any({L"1", L"\"q\"", L" \u00E4 ", L""}),
-                                    Below(2) == 0,
-                                    {}};
-            _rsItems += "<Entry target='inifile'>" + Text(stEntry) + "</Entry>";
-            tszEffects += _rModel.OnSection(tszSection, stEntry);
-        }
-        _rsItems += "</inifile>";
-        return tszEffects;
-    }
-
     std::mt19937 m_cRandom;
 };
 
@@ -330,6 +342,24 @@ TEST_F(LocalUpdate, ARandomUpdateObeysTheLaws)
         cPresent = bGoOn ? cAfter : Model();
         m_cBench.Clear();
         m_cBench.Apply(sHistory);
+    }
+}
+
+TEST_F(LocalUpdate, ARandomUpdateOfAnOddIniFileIsRehearsedAndUndone)
+{
+    const unsigned ulSeed = FromEnvironment("VARNHELT_UPDATE_SEED", 17);
+    const unsigned ulUpdates = FromEnvironment("VARNHELT_UPDATES", 200) / 4;
+    Generator cGenerator(ulSeed);
+    for (unsigned i = 0; i < ulUpdates && !HasFailure(); ++i) {
+        const std::string sFile = cGenerator.IniText();
+        m_cBench.Folder().Write(L"test.ini", sFile);
+        std::string sItems;
+        Model cNone;
+        cGenerator.AddSection(sItems, cNone);
+        cGenerator.AddSection(sItems, cNone);
+        SCOPED_TRACE("update " + std::to_string(i) + " of seed " + std::to_string(ulSeed) + ":\n" + sItems + "\n" +
+                     sFile);
+        RoundTrip(m_cBench.Describe(sItems));
     }
 }
 
