@@ -32,12 +32,7 @@ class UpdateBench
 {
 public:
     UpdateBench() { SetEnvironment(L"17.1.1040", L"QE17-0001", 32); } // edition qmrpro, language de
-    ~UpdateBench()
-    {
-        for (const wchar_t* pszName : {L"Version", L"PID", L"Language"}) {
-            ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey, pszName);
-        }
-    }
+    ~UpdateBench() { RemoveEnvironment(); }
 
     static void SetEnvironment(const std::wstring& _rtszVersion, const std::wstring& _rtszPid,
                                std::uint32_t _ulLanguage)
@@ -47,6 +42,13 @@ public:
         cKey.WriteString(L"Version", _rtszVersion);
         cKey.WriteString(L"PID", _rtszPid);
         cKey.WriteNumber(L"Language", _ulLanguage);
+    }
+
+    static void RemoveEnvironment()
+    {
+        for (const wchar_t* pszName : {L"Version", L"PID", L"Language"}) {
+            ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey, pszName);
+        }
     }
 
     /** Writes a description into a file and returns its path. */

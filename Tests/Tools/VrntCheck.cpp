@@ -1,5 +1,7 @@
 // What the tool tells the authors of documents.
 
+#include "Check/DocumentCheck.h"
+#include "Files/DocumentTable.h"
 #include "TempFolder.h"
 #include "TestKey.h"
 #include "TestProduct.h"
@@ -21,17 +23,11 @@ namespace {
 /** What a check finds, a line each: "12 error /A/B: what". */
 std::vector<std::string> Findings(const std::wstring& _tszDocument, const std::wstring& _tszFile)
 {
-    const ProgramRun stRun = RunVrnt({L"--json", L"check", L"--document", _tszDocument, _tszFile});
-    EXPECT_THAT(stRun.sError, IsEmpty());
-    const Json jsRun = Json::parse(stRun.sOutput);
     std::vector<std::string> vecFinding;
-    for (const Json& jsFinding : jsRun["data"]) {
-        vecFinding.push_back(std::to_string(jsFinding["line"].get<int>()) + " " +
-                             jsFinding["severity"].get<std::string>() + " " + jsFinding["element"].get<std::string>() +
-                             ": " + jsFinding["text"].get<std::string>());
+    for (const Vrnt::Finding& stFinding : Vrnt::CheckDocument(*Varnhelt::FindDocument(_tszDocument), _tszFile)) {
+        vecFinding.push_back(std::to_string(stFinding.ulLine) + " " + Vrnt::SeverityText(stFinding.enSeverity) + " " +
+                             stFinding.sElement + ": " + stFinding.sText);
     }
-    EXPECT_EQ(stRun.iExitStatus, vecFinding.empty() ? 0 : 1);
-    EXPECT_EQ(jsRun["result"], vecFinding.empty() ? "0x00040200" : "0x80040201");
     return vecFinding;
 }
 
@@ -74,12 +70,13 @@ const Row g_aRow[] = {
      R"(<InstallPuIds><InstallPuId><Component>ePatern</Component><PuId>12x</PuId><Platform>eOnly32bit</Platform>
 </InstallPuId></InstallPuIds>)",
      {R"(1 error /InstallPuIds/InstallPuId/Component: unknown word "ePatern" of the text: it is passed over; did you mean "ePattern"?)",
-      R"(1 warning /InstallPuIds/InstallPuId/PuId: the text is no whole number: "12x" is read as 12)"}},
+      R"(1 warning /InstallPuIds/InstallPuId/PuId: the text is no whole number of 32 bits: "12x" is read as 12)"}},
     {__LINE__,
      L"threats", // names alone
      R"(<Quillmar><Threats><Threat id="16"><Name>a</Name></Threat>
 <Threat id="0x10"><Name>b</Name></Threat><Threat id="4294967312"><Name>c</Name></Threat></Threats></Quillmar>)",
-     {R"(2 warning /Quillmar/Threats/Threat: attribute "id" is no whole number: "0x10" is read as 0)",
+     {R"(2 warning /Quillmar/Threats/Threat: attribute "id" is no whole number of 32 bits: "0x10" is read as 0)",
+      R"(2 warning /Quillmar/Threats/Threat: attribute "id" is no whole number of 32 bits: "4294967312" is read as 16)",
       R"(2 warning /Quillmar/Threats/Threat: the same "Threat" as in line 1: only the first counts)"}},
     {__LINE__,
      L"threats", // with texts
@@ -110,10 +107,10 @@ build_number="" LeftHandMost="0" OEM="" language=""><Action>PreInstallUpdate</Ac
      R"(<Quillmar><Component label="a"><Reg key="HKLM\a" access="none"><Element><Name>n</Name><Type>REG_DWORD</Type>
 <Value>1 2</Value></Element><Element><Name>n</Name><Type>reg_sz</Type></Element></Reg><Reg access="al"/></Component>
 </Quillmar>)",
-     {R"(1 error /Quillmar/Component/Reg: the root of a key must be "HKEY_LOCAL_MACHINE", and is "HKLM": the reader refuses the document)",
-      R"(1 warning /Quillmar/Component/Reg/Element: the value "1 2" is no whole number: read as 0)",
+     {R"(1 error /Quillmar/Component/Reg: attribute "key" is no key below HKEY_LOCAL_MACHINE: "HKLM\a": the reader refuses the document)",
+      R"(2 warning /Quillmar/Component/Reg/Element/Value: the text is no whole number of 64 bits: "1 2" is read as 0)",
       R"(2 warning /Quillmar/Component/Reg: unknown word "al" of attribute "access": read as "none"; did you mean "all"?)",
-      R"(2 error /Quillmar/Component/Reg: "key" has no backslash: "": the reader refuses the document)"}},
+      R"(2 error /Quillmar/Component/Reg: attribute "key" is missing: the reader refuses the document)"}},
     {__LINE__,
      L"component",
      R"(<Components><Install><Component Id="a" Directory="d" Platform="Vista96"><File Id="f" Action="remove" Name="n"
@@ -127,20 +124,29 @@ ActionAfterRebootIfFailed="no"/><Shortcut Id="s" Action="remove"/></Component></
      R"(<body other="1"><others/><product><componets/></product></body>)",
      {R"(1 error /body/product: "components" is missing: nothing is read there)"}},
     {__LINE__,
-     L"local-update",
-     R"(<Quillmar check="yes"><REG minversion="1..2."><Root>HKLM</Root><Path>p</Path><AccessMode>eMode64</AccessMode>
-<Key target="registry" platform="seven"><Name>n</Name><Type>uint32</Type><Value>-1</Value><Action>write</Action></Key>
-<Key><Action>create</Action><OverWrite>no</OverWrite><AllAccess>yes</AllAccess></Key>
-</REG><inifile><Path>a.ini</Path><Section>s</Section><Entry target="registry"><Action>remove</Action></Entry></inifile>
+     L"local-update", // with conditions
+     R"(<Quillmar check="yes"><REG minversion="1..2." maxversion="2" product="all" language="all" platform="all">
+<Root>HKLM</Root><Path>p</Path><AccessMode>eMode64</AccessMode>
+<Key target="registry" minversion="1" maxversion="6.x" product="all" language="all"><Name>n</Name><Type>uint32</Type>
+<Value>-1</Value><Action>write</Action></Key></REG></Quillmar>)",
+     {R"(1 error /Quillmar/REG: attribute "minversion" is no version: "1..2.": it is passed over)",
+      R"(2 warning /Quillmar/REG/AccessMode: unknown word "eMode64" of the text: read as "eModeDefault"; did you mean "eMode64bit"?)",
+      R"(3 error /Quillmar/REG/Key: attribute "maxversion" is no version: "6.x": it is passed over)",
+      R"(3 error /Quillmar/REG/Key: attribute "platform" is missing: it is passed over)",
+      R"(3 error /Quillmar/REG/Key: the value "-1" is no whole number of 32 bits: it is passed over)",
+      R"(3 warning /Quillmar/REG/Key: "OverWrite" is missing: read as "no")",
+      R"(3 warning /Quillmar/REG/Key: "AllAccess" is missing: no key is made)"}},
+    {__LINE__,
+     L"local-update", // without
+     R"(<Quillmar><registry minversion="x"><Root>HKLM</Root><Path>p</Path><AccessMode>eMode64bit</AccessMode>
+<Key target="registry"><Action>create</Action><OverWrite>no</OverWrite></Key>
+<Key><Action>remove</Action></Key></registry><inifile><Path>a.ini</Path><Section>s</Section>
+<Entry target="inifile"><Type>uint32</Type><Value>x</Value><Action>append</Action><OverWrite>yes</OverWrite></Entry></inifile>
 <registryx/></Quillmar>)",
-     {R"(1 error /Quillmar/REG: "minversion" is no version: "1..2.": it is passed over)",
-      R"(1 warning /Quillmar/REG/AccessMode: unknown word "eMode64" of the text: read as "eModeDefault"; did you mean "eMode64bit"?)",
-      R"(2 error /Quillmar/REG/Key: unknown word "seven" of attribute "platform": it is passed over; did you mean "seven32"?)",
-      R"(2 error /Quillmar/REG/Key: the value "-1" is no whole number of 32 bits: it is passed over)",
-      R"(2 warning /Quillmar/REG/Key: "OverWrite" is missing: read as "no")",
-      R"(2 warning /Quillmar/REG/Key: "AllAccess" is missing: read as "no")",
-      R"(3 error /Quillmar/REG/Key: attribute "target" is missing: it is passed over)",
-      R"(4 error /Quillmar/inifile/Entry: unknown word "registry" of attribute "target": it is passed over; there is "inifile")",
+     {R"(2 error /Quillmar/registry/Key: "AllAccess" is missing: it is passed over)",
+      R"(3 error /Quillmar/registry/Key: attribute "target" is missing: it is passed over)",
+      R"(4 error /Quillmar/inifile/Entry: nothing can be appended to a number: it is passed over)",
+      R"(4 error /Quillmar/inifile/Entry: "Name" is missing: it is passed over)",
       R"(5 error /Quillmar/registryx: no item is called "registryx": the reader refuses the document; did you mean "registry"?)"}},
     {__LINE__,
      L"alias",

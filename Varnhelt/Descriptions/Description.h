@@ -43,41 +43,65 @@ enum class Show
     Decimal,     // "%u"
 };
 
-// Conversions: Read turns a document's text into a value and never fails; Write is its reverse.
+// Conversions: Accepts says whether a text is one that is meant; Read turns any text into a value and never fails; Write
+// is its reverse.
 
-/** Text as it stands. */
+/** Text as it is. */
 struct Text
 {
     static constexpr Show g_enShow = Show::Text;
     static constexpr const Frwk::WordTable* WordsOf() { return nullptr; }
+    static constexpr bool Accepts(std::wstring_view) { return true; }
     static std::wstring Read(std::wstring_view _svText) { return std::wstring(_svText); }
     static std::wstring Write(const std::wstring& _rtszValue) { return _rtszValue; }
 };
 
-/** Text as it stands, of which the table knows the words that mean something. */
+/** Text as it is, which should not be empty. */
+struct FilledText : Text
+{
+    static constexpr bool Accepts(std::wstring_view _svText) { return !_svText.empty(); }
+};
+
+/** Text as it is, of which the table knows the words that mean something. */
 struct WordText : Text
 {
     constexpr explicit WordText(const Frwk::WordTable& _rstTable) : pTable(&_rstTable) {}
     constexpr const Frwk::WordTable* WordsOf() const { return pTable; }
+    bool Accepts(std::wstring_view _svText) const { return Frwk::Utility::FindWord(*pTable, _svText) != nullptr; }
 
     const Frwk::WordTable* pTable;
 };
 
-/** An unsigned number in the base that its prefix tells; 0 for what is none. */
+/** An unsigned number of 32 bits in the base that its prefix says; what follows its digits is ignored. */
 struct Number
 {
     static constexpr Show g_enShow = Show::Decimal;
     static constexpr const Frwk::WordTable* WordsOf() { return nullptr; }
+    static bool Accepts(std::wstring_view _svText) { return ZkCommon::String::ToWholeNumber(_svText).has_value(); }
     static std::uint32_t Read(std::wstring_view _svText) { return ZkCommon::String::ToNumber(_svText); }
     static std::wstring Write(std::uint32_t _ulValue) { return std::to_wstring(_ulValue); }
 };
 
-/** One word of a table; an unknown one is logged and takes the table's default. */
+/** A number of 64 bits; 0 unless the whole text is one. */
+struct WholeNumber
+{
+    static constexpr Show g_enShow = Show::Text;
+    static constexpr const Frwk::WordTable* WordsOf() { return nullptr; }
+    static bool Accepts(std::wstring_view _svText) { return ZkCommon::String::ToWholeNumber64(_svText).has_value(); }
+    static std::uint64_t Read(std::wstring_view _svText)
+    {
+        return ZkCommon::String::ToWholeNumber64(_svText).value_or(0);
+    }
+    static std::wstring Write(std::uint64_t _ullValue) { return std::to_wstring(_ullValue); }
+};
+
+/** One word of a table; an unknown one is logged and reads as the table's default. */
 struct Words
 {
     static constexpr Show g_enShow = Show::Hexadecimal;
     constexpr explicit Words(const Frwk::WordTable& _rstTable) : pTable(&_rstTable) {}
     constexpr const Frwk::WordTable* WordsOf() const { return pTable; }
+    bool Accepts(std::wstring_view _svText) const { return Frwk::Utility::FindWord(*pTable, _svText) != nullptr; }
     std::uint32_t Read(std::wstring_view _svText) const { return Frwk::Utility::ToValue(*pTable, _svText); }
     template <class TValue>
     std::wstring Write(TValue _value) const
@@ -93,16 +117,22 @@ struct Boolean
 {
     static constexpr Show g_enShow = Show::Text;
     static constexpr const Frwk::WordTable* WordsOf() { return &Frwk::Words::g_stBoolean; }
+    static bool Accepts(std::wstring_view _svText)
+    {
+        return Frwk::Utility::FindWord(Frwk::Words::g_stBoolean, _svText) != nullptr;
+    }
     static bool Read(std::wstring_view _svText) { return Frwk::Utility::GetBooleanType(_svText); }
     static std::wstring Write(bool _bValue) { return Frwk::Utility::GetBooleanTypeString(_bValue); }
 };
 
-/** What a text that is none of its words, or not there, does to the record, beyond taking the default. */
+/** What a text that is not accepted, or not there, does to the record. */
 enum class Strange
 {
-    Default, // nothing
-    Drop,    // the record is passed over, or what it asks for is not done
-    Refuse,  // the whole document is refused
+    Unread,   // nothing: nobody looks at it
+    Optional, // it reads as something else, and may be missing
+    Default,  // it reads as something else
+    Drop,     // the record is passed over, or what it asks for is not done
+    Refuse,   // the whole document is refused
 };
 
 /** One field of a record. */
@@ -122,13 +152,14 @@ struct Field
     const wchar_t* pszLabel = nullptr; // in a trace dump, with its brackets and padding; null: not dumped
     Show enShow = TConversion::g_enShow;
     bool (*pfnWhen)(const TRecord&) = nullptr; // whether it is read, by the fields before it; null: always
-    bool bRequired = false;                    // a text that is none of its words drops the record
+    bool bRequired = false;                    // a text that is not accepted drops the record
 
-    // What matters to authors only: the readers look at none of these.
+    // What matters to authors only: the readers look at none of these. A test holds them against the readers.
     Strange enStrange = Strange::Default;
-    bool bOptional = false;                      // its absence is nothing to tell
-    bool bIdentity = false;                      // of records with equal identities only the first counts
-    bool (*pfnNeeded)(const TRecord&) = nullptr; // whether it is looked at, by the other fields; null: always
+    Strange (*pfnStrange)(const TRecord&) = nullptr; // the same, where the other fields decide it
+    const char* szElse = nullptr;                    // what it reads as, in words, where it has no word for that
+    bool bOptional = false;                          // it may be empty or missing
+    bool bIdentity = false;                          // of records with equal identities only the first is used
 
     constexpr Field Default(std::wstring_view _svDefault) const
     {
@@ -168,6 +199,18 @@ struct Field
         stField.enStrange = _enStrange;
         return stField;
     }
+    constexpr Field OnStrange(Strange (*_pfnStrange)(const TRecord&)) const
+    {
+        Field stField = *this;
+        stField.pfnStrange = _pfnStrange;
+        return stField;
+    }
+    constexpr Field Else(const char* _szElse) const
+    {
+        Field stField = *this;
+        stField.szElse = _szElse;
+        return stField;
+    }
     constexpr Field Optional() const
     {
         Field stField = *this;
@@ -178,12 +221,6 @@ struct Field
     {
         Field stField = *this;
         stField.bIdentity = true;
-        return stField;
-    }
-    constexpr Field NeededWhen(bool (*_pfnNeeded)(const TRecord&)) const
-    {
-        Field stField = *this;
-        stField.pfnNeeded = _pfnNeeded;
         return stField;
     }
 };

@@ -56,6 +56,25 @@ enum class Passed
 template <class TField>
 struct BoundField;
 
+/** The text of a field that is not derived. Its names are given as texts, or as the document knows them. */
+template <class TField, class TName>
+std::wstring_view TextOf(const ZkCommon::Storage::XmlElement& _rElement, const TField& _rstField, TName _name,
+                         TName _child)
+{
+    switch (_rstField.enSource) {
+    case Source::Attribute:
+        return _rElement.Attribute(_name, _rstField.svDefault);
+    case Source::Child:
+        return _rElement.ChildText(_name, _rstField.svDefault);
+    case Source::ChildAttribute:
+        return _rElement.FirstChild(_child).Attribute(_name, _rstField.svDefault);
+    case Source::OwnText:
+        return _rElement.Text();
+    default:
+        return {};
+    }
+}
+
 template <class TRecord, class TValue, class TConversion>
 struct BoundField<Field<TRecord, TValue, TConversion>>
 {
@@ -63,31 +82,15 @@ struct BoundField<Field<TRecord, TValue, TConversion>>
         : rstField(_rstField), name(_rElement.FindName(_rstField.svName)), child(_rElement.FindName(_rstField.svChild))
     {}
 
-    /** @return false when the text is none of the words that a required field must be */
+    /** @return false when a required field does not accept the text */
     template <class THook, class TOwner>
     bool Read(const ZkCommon::Storage::XmlElement& _rElement, TOwner& _rstRecord, const THook& _rHook) const
     {
         if (rstField.enSource == Source::Derived || (rstField.pfnWhen != nullptr && !rstField.pfnWhen(_rstRecord))) {
             return true;
         }
-        std::wstring_view svText;
-        switch (rstField.enSource) {
-        case Source::Attribute:
-            svText = _rElement.Attribute(name, rstField.svDefault);
-            break;
-        case Source::Child:
-            svText = _rElement.ChildText(name, rstField.svDefault);
-            break;
-        case Source::ChildAttribute:
-            svText = _rElement.FirstChild(child).Attribute(name, rstField.svDefault);
-            break;
-        case Source::OwnText:
-            svText = _rElement.Text();
-            break;
-        case Source::Derived:
-            break;
-        }
-        if (rstField.bRequired && Frwk::Utility::FindWord(*rstField.stConversion.WordsOf(), svText) == nullptr) {
+        const std::wstring_view svText = TextOf(_rElement, rstField, name, child);
+        if (rstField.bRequired && !rstField.stConversion.Accepts(svText)) {
             return false;
         }
         _rstRecord.*rstField.pMember = static_cast<TValue>(rstField.stConversion.Read(svText));

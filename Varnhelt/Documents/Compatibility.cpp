@@ -28,7 +28,7 @@ public:
         const std::wstring tszEnabled(_rElement.Text());
         Trace(TraceDetail, L"[CFunctionXml::QueryValueAsInstallCompatibilityCheckDB]\tis enable this component\t[%s]",
               tszEnabled);
-        return Frwk::Utility::ToValue(m_stEnabled, tszEnabled) != 0;
+        return Frwk::Utility::ToValue(Documents::ComponentEnabled(), tszEnabled) != 0;
     }
 
     template <class TField, class TRecord>
@@ -44,12 +44,6 @@ public:
             Trace(TraceDetail, L"[CFunctionXml::QueryValueAsInstallCompatibilityCheckDB()] %s", _rstField.pszLabel);
         }
     }
-
-private:
-    // The words of every flag, whose unknown text is told in a line of its own.
-    Frwk::WordTable m_stEnabled{
-        Frwk::Words::g_stBoolean.aWord,
-        {.pszUnknownTextLine = L"*** Frwk::Utility::GetBooleanType() - Invalid boolean Type. [%s]"}};
 };
 
 } // namespace

@@ -33,6 +33,18 @@ inline constexpr auto g_stCompatibilityComponent = Describe<SrvFrwk::Compatibili
         .Key("ver")
         .Label(L"\t\tComponent Ver"));
 
+/** Whether a component is used: its own text, a flag whose unknown text has a line for itself in the trace log. */
+inline const Frwk::WordTable& ComponentEnabled()
+{
+    static const Frwk::WordTable stEnabled{
+        Frwk::Words::g_stBoolean.aWord,
+        {.pszUnknownTextLine = L"*** Frwk::Utility::GetBooleanType() - Invalid boolean Type. [%s]"}};
+    return stEnabled;
+}
+
+/** What holds the components of a product. */
+inline constexpr std::wstring_view g_svComponents = L"Components";
+
 inline constexpr auto g_stCompatibilityMessage = Describe<SrvFrwk::stCCLocalizedMsg>(
     L"Message", Attribute(L"locale", &SrvFrwk::stCCLocalizedMsg::tszLocale, Text()).Default(L"EN-US").Key("locale"),
     OwnText(&SrvFrwk::stCCLocalizedMsg::tszMessage, Text()).Key("message"));
@@ -83,7 +95,7 @@ inline constexpr auto g_stCompatibilityProduct = Describe<SrvFrwk::Compatibility
     Attribute(L"language", &SrvFrwk::CompatibilityProduct::tszLanguage, Text())
         .Key("language")
         .Label(L"\tProduct tszLanguage"),
-    Children(L"./Components", &SrvFrwk::CompatibilityProduct::vecComponent, g_stCompatibilityComponent)
+    Children(g_svComponents, &SrvFrwk::CompatibilityProduct::vecComponent, g_stCompatibilityComponent)
         .When(NeedsPreUpdate)
         .Key("components")
         .Label(L"Need to do PrePU"),

@@ -6,7 +6,6 @@
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
 #include "ZkComn_DebugLog.h"
-#include "ZkComn_Platform.h"
 
 #include <utility>
 
@@ -28,7 +27,7 @@ std::wstring_view SectionOf(std::uint32_t _ulValueSubType)
     }
 }
 
-/** Tells files that name nothing, and drops shortcuts without a name. */
+/** Marks files that name nothing. */
 struct DeployHook : Documents::ReadHook
 {
     using ReadHook::OnRecord;
@@ -39,10 +38,6 @@ struct DeployHook : Documents::ReadHook
                                    ? bNameless && _rstFile.strSourceDirectory.empty() && _rstFile.strSourceName.empty()
                                    : _rstFile.eAction == 2 && bNameless;
         return true;
-    }
-    static bool OnRecord(const Storage::XmlElement&, const DeployShortcut& _rstShortcut)
-    {
-        return !_rstShortcut.strName.empty();
     }
 };
 
@@ -69,12 +64,8 @@ public:
         if (pExecute != nullptr && pExecute->ulValue != m_ulRunMode) {
             return false;
         }
-        // A system's name is only looked up: what it says of this system does not matter.
-        const std::wstring_view svPlatform = _rComponent.Attribute(m_platform);
-        if (!svPlatform.empty() && svPlatform != Documents::g_svAllPlatforms && !Platform::OsTypeOf(svPlatform)) {
-            return false;
-        }
-        return _rComponent.Attribute(m_process) != L"x86";
+        return Documents::IsPlatform(_rComponent.Attribute(m_platform)) &&
+               Documents::IsForThisProcessor(_rComponent.Attribute(m_process));
     }
 
     /** @return the result of GetKeyConfig, the one part that may fail */
@@ -87,7 +78,7 @@ public:
             Result::IsFailure(ulResult)) {
             return ulResult;
         }
-        m_cShortcut.ReadAll(_rComponent, _rstComponent.lstShortcut, DeployHook());
+        m_cShortcut.ReadAll(_rComponent, _rstComponent.lstShortcut, Documents::ReadHook());
         return Result::g_ulSuccess;
     }
 

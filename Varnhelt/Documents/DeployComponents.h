@@ -4,6 +4,7 @@
 #include "Documents/KeyConfig.h"
 #include "Request.h"
 #include "SrvFrwk_Records.h"
+#include "ZkComn_Platform.h"
 
 #include <cstdint>
 
@@ -28,52 +29,69 @@ inline constexpr std::wstring_view g_svPlatform = L"Platform";
 inline constexpr std::wstring_view g_svProcess = L"Process";
 /** The platform that is every platform. */
 inline constexpr std::wstring_view g_svAllPlatforms = L"all";
+/** The processor that this module is not built for. */
+inline constexpr std::wstring_view g_svOtherProcessor = L"x86";
 
-/** Whether a file or shortcut is put there: where it comes from and what it is does not matter to its removal. */
-template <class TRecord>
-constexpr bool IsDeployed(const TRecord& _rstRecord)
+constexpr bool IsForThisProcessor(std::wstring_view _svProcess)
 {
-    return _rstRecord.eAction == 1;
+    return _svProcess != g_svOtherProcessor;
+}
+
+/** A system's name is only looked up: which system it is does not matter. */
+inline bool IsPlatform(std::wstring_view _svPlatform)
+{
+    return _svPlatform.empty() || _svPlatform == g_svAllPlatforms || ZkCommon::Platform::OsTypeOf(_svPlatform);
+}
+
+/** Where a file or shortcut comes from and what it is does not matter to its removal. */
+template <class TRecord>
+constexpr Strange IfDeployed(const TRecord& _rstRecord)
+{
+    return _rstRecord.eAction == 1 ? Strange::Default : Strange::Optional;
 }
 
 inline constexpr auto g_stDeployFile = Describe<SrvFrwk::DeployFile>(
     L"File", Attribute(L"Id", &SrvFrwk::DeployFile::strId, Text()).Key("id"),
-    Attribute(L"Action", &SrvFrwk::DeployFile::eAction, Words(g_stDeployAction)).Key("action"),
+    Attribute(L"Action", &SrvFrwk::DeployFile::eAction, Words(g_stDeployAction))
+        .Else("it is neither deployed nor removed")
+        .Key("action"),
     Attribute(L"SourceDirectory", &SrvFrwk::DeployFile::strSourceDirectory, Text())
-        .NeededWhen(IsDeployed<SrvFrwk::DeployFile>)
+        .OnStrange(IfDeployed<SrvFrwk::DeployFile>)
         .Key("sourceDirectory"),
     Attribute(L"SourceName", &SrvFrwk::DeployFile::strSourceName, Text())
-        .NeededWhen(IsDeployed<SrvFrwk::DeployFile>)
+        .OnStrange(IfDeployed<SrvFrwk::DeployFile>)
         .Key("sourceName"),
     Attribute(L"Name", &SrvFrwk::DeployFile::strName, Text()).Key("name"),
     Attribute(L"ActionAfterRebootIfFailed", &SrvFrwk::DeployFile::bActionAfterRebootIfFailed, Words(g_stYesElseNo))
         .Key("actionAfterRebootIfFailed"),
     Derived(L"", &SrvFrwk::DeployFile::bEmptyEntry, Boolean()).Key("emptyEntry"),
     Attribute(L"Overwrite", &SrvFrwk::DeployFile::bOverwrite, Words(g_stNoElseYes))
-        .NeededWhen(IsDeployed<SrvFrwk::DeployFile>)
+        .OnStrange(IfDeployed<SrvFrwk::DeployFile>)
         .Key("overwrite"),
     Attribute(L"CompareVersion", &SrvFrwk::DeployFile::bCompareVersion, Words(g_stYesElseNo))
-        .NeededWhen(IsDeployed<SrvFrwk::DeployFile>)
+        .OnStrange(IfDeployed<SrvFrwk::DeployFile>)
         .Key("compareVersion"));
 
 inline constexpr auto g_stDeployShortcut = Describe<SrvFrwk::DeployShortcut>(
     L"Shortcut", Attribute(L"Id", &SrvFrwk::DeployShortcut::strId, Text()).Key("id"),
-    Attribute(L"Action", &SrvFrwk::DeployShortcut::eAction, Words(g_stDeployAction)).Key("action"),
-    Attribute(L"Name", &SrvFrwk::DeployShortcut::strName, Text()).OnStrange(Strange::Drop).Key("name"),
+    Attribute(L"Action", &SrvFrwk::DeployShortcut::eAction, Words(g_stDeployAction))
+        .Else("it is neither deployed nor removed")
+        .Key("action"),
+    Attribute(L"Name", &SrvFrwk::DeployShortcut::strName, FilledText()).Required().Key("name"),
     Attribute(L"Target", &SrvFrwk::DeployShortcut::strTarget, Text())
-        .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
+        .OnStrange(IfDeployed<SrvFrwk::DeployShortcut>)
         .Key("target"),
     Attribute(L"Arguments", &SrvFrwk::DeployShortcut::strArguments, Text())
-        .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
+        .OnStrange(IfDeployed<SrvFrwk::DeployShortcut>)
         .Key("arguments"),
     Attribute(L"Icon", &SrvFrwk::DeployShortcut::strIcon, Text())
-        .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
+        .OnStrange(IfDeployed<SrvFrwk::DeployShortcut>)
         .Key("icon"),
     Attribute(L"Description", &SrvFrwk::DeployShortcut::strDescription, Text())
-        .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
+        .OnStrange(IfDeployed<SrvFrwk::DeployShortcut>)
         .Key("description"),
     Attribute(L"RootProductDirectory", &SrvFrwk::DeployShortcut::strRootProductDirectory, Text())
-        .NeededWhen(IsDeployed<SrvFrwk::DeployShortcut>)
+        .OnStrange(IfDeployed<SrvFrwk::DeployShortcut>)
         .Key("rootProductDirectory"));
 
 /** The registry values lie a level deeper than a description reaches: a KeyReader reads them. */

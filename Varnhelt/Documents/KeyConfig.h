@@ -40,7 +40,7 @@ inline constexpr auto g_stDeployKey = Describe<SrvFrwk::DeployKey>(
     L"RegistryValue", Derived(g_svRegistryRoot, &SrvFrwk::DeployKey::hRoot, RegistryRoot()).Key("root"),
     Derived(g_svRegistryKey, &SrvFrwk::DeployKey::strKey, Text()).Key("key"),
     Attribute(L"Name", &SrvFrwk::DeployKey::strName, Text()).Key("name"),
-    Attribute(L"Type", &SrvFrwk::DeployKey::ulType, Words(g_stKeyType)).Key("type"),
+    Attribute(L"Type", &SrvFrwk::DeployKey::ulType, Words(g_stKeyType)).Else("read as no type").Key("type"),
     OwnText(&SrvFrwk::DeployKey::strData, Text()).Key("data"),
     Attribute(L"Action", &SrvFrwk::DeployKey::eAction, Words(g_stKeyAction)).Required().Key("action"),
     Attribute(L"On", &SrvFrwk::DeployKey::eOn, Words(g_stKeyOn)).Required().Optional().Key("on"),

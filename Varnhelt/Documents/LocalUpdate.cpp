@@ -8,7 +8,6 @@
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_Owner.h"
-#include "ZkComn_String.h"
 
 #include <utility>
 
@@ -34,20 +33,6 @@ struct LocalUpdateNames
 namespace {
 
 using Documents::LocalUpdateNames;
-
-/** Entries meant for another consumer of the description are passed over. */
-struct EntriesFor : Documents::ReadHook
-{
-    explicit EntriesFor(std::wstring_view _svKind) : svKind(_svKind) {}
-
-    using ReadHook::OnRecord;
-    bool OnRecord(const Storage::XmlElement&, const LocalUpdateEntry& _rstEntry) const
-    {
-        return _rstEntry.tszTarget == svKind;
-    }
-
-    std::wstring_view svKind;
-};
 
 constexpr FailureTexts g_stReadingTexts{.pszMethod = L"CFunctionXml::QueryValueAsLocalUpdate()",
                                         .pszAny = L"Got Exception."};
@@ -82,7 +67,7 @@ std::uint32_t SetLocalUpdateRegistry(const Storage::XmlElement& _rElement, const
     }
     cTrace.Detail(L"clear _pstKey->Entries.");
     _pstKey->lstEntry.clear();
-    _rstNames.cRegistry.ReadOne(_rElement, *_pstKey, EntriesFor(_pstKey->tszKind));
+    _rstNames.cRegistry.ReadOne(_rElement, *_pstKey, Documents::ReadHook());
     return cTrace.LeaveAs(L"CFunctionXml::SetLocalUpdateKey()", Result::g_ulSuccess);
 }
 
@@ -96,7 +81,7 @@ std::uint32_t SetLocalUpdateIniFile(const Storage::XmlElement& _rElement, const 
     }
     cTrace.Detail(L"clear _pstIniFile->Entries.");
     _pstIniFile->lstEntry.clear();
-    _rstNames.cIniFile.ReadOne(_rElement, *_pstIniFile, EntriesFor(_pstIniFile->tszKind));
+    _rstNames.cIniFile.ReadOne(_rElement, *_pstIniFile, Documents::ReadHook());
     return cTrace.LeaveAs(L"CFunctionXml::SetLocalUpdateKey()", Result::g_ulSuccess);
 }
 
@@ -122,12 +107,8 @@ std::uint32_t ReadLocalUpdateItem(const Storage::XmlElement& _rElement, const Lo
                                   LocalUpdateConfig& _rstConfig)
 {
     const std::wstring_view svName = _rElement.Name();
-    // A name of fewer letters is an abbreviation.
-    const auto IsOfKind = [&](const wchar_t* _pszKind) {
-        return String::EqualsNoCase(svName, _pszKind, svName.size());
-    };
     for (const ItemKind& stKind : g_aItemKind) {
-        if (IsOfKind(stKind.pszKind)) {
+        if (IsOfKind(svName, stKind.pszKind)) {
             LocalUpdateKey stKey;
             stKey.tszKind = stKind.pszKind;
             const std::uint32_t ulResult = stKind.pfnRead(_rElement, _rstNames, &stKey);
@@ -139,7 +120,7 @@ std::uint32_t ReadLocalUpdateItem(const Storage::XmlElement& _rElement, const Lo
             return ulResult;
         }
     }
-    if (!IsOfKind(g_szDirectoryKind)) {
+    if (!IsOfKind(svName, g_szDirectoryKind)) {
         g_cReadingLines.Error(L"specified [%s] element was invalid ", std::wstring(svName));
         return Result::g_ulRefused;
     }

@@ -2,6 +2,7 @@
 
 #include "Descriptions/Description.h"
 #include "Documents/RegistryWords.h"
+#include "Documents/UpdateVersion.h"
 #include "Documents/UpdateWords.h"
 #include "Request.h"
 
@@ -9,6 +10,7 @@
 #include <list>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 /** A local update description: which registry values and ini entries to change, and on which machines. */
 namespace Varnhelt {
@@ -64,6 +66,12 @@ inline constexpr const wchar_t* g_szRegistryKind = L"registry";
 inline constexpr const wchar_t* g_szIniFileKind = L"inifile";
 inline constexpr const wchar_t* g_szDirectoryKind = L"directory";
 
+/** Whether an item's name is that of its kind, or an abbreviation of it, in any case. */
+inline bool IsOfKind(std::wstring_view _svName, std::wstring_view _svKind)
+{
+    return ZkCommon::String::EqualsNoCase(_svName, _svKind, _svName.size());
+}
+
 // The attributes of a description's root.
 inline constexpr std::wstring_view g_svUpdateVersion = L"version";
 inline constexpr std::wstring_view g_svUpdateCheck = L"check";
@@ -77,26 +85,39 @@ inline constexpr Frwk::Word g_aIniFileTarget[] = {{g_szIniFileKind, 0}};
 inline constexpr Frwk::WordTable g_stRegistryTarget{g_aRegistryTarget, {}};
 inline constexpr Frwk::WordTable g_stIniFileTarget{g_aIniFileTarget, {}};
 
-/** A description of the given fields and, behind them, the conditions. */
+/** A version, as the conditions compare it. */
+struct VersionText : Text
+{
+    static constexpr const char* g_szForm = "version";
+    static bool Accepts(std::wstring_view _svText) { return CompareVersion(_svText, _svText).has_value(); }
+};
+
+/** The conditions of an item and of an entry. Where the description asks for them, all are needed. */
+inline constexpr auto g_stUpdateConditions = Describe<UpdateConditions>(
+    L"",
+    Attribute(L"maxversion", &UpdateConditions::tszMaxVersion, VersionText())
+        .OnStrange(Strange::Drop)
+        .Key("maxVersion"),
+    Attribute(L"minversion", &UpdateConditions::tszMinVersion, VersionText())
+        .OnStrange(Strange::Drop)
+        .Key("minVersion"),
+    Attribute(L"product", &UpdateConditions::tszProduct, WordText(UpdateWords::g_stProductCondition))
+        .OnStrange(Strange::Drop)
+        .Key("product"),
+    Attribute(L"language", &UpdateConditions::tszLanguage, WordText(UpdateWords::g_stLanguageCondition))
+        .OnStrange(Strange::Drop)
+        .Key("language"),
+    Attribute(L"platform", &UpdateConditions::tszPlatform, WordText(UpdateWords::g_stPlatformCondition))
+        .OnStrange(Strange::Drop)
+        .Key("platform"));
+
+/** A description of the given fields and, after them, the conditions. */
 template <class TRecord, class... TFields>
 constexpr auto DescribeWithConditions(std::wstring_view _svElement, TFields... _stFields)
 {
-    return Describe<TRecord>(
-        _svElement, _stFields...,
-        Attribute(L"maxversion", &UpdateConditions::tszMaxVersion, Text()).Optional().Key("maxVersion"),
-        Attribute(L"minversion", &UpdateConditions::tszMinVersion, Text()).Optional().Key("minVersion"),
-        Attribute(L"product", &UpdateConditions::tszProduct, WordText(UpdateWords::g_stProductCondition))
-            .OnStrange(Strange::Drop)
-            .Optional()
-            .Key("product"),
-        Attribute(L"language", &UpdateConditions::tszLanguage, WordText(UpdateWords::g_stLanguageCondition))
-            .OnStrange(Strange::Drop)
-            .Optional()
-            .Key("language"),
-        Attribute(L"platform", &UpdateConditions::tszPlatform, WordText(UpdateWords::g_stPlatformCondition))
-            .OnStrange(Strange::Drop)
-            .Optional()
-            .Key("platform"));
+    return std::apply(
+        [&](const auto&... _stConditions) { return Describe<TRecord>(_svElement, _stFields..., _stConditions...); },
+        g_stUpdateConditions.tplFields);
 }
 
 inline bool IsAction(const LocalUpdateEntry& _rstEntry, UpdateWords::Action _enAction)
@@ -110,56 +131,83 @@ inline bool IsStoring(const LocalUpdateEntry& _rstEntry)
     return IsAction(_rstEntry, UpdateWords::ActionAppend) || IsAction(_rstEntry, UpdateWords::ActionWrite);
 }
 
-/** Whether an entry may make a key. */
-inline bool IsMaking(const LocalUpdateEntry& _rstEntry)
+/** Without a name the unnamed value of a key is meant. */
+inline Strange WithoutValueName(const LocalUpdateEntry& _rstEntry)
 {
-    return IsStoring(_rstEntry) || IsAction(_rstEntry, UpdateWords::ActionCreate);
+    return IsStoring(_rstEntry) ? Strange::Default : Strange::Unread;
+}
+
+/** An ini file has no such entry. */
+inline Strange WithoutEntryName(const LocalUpdateEntry& _rstEntry)
+{
+    return IsStoring(_rstEntry) ? Strange::Drop : Strange::Unread;
+}
+
+/** Data without a type is not stored. */
+inline Strange WithoutType(const LocalUpdateEntry& _rstEntry)
+{
+    return IsStoring(_rstEntry) ? Strange::Drop : Strange::Unread;
+}
+
+/** What is there stays, unless the entry says otherwise. */
+inline Strange WithoutOverWrite(const LocalUpdateEntry& _rstEntry)
+{
+    const bool bAsked = IsStoring(_rstEntry) || IsAction(_rstEntry, UpdateWords::ActionCreate);
+    return bAsked ? Strange::Default : Strange::Unread;
+}
+
+/** No key is made then: nothing is left to do of "create", and the rest is done where the key exists. */
+inline Strange WithoutAllAccess(const LocalUpdateEntry& _rstEntry)
+{
+    if (IsAction(_rstEntry, UpdateWords::ActionCreate)) {
+        return Strange::Drop;
+    }
+    return IsStoring(_rstEntry) ? Strange::Default : Strange::Unread;
 }
 
 /** An entry of either kind; only registry entries have more fields. */
-template <class... TFields>
-constexpr auto DescribeUpdateEntry(std::wstring_view _svElement, const Frwk::WordTable& _rstTarget,
+template <class TName, class... TFields>
+constexpr auto DescribeUpdateEntry(std::wstring_view _svElement, const Frwk::WordTable& _rstTarget, TName _stName,
                                    TFields... _stMoreFields)
 {
     return DescribeWithConditions<LocalUpdateEntry>(
-        _svElement, Child(L"Name", &LocalUpdateEntry::tszName, Text()).NeededWhen(IsStoring).Key("name"),
-        Child(L"Type", &LocalUpdateEntry::tszType, WordText(UpdateWords::g_stType))
-            .OnStrange(Strange::Drop)
-            .NeededWhen(IsStoring)
-            .Key("type"),
+        _svElement, _stName,
+        Child(L"Type", &LocalUpdateEntry::tszType, WordText(UpdateWords::g_stType)).OnStrange(WithoutType).Key("type"),
         Child(L"Value", &LocalUpdateEntry::tszValue, Text()).Optional().Key("value"),
         Child(L"Action", &LocalUpdateEntry::tszAction, WordText(UpdateWords::g_stAction))
             .OnStrange(Strange::Drop)
             .Key("action"),
         Child(L"OverWrite", &LocalUpdateEntry::tszOverWrite, WordText(UpdateWords::g_stYesNo))
-            .NeededWhen(IsMaking)
+            .OnStrange(WithoutOverWrite)
             .Key("overWrite"),
         _stMoreFields...,
-        Attribute(L"target", &LocalUpdateEntry::tszTarget, WordText(_rstTarget))
-            .OnStrange(Strange::Drop)
-            .Key("target"));
+        Attribute(L"target", &LocalUpdateEntry::tszTarget, WordText(_rstTarget)).Required().Key("target"));
 }
 
 inline constexpr auto g_stLocalUpdateValue =
     DescribeUpdateEntry(L"Key", g_stRegistryTarget,
+                        Child(L"Name", &LocalUpdateEntry::tszName, Text()).OnStrange(WithoutValueName).Key("name"),
                         Child(L"AllAccess", &LocalUpdateEntry::tszAllAccess, WordText(UpdateWords::g_stYesNo))
-                            .NeededWhen(IsMaking)
+                            .OnStrange(WithoutAllAccess)
+                            .Else("no key is made")
                             .Key("allAccess"));
 
-inline constexpr auto g_stLocalUpdateIniEntry = DescribeUpdateEntry(L"Entry", g_stIniFileTarget);
+inline constexpr auto g_stLocalUpdateIniEntry = DescribeUpdateEntry(
+    L"Entry", g_stIniFileTarget,
+    Child(L"Name", &LocalUpdateEntry::tszName, FilledText()).OnStrange(WithoutEntryName).Key("name"));
 
 // Items are told apart by a rule of their own, not by one name; the names here are those that a writer gives them.
 
 inline constexpr auto g_stLocalUpdateRegistry = DescribeWithConditions<LocalUpdateKey>(
     g_szRegistryKind,
     Child(L"Root", &LocalUpdateKey::tszRoot, WordText(g_stUpdateRoot)).OnStrange(Strange::Drop).Key("root"),
-    Child(L"Path", &LocalUpdateKey::tszPath, Text()).Key("path"),
+    Child(L"Path", &LocalUpdateKey::tszPath, FilledText()).OnStrange(Strange::Drop).Key("path"),
     Child(L"AccessMode", &LocalUpdateKey::tszAccessMode, WordText(UpdateWords::g_stView)).Key("accessMode"),
     Children(L"", &LocalUpdateKey::lstEntry, g_stLocalUpdateValue).Key("entries"));
 
 inline constexpr auto g_stLocalUpdateIniFile = DescribeWithConditions<LocalUpdateKey>(
-    g_szIniFileKind, Child(L"Path", &LocalUpdateKey::tszRoot, Text()).OnStrange(Strange::Drop).Key("root"),
-    Child(L"Section", &LocalUpdateKey::tszPath, Text()).Key("path"),
+    g_szIniFileKind, Child(L"Path", &LocalUpdateKey::tszRoot, FilledText()).OnStrange(Strange::Drop).Key("root"),
+    Child(L"Section", &LocalUpdateKey::tszPath, FilledText()).OnStrange(Strange::Drop).Key("path"),
     Children(L"", &LocalUpdateKey::lstEntry, g_stLocalUpdateIniEntry).Key("entries"));
 
 /**

@@ -76,19 +76,19 @@ private:
     bool ReadPlace(const Storage::XmlElement& _rReg, RegistryData& _rstPlace) const
     {
         const std::wstring_view svKey = _rReg.Attribute(m_key);
-        const std::size_t uRoot = svKey.find(L'\\');
-        if (uRoot == std::wstring_view::npos) {
+        const Documents::RegKey stKey(svKey);
+        if (!stKey.bSubKey) {
             Trace(TraceError, L"CFunctionXml::GetRegistryComponent() - parsing 'key' error: [%s]", std::wstring(svKey));
             return false;
         }
-        const std::wstring tszRoot(svKey.substr(0, uRoot));
+        const std::wstring tszRoot(stKey.svRoot);
         Trace(TraceNotice, L"CFunctionXml::GetRegistryComponent() - root key: [%s]", tszRoot);
-        if (tszRoot != Documents::g_svRegRoot) {
+        if (!Documents::IsRegKey(svKey)) {
             Trace(TraceError, L"CFunctionXml::GetRegistryComponent() - unsupported root key: %s", tszRoot);
             return false;
         }
         _rstPlace.hRoot = HKEY_LOCAL_MACHINE;
-        _rstPlace.tszSubKey = svKey.substr(uRoot + 1);
+        _rstPlace.tszSubKey = stKey.svSubKey;
         _rstPlace.bAllAccess = Frwk::Utility::ToValue(Documents::g_stRegAccess, _rReg.Attribute(m_access)) != 0;
         Trace(TraceNotice, L"CFunctionXml::GetRegistryComponent() - sub key: %s, all access: %d", _rstPlace.tszSubKey,
               _rstPlace.bAllAccess ? 1 : 0);

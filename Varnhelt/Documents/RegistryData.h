@@ -28,26 +28,47 @@ inline constexpr Frwk::Word g_aRegAccess[] = {{L"all", 1}, {L"none", 0}, {L"", 0
 static_assert(Frwk::IsDistinct(g_aRegAccess));
 inline constexpr Frwk::WordTable g_stRegAccess{g_aRegAccess, {}};
 
-/** A number of 64 bits; 0 unless the whole text is one. */
-struct WholeNumber
+/** A key as the document writes it: split at its first backslash. One without a backslash is all root. */
+struct RegKey
 {
-    static constexpr Show g_enShow = Show::Text;
-    static constexpr const Frwk::WordTable* WordsOf() { return nullptr; }
-    static std::uint64_t Read(std::wstring_view _svText)
-    {
-        return ZkCommon::String::ToWholeNumber64(_svText).value_or(0);
-    }
-    static std::wstring Write(std::uint64_t _ullValue) { return std::to_wstring(_ullValue); }
+    constexpr explicit RegKey(std::wstring_view _svKey)
+        : svRoot(_svKey.substr(0, _svKey.find(L'\\'))),
+          bSubKey(svRoot.size() < _svKey.size()),
+          svSubKey(bSubKey ? _svKey.substr(svRoot.size() + 1) : std::wstring_view())
+    {}
+
+    std::wstring_view svRoot;
+    bool bSubKey; // there is one, be it empty
+    std::wstring_view svSubKey;
 };
+
+constexpr bool IsRegKey(std::wstring_view _svKey)
+{
+    const RegKey stKey(_svKey);
+    return stKey.bSubKey && stKey.svRoot == g_svRegRoot;
+}
+
+/** The number of a value is used where its type is one. */
+inline Strange WithoutNumber(const SrvFrwk::RegistryData& _rstData)
+{
+    const bool bNumber = _rstData.ulType == REG_DWORD || _rstData.ulType == REG_QWORD;
+    return bNumber ? Strange::Default : Strange::Unread;
+}
+
+/** Bytes that are missing are worth a word; a text may be empty. */
+inline Strange WithoutText(const SrvFrwk::RegistryData& _rstData)
+{
+    return _rstData.ulType == REG_BINARY ? Strange::Default : Strange::Unread;
+}
 
 inline constexpr auto g_stRegistryData = Describe<SrvFrwk::RegistryData>(
     L"Element", Derived(g_svRegKey, &SrvFrwk::RegistryData::hRoot, RegistryRoot()).Key("root"),
     Derived(g_svRegKey, &SrvFrwk::RegistryData::tszSubKey, Text()).Key("subKey"),
     Derived(g_svRegAccess, &SrvFrwk::RegistryData::bAllAccess, Boolean()).Key("allAccess"),
     Child(L"Name", &SrvFrwk::RegistryData::tszName, Text()).Key("name"),
-    Child(L"Type", &SrvFrwk::RegistryData::ulType, Words(g_stRegistryDataType)).Key("type"),
-    Child(L"Value", &SrvFrwk::RegistryData::tszValue, Text()).Key("text"),
-    Child(L"Value", &SrvFrwk::RegistryData::ullValue, WholeNumber()).Key("number"));
+    Child(L"Type", &SrvFrwk::RegistryData::ulType, Words(g_stRegistryDataType)).Else("read as no type").Key("type"),
+    Child(L"Value", &SrvFrwk::RegistryData::tszValue, Text()).OnStrange(WithoutText).Key("text"),
+    Child(L"Value", &SrvFrwk::RegistryData::ullValue, WholeNumber()).OnStrange(WithoutNumber).Key("number"));
 
 /** Reads the file and the labels of a RegistryDataRequest into a vector of RegistryData; contract as Handler. */
 std::uint32_t QueryValueAsRegistryData(Worker& _rWorker, const Request& _rstRequest);

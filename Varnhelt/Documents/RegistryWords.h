@@ -21,6 +21,10 @@ struct RegistryRoot
 {
     static constexpr Show g_enShow = Show::Text;
     static constexpr const Frwk::WordTable* WordsOf() { return &g_stRegistryRoot; }
+    static bool Accepts(std::wstring_view _svText)
+    {
+        return Frwk::Utility::FindWord(g_stRegistryRoot, _svText) != nullptr;
+    }
     static HKEY Read(std::wstring_view _svText)
     {
         // The system's own roots are such numbers, extended by their sign. NOLINTNEXTLINE(performance-no-int-to-ptr)

@@ -6,8 +6,11 @@
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 
+#include <charconv>
 #include <cstdlib>
+#include <limits>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 using namespace ZkCommon;
@@ -19,6 +22,15 @@ namespace Varnhelt::Documents {
 std::uint32_t ToThreatNumber(const char* _szId) noexcept
 {
     return static_cast<std::uint32_t>(std::strtoll(_szId, nullptr, 10));
+}
+
+bool IsThreatNumber(std::string_view _svId) noexcept
+{
+    const char* pszEnd = _svId.data() + _svId.size();
+    std::int64_t llNumber = 0;
+    const std::from_chars_result stRead = std::from_chars(_svId.data(), pszEnd, llNumber);
+    return stRead.ec == std::errc() && stRead.ptr == pszEnd && llNumber >= std::numeric_limits<std::int32_t>::min() &&
+           llNumber <= std::numeric_limits<std::uint32_t>::max();
 }
 
 namespace {

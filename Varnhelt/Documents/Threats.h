@@ -50,9 +50,12 @@ inline constexpr TextLookup g_aTextLookup[] = {
 
 /**
  * The number that an "id" attribute stands for: signed decimal, 0 for a text that begins with no number, of which the
- * lower 32 bits count.
+ * lower 32 bits are used.
  */
 std::uint32_t ToThreatNumber(const char* _szId) noexcept;
+
+/** Whether the text is such a number and nothing else, of 32 bits with or without a sign. */
+bool IsThreatNumber(std::string_view _svId) noexcept;
 
 /** Look the number of a ThreatText up and fill its texts, or leave it unchanged; contract as Handler. */
 std::uint32_t QueryThreateNameORKAP(Worker& _rWorker, const Request& _rstRequest);

@@ -5,7 +5,6 @@
 #include "Files/DocumentFile.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
-#include "ZkComn_String.h"
 
 #include <vector>
 
@@ -14,21 +13,6 @@ using namespace SrvFrwk;
 using namespace Varnhelt;
 
 namespace {
-
-/** Keeps the entries whose "puid" is a number as a whole. */
-class WithNumber : public Documents::ReadHook
-{
-public:
-    explicit WithNumber(const Storage::XmlElement& _rElement) : m_puId(_rElement.FindName(L"puid")) {}
-
-    bool OnRecord(const Storage::XmlElement& _rElement, const VersionInformation&) const
-    {
-        return String::ToWholeNumber(_rElement.Attribute(m_puId)).has_value();
-    }
-
-private:
-    Storage::XmlName m_puId;
-};
 
 void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
@@ -58,8 +42,7 @@ std::uint32_t Documents::QueryValueAsVersionInfo(Worker& _rWorker, const Request
             return Result::g_ulMissingObject;
         }
         _rWorker.cElement = *cRoot;
-        Documents::ReadRecords(_rWorker.cElement, Documents::g_stVersionInformation, *pVersionInformation,
-                               WithNumber(_rWorker.cElement));
+        Documents::ReadRecords(_rWorker.cElement, Documents::g_stVersionInformation, *pVersionInformation);
         return cTrace.LeaveAs(L"CFunctionXml::QueryValueAsQmrConfig()", Result::g_ulSuccess);
     });
 }

@@ -22,8 +22,9 @@ inline constexpr Frwk::WordTable g_stFollowProductVersion{g_aYesNo, {}};
 inline constexpr auto g_stVersionInformation = Describe<SrvFrwk::VersionInformation>(
     L"VersionInfo",
     Attribute(L"component", &SrvFrwk::VersionInformation::iComponentType, Words(g_stVersionComponent))
+        .Else("read as no component")
         .Key("componentType"),
-    Attribute(L"puid", &SrvFrwk::VersionInformation::ulPuId, Number()).Key("puId"),
+    Attribute(L"puid", &SrvFrwk::VersionInformation::ulPuId, Number()).Required().Key("puId"),
     Attribute(L"version", &SrvFrwk::VersionInformation::tszVersion, Text()).Key("version"),
     Attribute(L"directDeploy", &SrvFrwk::VersionInformation::bDirectDeploy, Words(g_stDirectDeploy))
         .Key("directDeploy"),

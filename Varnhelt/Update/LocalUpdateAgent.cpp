@@ -2,10 +2,10 @@
 
 #include "Boundary.h"
 #include "Documents/LocalUpdate.h"
+#include "Documents/UpdateVersion.h"
 #include "Documents/UpdateWords.h"
 #include "MethodTrace.h"
 #include "ZkComn_Platform.h"
-#include "ZkComn_String.h"
 
 #include <algorithm>
 #include <iterator>
@@ -20,38 +20,7 @@ using UpdateWords::g_svAll;
 
 constexpr MethodLines g_cVersion(L"CLocalUpdateAgent::CheckVersionType()");
 
-/** The text up to the next dot, which is removed from the rest with the dots that follow. */
-std::wstring_view NextNumber(std::wstring_view& _rsvRest)
-{
-    const std::wstring_view svNumber = _rsvRest.substr(0, _rsvRest.find(L'.'));
-    _rsvRest.remove_prefix(std::min(_rsvRest.size(), _rsvRest.find_first_not_of(L'.', svNumber.size())));
-    return svNumber;
-}
-
-bool HasDotAtAnEnd(std::wstring_view _svVersion)
-{
-    return _svVersion.starts_with(L'.') || _svVersion.ends_with(L'.');
-}
-
 } // namespace
-
-std::optional<std::int32_t> Varnhelt::CompareVersion(std::wstring_view _svLeft, std::wstring_view _svRight)
-{
-    if (HasDotAtAnEnd(_svLeft) || HasDotAtAnEnd(_svRight)) {
-        return std::nullopt;
-    }
-    do {
-        const auto ulLeft = String::ToWholeNumber(NextNumber(_svLeft));
-        const auto ulRight = String::ToWholeNumber(NextNumber(_svRight));
-        if (!ulLeft || !ulRight) {
-            return std::nullopt;
-        }
-        if (*ulLeft != *ulRight) {
-            return static_cast<std::int32_t>(*ulLeft - *ulRight);
-        }
-    } while (!_svLeft.empty() && !_svRight.empty());
-    return 0;
-}
 
 std::uint32_t CLocalUpdateAgent::Initialize(const UpdateEnvironment& _rstEnvironments, bool _bCheck)
 {

@@ -4,9 +4,7 @@
 #include "Update/UpdateObserver.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
-#include <string_view>
 
 namespace Varnhelt {
 
@@ -26,14 +24,6 @@ struct UpdateCheck
     std::uint32_t ulResult = SrvFrwk::Result::g_ulSuccess; // a failure: they cannot be judged
     UpdateReason enReason = UpdateReason::None;            // anything else: do not update
 };
-
-/**
- * Compares versions number by number, as far as both have numbers ("6.0" equals "6.0.1234"). Runs of dots count as one;
- * numbers may be hexadecimal or octal by their prefix.
- * @return negative, 0 or positive: the wrapping difference of the first numbers that differ; nothing when a text has
- *         something else between its dots, or nothing at all
- */
-std::optional<std::int32_t> CompareVersion(std::wstring_view _svLeft, std::wstring_view _svRight);
 
 } // namespace Varnhelt
 

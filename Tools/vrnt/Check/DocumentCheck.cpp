@@ -19,9 +19,7 @@ namespace Vrnt {
 namespace {
 
 namespace File = ZkCommon::Storage::File;
-using Varnhelt::DocumentId;
 using ZkCommon::String::ToUtf8;
-using Kind = TextShape::Kind;
 
 /** "; did you mean ...?", or what there is to choose from where that is not much. */
 std::string Suggestion(std::wstring_view _svText, const std::vector<std::wstring_view>& _vecKnown)
@@ -37,33 +35,13 @@ std::string Suggestion(std::wstring_view _svText, const std::vector<std::wstring
     return _vecKnown.size() <= uFew ? sKnown : std::string();
 }
 
-/** Words that say "off" in any language of documents: fine wherever an unknown word is off too. */
-bool MeansOff(const Frwk::WordTable& _rstTable, std::wstring_view _svText)
+/** Whether something is read all the same. */
+bool IsDefault(Strange _enStrange)
 {
-    constexpr std::uint32_t ulOn = 1;
-    return _rstTable.stDefaults.ulUnknownText == 0 &&
-           std::ranges::all_of(_rstTable.aWord, [](const Frwk::Word& _rstWord) { return _rstWord.ulValue <= ulOn; }) &&
-           (_svText == L"disable" || _svText == L"Disable" || _svText == L"no" || _svText == L"none");
+    return _enStrange == Strange::Default || _enStrange == Strange::Optional;
 }
 
-/** Whether the text is what a reader of numbers takes whole, and what it takes otherwise. */
-bool IsWhole(Kind _enKind, std::wstring_view _svText, std::string& _rsReadAs)
-{
-    if (_enKind == Kind::Number64) {
-        _rsReadAs = "0";
-        return ZkCommon::String::ToWholeNumber64(_svText).has_value();
-    }
-    if (_enKind == Kind::Number32) {
-        _rsReadAs = std::to_string(ZkCommon::String::ToNumber(_svText));
-        return ZkCommon::String::ToWholeNumber(_svText).has_value();
-    }
-    const std::string sText = ToUtf8(_svText);
-    const std::size_t uSign = sText.starts_with('-') || sText.starts_with('+') ? 1 : 0;
-    _rsReadAs = std::to_string(static_cast<std::int32_t>(std::strtoll(sText.c_str(), nullptr, 10)));
-    return sText.size() > uSign && std::all_of(sText.begin() + static_cast<std::ptrdiff_t>(uSign), sText.end(),
-                                               [](char _c) { return _c >= '0' && _c <= '9'; });
-}
-
+/** What comes of it otherwise. */
 const char* Consequence(Strange _enStrange)
 {
     return _enStrange == Strange::Refuse ? ": the reader refuses the document" : ": it is passed over";
@@ -84,7 +62,7 @@ public:
                      ": nothing is read");
             return;
         }
-        Check(_rRoot, _rstShape);
+        Check(_rRoot, _rstShape, {});
     }
 
     std::vector<Finding> Take()
@@ -96,14 +74,15 @@ public:
 private:
     void Enter(const XmlElement& _rElement) { m_vecPath.push_back(_rElement.Name()); }
 
-    void Check(const XmlElement& _rElement, const ElementShape& _rstShape)
+    void Check(const XmlElement& _rElement, const ElementShape& _rstShape, const XmlElement& _rOwner)
     {
         Enter(_rElement);
         TellProgress(_rElement);
+        const bool bAround = m_bDropped;
         if (!_rstShape.bUnread) {
             CheckAttributes(_rElement, _rstShape);
-            if (_rstShape.stText) {
-                CheckText(_rElement, "the text", _rElement.Text(), *_rstShape.stText);
+            for (const TextShape& stText : _rstShape.vecText) {
+                CheckText(_rElement, _rOwner, "the text", _rElement.Text(), stText);
             }
             if (_rstShape.fnRule) {
                 _rstShape.fnRule(_rElement, [&](Strange _enStrange, const std::string& _rsText) {
@@ -112,6 +91,7 @@ private:
             }
             CheckChildren(_rElement, _rstShape);
         }
+        m_bDropped = bAround;
         m_vecPath.pop_back();
     }
 
@@ -120,7 +100,8 @@ private:
         for (const auto& stAttribute : _rElement.Attributes()) {
             const AttributeShape* pKnown = _rstShape.FindAttribute(stAttribute.svName);
             if (pKnown != nullptr) {
-                CheckText(_rElement, "attribute " + Quoted(stAttribute.svName), stAttribute.svValue, pKnown->stText);
+                CheckText(_rElement, _rElement, "attribute " + Quoted(stAttribute.svName), stAttribute.svValue,
+                          pKnown->stText);
             } else if (!IsOfTheForm(stAttribute.svName) && !_rstShape.bForeign) {
                 Tell(_rElement, Severity::Warning,
                      "no reader looks at attribute " + Quoted(stAttribute.svName) +
@@ -149,7 +130,12 @@ private:
                 continue;
             }
             const auto uKnown = static_cast<std::size_t>(itKnown - _rstShape.vecChild.begin());
-            if (++vecCount[uKnown] > 1 && !itKnown->bMany) {
+            ++vecCount[uKnown];
+            if (itKnown->fnRead && !itKnown->fnRead(_rElement)) {
+                TellChild(cChild, Severity::Warning, "no reader looks at " + Quoted(cChild.Name()) + " here");
+                continue;
+            }
+            if (vecCount[uKnown] > 1 && !itKnown->bMany) {
                 TellChild(cChild, Severity::Warning,
                           Quoted(cChild.Name()) + " is here once more: only the first counts");
                 continue;
@@ -163,13 +149,13 @@ private:
                                   ": only the first counts");
                 }
             }
-            Check(cChild, *itKnown);
+            Check(cChild, *itKnown, _rElement);
         }
         const auto iChildren = std::ranges::ssize(m_vecFinding);
         for (std::size_t i = 0; i < vecCount.size(); ++i) {
             const ElementShape& rstKnown = _rstShape.vecChild[i];
             if (vecCount[i] == 0 && !rstKnown.bMany && !rstKnown.bOptional &&
-                (!rstKnown.fnNeeded || rstKnown.fnNeeded(_rElement))) {
+                (!rstKnown.fnRead || rstKnown.fnRead(_rElement))) {
                 TellMissingChild(_rElement, rstKnown);
             }
         }
@@ -177,69 +163,63 @@ private:
         std::rotate(m_vecFinding.begin() + iOwn, m_vecFinding.begin() + iChildren, m_vecFinding.end());
     }
 
-    void CheckText(const XmlElement& _rElement, const std::string& _rsWhat, std::wstring_view _svText,
-                   const TextShape& _rstText)
+    /** What a text that is not accepted, or missing, does at an element of that owner. */
+    static Strange StrangeAt(const XmlElement& _rOwner, const TextShape& _rstText)
     {
-        if (_rstText.enKind == Kind::Any) {
-            if (_svText.empty() && _rstText.enStrange != Strange::Default) {
-                TellStrange(_rElement, _rstText.enStrange, _rsWhat + " is empty");
-            }
-            return;
-        }
-        if (_rstText.fnNeeded && !_rstText.fnNeeded(_rElement)) {
-            return;
-        }
-        if (_rstText.enKind == Kind::Word) {
-            CheckWord(_rElement, _rsWhat, _svText, _rstText);
-            return;
-        }
-        std::string sReadAs;
-        if (!IsWhole(_rstText.enKind, _svText, sReadAs)) {
-            Tell(_rElement, Severity::Warning,
-                 _rsWhat + " is no whole number: " + Quoted(_svText) + " is read as " + sReadAs);
-        }
+        return _rstText.fnStrange ? _rstText.fnStrange(_rOwner) : _rstText.enStrange;
     }
 
-    void CheckWord(const XmlElement& _rElement, const std::string& _rsWhat, std::wstring_view _svText,
-                   const TextShape& _rstText)
+    void CheckText(const XmlElement& _rElement, const XmlElement& _rOwner, const std::string& _rsWhat,
+                   std::wstring_view _svText, const TextShape& _rstText)
     {
-        const Frwk::WordTable& rstWords = *_rstText.pWords;
-        if (Frwk::Utility::FindWord(rstWords, _svText) != nullptr || MeansOff(rstWords, _svText)) {
+        if (_rstText.Accepts(_svText)) {
             return;
         }
-        std::vector<std::wstring_view> vecKnown;
-        for (const Frwk::Word& stWord : rstWords.aWord) {
-            vecKnown.push_back(stWord.svText);
+        const Strange enStrange = StrangeAt(_rOwner, _rstText);
+        if (enStrange == Strange::Unread) {
+            return;
         }
-        const std::string sUnknown = "unknown word " + Quoted(_svText) + " of " + _rsWhat;
-        const std::string sSuggestion = Suggestion(_svText, vecKnown);
-        if (_rstText.enStrange != Strange::Default) {
-            TellStrange(_rElement, _rstText.enStrange, sUnknown, sSuggestion);
+        const bool bDefault = IsDefault(enStrange);
+        const std::string sElse = bDefault && !_rstText.sElse.empty() ? ": " + _rstText.sElse : "";
+        const std::string sReadAs = ToUtf8(_rstText.ReadAs(_svText));
+        if (_rstText.pWords != nullptr) {
+            std::vector<std::wstring_view> vecKnown;
+            for (const Frwk::Word& stWord : _rstText.pWords->aWord) {
+                vecKnown.push_back(stWord.svText);
+            }
+            const std::string sDefault = sElse.empty() && bDefault ? ": read as \"" + sReadAs + "\"" : sElse;
+            TellStrange(_rElement, enStrange, "unknown word " + Quoted(_svText) + " of " + _rsWhat + sDefault,
+                        Suggestion(_svText, vecKnown));
+        } else if (_rstText.sForm.empty()) {
+            TellStrange(_rElement, enStrange, _rsWhat + " is empty" + sElse);
         } else {
-            Tell(_rElement, Severity::Warning,
-                 sUnknown + ": read as " + Quoted(WordOf(rstWords, rstWords.stDefaults.ulUnknownText)) + sSuggestion);
+            const std::string sDefault = sElse.empty() && bDefault ? " is read as " + sReadAs : sElse;
+            TellStrange(_rElement, enStrange, _rsWhat + " is no " + _rstText.sForm + ": " + Quoted(_svText) + sDefault);
         }
     }
 
     void TellMissing(const XmlElement& _rElement, const std::string& _rsWhat, const TextShape& _rstText)
     {
-        if (_rstText.fnNeeded && !_rstText.fnNeeded(_rElement)) {
+        const Strange enStrange = StrangeAt(_rElement, _rstText);
+        if (enStrange == Strange::Unread || enStrange == Strange::Optional) {
             return;
         }
-        if (_rstText.enStrange != Strange::Default) {
-            TellStrange(_rElement, _rstText.enStrange, _rsWhat + " is missing");
-            return;
+        std::string sText = _rsWhat + " is missing";
+        if (enStrange == Strange::Default && !_rstText.Accepts(_rstText.svAbsent) && !_rstText.sElse.empty()) {
+            sText += ": " + _rstText.sElse;
+        } else if (enStrange == Strange::Default) {
+            const std::wstring tszReadAs = _rstText.ReadAs(_rstText.svAbsent);
+            sText += ": read as " + (tszReadAs.empty() ? "empty" : Quoted(tszReadAs));
         }
-        const std::wstring tszDefault = DefaultWord(_rstText);
-        Tell(_rElement, Severity::Warning,
-             _rsWhat + " is missing: read as " + (tszDefault.empty() ? "empty" : Quoted(tszDefault)));
+        TellStrange(_rElement, enStrange, sText);
     }
 
     void TellMissingChild(const XmlElement& _rElement, const ElementShape& _rstKnown)
     {
-        if (_rstKnown.stText) {
-            TellMissing(_rElement, Quoted(_rstKnown.svName), *_rstKnown.stText);
-        } else {
+        for (const TextShape& stText : _rstKnown.vecText) {
+            TellMissing(_rElement, Quoted(_rstKnown.svName), stText);
+        }
+        if (_rstKnown.vecText.empty()) {
             Tell(_rElement, _rstKnown.bIndispensable ? Severity::Error : Severity::Warning,
                  Quoted(_rstKnown.svName) + " is missing: nothing is read there");
         }
@@ -289,12 +269,15 @@ private:
         return _svName.starts_with(L"xml") || _svName.starts_with(L"xsi:");
     }
 
+    /** Nobody refuses a document for what is in an element that is passed over. */
     void TellStrange(const XmlElement& _rElement, Strange _enStrange, const std::string& _rsText,
                      const std::string& _rsSuggestion = {})
     {
-        const bool bDefault = _enStrange == Strange::Default;
+        const bool bDefault = IsDefault(_enStrange);
+        const Strange enStrange = m_bDropped && _enStrange == Strange::Refuse ? Strange::Drop : _enStrange;
         Tell(_rElement, bDefault ? Severity::Warning : Severity::Error,
-             _rsText + (bDefault ? "" : Consequence(_enStrange)) + _rsSuggestion);
+             _rsText + (bDefault ? "" : Consequence(enStrange)) + _rsSuggestion);
+        m_bDropped = m_bDropped || enStrange == Strange::Drop;
     }
 
     void Tell(const XmlElement& _rElement, Severity _enSeverity, std::string _sText)
@@ -317,6 +300,7 @@ private:
     std::vector<std::wstring_view> m_vecPath;
     std::uint32_t m_ulLines;
     std::size_t m_uElements = 0;
+    bool m_bDropped = false; // the reader does not come here
     const Progress& m_fnProgress;
 };
 
@@ -331,33 +315,6 @@ bool IsPlain(std::string_view _svContent)
     }
     const std::size_t uFirst = _svContent.find_first_not_of(std::string_view(" \t\r\n\0", 5));
     return uFirst != std::string_view::npos && _svContent[uFirst] == '<';
-}
-
-/** The shape of a table of threats: without descriptions, recommendations and scanners it is that of names alone. */
-ElementShape TableShape(const XmlElement& _rRoot)
-{
-    ElementShape stShape = ShapeOf(Varnhelt::DocumentOf(DocumentId::ThreatsElmap));
-    const std::wstring_view svThreats = Varnhelt::DocumentOf(DocumentId::ThreatsElmap).pszRoot;
-    ElementShape& rstThreats = stShape.Child(svThreats.substr(svThreats.rfind(L'/') + 1));
-    rstThreats.bOptional = false;
-    bool bTexts = false;
-    for (const ElementShape& stSection : stShape.vecChild) {
-        bTexts = bTexts || (&stSection != &rstThreats && _rRoot.FirstChild(stSection.svName));
-    }
-    for (auto cThreat = _rRoot.FirstChild(rstThreats.svName).FirstChild(); cThreat && !bTexts;
-         cThreat = cThreat.NextSibling()) {
-        for (const ElementShape& stText : rstThreats.vecChild.front().vecChild) {
-            bTexts = bTexts || (stText.bOptional && cThreat.FirstChild(stText.svName));
-        }
-    }
-    if (bTexts) {
-        for (ElementShape& rstSection : stShape.vecChild) {
-            for (ElementShape& rstText : rstSection.vecChild.front().vecChild) {
-                rstText.bOptional = false;
-            }
-        }
-    }
-    return stShape;
 }
 
 std::vector<Finding> CheckText(const Varnhelt::Document& _rstDocument, std::string_view _svText,
@@ -381,7 +338,7 @@ std::vector<Finding> CheckText(const Varnhelt::Document& _rstDocument, std::stri
     }
     const auto ulLines = static_cast<std::uint32_t>(std::ranges::count(_svText, '\n'));
     Checker cChecker(ulLines, _fnProgress);
-    cChecker.CheckRoot(cRoot, IsThreats(_rstDocument) ? TableShape(cRoot) : ShapeOf(_rstDocument));
+    cChecker.CheckRoot(cRoot, ShapeOf(_rstDocument, cRoot));
     return cChecker.Take();
 }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cwctype>
 #include <map>
+#include <utility>
 
 namespace Vrnt {
 
@@ -71,16 +72,27 @@ Node Documentation(std::wstring _tszText)
     return stNode;
 }
 
-/** What an author is to know of a text: what becomes of it when it is absent or makes no sense. */
+/** What an author is to know of a text: what becomes of it when it is missing or is not accepted. */
 std::wstring Explain(const TextShape& _rstText)
 {
-    if (_rstText.enStrange != Strange::Default) {
-        return std::wstring(_rstText.bOptional ? L"" : L"Needed. ") +
-               (_rstText.enStrange == Strange::Refuse ? L"Anything else makes the reader refuse the document."
-                                                      : L"With anything else the element is passed over.");
+    using ZkCommon::String::FromUtf8;
+    std::wstring tszText = FromUtf8(_rstText.sWhen);
+    if (_rstText.fnStrange) {
+        tszText += L"Used where the other texts ask for it.";
     }
-    const std::wstring tszDefault = DefaultWord(_rstText);
-    return tszDefault.empty() ? L"Default: empty." : L"Default: " + tszDefault + L".";
+    tszText += tszText.empty() ? L"" : L" ";
+    const std::wstring tszMust = _rstText.pWords == nullptr ? FromUtf8(_rstText.sForm) : std::wstring();
+    const bool bRefuse = _rstText.enStrange == Strange::Refuse;
+    if (bRefuse || _rstText.enStrange == Strange::Drop) {
+        tszText += _rstText.bOptional ? L"" : L"Needed. ";
+        tszText += tszMust.empty() ? L"With anything else " : L"If it is no " + tszMust + L", ";
+        return tszText + (bRefuse ? L"the reader refuses the document." : L"the element is passed over.");
+    }
+    if (!_rstText.sElse.empty()) {
+        return tszText + L"Else " + FromUtf8(_rstText.sElse) + L".";
+    }
+    const std::wstring tszDefault = _rstText.ReadAs(_rstText.svAbsent);
+    return tszText + (tszDefault.empty() ? L"Default: empty." : L"Default: " + tszDefault + L".");
 }
 
 /** A pattern that is the word in any case. */
@@ -128,15 +140,15 @@ private:
     {
         Node stElement = Xs(L"element").With(L"name", _rstShape.svName);
         const bool bLeaf = _rstShape.vecChild.empty() && _rstShape.vecAttribute.empty();
-        if (_rstShape.stText) {
-            stElement.Add(Documentation(Explain(*_rstShape.stText)));
+        if (!_rstShape.vecText.empty()) {
+            stElement.Add(Documentation(Explain(_rstShape.vecText.front())));
         }
         if (_rstShape.bUnread) {
             Node stType = Xs(L"complexType").With(L"mixed", L"true");
             AddForeign(stType, true);
             stElement.Add(std::move(stType));
-        } else if (bLeaf && _rstShape.stText) {
-            stElement.With(L"type", TypeOf(_rstShape.svName, *_rstShape.stText));
+        } else if (bLeaf && !_rstShape.vecText.empty()) {
+            stElement.With(L"type", TypeOf(_rstShape.svName, _rstShape.vecText.front()));
         } else {
             stElement.Add(ComplexType(_rstShape));
         }
@@ -146,8 +158,8 @@ private:
     Node ComplexType(const ElementShape& _rstShape)
     {
         Node stType = Xs(L"complexType");
-        if (_rstShape.stText) { // no document has an element with both a text and elements
-            Node stExtension = Xs(L"extension").With(L"base", TypeOf(_rstShape.svName, *_rstShape.stText));
+        if (!_rstShape.vecText.empty()) { // no document has an element with both a text and elements
+            Node stExtension = Xs(L"extension").With(L"base", TypeOf(_rstShape.svName, _rstShape.vecText.front()));
             AddAttributes(stExtension, _rstShape);
             stType.Add(Xs(L"simpleContent")).Add(std::move(stExtension));
             return stType;
@@ -196,7 +208,7 @@ private:
             Node& rstAttribute = _rstType.Add(Xs(L"attribute"))
                                      .With(L"name", stAttribute.svName)
                                      .With(L"type", TypeOf(stAttribute.svName, stAttribute.stText));
-            if (stAttribute.stText.enStrange != Strange::Default && !stAttribute.stText.bOptional) {
+            if (IsNeeded(stAttribute.stText)) {
                 rstAttribute.With(L"use", L"required");
             }
             rstAttribute.Add(Documentation(Explain(stAttribute.stText)));
@@ -204,6 +216,11 @@ private:
         if (_rstShape.bForeign) {
             _rstType.Add(Xs(L"anyAttribute")).With(L"processContents", L"skip");
         }
+    }
+
+    static bool IsNeeded(const TextShape& _rstText)
+    {
+        return (_rstText.enStrange == Strange::Drop || _rstText.enStrange == Strange::Refuse) && !_rstText.bOptional;
     }
 
     static void AddForeign(Node& _rstType, bool _bWithAttributes)
@@ -233,10 +250,12 @@ private:
     {
         switch (_rstText.enKind) {
         case Kind::Word:
-            return WordType(_svName, *_rstText.pWords);
-        case Kind::Number32:
-        case Kind::Number64:
-            return NumberType(L"number", {L"0[xX][0-9A-Fa-f]+", L"[0-9]+"});
+            return WordType(_svName, _rstText);
+        case Kind::Number:
+            return NumberType(L"number", {L"0[xX]0*[0-9A-Fa-f]{1,8}", L"0[0-7]*", L"[1-9][0-9]{0,8}", L"[1-3][0-9]{9}",
+                                          L"4[01][0-9]{8}", L"42[0-8][0-9]{7}", L"429[0-3][0-9]{6}",
+                                          L"4294[0-8][0-9]{5}", L"42949[0-5][0-9]{4}", L"429496[0-6][0-9]{3}",
+                                          L"4294967[01][0-9]{2}", L"42949672[0-8][0-9]", L"429496729[0-5]"});
         case Kind::Decimal:
             return NumberType(L"decimal", {L"[-+]?[0-9]+"});
         default:
@@ -252,10 +271,11 @@ private:
         return _pszName;
     }
 
-    /** A set of words is called as what it is first met under. */
-    std::wstring WordType(std::wstring_view _svName, const Frwk::WordTable& _rstTable)
+    /** A set of words is named after what uses it first. One that may be empty has the empty text besides. */
+    std::wstring WordType(std::wstring_view _svName, const TextShape& _rstText)
     {
-        const auto [itName, bNew] = m_mapWords.try_emplace(&_rstTable);
+        const Frwk::WordTable& rstTable = *_rstText.pWords;
+        const auto [itName, bNew] = m_mapWords.try_emplace({&rstTable, _rstText.bOptional});
         if (bNew) {
             std::wstring tszName = std::wstring(_svName) + L"Word";
             while (std::ranges::any_of(m_mapWords, [&](const auto& _rPair) { return _rPair.second == tszName; })) {
@@ -264,12 +284,15 @@ private:
             itName->second = std::move(tszName);
             std::vector<std::wstring> vecWord;
             std::vector<std::wstring> vecAnyCase;
-            for (const Frwk::Word& stWord : _rstTable.aWord) {
+            for (const Frwk::Word& stWord : rstTable.aWord) {
                 vecWord.emplace_back(stWord.svText);
                 vecAnyCase.push_back(AnyCase(stWord.svText));
             }
+            if (_rstText.bOptional && Frwk::Utility::FindWord(rstTable, {}) == nullptr) {
+                vecWord.emplace_back();
+            }
             Node stType = Restriction(L"enumeration", vecWord);
-            if (_rstTable.bAnyCase) { // editors complete by the first, and validate by either
+            if (rstTable.bAnyCase) { // editors complete by the first, and validate by either
                 Node stUnion = Xs(L"simpleType");
                 Node& rstUnion = stUnion.Add(Xs(L"union"));
                 rstUnion.Add(std::move(stType));
@@ -283,7 +306,7 @@ private:
     }
 
     std::vector<Node> m_vecGlobal;
-    std::map<const Frwk::WordTable*, std::wstring> m_mapWords;
+    std::map<std::pair<const Frwk::WordTable*, bool>, std::wstring> m_mapWords;
 };
 
 } // namespace
