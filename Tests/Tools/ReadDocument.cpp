@@ -129,7 +129,7 @@ public:
 
 private:
     void OnItem(const LocalUpdateKey&, UpdateReason) override {}
-    void OnEntry(const LocalUpdateEntry&, const UpdateDecision& _rstDecision) override
+    void OnEntry(const UpdatePlace&, const LocalUpdateEntry&, const UpdateDecision& _rstDecision) override
     {
         const bool bIdle = _rstDecision.enEffect == UpdateEffect::Skip && IsIdle(_rstDecision.enReason);
         m_stReading.mapRecord[L""] += bIdle || _rstDecision.enReason == UpdateReason::None ? 1 : 0;

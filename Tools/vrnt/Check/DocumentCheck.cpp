@@ -1,36 +1,36 @@
 #include "Check/DocumentCheck.h"
 
 #include "Arguments.h"
+#include "Check/DocumentContent.h"
 #include "Check/DocumentShape.h"
+#include "Check/MarkupScan.h"
 #include "Check/Nearest.h"
 #include "Output/InputFile.h"
-#include "Output/Output.h"
+#include "ValueTypeTable.h"
 #include "ZkComn_Exception.h"
-#include "ZkComn_FileCrypt.h"
 #include "ZkComn_String.h"
 #include "ZkComn_XmlParser.h"
 
 #include <algorithm>
 #include <map>
-#include <unordered_map>
+#include <optional>
 
 namespace Vrnt {
 
 namespace {
 
-namespace File = ZkCommon::Storage::File;
 using ZkCommon::String::ToUtf8;
 
 /** "; did you mean ...?", or what there is to choose from where that is not much. */
 std::string Suggestion(std::wstring_view _svText, const std::vector<std::wstring_view>& _vecKnown)
 {
     if (const std::wstring_view svNearest = Nearest(_svText, _vecKnown); !svNearest.empty()) {
-        return "; did you mean " + Quoted(svNearest) + "?";
+        return "; did you mean " + Cited(svNearest) + "?";
     }
     constexpr std::size_t uFew = 8;
     std::string sKnown;
     for (const std::wstring_view svKnown : _vecKnown) {
-        sKnown += svKnown.empty() ? "" : (sKnown.empty() ? "; there is " : ", ") + Quoted(svKnown);
+        sKnown += svKnown.empty() ? "" : (sKnown.empty() ? "; there is " : ", ") + Cited(svKnown);
     }
     return _vecKnown.size() <= uFew ? sKnown : std::string();
 }
@@ -57,8 +57,8 @@ public:
     {
         if (_rRoot.Name() != _rstShape.svName) {
             Enter(_rRoot);
-            Tell(_rRoot, Severity::Error,
-                 "the root is " + Quoted(_rRoot.Name()) + ", and the reader looks for " + Quoted(_rstShape.svName) +
+            Tell(_rRoot, Severity::Error, Rule::WrongRoot,
+                 "the root is " + Cited(_rRoot.Name()) + ", and the reader looks for " + Cited(_rstShape.svName) +
                      ": nothing is read");
             return;
         }
@@ -86,7 +86,7 @@ private:
             }
             if (_rstShape.fnRule) {
                 _rstShape.fnRule(_rElement, [&](Strange _enStrange, const std::string& _rsText) {
-                    TellStrange(_rElement, _enStrange, _rsText);
+                    TellStrange(_rElement, _enStrange, Rule::DroppedEntry, _rsText);
                 });
             }
             CheckChildren(_rElement, _rstShape);
@@ -100,17 +100,17 @@ private:
         for (const auto& stAttribute : _rElement.Attributes()) {
             const AttributeShape* pKnown = _rstShape.FindAttribute(stAttribute.svName);
             if (pKnown != nullptr) {
-                CheckText(_rElement, _rElement, "attribute " + Quoted(stAttribute.svName), stAttribute.svValue,
+                CheckText(_rElement, _rElement, "attribute " + Cited(stAttribute.svName), stAttribute.svValue,
                           pKnown->stText);
             } else if (!IsOfTheForm(stAttribute.svName) && !_rstShape.bForeign) {
-                Tell(_rElement, Severity::Warning,
-                     "no reader looks at attribute " + Quoted(stAttribute.svName) +
+                Tell(_rElement, Severity::Warning, Rule::UnknownName,
+                     "no reader looks at attribute " + Cited(stAttribute.svName) +
                          Instead(stAttribute.svName, _rstShape, true));
             }
         }
         for (const AttributeShape& stKnown : _rstShape.vecAttribute) {
             if (!stKnown.stText.bOptional && !_rElement.HasAttribute(stKnown.svName)) {
-                TellMissing(_rElement, "attribute " + Quoted(stKnown.svName), stKnown.stText);
+                TellMissing(_rElement, "attribute " + Cited(stKnown.svName), stKnown.stText);
             }
         }
     }
@@ -132,20 +132,21 @@ private:
             const auto uKnown = static_cast<std::size_t>(itKnown - _rstShape.vecChild.begin());
             ++vecCount[uKnown];
             if (itKnown->fnRead && !itKnown->fnRead(_rElement)) {
-                TellChild(cChild, Severity::Warning, "no reader looks at " + Quoted(cChild.Name()) + " here");
+                TellChild(cChild, Severity::Warning, Rule::Unread,
+                          "no reader looks at " + Cited(cChild.Name()) + " here");
                 continue;
             }
             if (vecCount[uKnown] > 1 && !itKnown->bMany) {
-                TellChild(cChild, Severity::Warning,
-                          Quoted(cChild.Name()) + " is here once more: only the first counts");
+                TellChild(cChild, Severity::Warning, Rule::Repeated,
+                          Cited(cChild.Name()) + " is here once more: only the first counts");
                 continue;
             }
             if (itKnown->fnIdentity) {
                 const auto [itFirst, bFirst] =
                     mapIdentity.try_emplace({&*itKnown, itKnown->fnIdentity(cChild)}, cChild.Line());
                 if (!bFirst) {
-                    TellChild(cChild, Severity::Warning,
-                              "the same " + Quoted(cChild.Name()) + " as in line " + std::to_string(itFirst->second) +
+                    TellChild(cChild, Severity::Warning, Rule::Repeated,
+                              "the same " + Cited(cChild.Name()) + " as in line " + std::to_string(itFirst->second) +
                                   ": only the first counts");
                 }
             }
@@ -188,13 +189,14 @@ private:
                 vecKnown.push_back(stWord.svText);
             }
             const std::string sDefault = sElse.empty() && bDefault ? ": read as \"" + sReadAs + "\"" : sElse;
-            TellStrange(_rElement, enStrange, "unknown word " + Quoted(_svText) + " of " + _rsWhat + sDefault,
-                        Suggestion(_svText, vecKnown));
+            TellStrange(_rElement, enStrange, Rule::UnknownWord,
+                        "unknown word " + Cited(_svText) + " of " + _rsWhat + sDefault, Suggestion(_svText, vecKnown));
         } else if (_rstText.sForm.empty()) {
-            TellStrange(_rElement, enStrange, _rsWhat + " is empty" + sElse);
+            TellStrange(_rElement, enStrange, Rule::BadText, _rsWhat + " is empty" + sElse);
         } else {
             const std::string sDefault = sElse.empty() && bDefault ? " is read as " + sReadAs : sElse;
-            TellStrange(_rElement, enStrange, _rsWhat + " is no " + _rstText.sForm + ": " + Quoted(_svText) + sDefault);
+            TellStrange(_rElement, enStrange, Rule::BadText,
+                        _rsWhat + " is no " + _rstText.sForm + ": " + Cited(_svText) + sDefault);
         }
     }
 
@@ -209,19 +211,19 @@ private:
             sText += ": " + _rstText.sElse;
         } else if (enStrange == Strange::Default) {
             const std::wstring tszReadAs = _rstText.ReadAs(_rstText.svAbsent);
-            sText += ": read as " + (tszReadAs.empty() ? "empty" : Quoted(tszReadAs));
+            sText += ": read as " + (tszReadAs.empty() ? "empty" : Cited(tszReadAs));
         }
-        TellStrange(_rElement, enStrange, sText);
+        TellStrange(_rElement, enStrange, Rule::Missing, sText);
     }
 
     void TellMissingChild(const XmlElement& _rElement, const ElementShape& _rstKnown)
     {
         for (const TextShape& stText : _rstKnown.vecText) {
-            TellMissing(_rElement, Quoted(_rstKnown.svName), stText);
+            TellMissing(_rElement, Cited(_rstKnown.svName), stText);
         }
         if (_rstKnown.vecText.empty()) {
-            Tell(_rElement, _rstKnown.bIndispensable ? Severity::Error : Severity::Warning,
-                 Quoted(_rstKnown.svName) + " is missing: nothing is read there");
+            Tell(_rElement, _rstKnown.bIndispensable ? Severity::Error : Severity::Warning, Rule::Missing,
+                 Cited(_rstKnown.svName) + " is missing: nothing is read there");
         }
     }
 
@@ -229,18 +231,19 @@ private:
     {
         const std::string sInstead = Instead(_rChild.Name(), _rstShape, false);
         if (_rstShape.bRefusesOthers) {
-            TellChild(_rChild, Severity::Error,
-                      "no item is called " + Quoted(_rChild.Name()) + Consequence(Strange::Refuse) + sInstead);
+            TellChild(_rChild, Severity::Error, Rule::UnknownName,
+                      "no item is called " + Cited(_rChild.Name()) + Consequence(Strange::Refuse) + sInstead);
         } else {
-            TellChild(_rChild, Severity::Warning, "no reader looks at " + Quoted(_rChild.Name()) + sInstead);
+            TellChild(_rChild, Severity::Warning, Rule::UnknownName,
+                      "no reader looks at " + Cited(_rChild.Name()) + sInstead);
         }
     }
 
-    /** Of a child that is not looked into. */
-    void TellChild(const XmlElement& _rChild, Severity _enSeverity, std::string _sText)
+    /** Reports a finding about a child that is not descended into. */
+    void TellChild(const XmlElement& _rChild, Severity _enSeverity, Rule _enRule, std::string _sText)
     {
         Enter(_rChild);
-        Tell(_rChild, _enSeverity, std::move(_sText));
+        Tell(_rChild, _enSeverity, _enRule, std::move(_sText));
         m_vecPath.pop_back();
     }
 
@@ -260,7 +263,7 @@ private:
             return _bAttribute ? ": it is read from an element" : ": it is read from an attribute";
         }
         const std::wstring_view svNearest = Nearest(_svName, _bAttribute ? vecAttribute : vecChild);
-        return svNearest.empty() ? std::string() : "; did you mean " + Quoted(svNearest) + "?";
+        return svNearest.empty() ? std::string() : "; did you mean " + Cited(svNearest) + "?";
     }
 
     /** Attributes that belong to XML and its schemas, in every document. */
@@ -270,23 +273,23 @@ private:
     }
 
     /** Nobody refuses a document for what is in an element that is passed over. */
-    void TellStrange(const XmlElement& _rElement, Strange _enStrange, const std::string& _rsText,
+    void TellStrange(const XmlElement& _rElement, Strange _enStrange, Rule _enRule, const std::string& _rsText,
                      const std::string& _rsSuggestion = {})
     {
         const bool bDefault = IsDefault(_enStrange);
         const Strange enStrange = m_bDropped && _enStrange == Strange::Refuse ? Strange::Drop : _enStrange;
-        Tell(_rElement, bDefault ? Severity::Warning : Severity::Error,
+        Tell(_rElement, bDefault ? Severity::Warning : Severity::Error, _enRule,
              _rsText + (bDefault ? "" : Consequence(enStrange)) + _rsSuggestion);
         m_bDropped = m_bDropped || enStrange == Strange::Drop;
     }
 
-    void Tell(const XmlElement& _rElement, Severity _enSeverity, std::string _sText)
+    void Tell(const XmlElement& _rElement, Severity _enSeverity, Rule _enRule, std::string _sText)
     {
         std::string sPath;
         for (const std::wstring_view svName : m_vecPath) {
             sPath += "/" + ToUtf8(svName);
         }
-        m_vecFinding.push_back({_rElement.Line(), _enSeverity, std::move(sPath), std::move(_sText)});
+        m_vecFinding.push_back({_rElement.Line(), 0, _enSeverity, _enRule, std::move(sPath), std::move(_sText)});
     }
 
     void TellProgress(const XmlElement& _rElement)
@@ -304,19 +307,6 @@ private:
     const Progress& m_fnProgress;
 };
 
-/** Whether it begins as an XML document does, in any of the encodings that one may have. */
-bool IsPlain(std::string_view _svContent)
-{
-    if (_svContent.starts_with("\xFF\xFE") || _svContent.starts_with("\xFE\xFF")) {
-        return true;
-    }
-    if (_svContent.starts_with("\xEF\xBB\xBF")) {
-        _svContent.remove_prefix(3);
-    }
-    const std::size_t uFirst = _svContent.find_first_not_of(std::string_view(" \t\r\n\0", 5));
-    return uFirst != std::string_view::npos && _svContent[uFirst] == '<';
-}
-
 std::vector<Finding> CheckText(const Varnhelt::Document& _rstDocument, std::string_view _svText,
                                const Progress& _fnProgress)
 {
@@ -333,13 +323,41 @@ std::vector<Finding> CheckText(const Varnhelt::Document& _rstDocument, std::stri
             throw UsageError("the parser library libexpat.dll cannot be loaded");
         }
         const ZkCommon::Storage::XmlPlace stPlace = cParser.FailurePlace();
-        return {{std::max(stPlace.ulLine, 1U), Severity::Error, "",
+        return {{std::max(stPlace.ulLine, 1U), stPlace.ulColumn, Severity::Error, Rule::NotWellFormed, "",
                  "not well-formed at column " + std::to_string(stPlace.ulColumn) + ": " + cParser.FailureText()}};
     }
     const auto ulLines = static_cast<std::uint32_t>(std::ranges::count(_svText, '\n'));
     Checker cChecker(ulLines, _fnProgress);
     cChecker.CheckRoot(cRoot, ShapeOf(_rstDocument, cRoot));
     return cChecker.Take();
+}
+
+bool IsStored(const Varnhelt::Document& _rstDocument)
+{
+    return std::ranges::any_of(Varnhelt::ValueTypes(), [&](const Varnhelt::ValueTypeRow& _rstRow) {
+        return _rstRow.enDocument == _rstDocument.enId && _rstRow.pfnStore != nullptr;
+    });
+}
+
+/** What a store does not write back. */
+void AddNotStored(std::string_view _svPlain, std::vector<Finding>& _rvecFinding)
+{
+    const std::string sText = ToUtf8Document(_svPlain);
+    MarkupScan cScan(sText);
+    while (const auto stMarkup = cScan.Next()) {
+        if (stMarkup->enKind == MarkupScan::Kind::Start) {
+            continue;
+        }
+        const std::string_view svBefore = std::string_view(sText).substr(0, stMarkup->uOffset);
+        const auto uLine = static_cast<std::size_t>(std::ranges::count(svBefore, '\n')) + 1;
+        const std::size_t uColumn = svBefore.size() - (svBefore.rfind('\n') + 1) + 1; // npos + 1 is 0
+        const std::string sWhat = stMarkup->enKind == MarkupScan::Kind::Doctype
+                                      ? "the document type declaration"
+                                      : "the processing instruction \"" + std::string(stMarkup->svName) + "\"";
+        _rvecFinding.push_back({static_cast<std::uint32_t>(uLine), static_cast<std::uint32_t>(uColumn),
+                                Severity::Warning, Rule::NotStored, "", sWhat + " goes when the document is stored"});
+    }
+    std::ranges::stable_sort(_rvecFinding, {}, &Finding::ulLine);
 }
 
 } // namespace
@@ -354,26 +372,27 @@ std::size_t CountErrors(const std::vector<Finding>& _rvecFinding)
     return static_cast<std::size_t>(std::ranges::count(_rvecFinding, Severity::Error, &Finding::enSeverity));
 }
 
-std::vector<Finding> CheckDocument(const Varnhelt::Document& _rstDocument, const std::wstring& _rtszPath,
-                                   const Progress& _fnProgress)
+std::vector<Finding> CheckContent(const Varnhelt::Document& _rstDocument, std::string_view _svBytes,
+                                  const Progress& _fnProgress)
 {
-    const std::string sContent = ReadInputFile(ToUtf8(_rtszPath));
     if (_fnProgress) {
         _fnProgress(0);
     }
-    if (IsPlain(sContent) || _rstDocument.szKey == nullptr) {
-        return CheckText(_rstDocument, sContent, _fnProgress);
+    const std::optional<std::string> sPlain = PlainContent(_rstDocument, _svBytes);
+    if (!sPlain) {
+        return {{1, 1, Severity::Error, Rule::NotADocument, "", "neither XML nor encrypted with this document's key"}};
     }
-    const auto* pKey = reinterpret_cast<const std::uint8_t*>(_rstDocument.szKey);
-    File::Conversion cConversion(File::Conversion::Direction::Decrypt);
-    if (cConversion.Run(_rtszPath, File::g_ulShareAll, File::KeySpan(pKey, File::g_uKeySize))) {
-        const auto spanPlain = cConversion.Output();
-        const std::string_view svPlain(reinterpret_cast<const char*>(spanPlain.data()), spanPlain.size());
-        if (IsPlain(svPlain)) {
-            return CheckText(_rstDocument, svPlain, _fnProgress);
-        }
+    std::vector<Finding> vecFinding = CheckText(_rstDocument, *sPlain, _fnProgress);
+    if (IsStored(_rstDocument)) {
+        AddNotStored(*sPlain, vecFinding);
     }
-    return {{1, Severity::Error, "", "neither XML nor encrypted with this document's key"}};
+    return vecFinding;
+}
+
+std::vector<Finding> CheckDocument(const Varnhelt::Document& _rstDocument, const std::wstring& _rtszPath,
+                                   const Progress& _fnProgress)
+{
+    return CheckContent(_rstDocument, ReadInputFile(ToUtf8(_rtszPath)), _fnProgress);
 }
 
 } // namespace Vrnt

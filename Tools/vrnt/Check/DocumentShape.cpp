@@ -94,6 +94,18 @@ AttributeShape Filter(std::wstring_view _svName, const Frwk::WordTable& _rstWord
     return {_svName, std::move(stText)};
 }
 
+std::string Cited(std::wstring_view _svText)
+{
+    constexpr std::size_t uShown = 80;
+    const bool bCut = _svText.size() > uShown;
+    // Not between the halves of a character.
+    const bool bHalf = bCut && _svText[uShown - 1] >= 0xD800 && _svText[uShown - 1] < 0xDC00;
+    std::wstring tszText(_svText.substr(0, bHalf ? uShown - 1 : uShown));
+    std::ranges::replace_if(
+        tszText, [](wchar_t _c) { return _c < L' '; }, L' ');
+    return "\"" + ZkCommon::String::ToUtf8(tszText) + (bCut ? "..." : "") + "\"";
+}
+
 bool ElementShape::Matches(std::wstring_view _svName) const
 {
     return bAnyName || (bAbbreviated ? Varnhelt::IsOfKind(_svName, svName) : _svName == svName);

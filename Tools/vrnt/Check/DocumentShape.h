@@ -98,6 +98,8 @@ struct ElementShape
  */
 ElementShape ShapeOf(const Varnhelt::Document& _rstDocument, const XmlElement& _rRoot = {});
 
+/** A text of a document in quotation marks, on one line and not too long. */
+std::string Cited(std::wstring_view _svText);
 
 /** A value as its table writes it; as a number where it has no word. */
 std::wstring WordOf(const Frwk::WordTable& _rstTable, std::uint32_t _ulValue);

@@ -4,7 +4,6 @@
 #include "Check/Shapes.h"
 #include "Documents/LocalUpdate.h"
 #include "Documents/UpdateWords.h"
-#include "Output/Output.h"
 #include "Update/UpdateValue.h"
 
 namespace Vrnt::Shapes {
@@ -65,7 +64,7 @@ void CheckRegistryEntry(const XmlElement& _rEntry, const OnFinding& _fnFinding)
     if (IsVainAppend(stEntry, *pType)) {
         _fnFinding(Strange::Drop, g_szVainAppend);
     } else if (!pType->Of(stEntry.tszValue)) {
-        _fnFinding(Strange::Drop, "the value " + Quoted(stEntry.tszValue) + " is no " + FormOf(pType->enType));
+        _fnFinding(Strange::Drop, "the value " + Cited(stEntry.tszValue) + " is no " + FormOf(pType->enType));
     }
 }
 
