@@ -15,18 +15,21 @@ std::uint32_t LastErrorUnless(BOOL _bDone) noexcept
     return _bDone ? ERROR_SUCCESS : ::GetLastError();
 }
 
-/** The folder of a path, its separator included; empty when the path is a bare name. */
-std::wstring FolderOf(const std::wstring& _tszPath)
+/**
+ * What the names of temporary files for a file of that name begin with: "tmp", the name and a dot; "tmp" alone without a
+ * name. They end in a number and ".tmp".
+ */
+std::wstring TempBeginning(const std::wstring& _tszName)
 {
-    const std::size_t uSeparator = _tszPath.find_last_of(L"\\/:");
-    return uSeparator == std::wstring::npos ? std::wstring() : _tszPath.substr(0, uSeparator + 1);
+    constexpr std::size_t uLongest = 200; // a file's name has 255 characters at most
+    return _tszName.empty() ? L"tmp" : L"tmp" + _tszName.substr(0, uLongest) + L".";
 }
 
 /**
- * Makes a file of a new name, "tmp", a number and ".tmp", and opens it. Not by GetTempFileNameW: that one leaves a file
+ * Makes a file of a new name, and opens it. Not by GetTempFileNameW: that one leaves a file
  * that anybody may open before it is made again with the access that it should have, and knows no long path.
  */
-std::uint32_t CreateUnique(const std::wstring& _tszFolder, SECURITY_ATTRIBUTES* _pstSecurity, DWORD _ulShare,
+std::uint32_t CreateUnique(const std::wstring& _tszBeginning, SECURITY_ATTRIBUTES* _pstSecurity, DWORD _ulShare,
                            DWORD _ulFlags, std::wstring& _rtszPath, FileHandle& _rhFile)
 {
     LARGE_INTEGER stCounter{};
@@ -35,9 +38,9 @@ std::uint32_t CreateUnique(const std::wstring& _tszFolder, SECURITY_ATTRIBUTES* 
     constexpr std::uint32_t ulTries = 32;
     std::uint32_t ulError = ERROR_SUCCESS;
     for (std::uint32_t ulTry = 0; ulTry < ulTries; ++ulTry) {
-        wchar_t szName[20];
-        ::_snwprintf_s(szName, std::size(szName), _TRUNCATE, L"tmp%08x.tmp", ulFirst + ulTry);
-        _rtszPath = _tszFolder + szName;
+        wchar_t szEnd[20];
+        ::_snwprintf_s(szEnd, std::size(szEnd), _TRUNCATE, L"%08x.tmp", ulFirst + ulTry);
+        _rtszPath = _tszBeginning + szEnd;
         _rhFile.Reset(::CreateFileW(_rtszPath.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, _ulShare, _pstSecurity,
                                     CREATE_NEW, _ulFlags, nullptr));
         ulError = LastErrorUnless(static_cast<bool>(_rhFile));
@@ -111,7 +114,106 @@ std::uint32_t MarkForRemoval(HANDLE _hFile, bool _bRemove) noexcept
         ::SetFileInformationByHandle(_hFile, FileDispositionInfo, &stDisposition, sizeof(stDisposition)));
 }
 
+/** Calls _fnVisit with the path of each temporary file for a file of that name, until it answers false. */
+template <class TVisit>
+void ForEachTemp(const std::wstring& _tszFolder, const std::wstring& _tszName, const TVisit& _fnVisit)
+{
+    if (_tszName.empty()) { // whose temporary files cannot be told from those of others
+        return;
+    }
+    const std::wstring tszFolder = String::WithBackslash(_tszFolder);
+    WIN32_FIND_DATAW stFound{};
+    const FindHandle hFind(::FindFirstFileW((tszFolder + TempBeginning(_tszName) + L"????????.tmp").c_str(), &stFound));
+    for (BOOL bFound = hFind ? TRUE : FALSE; bFound; bFound = ::FindNextFileW(hFind.Get(), &stFound)) {
+        if ((stFound.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 && !_fnVisit(tszFolder + stFound.cFileName)) {
+            break;
+        }
+    }
+}
+
+/** Whether the access list says that it is not to inherit, as a part of a call that sets it. */
+SECURITY_INFORMATION InheritanceOf(PSECURITY_DESCRIPTOR _pDescriptor) noexcept
+{
+    SECURITY_DESCRIPTOR_CONTROL stControl = 0;
+    DWORD ulRevision = 0;
+    const bool bProtected =
+        ::GetSecurityDescriptorControl(_pDescriptor, &stControl, &ulRevision) && (stControl & SE_DACL_PROTECTED) != 0;
+    return bProtected ? PROTECTED_DACL_SECURITY_INFORMATION : UNPROTECTED_DACL_SECURITY_INFORMATION;
+}
+
+/** Gives a file the access list of another one, and its owner where that is allowed. */
+std::uint32_t CopySecurity(const std::wstring& _tszFrom, const std::wstring& _tszTo) noexcept
+{
+    DWORD ulSize = 0;
+    constexpr SECURITY_INFORMATION ulWhat = DACL_SECURITY_INFORMATION | OWNER_SECURITY_INFORMATION;
+    ::GetFileSecurityW(_tszFrom.c_str(), ulWhat, nullptr, 0, &ulSize);
+    ByteArray stDescriptor;
+    if (!stDescriptor.Allocate(ulSize)) {
+        return ERROR_NOT_ENOUGH_MEMORY;
+    }
+    const auto pDescriptor = static_cast<PSECURITY_DESCRIPTOR>(stDescriptor.Data());
+    if (ulSize == 0 || !::GetFileSecurityW(_tszFrom.c_str(), ulWhat, pDescriptor, ulSize, &ulSize)) {
+        return ::GetLastError();
+    }
+    ::SetFileSecurityW(_tszTo.c_str(), OWNER_SECURITY_INFORMATION, pDescriptor); // refused to most users
+    return LastErrorUnless(
+        ::SetFileSecurityW(_tszTo.c_str(), DACL_SECURITY_INFORMATION | InheritanceOf(pDescriptor), pDescriptor));
+}
+
 } // namespace
+
+bool IsFolder(const std::wstring& _tszPath) noexcept
+{
+    const DWORD ulAttributes = ::GetFileAttributesW(_tszPath.c_str());
+    return ulAttributes != INVALID_FILE_ATTRIBUTES && (ulAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+std::wstring FolderOf(const std::wstring& _tszPath)
+{
+    return _tszPath.substr(0, _tszPath.size() - NameOf(_tszPath).size());
+}
+
+std::wstring NameOf(const std::wstring& _tszPath)
+{
+    return _tszPath.substr(_tszPath.find_last_of(L"\\/:") + 1);
+}
+
+FileHandle OpenToRead(const std::wstring& _tszPath, DWORD _ulShare) noexcept
+{
+    constexpr int iTries = 100;
+    constexpr DWORD ulPause = 10;
+    FileHandle hFile;
+    for (int iTry = 0; iTry < iTries; ++iTry) {
+        hFile.Reset(::CreateFileW(_tszPath.c_str(), GENERIC_READ, _ulShare, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+        if (hFile || ::GetLastError() != ERROR_SHARING_VIOLATION) {
+            break;
+        }
+        ::Sleep(ulPause);
+        ::SetLastError(ERROR_SHARING_VIOLATION);
+    }
+    return hFile;
+}
+
+bool HasLeftovers(const std::wstring& _tszFolder, const std::wstring& _tszName)
+{
+    bool bFound = false;
+    ForEachTemp(_tszFolder, _tszName, [&](const std::wstring&) {
+        bFound = true;
+        return false;
+    });
+    return bFound;
+}
+
+void RemoveLeftovers(const std::wstring& _tszFolder, const std::wstring& _tszName)
+{
+    ForEachTemp(_tszFolder, _tszName, [](const std::wstring& _tszPath) {
+        // Shared with nobody, it opens only what nobody has open, and closing it removes the file.
+        const FileHandle hDead(
+            ::CreateFileW(_tszPath.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+        return true;
+    });
+}
 
 bool Exists(const std::wstring& _tszPath) noexcept
 {
@@ -126,8 +228,7 @@ std::uint32_t Delete(const std::wstring& _tszPath) noexcept
 
 ReadResult Read(const std::wstring& _tszPath, ByteArray& _rstContent, DWORD _ulShare) noexcept
 {
-    const FileHandle hFile(::CreateFileW(_tszPath.c_str(), GENERIC_READ, _ulShare, nullptr, OPEN_EXISTING,
-                                         FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    const FileHandle hFile = OpenToRead(_tszPath, _ulShare);
     return hFile ? ReadOpen(hFile.Get(), _rstContent) : ReadResult{ReadStep::Open, ::GetLastError()};
 }
 
@@ -138,7 +239,7 @@ std::wstring SystemTempFolder()
     return ulLength <= MAX_PATH ? std::wstring(szFolder, ulLength) : std::wstring();
 }
 
-std::uint32_t TempFile::Create(const std::wstring& _tszFolder)
+std::uint32_t TempFile::Create(const std::wstring& _tszFolder, const std::wstring& _tszName)
 {
     if (!m_tszPath.empty()) {
         Remove();
@@ -149,7 +250,7 @@ std::uint32_t TempFile::Create(const std::wstring& _tszFolder)
         return ::GetLastError();
     }
     // The handle is what makes the system clean up behind a killed process.
-    return CreateUnique(String::WithBackslash(_tszFolder), pstSecurity, g_ulShareAll,
+    return CreateUnique(String::WithBackslash(_tszFolder) + TempBeginning(_tszName), pstSecurity, g_ulShareAll,
                         FILE_ATTRIBUTE_TEMPORARY | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_FLAG_DELETE_ON_CLOSE,
                         m_tszPath, m_hFile);
 }
@@ -170,8 +271,8 @@ std::uint32_t TempFile::Remove() noexcept
 
 std::uint32_t Replacement::Create()
 {
-    std::uint32_t ulError =
-        CreateUnique(FolderOf(m_tszTarget), nullptr, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, m_tszPath, m_hFile);
+    std::uint32_t ulError = CreateUnique(FolderOf(m_tszTarget) + TempBeginning(NameOf(m_tszTarget)), nullptr,
+                                         FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, m_tszPath, m_hFile);
     if (ulError == ERROR_SUCCESS) {
         ulError = MarkForRemoval(m_hFile.Get(), true);
         if (ulError != ERROR_SUCCESS) {
@@ -200,13 +301,31 @@ std::uint32_t Replacement::Commit() noexcept
     if (ulAttributes != INVALID_FILE_ATTRIBUTES && (ulAttributes & ulNever) != 0) {
         return ERROR_ACCESS_DENIED;
     }
-    std::uint32_t ulError = Move();
+    std::uint32_t ulError =
+        ulAttributes != INVALID_FILE_ATTRIBUTES ? TakeOver(ulAttributes) : std::uint32_t{ERROR_SUCCESS};
+    if (ulError != ERROR_SUCCESS) {
+        return ulError;
+    }
+    ulError = Move();
     const auto IsInUse = [&] { return ulError == ERROR_SHARING_VIOLATION || ulError == ERROR_ACCESS_DENIED; };
     for (unsigned ulTry = 1; ulTry < g_ulTries && m_hFile && IsInUse(); ++ulTry) {
         ::Sleep(g_ulPause);
         ulError = Move();
     }
     return ulError;
+}
+
+std::uint32_t Replacement::TakeOver(DWORD _ulAttributes) noexcept
+{
+    // A document that was closed to others must not be open after a store: better no store.
+    if (const std::uint32_t ulError = CopySecurity(m_tszTarget, m_tszPath); ulError != ERROR_SUCCESS) {
+        return ulError;
+    }
+    constexpr DWORD ulKept =
+        FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+    const DWORD ulAttributes = _ulAttributes & ulKept;
+    return LastErrorUnless(
+        ::SetFileAttributesW(m_tszPath.c_str(), ulAttributes != 0 ? ulAttributes : FILE_ATTRIBUTE_NORMAL));
 }
 
 std::uint32_t Replacement::Move() noexcept

@@ -27,6 +27,21 @@ bool Exists(const std::wstring& _tszPath) noexcept;
 
 std::uint32_t Delete(const std::wstring& _tszPath) noexcept;
 
+bool IsFolder(const std::wstring& _tszPath) noexcept;
+
+/** The folder of a path, its separator included; empty when the path is a bare name. */
+std::wstring FolderOf(const std::wstring& _tszPath);
+/** What follows the folder in a path. */
+std::wstring NameOf(const std::wstring& _tszPath);
+
+/**
+ * Opens an existing file for reading. While somebody has it open in a way that shuts readers out, as the system has a
+ * file that is just being moved, it is tried again for about a second.
+ * @param _ulShare  what others may do to the file meanwhile
+ * @return empty, with the last error set, on failure
+ */
+FileHandle OpenToRead(const std::wstring& _tszPath, DWORD _ulShare) noexcept;
+
 /** What a failed Read was about. */
 enum class ReadStep : std::uint32_t
 {
@@ -53,14 +68,25 @@ ReadResult Read(const std::wstring& _tszPath, ByteArray& _rstContent, DWORD _ulS
 std::wstring SystemTempFolder();
 
 /**
+ * Temporary files of TempFile and Replacement that nobody has open: a system that died left them, or a process that was
+ * killed in a move. Their names say which file they were made for, so that no other file is ever meant.
+ * @param _tszName  the name of that file
+ */
+bool HasLeftovers(const std::wstring& _tszFolder, const std::wstring& _tszName);
+void RemoveLeftovers(const std::wstring& _tszFolder, const std::wstring& _tszName);
+
+/**
  * A new file that exists as long as this object: the system removes it when the object goes, and also when the process
  * ends in whatever way. Only the user, the Administrators and Local System may open it, and only with g_ulShareAll.
  */
 class TempFile
 {
 public:
-    /** Makes the file in that folder; an earlier one of this object is removed first. */
-    std::uint32_t Create(const std::wstring& _tszFolder);
+    /**
+     * Makes the file in that folder; an earlier one of this object is removed first.
+     * @param _tszName  of the file that it is made for; see RemoveLeftovers
+     */
+    std::uint32_t Create(const std::wstring& _tszFolder, const std::wstring& _tszName = {});
 
     /** The file then holds just these bytes; after a failure its content is undefined. */
     std::uint32_t Write(std::span<const std::uint8_t> _spanBytes) noexcept;
@@ -78,9 +104,9 @@ private:
 
 /**
  * A file's new content, written beside it and then moved over it. Until Commit succeeds the file is what it was, and
- * the content beside it is removed on every path; when the process is killed the system removes it. (Not while a move
- * is under way.) Flushed to disk before it is moved. The replaced file's attributes, times and access list are not
- * carried over: the new one has those of a file newly made in the folder.
+ * the content beside it is removed on every path; when the process is killed the system removes it, except in the moment
+ * of its creation and of its move: see RemoveLeftovers. Flushed to disk before it is moved. The new file has the
+ * attributes and the access list of the one that it replaces, and its owner where that is allowed, but not its times.
  */
 class Replacement
 {
@@ -108,6 +134,7 @@ public:
     static constexpr DWORD g_ulPause = 50;
 
 private:
+    std::uint32_t TakeOver(DWORD _ulAttributes) noexcept;
     std::uint32_t Move() noexcept;
     void RemoveByName() noexcept;
 

@@ -1,6 +1,7 @@
 #include "ZkComn_XmlParserExpat.h"
 
 #include "ZkComn_Exception.h"
+#include "ZkComn_File.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>
@@ -211,8 +212,7 @@ void XmlParserExpat::Open(const std::wstring& _tszPath)
 {
     Close();
     m_sDocument = String::ToAnsi(_tszPath);
-    m_file.Reset(::CreateFileW(_tszPath.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                               nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    m_file = File::OpenToRead(_tszPath, File::g_ulShareAll);
     if (!m_file) {
         throw new XmlException(::GetLastError(), 0, 0, m_sDocument);
     }

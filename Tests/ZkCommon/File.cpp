@@ -3,6 +3,8 @@
 #include "ApiFault.h"
 #include "Child.h"
 #include "TempFolder.h"
+#include "ZkComn_FileLock.h"
+#include "ZkComn_PrivateAccess.h"
 
 #include <gmock/gmock.h>
 #include <thread>
@@ -76,6 +78,59 @@ TEST(ReplacedFile, WaitsForAReaderForABoundedTime)
     EXPECT_EQ(File::Replace(cFolder.File(L"a.xml"), "new"), 0U);
     EXPECT_EQ(cFolder.Read(L"a.xml"), "new");
     EXPECT_THAT(cFolder.Names(), ElementsAre(L"a.xml"));
+}
+
+TEST(ReplacedFile, KeepsItsAttributesAndItsAccessList)
+{
+    const TempFolder cFolder;
+    const std::wstring tszPath = cFolder.File(L"a.xml");
+    AccessControl::PrivateAccess stPrivate;
+    FileHandle(::CreateFileW(tszPath.c_str(), GENERIC_WRITE, 0, stPrivate.Get(), CREATE_NEW,
+                             FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM, nullptr));
+    const auto Descriptor = [](const std::wstring& _rtszPath) {
+        std::vector<std::uint8_t> vecDescriptor(1000);
+        DWORD ulSize = 0;
+        EXPECT_TRUE(
+            ::GetFileSecurityW(_rtszPath.c_str(), DACL_SECURITY_INFORMATION, vecDescriptor.data(), 1000, &ulSize));
+        vecDescriptor.resize(ulSize);
+        return vecDescriptor;
+    };
+    const std::vector<std::uint8_t> vecPrivate = Descriptor(tszPath);
+    const DWORD ulAttributes = ::GetFileAttributesW(tszPath.c_str());
+    ASSERT_EQ(File::Replace(tszPath, "new"), 0U);
+    EXPECT_EQ(Descriptor(tszPath), vecPrivate);
+    EXPECT_EQ(::GetFileAttributesW(tszPath.c_str()), ulAttributes);
+    ASSERT_EQ(File::Replace(cFolder.File(L"b.xml"), "new"), 0U);
+    EXPECT_NE(Descriptor(cFolder.File(L"b.xml")), vecPrivate);
+}
+
+TEST(StoreLock, IsHeldByOneAndLeavesNothing)
+{
+    const TempFolder cFolder;
+    {
+        File::StoreLock cFirst;
+        File::StoreLock cSecond;
+        EXPECT_EQ(cFirst.Acquire(cFolder.File(L"a.xml"), 0), 0U);
+        EXPECT_EQ(cSecond.Acquire(cFolder.File(L"a.xml"), 50), DWORD{ERROR_SHARING_VIOLATION});
+        EXPECT_EQ(cSecond.Acquire(cFolder.File(L"b.xml"), 0), 0U);
+        EXPECT_NE(File::StoreLock().Acquire(cFolder.File(L"missing\\a.xml"), 10000), 0U);
+    }
+    EXPECT_EQ(File::StoreLock().Acquire(cFolder.File(L"a.xml"), 0), 0U);
+    EXPECT_THAT(cFolder.Names(), testing::IsEmpty());
+}
+
+TEST(ReadFile, WaitsForWhoeverShutsReadersOut)
+{
+    const TempFolder cFolder;
+    cFolder.Write(L"a.xml", "text");
+    FileHandle hOther(
+        ::CreateFileW(cFolder.File(L"a.xml").c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    const std::jthread cOther([&hOther] {
+        ::Sleep(200);
+        hOther.Reset();
+    });
+    ByteArray stContent;
+    EXPECT_EQ(File::Read(cFolder.File(L"a.xml"), stContent).ulError, 0U);
 }
 
 TEST(ReplacedFile, FailsAtOnceWhereWaitingIsInVain)
