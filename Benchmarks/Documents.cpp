@@ -283,10 +283,10 @@ std::size_t QueryPreUpdateList(const std::wstring& _rtszFile, std::vector<Compat
 {
     auto stComponent = Varnhelt::Documents::g_stCompatibilityComponent;
     stComponent.svElement = L"component";
-    ZkCommon::Storage::XmlParser cParser;
-    Varnhelt::PlainDocument cDocument(cParser, Varnhelt::Access::Read);
-    Varnhelt::Documents::ReadRecords(cDocument.Select(_rtszFile, {}, L"/body/product/components"), stComponent,
-                                     _rvecComponent);
+    Varnhelt::Worker stWorker;
+    Varnhelt::DocumentFile cDocument(stWorker, Varnhelt::DocumentId::PreUpdateList, Varnhelt::Access::Read);
+    cDocument.FindAt({{}, _rtszFile});
+    Varnhelt::Documents::ReadRecords(cDocument.Select(L"/body/product/components"), stComponent, _rvecComponent);
     return _rvecComponent.size();
 }
 

@@ -41,7 +41,7 @@ std::uint32_t AtBoundary(const FailureTexts& _rstTexts, TBody&& _fnBody) noexcep
 }
 
 /**
- * Runs the body of a query on the caller's output, which is emptied first: _fnBody(TOutput&). The
+ * Runs the body of a query on the caller's output, which is emptied first: _fnBody(const MethodTrace&, TOutput&). The
  * query has an entry line, and a leave line when it succeeds.
  * @param _pszOutput  name of the output in its lines
  */
@@ -56,7 +56,7 @@ std::uint32_t AtQueryBoundary(const FailureTexts& _rstTexts, void* _pOutput, con
         }
         TOutput& rOutput = *static_cast<TOutput*>(_pOutput);
         rOutput = TOutput();
-        const std::uint32_t ulResult = _fnBody(rOutput);
+        const std::uint32_t ulResult = _fnBody(cTrace, rOutput);
         return SrvFrwk::Result::IsFailure(ulResult) ? ulResult : cTrace.Leave(ulResult);
     });
 }

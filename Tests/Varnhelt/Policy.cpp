@@ -2,6 +2,13 @@
 
 #include "ApiFault.h"
 #include "DocumentTest.h"
+#include "Frwk_DataTypesUtility.h"
+#include "ZkComn_File.h"
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <thread>
 
 using namespace SrvFrwk;
 using testing::ElementsAre;
@@ -176,6 +183,95 @@ TEST_F(Policy, AStoreThatFailsLeavesTheDocumentByteForByte)
                   std::wstring(L"*** CFunctionXml::StoreValueAsEnforcePolicy() - ") + stRow.pszLast);
         EXPECT_EQ(Stored(), sStored);
     }
+}
+
+TEST_F(Policy, WritersAndReadersMeetWithoutAFailureOrALostChange)
+{
+    constexpr std::uint32_t aType[] = {1, 2, 4, 8};
+    std::string sDocument;
+    for (const std::uint32_t ulType : aType) {
+        const std::wstring tszType(Frwk::Utility::ToText(Frwk::Words::g_stControllerType, ulType));
+        sDocument += "<PolicyController Controller=\"" + std::string(tszType.begin(), tszType.end()) + "\"/>";
+    }
+    Write("<PolicyEnforceLayer><PolicyControllers>" + sDocument + "</PolicyControllers></PolicyEnforceLayer>");
+
+    std::atomic<int> iFailed = 0;
+    std::atomic<int> iWriting = static_cast<int>(std::size(aType));
+    const auto ReadOnce = [&] {
+        std::vector<PolicyController> vecPolicy;
+        CFunctionXml().QueryValue({.ulValueType = ValueType::g_ulEnforcePolicy, .pValueData = &vecPolicy});
+        iFailed += vecPolicy.size() == std::size(aType) ? 0 : 1;
+        return vecPolicy;
+    };
+    {
+        std::vector<std::jthread> vecThread;
+        for (const std::uint32_t ulType : aType) {
+            vecThread.emplace_back([&, ulType] {
+                for (std::uint32_t i = 1; i <= 7; ++i) {
+                    iFailed += Store({{ulType, i % 3, false, {}}}) == Result::g_ulSuccess ? 0 : 1;
+                }
+                --iWriting;
+            });
+        }
+        for (int iReader = 0; iReader < 2; ++iReader) {
+            vecThread.emplace_back([&] {
+                while (iWriting > 0) {
+                    ReadOnce();
+                }
+            });
+        }
+    }
+    for (const PolicyController& stController : ReadOnce()) {
+        EXPECT_EQ(stController.ulPermission, 7U % 3) << stController.ulControllerType;
+    }
+    EXPECT_EQ(iFailed, 0);
+    EXPECT_THAT(m_cProduct.Leftovers(), IsEmpty());
+}
+
+TEST_F(Policy, WhatAKilledStoreOrReaderLeftIsGoneAfterAQueryAndNothingElse)
+{
+    const std::wstring tszTemp = ZkCommon::Storage::File::SystemTempFolder();
+    const struct
+    {
+        std::wstring tszPath;
+        bool bHeld;
+        bool bGone;
+    } aRow[] = {
+        {m_tszFolder + L"tmpFwPolicy.xen.00000001.tmp", false, true},
+        {tszTemp + L"tmpFwPolicy.xen.00000002.tmp", false, true},
+        {m_tszFolder + L"tmpFwPolicy.xen.00000003.tmp", true, false},
+        {tszTemp + L"tmpFwPolicy.xen.00000004.tmp", true, false},
+        {m_tszFolder + L"tmp00000005.tmp", false, false},
+        {tszTemp + L"tmpFwPolicy.xml.00000006.tmp", false, false},
+    };
+    std::vector<ZkCommon::FileHandle> vecHeld;
+    for (const auto& stRow : aRow) {
+        std::ofstream(std::filesystem::path(stRow.tszPath)) << "plain";
+        if (stRow.bHeld) {
+            vecHeld.emplace_back(::CreateFileW(stRow.tszPath.c_str(), GENERIC_WRITE | DELETE,
+                                               ZkCommon::Storage::File::g_ulShareAll, nullptr, OPEN_EXISTING, 0,
+                                               nullptr));
+        }
+    }
+    EXPECT_EQ(Query(), Result::g_ulSuccess);
+    for (const auto& stRow : aRow) {
+        EXPECT_NE(std::filesystem::exists(stRow.tszPath), stRow.bGone) << testing::PrintToString(stRow.tszPath);
+    }
+    vecHeld.clear();
+    for (const auto& stRow : aRow) {
+        std::filesystem::remove(stRow.tszPath);
+    }
+}
+
+TEST_F(Policy, IsReadWithoutAFolderForTemporaryFiles)
+{
+    wchar_t szBefore[MAX_PATH];
+    ASSERT_NE(::GetEnvironmentVariableW(L"TMP", szBefore, MAX_PATH), 0U);
+    ::SetEnvironmentVariableW(L"TMP", (m_tszFolder + L"missing").c_str());
+    EXPECT_EQ(Query(), Result::g_ulSuccess);
+    EXPECT_EQ(m_Records.size(), 3U);
+    ::SetEnvironmentVariableW(L"TMP", szBefore);
+    EXPECT_THAT(m_cProduct.Leftovers(), IsEmpty());
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "Descriptions/Description.h"
 #include "ZkComn_XmlParser.h"
 
+#include <cstdint>
 #include <string_view>
 #include <unordered_map>
 
@@ -73,32 +74,44 @@ ZkCommon::Storage::XmlElement AddRecord(ZkCommon::Storage::XmlElement _cParent, 
 }
 
 /**
- * The children of an element by a key of theirs, found in one pass: storing many records into many elements is then no
- * search for each record. Of several elements with one key it knows the first.
+ * The children of an element by the number that one of their attributes stands for. They are walked once, each attribute
+ * is converted at most once, and no further than what was asked for. Of several children with one number it knows the
+ * first.
  */
-template <class TKey>
 class ElementIndex
 {
 public:
-    /** @param _fnKeyOf  gives the key of an element */
-    template <class TKeyOf>
-    ElementIndex(const ZkCommon::Storage::XmlElement& _rContainer, std::wstring_view _svElement, const TKeyOf& _fnKeyOf)
-    {
-        const ZkCommon::Storage::XmlName name = _rContainer.FindName(_svElement);
-        for (auto cElement = _rContainer.FirstChild(name); cElement; cElement = cElement.NextSibling(name)) {
-            m_mapElement.try_emplace(_fnKeyOf(cElement), cElement);
-        }
-    }
+    using Convert = std::uint32_t (*)(std::wstring_view _svText) noexcept;
 
-    /** Empty when no element has the key. */
-    ZkCommon::Storage::XmlElement Find(const TKey& _rKey) const
+    ElementIndex(const ZkCommon::Storage::XmlElement& _rContainer, std::wstring_view _svElement,
+                 std::wstring_view _svAttribute, Convert _pfnConvert)
+        : m_attribute(_rContainer.FindName(_svAttribute)),
+          m_pfnConvert(_pfnConvert),
+          m_cNext(_rContainer.FirstChild(_svElement))
+    {}
+
+    /** Empty when no element has the number. */
+    ZkCommon::Storage::XmlElement Find(std::uint32_t _ulNumber)
     {
-        const auto itFound = m_mapElement.find(_rKey);
-        return itFound != m_mapElement.end() ? itFound->second : ZkCommon::Storage::XmlElement();
+        if (const auto itFound = m_mapElement.find(_ulNumber); itFound != m_mapElement.end()) {
+            return itFound->second;
+        }
+        while (m_cNext) {
+            const ZkCommon::Storage::XmlElement cElement = m_cNext;
+            m_cNext = cElement.NextNamesake();
+            const std::uint32_t ulNumber = m_pfnConvert(cElement.Attribute(m_attribute));
+            if (m_mapElement.try_emplace(ulNumber, cElement).second && ulNumber == _ulNumber) {
+                return cElement;
+            }
+        }
+        return {};
     }
 
 private:
-    std::unordered_map<TKey, ZkCommon::Storage::XmlElement> m_mapElement;
+    ZkCommon::Storage::XmlName m_attribute;
+    Convert m_pfnConvert;
+    ZkCommon::Storage::XmlElement m_cNext; // not yet looked at
+    std::unordered_map<std::uint32_t, ZkCommon::Storage::XmlElement> m_mapElement;
 };
 
 } // namespace Varnhelt::Documents

@@ -4,7 +4,6 @@
 #include "Descriptions/DescriptionDump.h"
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
-#include "Files/DocumentPath.h"
 #include "SrvFrwk_ResultCode.h"
 
 #include <vector>
@@ -50,20 +49,16 @@ public:
 
 std::uint32_t Documents::QueryValueAsInstallCompatibilityCheckDB(Worker& _rWorker, const Request& _rstRequest)
 {
-    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsInstallCompatibilityCheckDB()";
     return AtQueryBoundary<std::vector<CompatibilityPlatform>>(
-        {pszMethod}, _rstRequest.pValueData, L"pArrayCompatibilityOSCheckEntry", [&](auto& _rvecPlatform) {
-            const Document& stDocument = DocumentOf(DocumentId::Compatibility);
-            const auto stPath = PathInDirectory(pszMethod, _rstRequest.pOptionData, stDocument.pszFile);
-            if (!stPath) {
-                return Result::g_ulMissingObject;
+        {L"CFunctionXml::QueryValueAsInstallCompatibilityCheckDB()"}, _rstRequest.pValueData,
+        L"pArrayCompatibilityOSCheckEntry", [&](const MethodTrace& _rTrace, auto& _rvecPlatform) {
+            DocumentFile cDocument(_rWorker, DocumentId::Compatibility, Access::Read);
+            if (const std::uint32_t ulResult = cDocument.Find(_rTrace, _rstRequest.pOptionData);
+                Result::IsFailure(ulResult)) {
+                return ulResult;
             }
-            // No failure, whatever its asterisks say.
-            Trace(TraceDetail, L"*** CFunctionXml::QueryValueAsInstallCompatibilityCheckDB() - tszXmlFile = [%s]",
-                  stPath->tszFile);
-            TraceParserDirectory(stPath->tszDirectory);
-            PlainDocument cDocument(_rWorker.cParser, Access::Read);
-            _rWorker.cElement = cDocument.Select(stPath->tszFile, stPath->tszDirectory, stDocument.pszRoot);
+            _rTrace.Detail(L"tszXmlFile = [%s]", cDocument.Path().tszFile);
+            cDocument.Select();
             Documents::ReadRecords(_rWorker.cElement, Documents::g_stCompatibilityPlatform, _rvecPlatform, Dump());
             return Result::g_ulSuccess;
         });

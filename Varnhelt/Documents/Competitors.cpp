@@ -4,17 +4,15 @@
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
 #include "SrvFrwk_ResultCode.h"
-#include "ZkComn_DebugLog.h"
 
 #include <vector>
 
-using namespace ZkCommon;
 using namespace SrvFrwk;
 using namespace Varnhelt;
 
 namespace {
 
-/** What the two readers differ in, beside their records. */
+/** How the two readers differ, apart from their records. */
 struct Reader
 {
     DocumentId enDocument;
@@ -23,10 +21,10 @@ struct Reader
 };
 
 template <class TDescription>
-std::uint32_t ReadProducts(const Reader& _rstReader, const TDescription& _rstDescription, const Request& _rstRequest,
-                           Storage::XmlParser& _rParser)
+std::uint32_t ReadProducts(const Reader& _rstReader, const TDescription& _rstDescription, Worker& _rWorker,
+                           const Request& _rstRequest)
 {
-    // Both readers tell of a bad document under the action reader's name: support scripts look for that line.
+    // Both readers report a bad document under the action reader's name: support scripts look for that line.
     return AtBoundary({L"CFunctionXml::QueryValueAsInstallCompetitorActionDB()"}, [&] {
         const MethodTrace cTrace(_rstReader.pszMethod);
         auto* pArray = static_cast<std::vector<typename TDescription::Record>*>(_rstRequest.pValueData);
@@ -35,13 +33,12 @@ std::uint32_t ReadProducts(const Reader& _rstReader, const TDescription& _rstDes
         }
         pArray->clear();
 
-        PlainDocument cDocument(_rParser, Access::Read);
-        const auto cRoot = cDocument.SelectInDirectory(_rstReader.pszMethod, _rstRequest.pOptionData,
-                                                       DocumentOf(_rstReader.enDocument));
-        if (!cRoot) {
-            return Result::g_ulMissingObject;
+        DocumentFile cDocument(_rWorker, _rstReader.enDocument, Access::Read);
+        if (const std::uint32_t ulResult = cDocument.Open(cTrace, _rstRequest.pOptionData);
+            Result::IsFailure(ulResult)) {
+            return ulResult;
         }
-        Documents::ReadRecords(*cRoot, _rstDescription, *pArray);
+        Documents::ReadRecords(_rWorker.cElement, _rstDescription, *pArray);
         return cTrace.Leave(Result::g_ulSuccess);
     });
 }
@@ -52,12 +49,12 @@ std::uint32_t Documents::QueryValueAsInstallCompetitorActionDB(Worker& _rWorker,
 {
     return ReadProducts({DocumentId::CompetitorActions, L"CFunctionXml::QueryValueAsInstallCompetitorActionDB()",
                          L"pArrayCompetitorAction"},
-                        Documents::g_stCompetitorAction, _rstRequest, _rWorker.cParser);
+                        Documents::g_stCompetitorAction, _rWorker, _rstRequest);
 }
 
 std::uint32_t Documents::QueryValueAsInstallCompetitorDetectionDB(Worker& _rWorker, const Request& _rstRequest)
 {
     return ReadProducts({DocumentId::CompetitorDetections, L"CFunctionXml::QueryValueAsInstallCompetitorDetectionDB()",
                          L"pArrayCompetitorDetection"},
-                        Documents::g_stCompetitorDetection, _rstRequest, _rWorker.cParser);
+                        Documents::g_stCompetitorDetection, _rWorker, _rstRequest);
 }

@@ -3,9 +3,7 @@
 #include "Descriptions/DescriptionReader.h"
 #include "Documents/Deployment.h"
 #include "Files/DocumentFile.h"
-#include "Files/DocumentPath.h"
 #include "SrvFrwk_ResultCode.h"
-#include "ZkComn_DebugLog.h"
 
 #include <string_view>
 #include <unordered_map>
@@ -19,7 +17,7 @@ namespace {
 
 using Elements = std::vector<Storage::XmlElement>;
 
-/** For each identifier of the aliases the elements that bear it, found in one walk over the document. */
+/** The elements of each identifier among the aliases, found in one walk over the document. */
 std::unordered_map<std::wstring_view, Elements> IndexById(const Storage::XmlElement& _rRoot,
                                                           const DeployAliasConfig& _rlstAlias)
 {
@@ -70,23 +68,15 @@ bool SetAliases(Storage::XmlElement _cRoot, const DeployAliasConfig& _rlstAlias)
 
 std::uint32_t Documents::QueryValueAsDeployAliasConfig(Worker& _rWorker, const Request& _rstRequest)
 {
-    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsDeployAliasConfig()";
     return AtQueryBoundary<DeployAliasConfig>(
-        Documents::DeploymentFailures(pszMethod), _rstRequest.pValueData, L"pstDeployAliasConfig",
-        [&](auto& _rlstAlias) {
-            const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);
-            if (!stPath) {
-                return Result::g_ulMissingObject;
+        Documents::DeploymentFailures(L"CFunctionXml::QueryValueAsDeployAliasConfig()"), _rstRequest.pValueData,
+        L"pstDeployAliasConfig", [&](const MethodTrace& _rTrace, auto& _rlstAlias) {
+            DocumentFile cDocument(_rWorker, DocumentId::Alias, Access::Read);
+            const std::uint32_t ulResult = cDocument.Open(_rTrace, _rstRequest.pOptionData);
+            if (!Result::IsFailure(ulResult)) {
+                Documents::ReadRecords(_rWorker.cElement, Documents::g_stDeployAlias, _rlstAlias);
             }
-            XenDocument cDocument(DocumentOf(DocumentId::Alias), *stPath, _rWorker.cParser, Access::Read);
-            if (!cDocument.Decrypt()) {
-                Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployAliasConfig() - tszXmlPath was empty.");
-                return Result::g_ulMissingObject;
-            }
-            TraceParserDirectory(stPath->tszDirectory);
-            _rWorker.cElement = cDocument.Select();
-            Documents::ReadRecords(_rWorker.cElement, Documents::g_stDeployAlias, _rlstAlias);
-            return Result::g_ulSuccess;
+            return ulResult;
         });
 }
 
@@ -99,23 +89,17 @@ std::uint32_t Documents::StoreValueAsDeployAliasConfig(Worker& _rWorker, const R
         if (!cTrace.Has(pstDeployAliasConfig, L"pstDeployAliasConfig")) {
             return Result::g_ulMissingObject;
         }
-        const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);
-        if (!stPath) {
-            return Result::g_ulMissingObject;
+        DocumentFile cDocument(_rWorker, DocumentId::Alias, Access::Write);
+        if (const std::uint32_t ulResult = cDocument.Open(cTrace, _rstRequest.pOptionData);
+            Result::IsFailure(ulResult)) {
+            return ulResult;
         }
-        XenDocument cDocument(DocumentOf(DocumentId::Alias), *stPath, _rWorker.cParser, Access::Write);
-        if (!cDocument.Decrypt()) {
-            Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - tszXmlPath was empty.");
-            return Result::g_ulMissingObject;
-        }
-        TraceParserDirectory(stPath->tszDirectory);
-        _rWorker.cElement = cDocument.Select();
         if (!SetAliases(_rWorker.cElement, *pstDeployAliasConfig)) {
-            Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - pxmlAlias was invalid.");
+            cTrace.Error(L"pxmlAlias was invalid.");
             return Result::g_ulFailed;
         }
         if (!cDocument.Store()) {
-            Trace(TraceError, L"*** CFunctionXml::StoreValueAsDeployAliasConfig() - cXenFile.Encrypt() failed.");
+            cTrace.Error(L"cXenFile.Encrypt() failed.");
             return Result::g_ulFailed;
         }
         return cTrace.Leave(Result::g_ulSuccess);

@@ -2,10 +2,8 @@
 
 #include "Documents/Deployment.h"
 #include "Files/DocumentFile.h"
-#include "Files/DocumentPath.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
-#include "ZkComn_DebugLog.h"
 
 #include <utility>
 
@@ -94,7 +92,7 @@ private:
     Documents::Bound<std::remove_const_t<decltype(Documents::g_stDeployShortcut)>> m_cShortcut;
 };
 
-std::uint32_t ReadComponents(const Storage::XmlElement& _rSection, std::uint32_t _ulRunMode,
+std::uint32_t ReadComponents(const MethodLines& _rLines, const Storage::XmlElement& _rSection, std::uint32_t _ulRunMode,
                              DeployComponentConfig& _rlstComponent)
 {
     ComponentReader cReader(_rSection, _ulRunMode);
@@ -105,9 +103,7 @@ std::uint32_t ReadComponents(const Storage::XmlElement& _rSection, std::uint32_t
         }
         DeployComponent stComponent;
         if (const std::uint32_t ulResult = cReader.Read(cComponent, stComponent); Result::IsFailure(ulResult)) {
-            Trace(TraceError,
-                  L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - this->GetKeyConfig() failed. [0x%08x]",
-                  ulResult);
+            _rLines.Error(L"this->GetKeyConfig() failed. [0x%08x]", ulResult);
             return ulResult;
         }
         _rlstComponent.push_back(std::move(stComponent));
@@ -119,28 +115,20 @@ std::uint32_t ReadComponents(const Storage::XmlElement& _rSection, std::uint32_t
 
 std::uint32_t Documents::QueryValueAsDeployComponentConfig(Worker& _rWorker, const Request& _rstRequest)
 {
-    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsDeployComponentConfig()";
     return AtQueryBoundary<DeployComponentConfig>(
-        Documents::DeploymentFailures(pszMethod), _rstRequest.pValueData, L"pstDeployComponentConfig",
-        [&](auto& _rlstComponent) {
-            const auto stPath = PathInRequest(pszMethod, _rstRequest.pOptionData);
-            if (!stPath) {
-                return Result::g_ulMissingObject;
-            }
-            XenDocument cDocument(DocumentOf(DocumentId::Component), *stPath, _rWorker.cParser, Access::Read);
-            if (!cDocument.Decrypt()) {
-                Trace(TraceError, L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - tszXmlPath was empty.");
-                return Result::g_ulMissingObject;
+        Documents::DeploymentFailures(L"CFunctionXml::QueryValueAsDeployComponentConfig()"), _rstRequest.pValueData,
+        L"pstDeployComponentConfig", [&](const MethodTrace& _rTrace, auto& _rlstComponent) {
+            DocumentFile cDocument(_rWorker, DocumentId::Component, Access::Read);
+            if (const std::uint32_t ulResult = cDocument.Find(_rTrace, _rstRequest.pOptionData);
+                Result::IsFailure(ulResult)) {
+                return ulResult;
             }
             const std::wstring_view svSection = SectionOf(_rstRequest.ulValueSubType);
             if (svSection.empty()) {
-                Trace(TraceError,
-                      L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - _ulValueSubType was invalid. [0x%08x]",
-                      _rstRequest.ulValueSubType);
+                _rTrace.Error(L"_ulValueSubType was invalid. [0x%08x]", _rstRequest.ulValueSubType);
                 return Result::g_ulInvalidArgument;
             }
-            TraceParserDirectory(stPath->tszDirectory);
-            _rWorker.cElement = cDocument.Select();
-            return ReadComponents(_rWorker.cElement.FirstChild(svSection), _rstRequest.ulValueOption, _rlstComponent);
+            return ReadComponents(_rTrace, cDocument.Select().FirstChild(svSection), _rstRequest.ulValueOption,
+                                  _rlstComponent);
         });
 }

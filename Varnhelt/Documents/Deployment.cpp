@@ -1,7 +1,5 @@
 #include "Documents/Deployment.h"
 
-#include "ZkComn_DebugLog.h"
-
 namespace Varnhelt::Documents {
 
 using namespace ZkCommon;
@@ -10,11 +8,11 @@ namespace {
 
 void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
-    Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. ErrorCode:[0x%08x], Line[0x%08x]",
-          _pszMethod, _rError.ErrorCode(), _rError.XmlLine());
-    Trace(TraceError,
-          L"*** %s - Got ZkCommon::Storage::XmlException() failed. ErrorCode:[0x%08x], Line[0x%08x], FileName:[%s]",
-          _pszMethod, _rError.ErrorCode(), _rError.XmlLine(), XmlFileOf(_rError));
+    const MethodLines stLines(_pszMethod);
+    stLines.Error(L"Got ZkCommon::Storage::XmlException() failed. ErrorCode:[0x%08x], Line[0x%08x]",
+                  _rError.ErrorCode(), _rError.XmlLine());
+    stLines.Error(L"Got ZkCommon::Storage::XmlException() failed. ErrorCode:[0x%08x], Line[0x%08x], FileName:[%s]",
+                  _rError.ErrorCode(), _rError.XmlLine(), XmlFileOf(_rError));
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
 #include "SrvFrwk_ResultCode.h"
-#include "ZkComn_DebugLog.h"
 
 #include <type_traits>
 #include <vector>
@@ -17,6 +16,8 @@ using namespace Varnhelt;
 namespace {
 
 using Documents::DumpTexts;
+
+constexpr MethodLines g_stLines(L"CFunctionXml::QueryValueAsEnforceData()");
 
 constexpr const wchar_t* g_pszRule =
     L"*** CFunctionXml::QueryValueAsEnforceData() ---------------------------------------------.";
@@ -55,8 +56,7 @@ struct DataHook : Documents::ReadHook
             return Result::g_ulSuccess;
         });
         if (Result::IsFailure(ulResult)) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforceData() - this->SetDataProvider() failed. [0x%08x]",
-                  ulResult);
+            g_stLines.Error(L"this->SetDataProvider() failed. [0x%08x]", ulResult);
         }
         return !Result::IsFailure(ulResult);
     }
@@ -67,15 +67,13 @@ struct DataHook : Documents::ReadHook
 std::uint32_t Documents::QueryValueAsEnforceData(Worker& _rWorker, const Request& _rstRequest)
 {
     return AtQueryBoundary<std::vector<DataController>>(
-        {L"CFunctionXml::QueryValueAsEnforceData()"}, _rstRequest.pValueData, L"pArrayOfEnData", [&](auto& _rvecData) {
-            const Document& stDocument = DocumentOf(DocumentId::EnforceData);
-            XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), _rWorker.cParser, Access::Read);
-            if (!cDocument.Decrypt()) {
-                Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforceData() - tszXmlFile is empty");
-                return Result::g_ulFailed;
+        {L"CFunctionXml::QueryValueAsEnforceData()"}, _rstRequest.pValueData, L"pArrayOfEnData",
+        [&](const MethodTrace& _rTrace, auto& _rvecData) {
+            DocumentFile cDocument(_rWorker, DocumentId::EnforceData, Access::Read);
+            const std::uint32_t ulResult = cDocument.Open(_rTrace);
+            if (!Result::IsFailure(ulResult)) {
+                Documents::ReadRecords(_rWorker.cElement, Documents::g_stDataController, _rvecData, DataHook());
             }
-            _rWorker.cElement = cDocument.Select();
-            Documents::ReadRecords(_rWorker.cElement, Documents::g_stDataController, _rvecData, DataHook());
-            return Result::g_ulSuccess;
+            return ulResult;
         });
 }

@@ -18,17 +18,19 @@ using namespace Varnhelt;
 
 namespace {
 
-/** As far as long texts are compared. */
+constexpr MethodLines g_stLines(L"CFunctionXml::GetKeyConfig()"); // whose entry has no line
+
+/** Only this many leading characters are compared. */
 constexpr std::size_t g_uCompared = 256;
 
-/** File name and extension of the running program; nothing when they cannot be had, which is logged. */
+/** File name and extension of the running program; std::nullopt after a line that says why not. */
 std::optional<std::wstring> ProgramName()
 {
     std::array<wchar_t, MAX_PATH> aPath{};
     const DWORD ulLength = ::GetModuleFileNameW(nullptr, aPath.data(), static_cast<DWORD>(aPath.size()));
     if (ulLength == 0 || ulLength == aPath.size()) {
-        Trace(TraceError, L"*** CFunctionXml::GetKeyConfig() - GetModuleFileName() failed. [0x%08x]",
-              ulLength == 0 ? ::GetLastError() : ERROR_INSUFFICIENT_BUFFER);
+        g_stLines.Error(L"GetModuleFileName() failed. [0x%08x]",
+                        ulLength == 0 ? ::GetLastError() : ERROR_INSUFFICIENT_BUFFER);
         return std::nullopt;
     }
     std::array<wchar_t, _MAX_FNAME> aName{};
@@ -36,7 +38,7 @@ std::optional<std::wstring> ProgramName()
     if (const int iError = ::_wsplitpath_s(aPath.data(), nullptr, 0, nullptr, 0, aName.data(), aName.size(),
                                            aExtension.data(), aExtension.size());
         iError != 0) {
-        Trace(TraceError, L"*** CFunctionXml::GetKeyConfig() - _tsplitpath_s() failed. [0x%08x]", iError);
+        g_stLines.Error(L"_tsplitpath_s() failed. [0x%08x]", iError);
         return std::nullopt;
     }
     return std::wstring(aName.data()) + aExtension.data();
@@ -95,7 +97,7 @@ std::optional<bool> KeyReader::IsForThisProgram(const Storage::XmlElement& _rVal
     if (const std::wstring_view svOsType = _rValue.Attribute(m_osType); !svOsType.empty()) {
         const std::optional<std::uint32_t> ulOsType = OsTypeInAnyCase(svOsType);
         if (!ulOsType) {
-            Trace(TraceError, L"*** CFunctionXml::GetKeyConfig() - OsType is invalid. [%s]", std::wstring(svOsType));
+            g_stLines.Error(L"OsType is invalid. [%s]", std::wstring(svOsType));
             return std::nullopt;
         }
         if (!Platform::CheckOsType(*ulOsType)) {
@@ -116,23 +118,18 @@ std::optional<bool> KeyReader::IsForThisProgram(const Storage::XmlElement& _rVal
 
 std::uint32_t Documents::QueryValueAsKeyConfig(Worker& _rWorker, const Request& _rstRequest)
 {
-    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsKeyConfig()";
     return AtQueryBoundary<std::vector<DeployKey>>(
-        {pszMethod}, _rstRequest.pValueData, L"pKeyConfig", [&](auto& _rvecKey) {
-            PlainDocument cDocument(_rWorker.cParser, Access::Read);
-            const auto cRoot =
-                cDocument.SelectInDirectory(pszMethod, _rstRequest.pOptionData, DocumentOf(DocumentId::KeyConfig));
-            if (!cRoot) {
-                return Result::g_ulMissingObject;
-            }
-            _rWorker.cElement = *cRoot;
-            if (const std::uint32_t ulResult =
-                    Documents::KeyReader(_rWorker.cElement).GetKeyConfig(_rWorker.cElement, _rvecKey);
+        {L"CFunctionXml::QueryValueAsKeyConfig()"}, _rstRequest.pValueData, L"pKeyConfig",
+        [&](const MethodTrace& _rTrace, auto& _rvecKey) {
+            DocumentFile cDocument(_rWorker, DocumentId::KeyConfig, Access::Read);
+            if (const std::uint32_t ulResult = cDocument.Open(_rTrace, _rstRequest.pOptionData);
                 Result::IsFailure(ulResult)) {
-                Trace(TraceError, L"*** CFunctionXml::QueryValueAsKeyConfig() - this->GetKeyConfig() failed. [0x%08x]",
-                      ulResult);
                 return ulResult;
             }
-            return Result::g_ulSuccess;
+            const std::uint32_t ulResult = KeyReader(_rWorker.cElement).GetKeyConfig(_rWorker.cElement, _rvecKey);
+            if (Result::IsFailure(ulResult)) {
+                _rTrace.Error(L"this->GetKeyConfig() failed. [0x%08x]", ulResult);
+            }
+            return ulResult;
         });
 }

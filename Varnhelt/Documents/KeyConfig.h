@@ -74,7 +74,7 @@ private:
     ZkCommon::Storage::XmlName m_osType;
     ZkCommon::Storage::XmlName m_assign;
     Bound<std::remove_const_t<decltype(g_stDeployKey)>> m_cKey;
-    std::optional<std::wstring> m_tszProgram; // once it was needed
+    std::optional<std::wstring> m_tszProgram; // filled on first use
 };
 
 /** Reads the document of the request's directory into a vector of DeployKey; contract as Handler. */

@@ -6,11 +6,9 @@
 #include "Descriptions/DescriptionWriter.h"
 #include "Files/DocumentFile.h"
 #include "SrvFrwk_ResultCode.h"
-#include "ZkComn_DebugLog.h"
 
 #include <algorithm>
 #include <type_traits>
-#include <unordered_map>
 #include <vector>
 
 using namespace ZkCommon;
@@ -40,7 +38,7 @@ constexpr DumpTexts g_stStoreProviderDump =
            L"*** CFunctionXml::SetPolicyProviderXml() ---------------------------------------------.");
 constexpr DumpTexts g_stSpecificDump{.pszPrefix = L"*** CFunctionXml::QueryValueAsSpecificEnforcePolicy() - "};
 
-/** A policy that cannot be told is no policy that denies: what is no exception of the parser has a code of its own. */
+/** An unreadable policy must not look like one that denies: exceptions from outside the parser have a separate code. */
 constexpr FailureTexts Failure(const wchar_t* _pszMethod)
 {
     return {.pszMethod = _pszMethod, .ulAnyResult = Result::g_ulUndetermined};
@@ -71,9 +69,8 @@ struct PolicyHook : Documents::ReadHook
             return Result::g_ulSuccess;
         });
         if (Result::IsFailure(ulResult)) {
-            Trace(TraceError,
-                  L"*** CFunctionXml::QueryValueAsEnforcePolicy() - this->SetPolicyProvider() failed. [0x%08x]",
-                  ulResult);
+            MethodLines(L"CFunctionXml::QueryValueAsEnforcePolicy()")
+                .Error(L"this->SetPolicyProvider() failed. [0x%08x]", ulResult);
         }
         return !Result::IsFailure(ulResult);
     }
@@ -83,72 +80,49 @@ struct PolicyHook : Documents::ReadHook
 class PolicyWriter
 {
 public:
-    explicit PolicyWriter(const Storage::XmlElement& _rControllers)
-        : m_controllers(IndexOf(_rControllers, L"PolicyController", L"Controller", &Frwk::Utility::GetControllerType))
+    PolicyWriter(const Storage::XmlElement& _rControllers, const MethodLines& _rLines)
+        : m_controllers(_rControllers, L"PolicyController", L"Controller", &Frwk::Utility::GetControllerType),
+          m_rLines(_rLines)
     {}
 
-    /** @return false when the policy has no such controller */
-    bool Write(const PolicyController& _rstController)
+    /** @return g_ulFailed, after a line, when the policy has no such controller; or the failure of a provider */
+    std::uint32_t Write(const PolicyController& _rstController)
     {
         const Storage::XmlElement cElement = m_controllers.Find(_rstController.ulControllerType);
         if (!cElement) {
-            return false;
+            m_rLines.Error(L"<PolicyController> was not found.");
+            return Result::g_ulFailed;
         }
         WriteRecord(cElement, Documents::g_stPolicyController, _rstController);
         DumpElement(Documents::g_stPolicyController, cElement, _rstController, g_stStoreDump);
-        if (!_rstController.vecProvider.empty()) {
-            const Index& rProviders = ProvidersOf(_rstController.ulControllerType, cElement);
-            for (const PolicyProvider& stProvider : _rstController.vecProvider) {
-                WriteProvider(rProviders.Find(stProvider.ulProviderType), stProvider);
+        Documents::ElementIndex cProviders(cElement.Child(Documents::g_svPolicyProviders), L"PolicyProvider",
+                                           L"Provider", &Frwk::Utility::GetProviderType);
+        for (const PolicyProvider& stProvider : _rstController.vecProvider) {
+            const Storage::XmlElement cProvider = cProviders.Find(stProvider.ulProviderType);
+            if (const std::uint32_t ulResult = cProvider ? WriteProvider(cProvider, stProvider) : Result::g_ulSuccess;
+                Result::IsFailure(ulResult)) {
+                return ulResult;
             }
         }
-        return true;
+        return Result::g_ulSuccess;
     }
 
 private:
-    using Index = Documents::ElementIndex<std::uint32_t>;
-
-    static Index IndexOf(const Storage::XmlElement& _rContainer, const wchar_t* _pszElement, const wchar_t* _pszType,
-                         std::uint32_t (*_pfnConvert)(std::wstring_view) noexcept)
+    std::uint32_t WriteProvider(const Storage::XmlElement& _rElement, const PolicyProvider& _rstProvider) const
     {
-        const Storage::XmlName type = _rContainer.FindName(_pszType);
-        return {_rContainer, _pszElement,
-                [&](const Storage::XmlElement& _rElement) { return _pfnConvert(_rElement.Attribute(type)); }};
-    }
-
-    /** Made once for each controller, however many records name it. */
-    const Index& ProvidersOf(std::uint32_t _ulControllerType, const Storage::XmlElement& _rController)
-    {
-        auto itIndex = m_mapProviders.find(_ulControllerType);
-        if (itIndex == m_mapProviders.end()) {
-            itIndex = m_mapProviders
-                          .emplace(_ulControllerType,
-                                   IndexOf(_rController.Child(Documents::g_svPolicyProviders), L"PolicyProvider",
-                                           L"Provider", &Frwk::Utility::GetProviderType))
-                          .first;
-        }
-        return itIndex->second;
-    }
-
-    static void WriteProvider(const Storage::XmlElement& _rElement, const PolicyProvider& _rstProvider)
-    {
-        if (!_rElement) {
-            return;
-        }
         const std::uint32_t ulResult = AtBoundary(Failure(L"CFunctionXml::SetPolicyProviderXml()"), [&] {
             WriteRecord(_rElement, Documents::g_stPolicyProvider, _rstProvider);
             DumpElement(Documents::g_stPolicyProvider, _rElement, _rstProvider, g_stStoreProviderDump);
             return Result::g_ulSuccess;
         });
         if (Result::IsFailure(ulResult)) {
-            Trace(TraceError,
-                  L"*** CFunctionXml::StoreValueAsEnforcePolicy() - this->SetPolicyProviderXml() failed. [0x%08x]",
-                  ulResult);
+            m_rLines.Error(L"this->SetPolicyProviderXml() failed. [0x%08x]", ulResult);
         }
+        return ulResult;
     }
 
-    Index m_controllers;
-    std::unordered_map<std::uint32_t, Index> m_mapProviders;
+    Documents::ElementIndex m_controllers;
+    const MethodLines& m_rLines;
 };
 
 } // namespace
@@ -157,16 +131,13 @@ std::uint32_t Documents::QueryValueAsEnforcePolicy(Worker& _rWorker, const Reque
 {
     return AtQueryBoundary<std::vector<PolicyController>>(
         Failure(L"CFunctionXml::QueryValueAsEnforcePolicy()"), _rstRequest.pValueData, L"pArrayOfEnPolicy",
-        [&](auto& _rvecPolicy) {
-            const Document& stDocument = DocumentOf(DocumentId::Policy);
-            XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), _rWorker.cParser, Access::Read);
-            if (!cDocument.Decrypt()) {
-                Trace(TraceError, L"*** CFunctionXml::QueryValueAsEnforcePolicy() - tszXmlFile is empty");
-                return Result::g_ulFailed;
+        [&](const MethodTrace& _rTrace, auto& _rvecPolicy) {
+            DocumentFile cDocument(_rWorker, DocumentId::Policy, Access::Read);
+            const std::uint32_t ulResult = cDocument.Open(_rTrace);
+            if (!Result::IsFailure(ulResult)) {
+                Documents::ReadRecords(_rWorker.cElement, Documents::g_stPolicyController, _rvecPolicy, PolicyHook());
             }
-            _rWorker.cElement = cDocument.Select();
-            Documents::ReadRecords(_rWorker.cElement, Documents::g_stPolicyController, _rvecPolicy, PolicyHook());
-            return Result::g_ulSuccess;
+            return ulResult;
         });
 }
 
@@ -179,21 +150,18 @@ std::uint32_t Documents::StoreValueAsEnforcePolicy(Worker& _rWorker, const Reque
             return Result::g_ulMissingObject;
         }
 
-        const Document& stDocument = DocumentOf(DocumentId::Policy);
-        XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), _rWorker.cParser, Access::Write);
-        if (!cDocument.Decrypt()) {
-            Trace(TraceError, L"*** CFunctionXml::StoreValueAsEnforcePolicy() - tszXmlFile is empty");
-            return Result::g_ulFailed;
+        DocumentFile cDocument(_rWorker, DocumentId::Policy, Access::Write);
+        if (const std::uint32_t ulResult = cDocument.Open(cTrace); Result::IsFailure(ulResult)) {
+            return ulResult;
         }
-        _rWorker.cElement = cDocument.Select();
-        PolicyWriter cWriter(_rWorker.cElement);
-        const auto Write = [&](const PolicyController& _rstController) { return cWriter.Write(_rstController); };
-        if (!std::ranges::all_of(*pArrayOfEnPolicy, Write)) {
-            Trace(TraceError, L"*** CFunctionXml::StoreValueAsEnforcePolicy() - <PolicyController> was not found.");
-            return Result::g_ulFailed;
+        PolicyWriter cWriter(_rWorker.cElement, cTrace);
+        for (const PolicyController& stController : *pArrayOfEnPolicy) {
+            if (const std::uint32_t ulResult = cWriter.Write(stController); Result::IsFailure(ulResult)) {
+                return ulResult;
+            }
         }
         if (!cDocument.Store()) {
-            Trace(TraceError, L"*** CFunctionXml::StoreValueAsEnforcePolicy() - CEncFile::Encrypt() failed");
+            cTrace.Error(L"CEncFile::Encrypt() failed");
             return Result::g_ulFailed;
         }
         return cTrace.Leave(Result::g_ulSuccess);
@@ -212,10 +180,7 @@ std::uint32_t Documents::QueryValueAsSpecificEnforcePolicy(Worker& _rWorker, con
         Request stWhole = _rstRequest;
         stWhole.pValueData = &vecPolicy;
         if (const std::uint32_t ulResult = QueryValueAsEnforcePolicy(_rWorker, stWhole); Result::IsFailure(ulResult)) {
-            Trace(TraceError,
-                  L"*** CFunctionXml::QueryValueAsSpecificEnforcePolicy() - this->QueryValueAsEnforcePolicy() "
-                  L"failed(). [0x%08x]",
-                  ulResult);
+            cTrace.Error(L"this->QueryValueAsEnforcePolicy() failed(). [0x%08x]", ulResult);
             return ulResult;
         }
         const auto itFound =
@@ -224,10 +189,8 @@ std::uint32_t Documents::QueryValueAsSpecificEnforcePolicy(Worker& _rWorker, con
             *pPolicyCtl = std::move(*itFound);
             DumpRecord(Documents::g_stPolicyController, *pPolicyCtl, g_stSpecificDump);
         } else {
-            Trace(TraceError,
-                  L"*** CFunctionXml::QueryValueAsSpecificEnforcePolicy() - The specific ControllerType [0x%08x] "
-                  L"does not exist, return eDeny as default value",
-                  pPolicyCtl->ulControllerType);
+            cTrace.Notice(L"The specific ControllerType [0x%08x] does not exist, return eDeny as default value",
+                          pPolicyCtl->ulControllerType);
             *pPolicyCtl = {.ulControllerType = pPolicyCtl->ulControllerType,
                            .ulPermission = Frwk::PermissionDeny,
                            .bAllowToLoadInSetupMode = false,

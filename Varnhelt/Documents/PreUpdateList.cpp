@@ -72,14 +72,13 @@ std::uint32_t Documents::ImpChangePlatform(Worker& _rWorker, const PreUpdateList
         if (!cTrace.Has(_pCompatibilityCheckPrePUInfo, L"pCompatibilityCheckPrePUInfo")) {
             return Result::g_ulMissingObject;
         }
-        PlainDocument cDocument(_rWorker.cParser, Access::Write);
-        _rWorker.cElement =
-            cDocument.Select(_pCompatibilityCheckPrePUInfo->tszDocument, Frwk::Utility::GetInstalledFolder(),
-                             DocumentOf(DocumentId::PreUpdateList).pszRoot);
+        DocumentFile cDocument(_rWorker, DocumentId::PreUpdateList, Access::Write);
+        cDocument.FindAt({Frwk::Utility::GetInstalledFolder(), _pCompatibilityCheckPrePUInfo->tszDocument});
+        cDocument.Select();
         Storage::XmlElement cProduct = _rWorker.cElement.FirstChild(Documents::g_svRequestProduct);
         if (!cProduct) {
             // The line names the components, which support scripts look for.
-            Trace(TraceError, L"*** CFunctionXml::ImpChangePlatform() - components section was not found.");
+            cTrace.Error(L"components section was not found.");
             return Result::g_ulFailed;
         }
         cProduct.SetAttribute(Documents::g_svRequestPlatform, g_pszPlatformCode);
@@ -99,13 +98,12 @@ std::uint32_t Documents::ImpStoreValueAsCompatibilityCheckPUList(Worker& _rWorke
             return Result::g_ulMissingObject;
         }
         Trace(TraceDetail, L"[1] CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList()...");
-        PlainDocument cDocument(_rWorker.cParser, Access::Write);
-        _rWorker.cElement = cDocument.Select(_pCompatibilityCheckPrePUInfo->tszDocument,
-                                             Frwk::Utility::GetInstalledFolder(), g_pszListRoot);
+        DocumentFile cDocument(_rWorker, DocumentId::PreUpdateList, Access::Write);
+        cDocument.FindAt({Frwk::Utility::GetInstalledFolder(), _pCompatibilityCheckPrePUInfo->tszDocument});
+        cDocument.Select(g_pszListRoot);
         const Storage::XmlElement cList = _rWorker.cElement.FirstChild(Documents::g_svRequestComponents);
         if (!cList) {
-            Trace(TraceError, L"*** CFunctionXml::ImpStoreValueAsCompatibilityCheckPUList() - "
-                              L"components section was not found.");
+            cTrace.Error(L"components section was not found.");
             return Result::g_ulFailed;
         }
         StoreComponents(cList, _pCompatibilityCheckPrePUInfo->vecComponent, _bCreate);

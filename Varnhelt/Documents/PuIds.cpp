@@ -19,8 +19,8 @@ bool IsNeedToAddPuIds(const std::wstring& _rtszPlatform, bool _b64Bit) noexcept
 {
     const Frwk::Word* pWord = Frwk::Utility::FindWord(g_stPuIdPlatform, _rtszPlatform);
     if (pWord == nullptr) {
-        Trace(TraceError, L"*** CFunctionXml::IsNeedToAddPuIds() - Not support Platform String was specified. [%s]",
-              _rtszPlatform);
+        MethodLines(L"CFunctionXml::IsNeedToAddPuIds()")
+            .Error(L"Not support Platform String was specified. [%s]", _rtszPlatform);
         return false;
     }
     return pWord->ulValue == PuIdBoth || pWord->ulValue == (_b64Bit ? PuIdOnly64Bit : PuIdOnly32Bit);
@@ -28,14 +28,15 @@ bool IsNeedToAddPuIds(const std::wstring& _rtszPlatform, bool _b64Bit) noexcept
 
 namespace {
 
+constexpr MethodLines g_stQueryLines(L"CFunctionXml::QueryValueAsInstallPuIds()");
+
 void AddToItsList(const PuIdEntry& _rstEntry, InstallPuIds& _rstPuIds)
 {
     const Frwk::Word* pWord = Frwk::Utility::FindWord(g_stPuIdComponent, _rstEntry.tszComponent);
     if (pWord == nullptr) {
-        Trace(TraceNotice, L"*** CFunctionXml::QueryValueAsInstallPuIds() - Component Type was invalid. [%s]",
-              _rstEntry.tszComponent);
+        g_stQueryLines.Notice(L"Component Type was invalid. [%s]", _rstEntry.tszComponent);
     } else if (pWord->ulValue == PuIdNone) {
-        Trace(TraceNotice, L"*** CFunctionXml::QueryValueAsInstallPuIds() - eNone was specified for Component Type.");
+        g_stQueryLines.Notice(L"eNone was specified for Component Type.");
     } else {
         std::vector<std::uint32_t>& rvecList = pWord->ulValue == PuIdPattern  ? _rstPuIds.vecPattern
                                                : pWord->ulValue == PuIdEngine ? _rstPuIds.vecEngine
@@ -50,10 +51,7 @@ void AddEntry(const PuIdEntry& _rstEntry, bool _b64Bit, InstallPuIds& _rstPuIds)
     if (IsNeedToAddPuIds(_rstEntry.tszPlatform, _b64Bit)) {
         AddToItsList(_rstEntry, _rstPuIds);
     } else {
-        Trace(TraceNotice,
-              L"*** CFunctionXml::QueryValueAsInstallPuIds() - This component is not used for this platform. "
-              L"PuId[0x%08x]",
-              _rstEntry.ulPuId);
+        g_stQueryLines.Notice(L"This component is not used for this platform. PuId[0x%08x]", _rstEntry.ulPuId);
     }
     Trace(TraceNotice, L"*** CFunctionXml::QueryValueAsInstallPuIds() ---------------------------------------------.");
 }
@@ -65,11 +63,11 @@ void AddEntry(const PuIdEntry& _rstEntry, bool _b64Bit, InstallPuIds& _rstPuIds)
 std::uint32_t Documents::QueryValueAsInstallPuIds(Worker& _rWorker, const Request& _rstRequest)
 {
     return AtQueryBoundary<InstallPuIds>(
-        {L"CFunctionXml::QueryValueAsInstallPuIds()"}, _rstRequest.pValueData, L"pPuIds", [&](auto& _rstPuIds) {
-            const Document& stDocument = DocumentOf(DocumentId::PuIds);
-            const DocumentPath stPath = PathInInstalledFolder(stDocument);
-            PlainDocument cDocument(_rWorker.cParser, Access::Read);
-            _rWorker.cElement = cDocument.Select(stPath.tszFile, stPath.tszDirectory, stDocument.pszRoot);
+        {g_stQueryLines.Method()}, _rstRequest.pValueData, L"pPuIds", [&](const MethodTrace& _rTrace, auto& _rstPuIds) {
+            DocumentFile cDocument(_rWorker, DocumentId::PuIds, Access::Read);
+            if (const std::uint32_t ulResult = cDocument.Open(_rTrace); Result::IsFailure(ulResult)) {
+                return ulResult;
+            }
 
             const bool b64Bit = Platform::IsNative64Bit();
             Documents::ForEachRecord(

@@ -20,15 +20,16 @@ using namespace Varnhelt;
 
 namespace {
 
-/** A fault in the document's text is told by its place, another one by its code. */
+/** A fault in the document's text is logged with its place, any other with its code. */
 void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
     if (_rError.XmlErrorCode() == 0) {
         FailureTexts::TraceXml(_pszMethod, _rError);
         return;
     }
-    Trace(TraceError, L"*** %s - Xml Error [0x%08x] line [%d] file [%s]", _pszMethod, _rError.XmlErrorCode(),
-          _rError.XmlLine(), XmlFileOf(_rError));
+    MethodLines(_pszMethod)
+        .Error(L"Xml Error [0x%08x] line [%d] file [%s]", _rError.XmlErrorCode(), _rError.XmlLine(),
+               XmlFileOf(_rError));
 }
 
 /** The labels that a request selects. */
@@ -115,8 +116,8 @@ private:
     std::vector<RegistryData>& m_rvecData;
 };
 
-std::uint32_t ReadComponents(const Storage::XmlElement& _rRoot, const Selection& _rSelection,
-                             std::vector<RegistryData>& _rvecData)
+std::uint32_t ReadComponents(const MethodLines& _rLines, const Storage::XmlElement& _rRoot,
+                             const Selection& _rSelection, std::vector<RegistryData>& _rvecData)
 {
     const Storage::XmlName label = _rRoot.FindName(Documents::g_svComponentLabel);
     RegistryReader cReader(_rRoot, _rvecData);
@@ -126,8 +127,7 @@ std::uint32_t ReadComponents(const Storage::XmlElement& _rRoot, const Selection&
             continue;
         }
         if (const std::uint32_t ulResult = cReader.GetRegistryComponent(cComponent); Result::IsFailure(ulResult)) {
-            Trace(TraceError, L"*** CFunctionXml::QueryValueAsRegistryData() - GetRegistryComponent() failed.[0x%08x]",
-                  ulResult);
+            _rLines.Error(L"GetRegistryComponent() failed.[0x%08x]", ulResult);
             return ulResult;
         }
     }
@@ -138,18 +138,16 @@ std::uint32_t ReadComponents(const Storage::XmlElement& _rRoot, const Selection&
 
 std::uint32_t Documents::QueryValueAsRegistryData(Worker& _rWorker, const Request& _rstRequest)
 {
-    constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsRegistryData()";
     return AtQueryBoundary<std::vector<RegistryData>>(
-        {pszMethod, &TraceXml}, _rstRequest.pValueData, L"pRegistryConfig", [&](auto& _rvecData) {
+        {L"CFunctionXml::QueryValueAsRegistryData()", &TraceXml}, _rstRequest.pValueData, L"pRegistryConfig",
+        [&](const MethodTrace& _rTrace, auto& _rvecData) {
             const auto* pstRequest = static_cast<const RegistryDataRequest*>(_rstRequest.pOptionData);
             if (pstRequest == nullptr) {
-                Trace(TraceError, L"*** CFunctionXml::QueryValueAsRegistryData() - _lpvParameter was NULL.");
+                _rTrace.Error(L"_lpvParameter was NULL.");
                 return Result::g_ulMissingObject;
             }
-            PlainDocument cDocument(_rWorker.cParser, Access::Read);
-            _rWorker.cElement =
-                cDocument.Select(pstRequest->tszXmlFile, String::WithBackslash(Frwk::Utility::GetInstalledFolder()),
-                                 DocumentOf(DocumentId::RegistryData).pszRoot);
-            return ReadComponents(_rWorker.cElement, Selection(pstRequest->vecLabel), _rvecData);
+            DocumentFile cDocument(_rWorker, DocumentId::RegistryData, Access::Read);
+            cDocument.FindAt({String::WithBackslash(Frwk::Utility::GetInstalledFolder()), pstRequest->tszXmlFile});
+            return ReadComponents(_rTrace, cDocument.Select(), Selection(pstRequest->vecLabel), _rvecData);
         });
 }

@@ -4,7 +4,6 @@
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
 #include "SrvFrwk_ResultCode.h"
-#include "ZkComn_DebugLog.h"
 
 #include <vector>
 
@@ -16,15 +15,12 @@ std::uint32_t Documents::QueryValueAsServiceUnit(Worker& _rWorker, const Request
 {
     return AtQueryBoundary<std::vector<ServiceUnit>>(
         {L"CFunctionXml::QueryValueAsServiceUnit()"}, _rstRequest.pValueData, L"pArrayOfUnitService",
-        [&](auto& _rvecUnit) {
-            const Document& stDocument = DocumentOf(DocumentId::ServiceUnits);
-            XenDocument cDocument(stDocument, PathInInstalledFolder(stDocument), _rWorker.cParser, Access::Read);
-            if (!cDocument.Decrypt()) {
-                Trace(TraceError, L"*** CFunctionXml::QueryValueAsServiceUnit() - tszXmlFile is empty");
-                return Result::g_ulFailed;
+        [&](const MethodTrace& _rTrace, auto& _rvecUnit) {
+            DocumentFile cDocument(_rWorker, DocumentId::ServiceUnits, Access::Read);
+            const std::uint32_t ulResult = cDocument.Open(_rTrace);
+            if (!Result::IsFailure(ulResult)) {
+                Documents::ReadRecords(_rWorker.cElement, Documents::g_stServiceUnit, _rvecUnit);
             }
-            _rWorker.cElement = cDocument.Select();
-            Documents::ReadRecords(_rWorker.cElement, Documents::g_stServiceUnit, _rvecUnit);
-            return Result::g_ulSuccess;
+            return ulResult;
         });
 }

@@ -68,19 +68,20 @@ std::uint32_t LookUpText(TextLookupId _enLookup, Worker& _rWorker, const Request
             return Result::g_ulMissingObject;
         }
 
-        const DocumentPath stPath = PathInInstalledFolder(DocumentOf(rstLookup.enDocument));
         const ByNumber cChoice(rstLookup.szElement, pThreatText->ulIdentifier);
-        PlainDocument cDocument(_rWorker.cParser, Access::Read);
-        _rWorker.cElement =
-            cDocument.Select(stPath.tszFile, stPath.tszDirectory, rstLookup.pszRoot, &cChoice).FirstChild();
-        if (!_rWorker.cElement) {
+        DocumentFile cDocument(_rWorker, rstLookup.enDocument, Access::Read);
+        if (const std::uint32_t ulResult = cDocument.Find(cTrace); Result::IsFailure(ulResult)) {
+            return ulResult;
+        }
+        const Storage::XmlElement cFound = cDocument.Select(rstLookup.pszRoot, &cChoice).FirstChild();
+        if (!cFound) {
             Trace(TraceError, L"No <%S>: %d", rstLookup.szElement, pThreatText->ulIdentifier);
             return Result::g_ulFailed;
         }
         // Both texts are there before the record changes.
-        std::wstring tszText(_rWorker.cElement.ChildText(rstLookup.pszText));
+        std::wstring tszText(cFound.ChildText(rstLookup.pszText));
         if (rstLookup.pszSecondText != nullptr) {
-            pThreatText->tszSecondText = _rWorker.cElement.ChildText(rstLookup.pszSecondText);
+            pThreatText->tszSecondText = cFound.ChildText(rstLookup.pszSecondText);
         }
         pThreatText->tszText = std::move(tszText);
         return cTrace.Leave(Result::g_ulSuccess);

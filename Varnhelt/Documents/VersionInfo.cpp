@@ -4,7 +4,6 @@
 #include "Descriptions/DescriptionReader.h"
 #include "Files/DocumentFile.h"
 #include "SrvFrwk_ResultCode.h"
-#include "ZkComn_DebugLog.h"
 
 #include <vector>
 
@@ -16,10 +15,11 @@ namespace {
 
 void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
-    Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. [0x%08x] [%d]", _pszMethod,
-          _rError.ErrorCode(), _rError.XmlLine());
-    Trace(TraceError, L"*** %s - Got ZkCommon::Storage::XmlException() failed. [%s] [0x%08x] [%d]", _pszMethod,
-          XmlFileOf(_rError), _rError.ErrorCode(), _rError.XmlLine());
+    const MethodLines stLines(_pszMethod);
+    stLines.Error(L"Got ZkCommon::Storage::XmlException() failed. [0x%08x] [%d]", _rError.ErrorCode(),
+                  _rError.XmlLine());
+    stLines.Error(L"Got ZkCommon::Storage::XmlException() failed. [%s] [0x%08x] [%d]", XmlFileOf(_rError),
+                  _rError.ErrorCode(), _rError.XmlLine());
 }
 
 } // namespace
@@ -35,13 +35,11 @@ std::uint32_t Documents::QueryValueAsVersionInfo(Worker& _rWorker, const Request
         }
         pVersionInformation->clear();
 
-        PlainDocument cDocument(_rWorker.cParser, Access::Read);
-        const auto cRoot =
-            cDocument.SelectInDirectory(pszMethod, _rstRequest.pOptionData, DocumentOf(DocumentId::VersionInfo));
-        if (!cRoot) {
-            return Result::g_ulMissingObject;
+        DocumentFile cDocument(_rWorker, DocumentId::VersionInfo, Access::Read);
+        if (const std::uint32_t ulResult = cDocument.Open(cTrace, _rstRequest.pOptionData);
+            Result::IsFailure(ulResult)) {
+            return ulResult;
         }
-        _rWorker.cElement = *cRoot;
         Documents::ReadRecords(_rWorker.cElement, Documents::g_stVersionInformation, *pVersionInformation);
         return cTrace.LeaveAs(L"CFunctionXml::QueryValueAsQmrConfig()", Result::g_ulSuccess);
     });

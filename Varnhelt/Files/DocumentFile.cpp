@@ -1,5 +1,7 @@
 #include "Files/DocumentFile.h"
 
+#include "SrvFrwk_ResultCode.h"
+#include "ZkComn_DebugLog.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_File.h"
 #include "ZkComn_XmlWriter.h"
@@ -12,40 +14,22 @@
 namespace Varnhelt {
 
 using namespace ZkCommon;
+namespace File = Storage::File;
+namespace Result = SrvFrwk::Result;
 
 namespace {
 
-std::wstring FolderOf(const std::wstring& _rtszPath)
+/**
+ * A copy that is only read is where the system wants temporary files, so that reading needs no right to write beside the
+ * document; beside the document all the same where that folder is missing.
+ */
+std::wstring CopyFolder(Access _enAccess, const std::wstring& _rtszFile)
 {
-    return _rtszPath.substr(0, _rtszPath.find_last_of(L"\\/") + 1);
+    std::wstring tszFolder = File::SystemTempFolder();
+    return _enAccess == Access::Read && File::IsFolder(tszFolder) ? tszFolder : File::FolderOf(_rtszFile);
 }
 
 } // namespace
-
-Storage::XmlElement PlainDocument::Select(const std::wstring& _rtszFile, const std::wstring& _rtszLibraryFolder,
-                                          const wchar_t* _pszRoot, const Storage::XmlChoice* _pChoice)
-{
-    m_tszFile = _rtszFile;
-    if (!_rtszLibraryFolder.empty()) { // without the property it is the library beside this module
-        m_rParser.SetProperty(L"PathOfDll", _rtszLibraryFolder);
-    }
-    m_rParser.Load(_rtszFile,
-                   m_enAccess == Access::Write ? Storage::XmlParser::KeepWhole : Storage::XmlParser::KeepSelected);
-    Storage::XmlElement cElement;
-    m_rParser.Select(_pszRoot, cElement, _pChoice);
-    return cElement;
-}
-
-std::optional<Storage::XmlElement> PlainDocument::SelectInDirectory(const wchar_t* _pszMethod, const void* _pOptionData,
-                                                                    const Document& _rstDocument)
-{
-    const auto stPath = PathInDirectory(_pszMethod, _pOptionData, _rstDocument.pszFile);
-    if (!stPath) {
-        return std::nullopt;
-    }
-    TraceParserDirectory(stPath->tszDirectory);
-    return Select(stPath->tszFile, stPath->tszDirectory, _rstDocument.pszRoot);
-}
 
 std::string DocumentText(const Storage::XmlParser& _rParser)
 {
@@ -58,45 +42,112 @@ std::string DocumentText(const Storage::XmlParser& _rParser)
     return std::move(cWriter).Output();
 }
 
-void PlainDocument::Store()
+DocumentFile::~DocumentFile()
 {
-    const std::string sText = ToText();
-    m_rParser.Close(); // a file that is open here could not be moved over
-    const auto IsText = [&](std::span<const std::uint8_t> _spanWritten) {
-        return std::ranges::equal(_spanWritten, sText, [](std::uint8_t _c, char _cMeant) {
-            return _c == static_cast<std::uint8_t>(_cMeant);
-        });
-    };
-    if (const std::uint32_t ulError = Storage::File::Replace(m_tszFile, sText, IsText); ulError != ERROR_SUCCESS) {
-        throw new Storage::XmlException(ulError);
+    m_rWorker.cElement = {};
+    m_rWorker.cParser.Close();
+}
+
+std::uint32_t DocumentFile::Find(const MethodLines& _rLines, const void* _pOptionData)
+{
+    const bool bInstalled = m_rstDocument.enLocation == Location::Installed;
+    std::optional<DocumentPath> stPath = PathOf(m_rstDocument, _pOptionData, _rLines);
+    if (!stPath) {
+        return Result::g_ulMissingObject;
+    }
+    m_stPath = std::move(*stPath);
+    m_bRequested = !bInstalled;
+    Claim();
+    if (m_rstDocument.szKey == nullptr) {
+        m_tszPlain = m_stPath.tszFile;
+        return Result::g_ulSuccess;
+    }
+    m_cCopy.emplace(CopyFolder(m_enAccess, m_stPath.tszFile), m_stPath.tszFile, m_rstDocument.szKey);
+    m_tszPlain = m_cCopy->DecryptedPath();
+    if (!m_tszPlain.empty()) {
+        return Result::g_ulSuccess;
+    }
+    if (bInstalled) {
+        _rLines.Error(L"tszXmlFile is empty");
+        return Result::g_ulFailed;
+    }
+    _rLines.Error(L"tszXmlPath was empty.");
+    return Result::g_ulMissingObject;
+}
+
+void DocumentFile::Claim()
+{
+    const std::wstring tszFolder = File::FolderOf(m_stPath.tszFile);
+    const std::wstring tszName = File::NameOf(m_stPath.tszFile);
+    if (m_enAccess == Access::Write) {
+        if (const std::uint32_t ulError = m_cLock.Acquire(m_stPath.tszFile, File::StoreLock::g_ulWait);
+            ulError != ERROR_SUCCESS) {
+            Trace(TraceNotice, L"The lock of [%s] could not be had, the document is stored without it. [0x%08x]",
+                  m_stPath.tszFile, ulError);
+        } else { // only then is a file that is just being moved not taken for one that was left
+            File::RemoveLeftovers(tszFolder, tszName);
+        }
+    } else if (m_rstDocument.szKey != nullptr) {
+        File::RemoveLeftovers(File::SystemTempFolder(), tszName);
+        File::StoreLock cLock;
+        if (File::HasLeftovers(tszFolder, tszName) && cLock.Acquire(m_stPath.tszFile, 0) == ERROR_SUCCESS) {
+            File::RemoveLeftovers(tszFolder, tszName);
+        }
     }
 }
 
-// A copy that is only read lies where the system wants temporary files, so that reading needs no right to write beside
-// the document.
-XenDocument::XenDocument(const Document& _rstDocument, DocumentPath _stPath, Storage::XmlParser& _rParser,
-                         Access _enAccess)
-    : m_rstDocument(_rstDocument),
-      m_stPath(std::move(_stPath)),
-      m_cEncFile(_enAccess == Access::Write ? FolderOf(m_stPath.tszFile) : Storage::File::SystemTempFolder(),
-                 m_stPath.tszFile, _rstDocument.szKey),
-      m_cPlain(_rParser, _enAccess)
-{}
-
-bool XenDocument::Decrypt()
+void DocumentFile::FindAt(DocumentPath _stPath)
 {
-    m_tszPlainPath = m_cEncFile.DecryptedPath();
-    return !m_tszPlainPath.empty();
+    m_stPath = std::move(_stPath);
+    Claim();
+    m_tszPlain = m_stPath.tszFile;
 }
 
-Storage::XmlElement XenDocument::Select()
+const Storage::XmlElement& DocumentFile::Select(const wchar_t* _pszRoot, const Storage::XmlChoice* _pChoice)
 {
-    return m_cPlain.Select(m_tszPlainPath, m_stPath.tszDirectory, m_rstDocument.pszRoot);
+    if (m_bRequested) {
+        Trace(TraceNotice, L"Xml parser directory: %s", m_stPath.tszDirectory);
+    }
+    if (!m_stPath.tszDirectory.empty()) { // without the property it is the library beside this module
+        m_rWorker.cParser.SetProperty(L"PathOfDll", m_stPath.tszDirectory);
+    }
+    m_rWorker.cParser.Load(m_tszPlain, m_enAccess == Access::Write ? Storage::XmlParser::KeepWhole
+                                                                   : Storage::XmlParser::KeepSelected);
+    m_rWorker.cElement = {}; // which is what remains when the document has no such element
+    m_rWorker.cParser.Select(_pszRoot != nullptr ? _pszRoot : m_rstDocument.pszRoot, m_rWorker.cElement, _pChoice);
+    return m_rWorker.cElement;
 }
 
-bool XenDocument::Store()
+std::uint32_t DocumentFile::Open(const MethodLines& _rLines, const void* _pOptionData)
 {
-    return m_cEncFile.WritePlain(m_cPlain.ToText()) && m_cEncFile.Encrypt();
+    const std::uint32_t ulResult = Find(_rLines, _pOptionData);
+    if (!Result::IsFailure(ulResult)) {
+        Select();
+    }
+    return ulResult;
+}
+
+bool DocumentFile::Store()
+{
+    const std::string sText = DocumentText(m_rWorker.cParser);
+    if (m_cCopy) {
+        return m_cCopy->WritePlain(sText) && m_cCopy->Encrypt();
+    }
+    StorePlain(sText);
+    return true;
+}
+
+void DocumentFile::StorePlain(const std::string& _rsText)
+{
+    m_rWorker.cParser.Close(); // a file that is open here could not be moved over
+    const auto IsText = [&](std::span<const std::uint8_t> _spanWritten) {
+        return std::ranges::equal(_spanWritten, _rsText, [](std::uint8_t _c, char _cMeant) {
+            return _c == static_cast<std::uint8_t>(_cMeant);
+        });
+    };
+    if (const std::uint32_t ulError = File::Replace(m_stPath.tszFile, _rsText, IsText); ulError != ERROR_SUCCESS) {
+        throw new Storage::XmlException(ulError);
+    }
 }
 
 } // namespace Varnhelt

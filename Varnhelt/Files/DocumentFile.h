@@ -3,8 +3,10 @@
 #include "Files/DocumentPath.h"
 #include "Files/DocumentTable.h"
 #include "Files/EncFile.h"
-#include "ZkComn_XmlParser.h"
+#include "Request.h"
+#include "ZkComn_FileLock.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -24,80 +26,66 @@ enum class Access
  */
 std::string DocumentText(const ZkCommon::Storage::XmlParser& _rParser);
 
-/** A plain document. It holds the parser, and lets go of the file when the object goes. */
-class PlainDocument
+/**
+ * A document that is open in a worker, plain or encrypted as its row of the table says. It holds the worker's parser;
+ * the file, and the plaintext copy of an encrypted one, are let go with the object. Writers of one file wait for each
+ * other, so that none undoes what another one stored.
+ */
+class DocumentFile
 {
 public:
-    PlainDocument(ZkCommon::Storage::XmlParser& _rParser, Access _enAccess) : m_rParser(_rParser), m_enAccess(_enAccess)
+    DocumentFile(Worker& _rWorker, DocumentId _enDocument, Access _enAccess)
+        : m_rWorker(_rWorker), m_rstDocument(DocumentOf(_enDocument)), m_enAccess(_enAccess)
     {}
-    PlainDocument(const PlainDocument&) = delete;
-    PlainDocument& operator=(const PlainDocument&) = delete;
-    ~PlainDocument() { m_rParser.Close(); }
+    DocumentFile(const DocumentFile&) = delete;
+    DocumentFile& operator=(const DocumentFile&) = delete;
+    ~DocumentFile();
 
     /**
-     * Parses the file and finds an element of it.
-     * @param _rtszLibraryFolder  where the parser library lies; empty: beside this module
-     * @param _pszRoot            absolute path of the element
-     * @param _pChoice            for Access::Read: picks the one child to keep; null to keep all
-     * @return empty when the document has no such element
+     * Finds the file, and makes the plaintext copy of an encrypted one.
+     * @param _pOptionData  the request that says where it is, in the form of the document's Location
+     * @return g_ulSuccess, or the reader's result after an error line under the reader's name
+     */
+    std::uint32_t Find(const MethodLines& _rLines, const void* _pOptionData = nullptr);
+    /** For a plain document whose place is known otherwise. */
+    void FindAt(DocumentPath _stPath);
+
+    const DocumentPath& Path() const noexcept { return m_stPath; }
+
+    /**
+     * Parses the file that was found, and finds the worker's element in it.
+     * @param _pszRoot  absolute path of the element; null: the document's root
+     * @param _pChoice  for Access::Read: picks the one child to keep; null to keep all
+     * @return the element; empty when the document has no such element
      * @throws XmlException* when the file cannot be read or is not well-formed
      */
-    ZkCommon::Storage::XmlElement Select(const std::wstring& _rtszFile, const std::wstring& _rtszLibraryFolder,
-                                         const wchar_t* _pszRoot,
-                                         const ZkCommon::Storage::XmlChoice* _pChoice = nullptr);
+    const ZkCommon::Storage::XmlElement& Select(const wchar_t* _pszRoot = nullptr,
+                                                const ZkCommon::Storage::XmlChoice* _pChoice = nullptr);
+
+    /** Find, and when that succeeds Select. */
+    std::uint32_t Open(const MethodLines& _rLines, const void* _pOptionData = nullptr);
 
     /**
-     * The root of a document that has a fixed name and lies in a request's directory, as does the parser library.
-     * @param _pszMethod    the reader, "CClass::Method()", under whose name is logged what the request lacks
-     * @param _pOptionData  the request, an XmlDirectoryConfig
-     * @return nothing when the request lacks its directory; else as Select
-     */
-    std::optional<ZkCommon::Storage::XmlElement> SelectInDirectory(const wchar_t* _pszMethod, const void* _pOptionData,
-                                                                   const Document& _rstDocument);
-
-    /** The document as it stands now; contract as DocumentText. For Access::Write. */
-    std::string ToText() { return DocumentText(m_rParser); }
-
-    /**
-     * Replaces the file by the document as it stands now; all elements end. The file is then the new one, whole, or else
+     * Replaces the file by the document as it is now; all elements end. The file is then the new one, whole, or else
      * what it was. For Access::Write.
-     * @throws XmlException* as ToText, and with the system's error when the file cannot be replaced
-     */
-    void Store();
-
-private:
-    ZkCommon::Storage::XmlParser& m_rParser;
-    Access m_enAccess;
-    std::wstring m_tszFile;
-};
-
-/** An encrypted document: its plaintext copy is gone when the object goes. */
-class XenDocument
-{
-public:
-    /** @param _stPath  of the encrypted file; when it is empty there is no copy to be had */
-    XenDocument(const Document& _rstDocument, DocumentPath _stPath, ZkCommon::Storage::XmlParser& _rParser,
-                Access _enAccess);
-
-    /** Makes the plaintext copy. @return false when that fails, which is logged */
-    bool Decrypt();
-
-    /** Parses the plaintext copy and finds the document's root element; contract as PlainDocument::Select. */
-    ZkCommon::Storage::XmlElement Select();
-
-    /**
-     * Stores the document as it stands now: the encrypted file is then the new one, whole, or else what it was.
-     * @return false when it cannot be encrypted or replaced, which is logged
-     * @throws XmlException* as PlainDocument::ToText, before anything is replaced
+     * @return false when an encrypted file cannot be written or replaced, which is logged
+     * @throws XmlException* as DocumentText, and with the system's error when a plain file cannot be replaced
      */
     bool Store();
 
 private:
+    /** Takes a writer's lock, and removes what a killed store or reader left of the document. */
+    void Claim();
+    void StorePlain(const std::string& _rsText);
+
+    Worker& m_rWorker;
     const Document& m_rstDocument;
+    Access m_enAccess;
+    ZkCommon::Storage::File::StoreLock m_cLock; // of a writer, from before it reads; let go last
+    bool m_bRequested = false;                  // the request says where the parser library is
     DocumentPath m_stPath;
-    CEncFile m_cEncFile;
-    std::wstring m_tszPlainPath;
-    PlainDocument m_cPlain; // goes before the copy does
+    std::optional<CEncFile> m_cCopy; // of an encrypted document
+    std::wstring m_tszPlain;         // the file to parse
 };
 
 } // namespace Varnhelt

@@ -2,7 +2,6 @@
 
 #include "Frwk_Utility.h"
 #include "SrvFrwk_Records.h"
-#include "ZkComn_DebugLog.h"
 #include "ZkComn_String.h"
 
 #include <utility>
@@ -12,53 +11,65 @@ namespace Varnhelt {
 using namespace ZkCommon;
 using namespace SrvFrwk;
 
-DocumentPath PathInInstalledFolder(const Document& _rstDocument)
+namespace {
+
+DocumentPath PathIn(std::wstring _tszDirectory, const std::wstring& _rtszFile)
+{
+    std::wstring tszPath = _tszDirectory + _rtszFile;
+    return {std::move(_tszDirectory), std::move(tszPath)};
+}
+
+DocumentPath PathInInstalledFolder(const wchar_t* _pszFile)
 {
     std::wstring tszFolder = Frwk::Utility::GetInstalledFolder();
-    std::wstring tszFile = Frwk::Utility::PathIn(tszFolder, _rstDocument.pszFile);
+    std::wstring tszFile = Frwk::Utility::PathIn(tszFolder, _pszFile);
     return {std::move(tszFolder), std::move(tszFile)};
 }
 
-std::optional<DocumentPath> PathInDirectory(const wchar_t* _pszMethod, const void* _pOptionData,
-                                            const wchar_t* _pszFile)
+std::optional<DocumentPath> PathInDirectory(const wchar_t* _pszFile, const XmlDirectoryConfig* _pXmlDirectoryConfig,
+                                            const MethodLines& _rLines)
 {
-    const auto* pXmlDirectoryConfig = static_cast<const XmlDirectoryConfig*>(_pOptionData);
-    if (pXmlDirectoryConfig == nullptr) {
-        Trace(TraceError, L"*** %s - pXmlDirectoryConfig was invalid.", _pszMethod);
+    if (_pXmlDirectoryConfig == nullptr) {
+        _rLines.Error(L"pXmlDirectoryConfig was invalid.");
         return std::nullopt;
     }
-    if (pXmlDirectoryConfig->tszXmlDir.empty()) {
-        Trace(TraceError, L"*** %s - pXmlDirectoryConfig->tszXmlDir was empty.", _pszMethod);
+    if (_pXmlDirectoryConfig->tszXmlDir.empty()) {
+        _rLines.Error(L"pXmlDirectoryConfig->tszXmlDir was empty.");
         return std::nullopt;
     }
-    std::wstring tszDirectory = String::WithBackslash(pXmlDirectoryConfig->tszXmlDir);
-    std::wstring tszFile = tszDirectory + _pszFile;
-    return DocumentPath{std::move(tszDirectory), std::move(tszFile)};
+    return PathIn(String::WithBackslash(_pXmlDirectoryConfig->tszXmlDir), _pszFile);
 }
 
-std::optional<DocumentPath> PathInRequest(const wchar_t* _pszMethod, const void* _pOptionData)
+std::optional<DocumentPath> PathInRequest(const XmlPathConfig* _pstXmlPathConfig, const MethodLines& _rLines)
 {
-    const auto* pstXmlPathConfig = static_cast<const XmlPathConfig*>(_pOptionData);
-    if (pstXmlPathConfig == nullptr) {
-        Trace(TraceError, L"*** %s - pstXmlPathConfig was invalid.", _pszMethod);
+    if (_pstXmlPathConfig == nullptr) {
+        _rLines.Error(L"pstXmlPathConfig was invalid.");
         return std::nullopt;
     }
-    if (pstXmlPathConfig->stXmlDirectoryConfig.tszXmlDir.empty()) {
-        Trace(TraceError, L"*** %s - pstXmlPathConfig->stXmlDirectoryConfig.tszXmlDir was empty.", _pszMethod);
+    if (_pstXmlPathConfig->stXmlDirectoryConfig.tszXmlDir.empty()) {
+        _rLines.Error(L"pstXmlPathConfig->stXmlDirectoryConfig.tszXmlDir was empty.");
         return std::nullopt;
     }
-    if (pstXmlPathConfig->tszXmlFileName.empty()) {
-        Trace(TraceError, L"*** %s - tszXmlFileName was empty.", _pszMethod);
+    if (_pstXmlPathConfig->tszXmlFileName.empty()) {
+        _rLines.Error(L"tszXmlFileName was empty.");
         return std::nullopt;
     }
-    std::wstring tszDirectory = String::WithBackslash(pstXmlPathConfig->stXmlDirectoryConfig.tszXmlDir);
-    std::wstring tszFile = tszDirectory + pstXmlPathConfig->tszXmlFileName;
-    return DocumentPath{std::move(tszDirectory), std::move(tszFile)};
+    return PathIn(String::WithBackslash(_pstXmlPathConfig->stXmlDirectoryConfig.tszXmlDir),
+                  _pstXmlPathConfig->tszXmlFileName);
 }
 
-void TraceParserDirectory(const std::wstring& _rtszDirectory) noexcept
+} // namespace
+
+std::optional<DocumentPath> PathOf(const Document& _rstDocument, const void* _pOptionData, const MethodLines& _rLines)
 {
-    Trace(TraceNotice, L"Xml parser directory: %s", _rtszDirectory);
+    switch (_rstDocument.enLocation) {
+    case Location::Directory:
+        return PathInDirectory(_rstDocument.pszFile, static_cast<const XmlDirectoryConfig*>(_pOptionData), _rLines);
+    case Location::Path:
+        return PathInRequest(static_cast<const XmlPathConfig*>(_pOptionData), _rLines);
+    default:
+        return PathInInstalledFolder(_rstDocument.pszFile);
+    }
 }
 
 } // namespace Varnhelt

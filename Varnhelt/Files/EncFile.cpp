@@ -1,7 +1,6 @@
 #include "Files/EncFile.h"
 
-#include "Boundary.h"
-#include "ZkComn_DebugLog.h"
+#include "MethodTrace.h"
 #include "ZkComn_FileCrypt.h"
 
 #include <array>
@@ -10,6 +9,7 @@
 
 using namespace ZkCommon;
 using namespace ZkCommon::Storage;
+using Varnhelt::MethodLines;
 using Varnhelt::MethodTrace;
 
 namespace {
@@ -23,11 +23,11 @@ public:
     CipherKey& operator=(const CipherKey&) = delete;
     ~CipherKey() { ::SecureZeroMemory(m_aKey.data(), m_aKey.size()); }
 
-    bool Copy(const std::string& _sKey, const wchar_t* _pszMethod) noexcept
+    bool Copy(const std::string& _sKey, const MethodLines& _rLines) noexcept
     {
         const int iError = ::memcpy_s(m_aKey.data(), m_aKey.size(), _sKey.data(), _sKey.size());
         if (iError != 0) {
-            Trace(TraceError, L"*** %s - ::memcpy_s() failed: %d", _pszMethod, iError);
+            _rLines.Error(L"::memcpy_s() failed: %d", iError);
         }
         return iError == 0;
     }
@@ -46,7 +46,7 @@ CEncFile::CEncFile(std::wstring _tsFolderPath, std::wstring _tsEncFilePath, std:
 CEncFile::~CEncFile()
 {
     if (!m_tsDecFilePath.empty()) {
-        RemoveCopy(L"CEncFile::~CEncFile()");
+        RemoveCopy(MethodLines(L"CEncFile::~CEncFile()"));
     }
     ::SecureZeroMemory(m_sKey.data(), m_sKey.size());
 }
@@ -54,29 +54,29 @@ CEncFile::~CEncFile()
 bool CEncFile::Decrypt()
 {
     const MethodTrace cTrace(L"CEncFile::Decrypt()");
-    return cTrace.Leave(DecryptToCopy()) != 0;
+    return cTrace.Leave(DecryptToCopy(cTrace));
 }
 
 bool CEncFile::Encrypt()
 {
     const MethodTrace cTrace(L"CEncFile::Encrypt()");
-    return cTrace.Leave(EncryptFromCopy()) != 0;
+    return cTrace.Leave(EncryptFromCopy(cTrace));
 }
 
 std::wstring CEncFile::DecryptedPath()
 {
     const MethodTrace cTrace(L"CEncFile::DecryptedPath()");
     if (m_tsDecFilePath.empty() && !Decrypt()) {
-        Trace(TraceError, L"*** CEncFile::DecryptedPath() - CEncFile::Decrypt() failed");
+        cTrace.Error(L"CEncFile::Decrypt() failed");
     }
-    cTrace.Leave(0);
+    cTrace.Leave();
     return m_tsDecFilePath;
 }
 
 bool CEncFile::WritePlain(std::span<const std::uint8_t> _spanContent)
 {
     const MethodTrace cTrace(L"CEncFile::WritePlain()");
-    return cTrace.Leave(WriteToCopy(_spanContent)) != 0;
+    return cTrace.Leave(WriteToCopy(_spanContent, cTrace));
 }
 
 bool CEncFile::WritePlain(std::string_view _svContent)
@@ -86,113 +86,110 @@ bool CEncFile::WritePlain(std::string_view _svContent)
 
 bool CEncFile::DeleteDecrypted()
 {
-    constexpr const wchar_t* pszMethod = L"CEncFile::DeleteDecrypted()";
-    const MethodTrace cTrace(pszMethod);
-    return cTrace.Leave(m_tsDecFilePath.empty() || RemoveCopy(pszMethod)) != 0;
+    const MethodTrace cTrace(L"CEncFile::DeleteDecrypted()");
+    return cTrace.Leave(m_tsDecFilePath.empty() || RemoveCopy(cTrace));
 }
 
-bool CEncFile::CheckFields(const wchar_t* _pszMethod) const noexcept
+bool CEncFile::CheckFields(const MethodLines& _rLines) const noexcept
 {
     if (m_tsFolderPath.empty()) {
-        Trace(TraceError, L"*** %s - m_tsFolderPath is empty", _pszMethod);
+        _rLines.Error(L"m_tsFolderPath is empty");
     } else if (m_tsEncFilePath.empty()) {
-        Trace(TraceError, L"*** %s - m_tsEncFilePath is empty", _pszMethod);
+        _rLines.Error(L"m_tsEncFilePath is empty");
     } else if (m_sKey.size() != File::g_uKeySize) {
-        Trace(TraceError, L"*** %s - m_sKey is invalid: %d", _pszMethod, static_cast<std::uint32_t>(m_sKey.size()));
+        _rLines.Error(L"m_sKey is invalid: %d", static_cast<std::uint32_t>(m_sKey.size()));
     } else {
         return true;
     }
     return false;
 }
 
-bool CEncFile::MakeCopy(const wchar_t* _pszMethod)
+bool CEncFile::MakeCopy(const MethodLines& _rLines)
 {
-    if (const std::uint32_t ulError = m_stDecFile.Create(m_tsFolderPath); ulError != ERROR_SUCCESS) {
-        Trace(TraceError, L"*** %s - ::GetTempFileName() failed: 0x%08X", _pszMethod, ulError);
+    if (const std::uint32_t ulError = m_stDecFile.Create(m_tsFolderPath, File::NameOf(m_tsEncFilePath));
+        ulError != ERROR_SUCCESS) {
+        _rLines.Error(L"::GetTempFileName() failed: 0x%08X", ulError);
         return false;
     }
     m_tsDecFilePath = m_stDecFile.Path();
     return true;
 }
 
-bool CEncFile::RemoveCopy(const wchar_t* _pszMethod) noexcept
+bool CEncFile::RemoveCopy(const MethodLines& _rLines) noexcept
 {
     const std::uint32_t ulError = m_stDecFile.Remove();
     m_tsDecFilePath.clear();
     if (ulError != ERROR_SUCCESS) {
-        Trace(TraceError, L"*** %s - ::DeleteFile() failed: 0x%08X", _pszMethod, ulError);
+        _rLines.Error(L"::DeleteFile() failed: 0x%08X", ulError);
     }
     return ulError == ERROR_SUCCESS;
 }
 
-bool CEncFile::DecryptToCopy()
+bool CEncFile::DecryptToCopy(const MethodLines& _rLines)
 {
-    constexpr const wchar_t* pszMethod = L"CEncFile::Decrypt()";
-    if (!CheckFields(pszMethod)) {
+    if (!CheckFields(_rLines)) {
         return false;
     }
     if (!m_tsDecFilePath.empty()) {
-        RemoveCopy(pszMethod);
+        RemoveCopy(_rLines);
     }
-    if (!MakeCopy(pszMethod)) {
+    if (!MakeCopy(_rLines)) {
         return false;
     }
     CipherKey stKey;
-    if (!stKey.Copy(m_sKey, pszMethod)) {
-        RemoveCopy(pszMethod);
+    if (!stKey.Copy(m_sKey, _rLines)) {
+        RemoveCopy(_rLines);
         return false;
     }
     File::Conversion stConversion(File::Conversion::Direction::Decrypt);
     if (!stConversion.Run(m_tsEncFilePath, FILE_SHARE_READ, stKey.Bytes()) || !stConversion.WriteTo(m_stDecFile)) {
-        Trace(TraceError, L"*** CEncFile::Decrypt() - ZkCommon::Storage::File::DecryptFile() failed");
-        RemoveCopy(pszMethod);
+        _rLines.Error(L"ZkCommon::Storage::File::DecryptFile() failed");
+        RemoveCopy(_rLines);
         return false;
     }
     return true;
 }
 
-bool CEncFile::EncryptFromCopy()
+bool CEncFile::EncryptFromCopy(const MethodLines& _rLines)
 {
-    constexpr const wchar_t* pszMethod = L"CEncFile::Encrypt()";
-    if (!CheckFields(pszMethod)) {
+    if (!CheckFields(_rLines)) {
         return false;
     }
     if (m_tsDecFilePath.empty()) {
-        Trace(TraceError, L"*** CEncFile::Encrypt() - m_tsDecFilePath is empty");
+        _rLines.Error(L"m_tsDecFilePath is empty");
         return false;
     }
     // Beside the document, which need not be where the copy is: only there is moving over it one step.
     File::Replacement stNew(m_tsEncFilePath);
     if (const std::uint32_t ulError = stNew.Create(); ulError != ERROR_SUCCESS) {
-        Trace(TraceError, L"*** CEncFile::Encrypt() - ::GetTempFileName() failed: 0x%08X", ulError);
+        _rLines.Error(L"::GetTempFileName() failed: 0x%08X", ulError);
         return false;
     }
     CipherKey stKey;
-    if (!stKey.Copy(m_sKey, pszMethod)) {
+    if (!stKey.Copy(m_sKey, _rLines)) {
         return false;
     }
     File::Conversion stConversion(File::Conversion::Direction::Encrypt);
     if (!stConversion.Run(m_tsDecFilePath, File::g_ulShareAll, stKey.Bytes()) || !stConversion.WriteTo(stNew)) {
-        Trace(TraceError, L"*** CEncFile::Encrypt() - ZkCommon::Storage::File::EncryptFile() failed");
+        _rLines.Error(L"ZkCommon::Storage::File::EncryptFile() failed");
         return false;
     }
     if (const std::uint32_t ulError = stNew.Commit(); ulError != ERROR_SUCCESS) {
-        Trace(TraceError, L"*** CEncFile::Encrypt() - ::MoveFileEx() failed: 0x%08X", ulError);
+        _rLines.Error(L"::MoveFileEx() failed: 0x%08X", ulError);
         return false;
     }
     return true;
 }
 
-bool CEncFile::WriteToCopy(std::span<const std::uint8_t> _spanContent)
+bool CEncFile::WriteToCopy(std::span<const std::uint8_t> _spanContent, const MethodLines& _rLines)
 {
-    constexpr const wchar_t* pszMethod = L"CEncFile::WritePlain()";
-    if (m_tsDecFilePath.empty() && !MakeCopy(pszMethod)) {
+    if (m_tsDecFilePath.empty() && !MakeCopy(_rLines)) {
         return false;
     }
     const std::uint32_t ulError = m_stDecFile.Write(_spanContent);
     if (ulError != ERROR_SUCCESS) {
-        Trace(TraceError, L"*** %s - Failed to write file(%s), error: %d", pszMethod, m_tsDecFilePath, ulError);
-        RemoveCopy(pszMethod); // half a document must not be encrypted
+        _rLines.Error(L"Failed to write file(%s), error: %d", m_tsDecFilePath, ulError);
+        RemoveCopy(_rLines); // half a document must not be encrypted
     }
     return ulError == ERROR_SUCCESS;
 }

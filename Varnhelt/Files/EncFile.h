@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MethodTrace.h"
 #include "ZkComn_File.h"
 
 #include <cstdint>
@@ -43,12 +44,12 @@ public:
     bool DeleteDecrypted();
 
 private:
-    bool MakeCopy(const wchar_t* _pszMethod);
-    bool RemoveCopy(const wchar_t* _pszMethod) noexcept;
-    bool CheckFields(const wchar_t* _pszMethod) const noexcept;
-    bool DecryptToCopy();
-    bool EncryptFromCopy();
-    bool WriteToCopy(std::span<const std::uint8_t> _spanContent);
+    bool MakeCopy(const Varnhelt::MethodLines& _rLines);
+    bool RemoveCopy(const Varnhelt::MethodLines& _rLines) noexcept;
+    bool CheckFields(const Varnhelt::MethodLines& _rLines) const noexcept;
+    bool DecryptToCopy(const Varnhelt::MethodLines& _rLines);
+    bool EncryptFromCopy(const Varnhelt::MethodLines& _rLines);
+    bool WriteToCopy(std::span<const std::uint8_t> _spanContent, const Varnhelt::MethodLines& _rLines);
 
     std::wstring m_tsFolderPath;
     std::wstring m_tsEncFilePath;
