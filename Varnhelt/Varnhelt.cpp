@@ -5,6 +5,7 @@
 #include "Boundary.h"
 #include "Frwk_Settings.h"
 #include "FunctionManager.h"
+#include "ModuleRunTime.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_Registry.h"
@@ -83,6 +84,9 @@ BOOL WINAPI DllMain(HINSTANCE _hModule, DWORD _ulReason, LPVOID /*_pReserved*/)
 {
     switch (_ulReason) {
     case DLL_PROCESS_ATTACH:
+        if (!ModuleRunTime::Attach()) {
+            return FALSE;
+        }
         Attach(_hModule);
         break;
     case DLL_PROCESS_DETACH:

@@ -73,4 +73,16 @@ TEST_F(Module, ThreadsShareOneFunctionObject)
     EXPECT_THAT(m_cProduct.Leftovers(), IsEmpty());
 }
 
+TEST_F(Module, WorksWithoutASlotForFiberLocalState)
+{
+    std::vector<DWORD> vecSlot;
+    for (DWORD ulSlot = 0; (ulSlot = ::FlsAlloc(nullptr)) != FLS_OUT_OF_INDEXES;) {
+        vecSlot.push_back(ulSlot);
+    }
+    EXPECT_EQ(Query(), Result::g_ulSuccess);
+    for (const DWORD ulSlot : vecSlot) {
+        ::FlsFree(ulSlot);
+    }
+}
+
 } // namespace

@@ -3,6 +3,7 @@
 #include "LogFile.h"
 #include "Sink.h"
 
+#include "ModuleRunTime.h"
 #include "ZkComn_ZkDbgLine.h"
 
 #include <memory>
@@ -66,5 +67,10 @@ std::uint32_t ZkDbgTrace(void* _pHandle, const SYSTEMTIME* _pstTime, const wchar
         }
         return SinkIsAlone() ? ERROR_SUCCESS : rTrace.file.Append(*_pstTime, Library::ToFileText(_pszLine));
     });
+}
+
+BOOL WINAPI DllMain(HINSTANCE /*_hModule*/, DWORD _ulReason, LPVOID /*_pReserved*/)
+{
+    return _ulReason != DLL_PROCESS_ATTACH || ModuleRunTime::Attach() ? TRUE : FALSE;
 }
 }
