@@ -31,6 +31,14 @@ void RefuseBadPath(const std::wstring& _rtszPath, std::uint32_t _ulLine = __buil
     }
 }
 
+/** A key's path as the system is asked for it, without backslashes at its end: with them it may answer otherwise. */
+std::wstring KeyPath(const std::wstring& _rtszPath, std::uint32_t _ulLine = __builtin_LINE())
+{
+    std::wstring tszPath(_rtszPath, 0, _rtszPath.find_last_not_of(L'\\') + 1);
+    RefuseBadPath(tszPath, _ulLine);
+    return tszPath;
+}
+
 REGSAM FlagOf(RegistryView _enView) noexcept
 {
     switch (_enView) {
@@ -129,8 +137,7 @@ const std::vector<std::uint8_t>& Registry::Value::Binary() const
 void Registry::OpenWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView, REGSAM _ulAccess)
 {
     m_hKey.Reset();
-    RefuseBadPath(_rtszPath);
-    Check(::RegOpenKeyExW(_hRoot, _rtszPath.c_str(), 0, _ulAccess | FlagOf(_enView), m_hKey.Receive()));
+    Check(::RegOpenKeyExW(_hRoot, KeyPath(_rtszPath).c_str(), 0, _ulAccess | FlagOf(_enView), m_hKey.Receive()));
 }
 
 /** @return REG_CREATED_NEW_KEY or REG_OPENED_EXISTING_KEY */
@@ -138,10 +145,9 @@ DWORD Registry::CreateWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryV
                            SECURITY_ATTRIBUTES* _pSecurity)
 {
     m_hKey.Reset();
-    RefuseBadPath(_rtszPath);
     DWORD ulDisposition = 0;
-    Check(::RegCreateKeyExW(_hRoot, _rtszPath.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, _ulAccess | FlagOf(_enView),
-                            _pSecurity, m_hKey.Receive(), &ulDisposition));
+    Check(::RegCreateKeyExW(_hRoot, KeyPath(_rtszPath).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                            _ulAccess | FlagOf(_enView), _pSecurity, m_hKey.Receive(), &ulDisposition));
     return ulDisposition;
 }
 
@@ -153,9 +159,8 @@ void Registry::Open(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _en
 bool Registry::TryOpen(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
 {
     m_hKey.Reset();
-    RefuseBadPath(_rtszPath);
     const LSTATUS lResult =
-        ::RegOpenKeyExW(_hRoot, _rtszPath.c_str(), 0, KEY_QUERY_VALUE | FlagOf(_enView), m_hKey.Receive());
+        ::RegOpenKeyExW(_hRoot, KeyPath(_rtszPath).c_str(), 0, KEY_QUERY_VALUE | FlagOf(_enView), m_hKey.Receive());
     if (lResult == ERROR_FILE_NOT_FOUND || lResult == ERROR_PATH_NOT_FOUND) {
         return false;
     }
@@ -215,7 +220,7 @@ std::optional<Registry::Value> Registry::Find(const std::wstring& _rtszName) con
         if (lResult == ERROR_FILE_NOT_FOUND) {
             return std::nullopt;
         }
-        // Another writer may have made the value longer since its size was told, hence the loop.
+        // Another writer may have made the value longer since its size was asked for, hence the loop.
         if (lResult != ERROR_MORE_DATA) {
             Check(lResult);
             stValue.vecData.resize(ulSize);
@@ -254,12 +259,14 @@ std::vector<std::uint8_t> Registry::ReadBinary(const std::wstring& _rtszName) co
 
 std::wstring Registry::ReadString(const std::wstring& _rtszName, const std::wstring& _rtszDefault) const
 {
-    return Find(_rtszName) ? ReadString(_rtszName) : _rtszDefault;
+    const std::optional<Value> stValue = Find(_rtszName);
+    return stValue ? stValue->Text() : _rtszDefault;
 }
 
 std::uint32_t Registry::ReadNumber(const std::wstring& _rtszName, std::uint32_t _ulDefault) const
 {
-    return Find(_rtszName) ? ReadNumber(_rtszName) : _ulDefault;
+    const std::optional<Value> stValue = Find(_rtszName);
+    return stValue ? stValue->Number() : _ulDefault;
 }
 
 void Registry::Write(const std::wstring& _rtszName, const Value& _rstValue)
@@ -291,14 +298,13 @@ void Registry::WriteBinary(const std::wstring& _rtszName, const std::vector<std:
 void Registry::DeleteKey(const std::wstring& _rtszName)
 {
     RefuseBadPath(_rtszName); // an empty name would delete the open key itself
-    // The open key lies in its view already: a name below it is never redirected again.
+    // The open key is in its view already: a name below it is never redirected again.
     Check(::RegDeleteKeyW(m_hKey.Get(), _rtszName.c_str()));
 }
 
 void Registry::DeleteKeyAt(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
 {
-    const std::wstring tszPath(_rtszPath, 0, _rtszPath.find_last_not_of(L'\\') + 1);
-    RefuseBadPath(tszPath);
+    const std::wstring tszPath = KeyPath(_rtszPath);
     const std::size_t uBackslash = tszPath.rfind(L'\\');
     if (uBackslash == std::wstring::npos) {
         Check(::RegDeleteKeyExW(_hRoot, tszPath.c_str(), FlagOf(_enView), 0)); // the parent is the root itself
