@@ -6,10 +6,13 @@
 #include "Update/LocalUpdateManager.h"
 #include "Update/UpdateRecording.h"
 #include "ZkComn_Library.h"
+#include "ZkComn_Owner.h"
 #include "ZkComn_Platform.h"
 #include "ZkComn_String.h"
 #include "ZkComn_XmlParserExpat.h"
 
+#include <cstdint>
+#include <cstring>
 #include <windows.h>
 
 namespace Vrnt {
@@ -18,22 +21,33 @@ namespace {
 
 using ZkCommon::String::ToUtf8;
 
-/** The version of a file's version resource. */
+/**
+ * The version of a file's version resource, read without the system's version.dll: one beside the tool would be loaded in
+ * its place.
+ */
 std::wstring FileVersionOf(const std::filesystem::path& _rtszPath)
 {
-    DWORD ulUnused = 0;
-    std::vector<std::uint8_t> vecInfo(::GetFileVersionInfoSizeW(_rtszPath.c_str(), &ulUnused));
-    void* pFixed = nullptr;
-    UINT uLength = 0;
-    if (vecInfo.empty() ||
-        !::GetFileVersionInfoW(_rtszPath.c_str(), 0, static_cast<DWORD>(vecInfo.size()), vecInfo.data()) ||
-        !::VerQueryValueW(vecInfo.data(), L"\\", &pFixed, &uLength) || uLength < sizeof(VS_FIXEDFILEINFO)) {
+    const ZkCommon::ModuleHandle hFile(
+        ::LoadLibraryExW(_rtszPath.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+    HRSRC hResource =
+        ::FindResourceW(hFile.Get(), MAKEINTRESOURCEW(VS_VERSION_INFO), MAKEINTRESOURCEW(16)); // RT_VERSION, wide
+    if (!hFile || hResource == nullptr) {
         return {};
     }
-    const auto& rstFixed = *static_cast<const VS_FIXEDFILEINFO*>(pFixed);
+    // Three words and the key "VS_VERSION_INFO", filled up to a multiple of four bytes, come before the fixed part.
+    constexpr std::size_t uFixed = 40;
+    const auto* pBytes = static_cast<const std::uint8_t*>(::LockResource(::LoadResource(hFile.Get(), hResource)));
+    VS_FIXEDFILEINFO stFixed{};
+    if (pBytes == nullptr || ::SizeofResource(hFile.Get(), hResource) < uFixed + sizeof(stFixed)) {
+        return {};
+    }
+    std::memcpy(&stFixed, pBytes + uFixed, sizeof(stFixed));
+    if (stFixed.dwSignature != VS_FFI_SIGNATURE) {
+        return {};
+    }
     std::wstring tszVersion;
-    for (const DWORD ulPart : {HIWORD(rstFixed.dwFileVersionMS), LOWORD(rstFixed.dwFileVersionMS),
-                               HIWORD(rstFixed.dwFileVersionLS), LOWORD(rstFixed.dwFileVersionLS)}) {
+    for (const DWORD ulPart : {HIWORD(stFixed.dwFileVersionMS), LOWORD(stFixed.dwFileVersionMS),
+                               HIWORD(stFixed.dwFileVersionLS), LOWORD(stFixed.dwFileVersionLS)}) {
         tszVersion += (tszVersion.empty() ? L"" : L".") + std::to_wstring(ulPart);
     }
     return tszVersion;
