@@ -14,12 +14,29 @@
 /** The sections of the report's page, a function each, and what they share. */
 namespace Vrnt {
 
+Html::Markup Summary(const ReportData& _rstData);
 Html::Markup PolicySection(const ReportData& _rstData);
 Html::Markup ServiceUnitSection(const ReportData& _rstData);
 Html::Markup EnforceDataSection(const ReportData& _rstData);
 
 /** A section under its heading; _szId is what links to it name. */
 Html::Markup Section(const char* _szId, const char* _szHeading, const Html::Markup& _rContent);
+
+/** A link to a section. */
+Html::Markup Link(const std::string& _rsTarget, const Html::Markup& _rContent);
+
+/** What a check found in a document, in numbers; or why it could not be looked at. */
+std::string FindingsText(const CheckedDocument& _rstChecked);
+
+/** What the library answered when it was asked for a document. */
+struct DocumentAnswer
+{
+    std::uint32_t ulResult;
+    std::string sRecords; // how many
+};
+
+/** std::nullopt for a document that a report does not ask for. */
+std::optional<DocumentAnswer> AnswerOf(const ReportData& _rstData, Varnhelt::DocumentId _enDocument);
 
 /** The words of the documents. */
 std::string ControllerWord(std::uint32_t _ulController);
