@@ -198,8 +198,9 @@ std::vector<Text> Spoilt(const Place& _rstPlace)
 {
     const std::wstring tszText = _rstPlace.pText->value_or(L"text");
     std::vector<Text> vecText{Text(), L""};
-    // Any file, path or program is meant, but not all of them are this machine's.
-    if (_rstPlace.svName == L"Path" || _rstPlace.svName == L"Section" || _rstPlace.svName == L"Assign") {
+    // Any path, value or program is meant, but not all of them are this machine's.
+    if (_rstPlace.svName == L"Path" || _rstPlace.svName == L"Section" || _rstPlace.svName == L"Name" ||
+        _rstPlace.svName == L"Assign") {
         return vecText;
     }
     for (const wchar_t* pszText : {L"no such word", L"none", L"x86", L"-5", L"08", L"4294967296"}) {

@@ -162,7 +162,7 @@ DocumentReader::DocumentReader()
     UpdateBench::SetEnvironment(L"17.1.1040", L"QE17-0001", 32);
     ZkCommon::Storage::Registry cKey;
     cKey.Create(HKEY_CURRENT_USER, Key());
-    cKey.WriteString(L"present", L"text");
+    cKey.WriteString(L"text", L"text"); // for entries that remove it
 }
 
 DocumentReader::~DocumentReader()
@@ -176,7 +176,7 @@ std::wstring DocumentReader::Store(DocumentId _enDocument, const std::string& _r
     const wchar_t* pszFile = stDocument.pszFile == nullptr ? g_pszFile : nullptr;
     m_cProduct.Store(_enDocument, _rsXml, pszFile);
     m_cProduct.Folder().Write(L"plain.xml", _rsXml);
-    m_cProduct.Folder().Write(L"law.ini", "[text]\r\npresent=text\r\n");
+    m_cProduct.Folder().Write(L"law.ini", "[text]\r\ntext=text\r\n");
     return m_cProduct.Folder().File(L"plain.xml");
 }
 

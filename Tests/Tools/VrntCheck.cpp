@@ -76,8 +76,8 @@ const Row g_aRow[] = {
      R"(<Quillmar><Threats><Threat id="16"><Name>a</Name></Threat>
 <Threat id="0x10"><Name>b</Name></Threat><Threat id="4294967312"><Name>c</Name></Threat></Threats></Quillmar>)",
      {R"(2 warning /Quillmar/Threats/Threat: attribute "id" is no whole number of 32 bits: "0x10" is read as 0)",
-      R"(2 warning /Quillmar/Threats/Threat: attribute "id" is no whole number of 32 bits: "4294967312" is read as 16)",
-      R"(2 warning /Quillmar/Threats/Threat: the same "Threat" as in line 1: only the first counts)"}},
+      R"(2 warning /Quillmar/Threats/Threat: the same "Threat" as in line 1: only the first counts)",
+      R"(2 warning /Quillmar/Threats/Threat: attribute "id" is no whole number of 32 bits: "4294967312" is read as 16)"}},
     {__LINE__,
      L"threats", // with texts
      R"(<Quillmar><Scanners><Scanner id="1"><Name>a</Name></Scanner></Scanners><Threats>
