@@ -6,6 +6,7 @@
 #include <charconv>
 #include <functional>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -225,7 +226,11 @@ void LogFile::RemoveOld() const
         }
     } while (::FindNextFileW(hFind.Get(), &stFound));
 
-    std::ranges::sort(vecName, std::ranges::greater());
+    // By day, and within a day by number: of texts of one length that is the order of the texts.
+    const std::size_t uDay = m_tszStem.size() - (m_tszStem.find_last_of(L'\\') + 1) + 1 + 8;
+    std::ranges::sort(vecName, std::ranges::greater(), [uDay](const std::wstring& _rtszName) {
+        return std::tuple(_rtszName.substr(0, uDay), _rtszName.size(), _rtszName);
+    });
     for (std::size_t i = g_uKeptFiles - 1; i < vecName.size(); ++i) {
         ::DeleteFileW((m_tszStem.substr(0, m_tszStem.find_last_of(L'\\') + 1) + vecName[i]).c_str());
     }
