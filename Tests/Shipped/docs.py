@@ -26,13 +26,13 @@ def wine(program, line):
     return result
 
 
-def compile_program(where, text, program):
+def compile_program(where, text, program, command):
+    """By the page's own command where it has one, with warnings besides."""
     program.parent.mkdir(parents=True)
     program.with_suffix(".cpp").write_text(text)
     done["programs"] += 1
-    result = run("x86_64-w64-mingw32-g++-posix", "-std=c++20", "-Wall", "-Wextra", "-Werror", "-static",
-                 *(["-municode"] if "wmain(" in text else []), "-I", TREE / "include", program.with_suffix(".cpp"),
-                 "-o", program)
+    command = command or "x86_64-w64-mingw32-g++-posix -std=c++20 -static -I SDK/include host.cpp -o host.exe"
+    result = run(*command.replace("SDK", str(TREE)).split(), "-Wall", "-Wextra", "-Werror", cwd=program.parent)
     if result.returncode != 0:
         faults.append(f"{where}: does not compile\n{result.stdout}")
 
@@ -78,7 +78,7 @@ BLOCK = re.compile(r"^```(\w+) ?(.*)\n((?:.*\n)*?)```$", re.M)
 
 
 def look_through(page):
-    text, cpp = page.read_text("utf-8"), ""
+    text, cpp, command = page.read_text("utf-8"), "", None
     program = TREE.parent / "programs" / page.stem / "host.exe"
     for block in BLOCK.finditer(text):
         kind, info, body = block.groups()
@@ -86,7 +86,9 @@ def look_through(page):
         if kind == "cpp":
             cpp += body
             if "main(" in body:
-                compile_program(where, cpp, program)
+                compile_program(where, cpp, program, command)
+        elif kind == "sh":
+            command = body.strip()
         elif kind == "console":
             run_commands(where, body, program)
         elif info:
