@@ -79,6 +79,7 @@ private:
         Enter(_rElement);
         TellProgress(_rElement);
         const bool bAround = m_bDropped;
+        m_bDrops = false;
         if (!_rstShape.bUnread) {
             CheckAttributes(_rElement, _rstShape);
             for (const TextShape& stText : _rstShape.vecText) {
@@ -89,6 +90,7 @@ private:
                     TellStrange(_rElement, _enStrange, Rule::DroppedEntry, _rsText);
                 });
             }
+            m_bDropped = bAround || m_bDrops;
             CheckChildren(_rElement, _rstShape);
         }
         m_bDropped = bAround;
@@ -280,7 +282,7 @@ private:
         const Strange enStrange = m_bDropped && _enStrange == Strange::Refuse ? Strange::Drop : _enStrange;
         Tell(_rElement, bDefault ? Severity::Warning : Severity::Error, _enRule,
              _rsText + (bDefault ? "" : Consequence(enStrange)) + _rsSuggestion);
-        m_bDropped = m_bDropped || enStrange == Strange::Drop;
+        m_bDrops = m_bDrops || enStrange == Strange::Drop;
     }
 
     void Tell(const XmlElement& _rElement, Severity _enSeverity, Rule _enRule, std::string _sText)
@@ -303,7 +305,8 @@ private:
     std::vector<std::wstring_view> m_vecPath;
     std::uint32_t m_ulLines;
     std::size_t m_uElements = 0;
-    bool m_bDropped = false; // the reader does not come here
+    bool m_bDropped = false; // the reader does not come here: an element around this one is passed over
+    bool m_bDrops = false;   // the present element is passed over, and with it what is in it
     const Progress& m_fnProgress;
 };
 
