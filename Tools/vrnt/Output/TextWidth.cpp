@@ -21,9 +21,9 @@ constexpr bool Holds(const Range& _rstRange, char32_t _c)
 }
 
 // The usual blocks: exact tables are the terminal's, and differ from one to the next.
-constexpr Range g_aWide[] = {{0x1100, 0x115F},   {0x2E80, 0x303E},   {0x3041, 0xA4CF},   {0xA960, 0xA97F},
-                             {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},
-                             {0xFFE0, 0xFFE6},   {0x1F300, 0x1F64F}, {0x1F680, 0x1F6FF}, {0x1F900, 0x1F9FF},
+constexpr Range g_aWide[] = {{0x1100, 0x115F},  {0x2E80, 0x303E},   {0x3041, 0xA4CF},   {0xA960, 0xA97F},
+                             {0xAC00, 0xD7A3},  {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},
+                             {0xFFE0, 0xFFE6},  {0x1F300, 0x1F64F}, {0x1F680, 0x1F6FF}, {0x1F900, 0x1F9FF},
                              {0x20000, 0x3FFFD}};
 constexpr Range g_aMark[] = {{0x0300, 0x036F}, {0x0591, 0x05BD}, {0x064B, 0x065F}, {0x0E31, 0x0E31}, {0x0E34, 0x0E3A},
                              {0x0E47, 0x0E4E}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}};
@@ -82,8 +82,7 @@ std::string Escaped(std::string_view _svText)
             sEscaped += c == U'\n' ? "\\n" : c == U'\r' ? "\\r" : "\\t";
         } else {
             std::array<char, 16> aText{};
-            static_cast<void>(
-                std::snprintf(aText.data(), aText.size(), "\\u%04x", static_cast<unsigned int>(c)));
+            static_cast<void>(std::snprintf(aText.data(), aText.size(), "\\u%04x", static_cast<unsigned int>(c)));
             sEscaped += aText.data();
         }
     }
