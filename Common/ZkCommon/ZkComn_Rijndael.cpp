@@ -1,6 +1,7 @@
 #include "ZkComn_Rijndael.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <windows.h>
 
@@ -28,11 +29,20 @@ std::size_t PaddingOf(const Aes::Block& _raBlock) noexcept
     return bAllEqual ? uCount : 0;
 }
 
-/** Chosen once: in a virtual machine asking the processor costs more than decrypting a small document. */
+/**
+ * Chosen once: in a virtual machine asking the processor costs more than decrypting a small document. Threads that come
+ * first together choose the same; the guard of a local static would leave handles behind when the module is unloaded.
+ */
 const Aes::Engine& BestEngine() noexcept
 {
-    static const Aes::Engine* const pProcessor = Aes::ProcessorEngine();
-    return pProcessor != nullptr ? *pProcessor : Aes::PortableEngine();
+    static constinit std::atomic<const Aes::Engine*> s_pEngine = nullptr;
+    const Aes::Engine* pEngine = s_pEngine.load(std::memory_order_relaxed);
+    if (pEngine == nullptr) {
+        const Aes::Engine* pProcessor = Aes::ProcessorEngine();
+        pEngine = pProcessor != nullptr ? pProcessor : &Aes::PortableEngine();
+        s_pEngine.store(pEngine, std::memory_order_relaxed);
+    }
+    return *pEngine;
 }
 
 } // namespace

@@ -36,7 +36,7 @@ inline constexpr auto g_stCompatibilityComponent = Describe<SrvFrwk::Compatibili
 /** Whether a component is used: its own text, a flag whose unknown text has a line for itself in the trace log. */
 inline const Frwk::WordTable& ComponentEnabled()
 {
-    static const Frwk::WordTable stEnabled{
+    static constexpr Frwk::WordTable stEnabled{
         Frwk::Words::g_stBoolean.aWord,
         {.pszUnknownTextLine = L"*** Frwk::Utility::GetBooleanType() - Invalid boolean Type. [%s]"}};
     return stEnabled;
