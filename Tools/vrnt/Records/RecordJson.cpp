@@ -158,10 +158,10 @@ void RecordFromJson(const Json& _rjsRecord, void* _pRecord, const RecordRows& _r
         }
         FieldFromJson(*pValue, stRow, _pRecord, sPlace);
     }
-    for (const auto& [sKey, jsValue] : *pMembers) {
-        const auto Has = [&](const FieldRow& _rstRow) { return sKey == _rstRow.szKey; };
+    for (const auto& rstMember : *pMembers) {
+        const auto Has = [&](const FieldRow& _rstRow) { return rstMember.first == _rstRow.szKey; };
         if (std::none_of(_rvecRow.begin(), _rvecRow.end(), Has)) {
-            Refuse(_rsPlace + "." + sKey, "is not a key of this record");
+            Refuse(_rsPlace + "." + rstMember.first, "is not a key of this record");
         }
     }
 }
