@@ -142,7 +142,8 @@ TEST(XmlHostile, WhatADocumentDeclaresCannotMakeItTakeMoreThanItsSizeAllows)
         XmlParser parser;
         parser.LoadText(*psDocument);
         XmlElement element;
-        const auto pFailure = FailureOf<XmlException>([&] { parser.Select(pszPath, element); });
+        const wchar_t* pszWanted = pszPath; // no lambda may capture a structured binding
+        const auto pFailure = FailureOf<XmlException>([&] { parser.Select(pszWanted, element); });
         EXPECT_EQ(pFailure ? pFailure->XmlErrorCode() : 0U, ulCode);
         EXPECT_TRUE(!pFailure || (pFailure->XmlLine() != 0 && parser.FailureText() != std::string()));
     }

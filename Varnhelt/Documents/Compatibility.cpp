@@ -14,6 +14,10 @@ using namespace Varnhelt;
 
 namespace {
 
+const Frwk::WordTable g_stComponentEnabled{
+    Frwk::Words::g_stBoolean.aWord,
+    {.pszUnknownTextLine = L"*** Frwk::Utility::GetBooleanType() - Invalid boolean Type. [%s]"}};
+
 constexpr Documents::DumpTexts g_stDump{L"[CFunctionXml::QueryValueAsInstallCompatibilityCheckDB]", L"=[", L"]",
                                         TraceDetail};
 
@@ -46,6 +50,11 @@ public:
 };
 
 } // namespace
+
+const Frwk::WordTable& Documents::ComponentEnabled() noexcept
+{
+    return g_stComponentEnabled;
+}
 
 std::uint32_t Documents::QueryValueAsInstallCompatibilityCheckDB(Worker& _rWorker, const Request& _rstRequest)
 {

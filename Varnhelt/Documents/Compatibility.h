@@ -34,13 +34,7 @@ inline constexpr auto g_stCompatibilityComponent = Describe<SrvFrwk::Compatibili
         .Label(L"\t\tComponent Ver"));
 
 /** Whether a component is used: its own text, a flag whose unknown text has a line for itself in the trace log. */
-inline const Frwk::WordTable& ComponentEnabled()
-{
-    static constexpr Frwk::WordTable stEnabled{
-        Frwk::Words::g_stBoolean.aWord,
-        {.pszUnknownTextLine = L"*** Frwk::Utility::GetBooleanType() - Invalid boolean Type. [%s]"}};
-    return stEnabled;
-}
+const Frwk::WordTable& ComponentEnabled() noexcept;
 
 /** What holds the components of a product. */
 inline constexpr std::wstring_view g_svComponents = L"Components";
