@@ -245,7 +245,7 @@ private:
 
     struct Piece
     {
-        XmlNode* pOwner;
+        XmlNode* pOwner = nullptr;
         std::wstring_view svText;
     };
 

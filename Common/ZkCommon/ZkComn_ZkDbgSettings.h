@@ -57,8 +57,8 @@ struct TraceSettings
 /** A setting: the name of its value, and its field, a number (REG_DWORD) or a text (REG_SZ). */
 struct TraceSetting
 {
-    const wchar_t* pszName;
-    std::uint32_t TraceSettings::*pNumber;
+    const wchar_t* pszName = nullptr;
+    std::uint32_t TraceSettings::*pNumber = nullptr;
     std::wstring TraceSettings::*pText = nullptr;
 };
 
