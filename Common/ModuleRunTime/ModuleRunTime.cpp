@@ -47,8 +47,8 @@ public:
 private:
     struct Spare
     {
-        std::atomic<DWORD> ulThread;
-        ExceptionState stState;
+        std::atomic<DWORD> ulThread{0};
+        ExceptionState stState{};
     };
     Spare m_aSpare[64];
 };

@@ -14,6 +14,7 @@ using namespace Varnhelt;
 
 namespace {
 
+// NOLINTNEXTLINE(cppcoreguidelines-interfaces-global-init): the table of which it takes the words is a constant
 const Frwk::WordTable g_stComponentEnabled{
     Frwk::Words::g_stBoolean.aWord,
     {.pszUnknownTextLine = L"*** Frwk::Utility::GetBooleanType() - Invalid boolean Type. [%s]"}};
