@@ -14,8 +14,8 @@ namespace Vrnt {
 /** An argument of a command, and the key by which the command asks for its value. */
 struct Argument
 {
-    const char* szName; // an option's with its dashes: "--dir"; a positional one's without: "FILE"
-    const char* szHelp;
+    const char* szName = nullptr; // an option's with its dashes: "--dir"; a positional one's without: "FILE"
+    const char* szHelp = nullptr;
     const char* szValue = nullptr; // an option's value as the help calls it: "DIR"; null: a flag has none
     bool bRequired = false;
     bool bRepeats = false;                              // may be given several times

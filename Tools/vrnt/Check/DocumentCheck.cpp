@@ -152,6 +152,7 @@ private:
                                   ": only the first counts");
                 }
             }
+            // NOLINTNEXTLINE(readability-suspicious-call-argument): the child's owner is the element that is walked
             Check(cChild, *itKnown, _rElement);
         }
         const auto iChildren = std::ranges::ssize(m_vecFinding);

@@ -119,7 +119,8 @@ const AttributeShape* ElementShape::FindAttribute(std::wstring_view _svName) con
 
 AttributeShape* ElementShape::FindAttribute(std::wstring_view _svName)
 {
-    return const_cast<AttributeShape*>(std::as_const(*this).FindAttribute(_svName));
+    const auto itFound = std::ranges::find(vecAttribute, _svName, &AttributeShape::svName);
+    return itFound == vecAttribute.end() ? nullptr : &*itFound;
 }
 
 ElementShape& ElementShape::Child(std::wstring_view _svName)

@@ -76,7 +76,7 @@ void SetConditions(ElementShape& _rstShape, const XmlElement& _rRoot)
         TextShape& rstText = _rstShape.FindAttribute(_rstField.svName)->stText;
         rstText.bOptional = !bChecked;
         rstText.enStrange = bChecked || !_rRoot ? rstText.enStrange : Strange::Unread;
-        rstText.sWhen = "Counts where the root's \"check\" is \"yes\", and is needed there.";
+        rstText.sWhen = R"(Applies where the root's "check" is "yes", and is needed there.)";
     });
 }
 

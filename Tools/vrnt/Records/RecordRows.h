@@ -70,6 +70,7 @@ struct FieldRow
     RecordRows (*pfnRows)(const void* _pField) = nullptr;     // of lists of records
 
     bool IsList() const noexcept { return pList != nullptr; }
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): finds the member's address only, and nothing writes there
     const void* MemberOf(const void* _pRecord) const { return pfnMember(pField, const_cast<void*>(_pRecord)); }
     /** The rows of the records in a list. */
     RecordRows Rows() const { return pfnRows(pField); }
