@@ -43,44 +43,52 @@ void QueryText(Tool& _rTool, const Arguments& _rArguments, std::uint32_t _ulValu
     PrintAnswer(_rTool, ulResult, jsData, SrvFrwk::Result::IsFailure(ulResult) ? Table() : cTable);
 }
 
+void RunName(Tool& _rTool, const Arguments& _rArguments)
+{
+    QueryText(_rTool, _rArguments,
+              _rArguments.Text(g_stEngine) == "orkap" ? SrvFrwk::ValueType::g_ulThreatNameOrkap
+                                                      : SrvFrwk::ValueType::g_ulThreatNameElmap);
+}
+
+void RunDescription(Tool& _rTool, const Arguments& _rArguments)
+{
+    QueryText(_rTool, _rArguments, SrvFrwk::ValueType::g_ulThreatDescription);
+}
+
+void RunRecommendation(Tool& _rTool, const Arguments& _rArguments)
+{
+    QueryText(_rTool, _rArguments, SrvFrwk::ValueType::g_ulThreatRecommendation);
+}
+
+void RunScannerTitle(Tool& _rTool, const Arguments& _rArguments)
+{
+    QueryText(_rTool, _rArguments, SrvFrwk::ValueType::g_ulScannerTitle, true);
+}
+
 } // namespace
 
 constinit const Command g_stQueryThreatName{.szName = "threat-name",
                                             .szHelp = "A threat's name",
                                             .szExample = "vrnt query threat-name --engine elmap --id 1024",
                                             .aArgument = g_apNameArgument,
-                                            .pfnRun = [](Tool& _rTool, const Arguments& _rArguments) {
-                                                QueryText(_rTool, _rArguments,
-                                                          _rArguments.Text(g_stEngine) == "orkap"
-                                                              ? SrvFrwk::ValueType::g_ulThreatNameOrkap
-                                                              : SrvFrwk::ValueType::g_ulThreatNameElmap);
-                                            }};
+                                            .pfnRun = &RunName};
 
 constinit const Command g_stQueryThreatDescription{.szName = "threat-description",
                                                    .szHelp = "A threat's description",
                                                    .szExample = "vrnt query threat-description --id 1024",
                                                    .aArgument = g_apArgument,
-                                                   .pfnRun = [](Tool& _rTool, const Arguments& _rArguments) {
-                                                       QueryText(_rTool, _rArguments,
-                                                                 SrvFrwk::ValueType::g_ulThreatDescription);
-                                                   }};
+                                                   .pfnRun = &RunDescription};
 
 constinit const Command g_stQueryThreatRecommendation{.szName = "threat-recommendation",
                                                       .szHelp = "What to do about a threat",
                                                       .szExample = "vrnt query threat-recommendation --id 1024",
                                                       .aArgument = g_apArgument,
-                                                      .pfnRun = [](Tool& _rTool, const Arguments& _rArguments) {
-                                                          QueryText(_rTool, _rArguments,
-                                                                    SrvFrwk::ValueType::g_ulThreatRecommendation);
-                                                      }};
+                                                      .pfnRun = &RunRecommendation};
 
 constinit const Command g_stQueryScannerTitle{.szName = "scanner-title",
                                               .szHelp = "A scanner's name and description",
                                               .szExample = "vrnt query scanner-title --id 3",
                                               .aArgument = g_apArgument,
-                                              .pfnRun = [](Tool& _rTool, const Arguments& _rArguments) {
-                                                  QueryText(_rTool, _rArguments, SrvFrwk::ValueType::g_ulScannerTitle,
-                                                            true);
-                                              }};
+                                              .pfnRun = &RunScannerTitle};
 
 } // namespace Vrnt

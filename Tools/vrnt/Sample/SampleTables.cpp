@@ -133,7 +133,7 @@ std::string SampleCompetitorActions()
     const std::string sProducts = EachProduct([](const Product& _rstProduct) {
         const std::string sVersion = std::to_string(8 + _rstProduct.uVendor % 5) + ".0";
         const auto Action = [&](bool _bStrict, const char* _szStrict, const char* _szCompare) {
-            return std::string("      <Action on=\"install\" name=\"") + (_bStrict ? _szStrict : "warn") +
+            return std::string(R"(      <Action on="install" name=")") + (_bStrict ? _szStrict : "warn") +
                    "\" version=\"" + sVersion + "\" versionCompare=\"" + _szCompare + "\"/>\n";
         };
         return "    " + _rstProduct.Tag() + Action(_rstProduct.uSuite < 4, "uninstall", "lessOrEqual") +
@@ -148,11 +148,13 @@ std::string SampleCompetitorPatterns()
         const std::string sVendor = _rstProduct.Vendor();
         const std::string sName = _rstProduct.Name();
         const char* szWow = _rstProduct.uSuite % 3 == 2 ? "Enable" : "Disable";
-        return "  " + _rstProduct.Tag() + "    <Identification selfreboot=\"no\" specialidentify=\"no\">\n" +
-               "      <Path base=\"ProgramFiles\" wownode=\"" + szWow + "\">" + sVendor + "\\" + sName +
+        return "  " + _rstProduct.Tag() +
+               R"(    <Identification selfreboot="no" specialidentify="no">)"
+               "\n" +
+               R"(      <Path base="ProgramFiles" wownode=")" + szWow + "\">" + sVendor + "\\" + sName +
                "\\main.exe</Path>\n      <Key name=\"DisplayVersion\" type=\"REG_SZ\" compare=\"prefix\">SOFTWARE\\" +
                sVendor + "\\" + sName + "</Key>\n      <UninstallString base=\"HKLM\" wownode=\"" + szWow +
-               "\">SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + sName +
+               R"(">SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)" + sName +
                "</UninstallString>\n    </Identification>\n    <Information manufacturer=\"" + sVendor +
                "\" url=\"http://support." + _rstProduct.Family() + ".example/remove/" + _rstProduct.Number() +
                "\">Remove " + sName + " in the Control Panel.</Information>\n  </Product>\n";
