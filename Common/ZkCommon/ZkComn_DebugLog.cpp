@@ -88,11 +88,9 @@ bool DebugLog::Initialize(const wchar_t* _pszModuleName, const Storage::Key& _rs
 void DebugLog::AttachSink() noexcept
 {
     const Synchronize::SingleLock lock(&m_LibraryLock);
-    if (!m_Sink.IsBound()) {
-        State stState = StateNow();
-        stState.usSinkMask = static_cast<std::uint16_t>(m_Sink.Attach());
-        Publish(stState);
-    }
+    State stState = StateNow();
+    stState.usSinkMask = static_cast<std::uint16_t>(m_Sink.Attach());
+    Publish(stState);
 }
 
 bool DebugLog::Start(const wchar_t* _pszModuleName, const Storage::Key& _rstSettings, const std::wstring& _rtszFolder)

@@ -64,10 +64,10 @@ bool ZkDbg::Trace(void* _pHandle, const SYSTEMTIME& _rstTime, const wchar_t* _ps
 std::uint32_t ZkDbgSink::Attach() noexcept
 {
     std::uint32_t ulIgnored = 0;
-    std::uint32_t ulLevels = 0;
-    if (!IsLoaded() && ::GetModuleHandleExW(0, g_szLibrary, m_hModule.Receive()) && Bind(true, ulIgnored)) {
-        ulLevels = FunctionAt<ZkDbgSinkLevelsFunction>(m_pLevels)();
+    if (!IsLoaded() && ::GetModuleHandleExW(0, g_szLibrary, m_hModule.Receive())) {
+        Bind(true, ulIgnored);
     }
+    const std::uint32_t ulLevels = IsBound() ? FunctionAt<ZkDbgSinkLevelsFunction>(m_pLevels)() : 0;
     if (ulLevels == 0) {
         Detach();
     }

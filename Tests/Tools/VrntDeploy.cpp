@@ -117,7 +117,7 @@ TEST_F(VrntDeploy, AMissingDocumentIsTheLibrarysFailureAndABadArgumentTheUsers)
 {
     const ProgramRun stMissing = RunVrnt({L"--json", L"direct", L"alias", L"--dir", Folder(), L"--file", L"none.xen"});
     EXPECT_EQ(stMissing.iExitStatus, 1);
-    EXPECT_EQ(Json::parse(stMissing.sOutput), Json({{"result", "0x80040205"}, {"data", Json::array()}}));
+    EXPECT_EQ(Json::parse(stMissing.sOutput)["result"], "0x80040205");
     const std::pair<std::vector<std::wstring>, const char*> aUsage[] = {
         {{L"direct", L"component", L"--dir", L"d", L"--file", L"f", L"--section", L"both", L"--run-mode", L"1"},
          "both"},

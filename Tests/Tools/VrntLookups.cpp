@@ -88,7 +88,10 @@ TEST_F(VrntLookups, WhatIsNotThereIsTheLibrarysFailureAndABadArgumentTheUsers)
 {
     const ProgramRun stMissing = RunVrnt({L"--json", L"query", L"threat-description", L"--id", L"17"});
     EXPECT_EQ(stMissing.iExitStatus, 1);
-    EXPECT_EQ(Json::parse(stMissing.sOutput), Json({{"result", "0x80040201"}, {"data", {{"id", 17}, {"text", ""}}}}));
+    EXPECT_EQ(Json::parse(stMissing.sOutput), Json({{"result", "0x80040201"},
+                                                    {"data", {{"id", 17}, {"text", ""}}},
+                                                    {"why", Json::parse(stMissing.sOutput)["why"]}}));
+    EXPECT_EQ(stMissing.sError, "vrnt: 0x80040201: antispy.xml has no threat 17\n");
     EXPECT_EQ(RunVrnt({L"direct", L"version-info", L"--dir", L"Z:\\nowhere"}).iExitStatus, 1);
 
     const std::pair<std::vector<std::wstring>, const char*> aUsage[] = {

@@ -128,7 +128,7 @@ TEST(VrntReport, WhatCannotBeReplacedStaysAndIsAFailure)
     const ProgramRun stRun = RunVrnt({L"--json", L"report", tszOut.wstring(), L"--force"});
     std::filesystem::permissions(tszOut, std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
     EXPECT_EQ(stRun.iExitStatus, 1);
-    EXPECT_EQ(nlohmann::json::parse(stRun.sOutput), (nlohmann::json{{"result", "0x80040201"}, {"data", nullptr}}));
+    EXPECT_EQ(nlohmann::json::parse(stRun.sOutput)["result"], "0x80040201");
     EXPECT_THAT(stRun.sError, HasSubstr("out.html"));
     EXPECT_EQ(cOut.Read(L"out.html"), "old");
     EXPECT_THAT(cOut.Names(), ElementsAre(L"out.html"));

@@ -85,20 +85,23 @@ void Configure(CLI::App& _rApp, Parsed& _rstParsed)
     AddBelow(_rApp, g_stVrnt, _rstParsed);
 }
 
-/** The arguments in UTF-8, last first: the order in which the parser reads them. Other ways to ask for help are one. */
-std::vector<std::string> ToUtf8(int _iCount, wchar_t** _ppArguments)
+/** The arguments last first: the order in which the parser reads them. Other ways to ask for help are one. */
+std::vector<std::string> ForParser(std::vector<std::string> _vecArgument)
 {
-    std::vector<std::string> vecArgument;
-    for (int i = 1; i < _iCount; ++i) {
-        const std::string sArgument = ZkCommon::String::ToUtf8(_ppArguments[i]);
-        vecArgument.push_back(sArgument == "/?" || sArgument == "-?" ? "--help" : sArgument);
+    for (std::string& rsArgument : _vecArgument) {
+        if (rsArgument == "--") {
+            break; // what follows is text
+        }
+        if (rsArgument == "/?" || rsArgument == "-?") {
+            rsArgument = "--help";
+        }
     }
-    if (!vecArgument.empty() && vecArgument.front() == "help") {
-        vecArgument.erase(vecArgument.begin());
-        vecArgument.emplace_back("--help");
+    if (!_vecArgument.empty() && _vecArgument.front() == "help") {
+        _vecArgument.erase(_vecArgument.begin());
+        _vecArgument.emplace_back("--help");
     }
-    std::reverse(vecArgument.begin(), vecArgument.end());
-    return vecArgument;
+    std::reverse(_vecArgument.begin(), _vecArgument.end());
+    return _vecArgument;
 }
 
 /** "; did you mean ...?", when one of the known words is near. Dashes are no letters. */
@@ -191,6 +194,7 @@ int RunCommand(const Parsed& _rstParsed)
     if (stTool.stOptions.bJson && stTool.stOptions.bPlain) {
         throw UsageError("--json and --plain cannot be given together");
     }
+    stTool.pfnRun = &Run;
     _rstParsed.pCommand->pfnRun(stTool, _rstParsed.cArguments);
     return stTool.iExitStatus;
 }
@@ -199,7 +203,16 @@ int RunCommand(const Parsed& _rstParsed)
 
 int Run(int _iCount, wchar_t** _ppArguments)
 {
-    const std::vector<std::string> vecArgument = ToUtf8(_iCount, _ppArguments);
+    std::vector<std::string> vecArgument;
+    for (int i = 1; i < _iCount; ++i) {
+        vecArgument.push_back(ZkCommon::String::ToUtf8(_ppArguments[i]));
+    }
+    return Run(std::move(vecArgument));
+}
+
+int Run(std::vector<std::string> _vecArgument)
+{
+    const std::vector<std::string> vecArgument = ForParser(std::move(_vecArgument));
     Parsed stParsed;
     CLI::App cApp;
     Configure(cApp, stParsed);

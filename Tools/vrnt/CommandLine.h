@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace Vrnt {
 
 /**
@@ -7,5 +10,8 @@ namespace Vrnt {
  * @param _iCount, _ppArguments  as the process gets them, its own name first
  */
 int Run(int _iCount, wchar_t** _ppArguments);
+
+/** The same for arguments in UTF-8, without the name of the process. */
+int Run(std::vector<std::string> _vecArgument);
 
 } // namespace Vrnt

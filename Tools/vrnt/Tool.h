@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 /** vrnt: the host and tool that ships with Varnhelt.dll. */
 namespace Vrnt {
@@ -27,6 +28,8 @@ struct Tool
 {
     GlobalOptions stOptions;
     int iExitStatus = ExitSuccess;
+    int (*pfnRun)(std::vector<std::string> _vecArgument) = nullptr; // runs another command line; its exit status
+    std::vector<std::string> vecWhy; // why the last call of the library failed, the deepest cause first
 };
 
 } // namespace Vrnt

@@ -384,7 +384,12 @@ std::vector<Finding> CheckContent(const Varnhelt::Document& _rstDocument, std::s
     }
     const std::optional<std::string> sPlain = PlainContent(_rstDocument, _svBytes);
     if (!sPlain) {
-        return {{1, 1, Severity::Error, Rule::NotADocument, "", "neither XML nor encrypted with this document's key"}};
+        const bool bWhole = _svBytes.size() % ZkCommon::Cryptograph::Aes::g_uBlock == 0;
+        return {{1, 1, Severity::Error, Rule::NotADocument, "",
+                 bWhole
+                     ? "neither XML nor encrypted with this document's key"
+                     : "neither XML nor a whole encrypted document: its size is not a multiple of 16 bytes, so it is "
+                       "cut off or of another kind"}};
     }
     std::vector<Finding> vecFinding = CheckText(_rstDocument, *sPlain, _fnProgress);
     if (IsStored(_rstDocument)) {

@@ -39,6 +39,8 @@ extern const Command g_stCheck;
 extern const Command g_stSchema;
 extern const Command g_stDocuments;
 extern const Command g_stTrace;
+extern const Command g_stTraceShow;
+extern const Command g_stTraceRecord;
 extern const Command g_stReport;
 extern const Command g_stSample;
 extern const Command g_stCompletion;

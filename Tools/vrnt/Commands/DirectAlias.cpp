@@ -14,7 +14,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 {
     SrvFrwk::DeployAliasConfig lstAlias;
     SrvFrwk::XmlPathConfig stPath = ToPathConfig(_rArguments);
-    const std::uint32_t ulResult = QueryDirectly(SrvFrwk::ValueType::g_ulDeployAlias, &lstAlias, &stPath);
+    const std::uint32_t ulResult = QueryDirectly(_rTool, SrvFrwk::ValueType::g_ulDeployAlias, &lstAlias, &stPath);
     PrintAnswer(_rTool, ulResult, RecordsToJson(lstAlias, Varnhelt::Documents::g_stDeployAlias),
                 RecordsToTable(lstAlias, Varnhelt::Documents::g_stDeployAlias));
 }

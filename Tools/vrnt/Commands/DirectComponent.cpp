@@ -65,8 +65,8 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
     const std::uint32_t ulSection = _rArguments.Text(g_stSection) == "install"
                                         ? SrvFrwk::ComponentSection::g_ulInstall
                                         : SrvFrwk::ComponentSection::g_ulUninstall;
-    const std::uint32_t ulResult = QueryDirectly(SrvFrwk::ValueType::g_ulDeployComponent, &lstComponent, &stPath,
-                                                 ulSection, _rArguments.Number(g_stRunMode));
+    const std::uint32_t ulResult = QueryDirectly(_rTool, SrvFrwk::ValueType::g_ulDeployComponent, &lstComponent,
+                                                 &stPath, ulSection, _rArguments.Number(g_stRunMode));
     PrintAnswer(_rTool, ulResult, RecordsToJson(lstComponent, Documents::g_stDeployComponent),
                 ComponentTable(lstComponent));
 }

@@ -14,7 +14,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 {
     auto lstAlias = ReadRecords<SrvFrwk::DeployAliasConfig>(_rArguments, Varnhelt::Documents::g_stDeployAlias);
     SrvFrwk::XmlPathConfig stPath = ToPathConfig(_rArguments);
-    PrintStored(_rTool, StoreDirectly(SrvFrwk::ValueType::g_ulDeployAlias, &lstAlias, &stPath),
+    PrintStored(_rTool, StoreDirectly(_rTool, SrvFrwk::ValueType::g_ulDeployAlias, &lstAlias, &stPath),
                 lstAlias.size() == 1 ? "1 alias" : std::to_string(lstAlias.size()) + " aliases");
 }
 

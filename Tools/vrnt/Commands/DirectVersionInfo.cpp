@@ -14,7 +14,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 {
     std::vector<SrvFrwk::VersionInformation> vecEntry;
     SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
-    const std::uint32_t ulResult = QueryDirectly(SrvFrwk::ValueType::g_ulVersionInfo, &vecEntry, &stDirectory);
+    const std::uint32_t ulResult = QueryDirectly(_rTool, SrvFrwk::ValueType::g_ulVersionInfo, &vecEntry, &stDirectory);
     PrintAnswer(_rTool, ulResult, RecordsToJson(vecEntry, Varnhelt::Documents::g_stVersionInformation),
                 RecordsToTable(vecEntry, Varnhelt::Documents::g_stVersionInformation));
 }

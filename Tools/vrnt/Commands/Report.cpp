@@ -47,7 +47,7 @@ void Ask(SrvFrwk::Interface::IFunctionProvider& _rFunction, std::uint32_t _ulVal
     _rstAnswer.ulResult = _rFunction.QueryValue(0, _ulValueType, 0, &_rstAnswer.value, 0, nullptr);
 }
 
-ReportData Collect(const Tool& _rTool)
+ReportData Collect(Tool& _rTool)
 {
     ReportData stData;
     stData.stMachine = FindMachine();

@@ -1,10 +1,8 @@
-// vrnt trace: turns the trace log on and off, through the settings that the library reads, and prints its files.
+// vrnt trace: turns the trace log on and off, through the settings that the library reads.
 
 #include "Arguments.h"
 #include "Commands/Commands.h"
-#include "Machine/TraceFile.h"
 #include "Machine/TraceSettings.h"
-#include "Output/InputFile.h"
 #include "Output/Output.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_Exception.h"
@@ -18,40 +16,43 @@ namespace {
 using ZkCommon::Storage::Registry;
 
 /** The settings of both sessions as they are now. */
-void ReportSettings(Tool& _rTool, std::uint32_t _ulResult, const std::string& _rsWhy = {})
+void PrintSettings(Tool& _rTool, std::uint32_t _ulResult, const std::string& _rsWhy = {})
 {
     Json jsSessions = Json::Object();
     for (const TraceSession& stSession : g_aTraceSession) {
-        const TraceSettings stSettings = ReadTraceSettings(stSession);
-        jsSessions.Set(stSession.szKey, {{"enabled", stSettings.ulEnable != 0},
-                                         {"level", stSettings.ulLevel},
-                                         {"folder", stSettings.tszFolder},
-                                         {"prefix", stSettings.tszPrefix},
-                                         {"file", stSettings.tszFile},
-                                         {"extension", stSettings.tszExtension},
-                                         {"robust", stSettings.ulRobust != 0},
-                                         {"debugger", stSettings.ulDebugger != 0}});
+        const ZkCommon::TraceSettings stSettings = ReadTraceSettings(stSession);
+        const std::string sFault = TraceFaultOf(stSettings);
+        jsSessions.Set(stSession.szName, {{"enabled", stSettings.ulEnable != 0},
+                                          {"level", stSettings.ulLevel},
+                                          {"folder", stSettings.tszLogFolder},
+                                          {"prefix", stSettings.tszLogPrefix},
+                                          {"file", stSettings.tszLogFile},
+                                          {"extension", stSettings.tszLogExtension},
+                                          {"robust", stSettings.ulRobust != 0},
+                                          {"debugger", stSettings.ulDebugger != 0},
+                                          {"fault", sFault.empty() ? Json() : Json(sFault)}});
     }
     PrintAnswer(_rTool, _ulResult, jsSessions, TraceSettingsToTable(), _rsWhy);
 }
 
-/** Carries out an edit of both sessions' settings, then shows them. */
+/** Carries out an edit of both sessions' settings, then shows them. @return whether it could be done */
 template <class TEdit>
-void EditSettings(Tool& _rTool, const TEdit& _fnEdit)
+bool EditSettings(Tool& _rTool, const TEdit& _fnEdit)
 {
     try {
         for (const TraceSession& stSession : g_aTraceSession) {
             Registry cRegistry;
             cRegistry.Create(HKEY_LOCAL_MACHINE, TraceKeyOf(stSession));
-            _fnEdit(cRegistry);
+            _fnEdit(cRegistry, stSession);
         }
     } catch (ZkCommon::Storage::Exception* pError) {
         const ZkCommon::Exception::Caught pCaught(pError);
-        ReportSettings(_rTool, SrvFrwk::Result::g_ulFailed,
-                       "cannot write the trace settings: " + SystemErrorText(pError->ErrorCode()));
-        return;
+        PrintSettings(_rTool, SrvFrwk::Result::g_ulFailed,
+                      "cannot write the trace settings: " + SystemErrorText(pError->ErrorCode()));
+        return false;
     }
-    ReportSettings(_rTool, SrvFrwk::Result::g_ulSuccess);
+    PrintSettings(_rTool, SrvFrwk::Result::g_ulSuccess);
+    return true;
 }
 
 constexpr Argument g_stLevel{.szName = "--level",
@@ -62,55 +63,45 @@ constexpr Argument g_stFolder{
     .szName = "--folder", .szHelp = "Folder of the trace files (default: that of each process)", .szValue = "DIR"};
 constexpr const Argument* g_apOnArgument[] = {&g_stLevel, &g_stFolder};
 
-constexpr std::uint32_t g_ulAllLevels = 0x111;
+/** @throws UsageError when there is no such folder: a slip of the pen would lose all lines */
+std::wstring ExistingFolder(const Arguments& _rArguments)
+{
+    const std::wstring tszFolder = _rArguments.Path(g_stFolder);
+    const DWORD ulAttributes = ::GetFileAttributesW(tszFolder.c_str());
+    if (ulAttributes == INVALID_FILE_ATTRIBUTES || (ulAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+        throw UsageError("--folder: there is no folder " + Quoted(_rArguments.Text(g_stFolder)));
+    }
+    return tszFolder;
+}
 
 void TurnOn(Tool& _rTool, const Arguments& _rArguments)
 {
-    const std::uint32_t ulLevel = _rArguments.Has(g_stLevel) ? _rArguments.Number(g_stLevel) : g_ulAllLevels;
-    const std::wstring tszFolder = _rArguments.Has(g_stFolder) ? _rArguments.Path(g_stFolder) : std::wstring();
-    EditSettings(_rTool, [&](Registry& _rRegistry) {
+    const std::uint32_t ulLevel =
+        _rArguments.Has(g_stLevel) ? _rArguments.Number(g_stLevel) : ZkCommon::g_ulAllTraceLevels;
+    const std::wstring tszFolder = _rArguments.Has(g_stFolder) ? ExistingFolder(_rArguments) : std::wstring();
+    const bool bDone = EditSettings(_rTool, [&](Registry& _rRegistry, const TraceSession& _rstSession) {
         _rRegistry.WriteNumber(L"Level", ulLevel);
         _rRegistry.WriteString(L"LogFolder", tszFolder);
         _rRegistry.WriteNumber(L"Enable", 1);
+        while (const wchar_t* const pszUnreadable = ReadTraceSettings(_rstSession).pszUnreadable) {
+            _rRegistry.DeleteValue(pszUnreadable); // it would keep tracing off; its default holds now
+        }
     });
+    if (bDone && !_rTool.stOptions.bJson) {
+        Write("\nPrograms that are started from now on write to " +
+              ZkCommon::String::ToUtf8(TraceFileOf(ReadTraceSettings(g_aTraceSession.front()))) +
+              (tszFolder.empty() ? " in their own folder.\n" : ": the file to send.\n"));
+    }
 }
 
 void TurnOff(Tool& _rTool, const Arguments&)
 {
-    EditSettings(_rTool, [](Registry& _rRegistry) { _rRegistry.WriteNumber(L"Enable", 0); });
+    EditSettings(_rTool, [](Registry& _rRegistry, const TraceSession&) { _rRegistry.WriteNumber(L"Enable", 0); });
 }
 
 void ShowStatus(Tool& _rTool, const Arguments&)
 {
-    ReportSettings(_rTool, SrvFrwk::Result::g_ulSuccess);
-}
-
-constexpr Argument g_stFile{.szName = "FILE", .szHelp = "The trace file", .bRequired = true};
-constexpr Argument g_stErrors{.szName = "--errors", .szHelp = "Only lines of the error level"};
-constexpr Argument g_stGrep{.szName = "--grep", .szHelp = "Only lines whose text contains this", .szValue = "TEXT"};
-constexpr const Argument* g_apShowArgument[] = {&g_stFile, &g_stErrors, &g_stGrep};
-
-void Show(Tool& _rTool, const Arguments& _rArguments)
-{
-    Json jsLines = Json::Array();
-    Table cTable({"time", "process", "thread", "level", "module", "text", "source", "line"});
-    for (const TraceFileLine& stLine : ParseTraceFile(ReadInputFile(_rArguments.Text(g_stFile)))) {
-        if ((_rArguments.Has(g_stErrors) && stLine.sLevel != "error") ||
-            stLine.sText.find(_rArguments.Text(g_stGrep)) == std::string::npos) {
-            continue;
-        }
-        jsLines.Add({{"time", stLine.sTime},
-                     {"process", stLine.ulProcess},
-                     {"thread", stLine.ulThread},
-                     {"level", stLine.sLevel},
-                     {"module", stLine.sModule},
-                     {"text", stLine.sText},
-                     {"source", stLine.sSource},
-                     {"line", stLine.ulLine}});
-        cTable.Add({stLine.sTime, Hexadecimal(stLine.ulProcess, 4), Hexadecimal(stLine.ulThread, 4), stLine.sLevel,
-                    stLine.sModule, stLine.sText, stLine.sSource, std::to_string(stLine.ulLine)});
-    }
-    PrintAnswer(_rTool, SrvFrwk::Result::g_ulSuccess, jsLines, cTable);
+    PrintSettings(_rTool, SrvFrwk::Result::g_ulSuccess);
 }
 
 constexpr Command g_stOn{.szName = "on",
@@ -124,12 +115,7 @@ constexpr Command g_stOff{.szName = "off",
                           .pfnRun = &TurnOff};
 constexpr Command g_stStatus{
     .szName = "status", .szHelp = "Show the trace settings", .szExample = "vrnt trace status", .pfnRun = &ShowStatus};
-constexpr Command g_stShow{.szName = "show",
-                           .szHelp = "Print a trace file as a table",
-                           .szExample = "vrnt trace show C:\\Logs\\vqxVarnhelt.log --errors",
-                           .aArgument = g_apShowArgument,
-                           .pfnRun = &Show};
-constexpr const Command* g_apCommand[] = {&g_stOn, &g_stOff, &g_stStatus, &g_stShow};
+constexpr const Command* g_apCommand[] = {&g_stOn, &g_stOff, &g_stStatus, &g_stTraceShow, &g_stTraceRecord};
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Machine/Reasons.h"
 #include "Output/Output.h"
 #include "Output/RecordTable.h"
 #include "Records/RecordJson.h"
@@ -22,15 +23,17 @@ Varnhelt::Module LoadModule(const GlobalOptions& _rstOptions);
 
 /** Loads the library, and has a function object of it carry out the call. @return the call's result */
 template <class TCall>
-std::uint32_t ThroughFunction(const Tool& _rTool, const TCall& _fnCall)
+std::uint32_t ThroughFunction(Tool& _rTool, const TCall& _fnCall)
 {
-    const Varnhelt::Module cModule = LoadModule(_rTool.stOptions);
-    const Varnhelt::Module::Function pFunction = cModule.CreateFunction();
-    return pFunction == nullptr ? SrvFrwk::Result::g_ulMissingObject : _fnCall(*pFunction);
+    return WithReasons(_rTool, [&] {
+        const Varnhelt::Module cModule = LoadModule(_rTool.stOptions);
+        const Varnhelt::Module::Function pFunction = cModule.CreateFunction();
+        return pFunction == nullptr ? SrvFrwk::Result::g_ulMissingObject : _fnCall(*pFunction);
+    });
 }
 
 /** Queries a value. */
-inline std::uint32_t Query(const Tool& _rTool, std::uint32_t _ulValueType, void* _pValueData, void* _pOptionData)
+inline std::uint32_t Query(Tool& _rTool, std::uint32_t _ulValueType, void* _pValueData, void* _pOptionData)
 {
     return ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
         return _rFunction.QueryValue(0, _ulValueType, 0, _pValueData, 0, _pOptionData);
@@ -38,7 +41,7 @@ inline std::uint32_t Query(const Tool& _rTool, std::uint32_t _ulValueType, void*
 }
 
 /** Stores a value. */
-inline std::uint32_t Store(const Tool& _rTool, std::uint32_t _ulValueType, void* _pValueData, void* _pOptionData)
+inline std::uint32_t Store(Tool& _rTool, std::uint32_t _ulValueType, void* _pValueData, void* _pOptionData)
 {
     return ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
         return _rFunction.StoreValue(0, _ulValueType, 0, _pValueData, 0, _pOptionData);

@@ -1,7 +1,12 @@
 #include "Machine/TraceFile.h"
 
+#include "ZkComn_String.h"
+#include "ZkComn_ZkDbgSettings.h"
+
+#include <algorithm>
 #include <charconv>
 #include <optional>
+#include <utility>
 
 namespace Vrnt {
 
@@ -9,21 +14,7 @@ namespace {
 
 constexpr std::string_view g_svTimeForm = "00/00/0000 00:00:00.000";
 
-bool IsTime(std::string_view _svText)
-{
-    if (_svText.size() != g_svTimeForm.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < _svText.size(); ++i) {
-        const bool bDigit = _svText[i] >= '0' && _svText[i] <= '9';
-        if (g_svTimeForm[i] == '0' ? !bDigit : _svText[i] != g_svTimeForm[i]) {
-            return false;
-        }
-    }
-    return true;
-}
-
-/** Takes what stands before the separator off the front of a text; nothing when there is no separator. */
+/** Cuts what is before the separator off the front of a text; std::nullopt when there is no separator. */
 std::optional<std::string_view> TakeUntil(std::string_view& _rsvText, std::string_view _svSeparator)
 {
     const std::size_t uAt = _rsvText.find(_svSeparator);
@@ -45,20 +36,26 @@ std::optional<std::uint32_t> ToNumber(std::string_view _svText, int _iBase)
 
 std::string LevelOf(std::string_view _svTag)
 {
-    if (_svTag == ".w.") {
-        return "detail";
+    for (const ZkCommon::TraceTag& stTag : ZkCommon::g_aTraceTag) {
+        if (ZkCommon::String::ToUtf8(stTag.pszTag) == _svTag) {
+            return stTag.szName;
+        }
     }
-    if (_svTag == "@@@") {
-        return "notice";
-    }
-    return std::string(_svTag == "!!!" ? "error" : _svTag);
+    return std::string(_svTag);
 }
 
-/** The time, the ids, the level and the module: what stands before the text. */
+/** The text with the replacement character for what is no UTF-8. */
+std::string Valid(std::string_view _svText)
+{
+    const bool bAscii = std::ranges::all_of(_svText, [](char _c) { return (_c & 0x80) == 0; });
+    return bAscii ? std::string(_svText) : ZkCommon::String::ToUtf8(ZkCommon::String::FromUtf8(_svText));
+}
+
+/** The time, the ids, the level and the module: what is before the text, which alone remains. */
 std::optional<TraceFileLine> ParseHead(std::string_view& _rsvLine)
 {
     TraceFileLine stLine;
-    if (!IsTime(_rsvLine.substr(0, g_svTimeForm.size()))) {
+    if (!IsTraceTime(_rsvLine.substr(0, g_svTimeForm.size()))) {
         return std::nullopt;
     }
     stLine.sTime = _rsvLine.substr(0, g_svTimeForm.size());
@@ -84,7 +81,7 @@ std::optional<TraceFileLine> ParseHead(std::string_view& _rsvLine)
     return stLine;
 }
 
-/** Takes " - Source(line)" off the end of a text; false where there is none yet. */
+/** Cuts " - Source(line)" off the end of a message; false where it does not end so. */
 bool TakeSource(TraceFileLine& _rstLine)
 {
     const std::size_t uDash = _rstLine.sText.rfind(" - ");
@@ -105,27 +102,79 @@ bool TakeSource(TraceFileLine& _rstLine)
 
 } // namespace
 
-std::vector<TraceFileLine> ParseTraceFile(std::string_view _svFile)
+bool IsTraceTime(std::string_view _svText)
 {
-    std::vector<TraceFileLine> vecLine;
-    bool bOpen = false; // the last line's text goes on
-    while (!_svFile.empty()) {
-        const std::size_t uEnd = _svFile.find('\n');
-        std::string_view svLine = _svFile.substr(0, uEnd);
-        _svFile.remove_prefix(uEnd == std::string_view::npos ? _svFile.size() : uEnd + 1);
-        if (svLine.ends_with('\r')) {
-            svLine.remove_suffix(1);
-        }
-        if (auto stHead = ParseHead(svLine)) {
-            stHead->sText = svLine;
-            vecLine.push_back(std::move(*stHead));
-            bOpen = true;
-        } else if (bOpen) {
-            vecLine.back().sText.append("\n").append(svLine);
-        }
-        bOpen = bOpen && !TakeSource(vecLine.back());
+    if (_svText.size() != g_svTimeForm.size()) {
+        return false;
     }
-    return vecLine;
+    for (std::size_t i = 0; i < _svText.size(); ++i) {
+        const bool bDigit = _svText[i] >= '0' && _svText[i] <= '9';
+        if (g_svTimeForm[i] == '0' ? !bDigit : _svText[i] != g_svTimeForm[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void TraceFileReader::Read(std::string_view _svPiece)
+{
+    for (std::size_t uEnd = _svPiece.find('\n'); uEnd != std::string_view::npos; uEnd = _svPiece.find('\n')) {
+        if (m_sRest.empty()) {
+            ReadLine(_svPiece.substr(0, uEnd));
+        } else {
+            ReadLine(std::exchange(m_sRest, {}).append(_svPiece.substr(0, uEnd)));
+        }
+        _svPiece.remove_prefix(uEnd + 1);
+    }
+    m_sRest.append(_svPiece);
+}
+
+void TraceFileReader::ReadLine(std::string_view _svLine)
+{
+    if (_svLine.ends_with('\r')) {
+        _svLine.remove_suffix(1);
+    }
+    if (auto stHead = ParseHead(_svLine)) {
+        Finish();
+        m_stOpen = std::move(*stHead);
+        m_stOpen.sText = _svLine;
+        m_bOpen = true;
+    } else if (m_bOpen) {
+        _svLine.remove_prefix(_svLine.starts_with('\t') ? 1 : 0);
+        m_stOpen.sText.append("\n").append(_svLine);
+    }
+}
+
+void TraceFileReader::Finish()
+{
+    if (m_bOpen) {
+        TakeSource(m_stOpen);
+        HandOver();
+    }
+}
+
+void TraceFileReader::HandOver()
+{
+    for (std::string* const pText : {&m_stOpen.sLevel, &m_stOpen.sModule, &m_stOpen.sText, &m_stOpen.sSource}) {
+        *pText = Valid(*pText);
+    }
+    m_bOpen = false;
+    m_fnLine(std::move(m_stOpen));
+}
+
+void TraceFileReader::Pause()
+{
+    if (m_bOpen && m_sRest.empty() && TakeSource(m_stOpen)) {
+        HandOver();
+    }
+}
+
+void TraceFileReader::End()
+{
+    if (!m_sRest.empty()) {
+        ReadLine(std::exchange(m_sRest, {}));
+    }
+    Finish();
 }
 
 } // namespace Vrnt

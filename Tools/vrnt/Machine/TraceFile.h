@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace Vrnt {
 
@@ -15,15 +15,41 @@ struct TraceFileLine
     std::uint32_t ulThread = 0;
     std::string sLevel; // "detail", "notice", "error", or the line's own tag
     std::string sModule;
-    std::string sText;
+    std::string sText; // with a line feed between the lines of a message
     std::string sSource;
     std::uint32_t ulLine = 0;
 };
 
 /**
- * Reads the lines of a trace file. A line that does not have the form of one continues the text of the line before: a
- * message may hold line ends. What stands before the first line is left out.
+ * Reads the lines of a trace file piece by piece. A line that does not begin as one continues the message before it: a
+ * message may hold line ends, and its further lines have a tab in front. What is before the first line is left out. A
+ * byte that is no UTF-8 becomes the replacement character.
  */
-std::vector<TraceFileLine> ParseTraceFile(std::string_view _svFile);
+class TraceFileReader
+{
+public:
+    using OnLine = std::function<void(TraceFileLine&& _rstLine)>;
+    explicit TraceFileReader(OnLine _fnLine) : m_fnLine(std::move(_fnLine)) {}
+
+    /** The next bytes of the file; a piece may end anywhere. */
+    void Read(std::string_view _svPiece);
+    /** At the end of the file as it is now: a last line that is whole is handed over, another may go on. */
+    void Pause();
+    /** At the end of the file. */
+    void End();
+
+private:
+    void ReadLine(std::string_view _svLine);
+    void Finish();
+    void HandOver();
+
+    OnLine m_fnLine;
+    std::string m_sRest; // of the last piece, behind its last line end
+    TraceFileLine m_stOpen;
+    bool m_bOpen = false; // m_stOpen may go on
+};
+
+/** Whether a text is the time of a line: "DD/MM/YYYY hh:mm:ss.mmm". */
+bool IsTraceTime(std::string_view _svText);
 
 } // namespace Vrnt

@@ -50,6 +50,13 @@ constexpr ResultRow g_aResult[] = {
     {SrvFrwk::Result::g_ulNoMemory, "out of memory"},
 };
 
+std::string OneLine(std::string _sText)
+{
+    std::replace_if(
+        _sText.begin(), _sText.end(), [](unsigned char _c) { return _c < ' '; }, ' ');
+    return _sText;
+}
+
 } // namespace
 
 OutputCapture::OutputCapture()
@@ -180,9 +187,13 @@ void PrintTable(const Tool& _rTool, const Table& _rTable)
     Write(_rTool.stOptions.bPlain ? _rTable.ToPlainText() : _rTable.ToText({OutputWidth(), _rTool.stOptions.bWide}));
 }
 
-void WriteJson(std::uint32_t _ulResult, const Json& _rjsData)
+void WriteJson(std::uint32_t _ulResult, const Json& _rjsData, const std::vector<std::string>& _rvecWhy)
 {
-    Write(Json{{"result", Hexadecimal(_ulResult)}, {"data", _rjsData}}.ToText() + "\n");
+    Json jsAnswer{{"result", Hexadecimal(_ulResult)}, {"data", _rjsData}};
+    if (!_rvecWhy.empty()) {
+        jsAnswer.Set("why", _rvecWhy);
+    }
+    Write(jsAnswer.ToText() + "\n");
 }
 
 void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
@@ -190,13 +201,21 @@ void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, co
 {
     const bool bFailure = SrvFrwk::Result::IsFailure(_ulResult);
     _rTool.iExitStatus = bFailure ? ExitFailure : ExitSuccess;
+    std::vector<std::string> vecWhy;
+    if (bFailure) {
+        vecWhy = !_rsWhy.empty()         ? std::vector{_rsWhy}
+                 : _rTool.vecWhy.empty() ? std::vector{ResultText(_ulResult)}
+                                         : _rTool.vecWhy;
+    }
     if (_rTool.stOptions.bJson) {
-        WriteJson(_ulResult, _rjsData);
+        WriteJson(_ulResult, _rjsData, vecWhy);
     } else if (!bFailure || !_rTable.IsEmpty()) {
         PrintTable(_rTool, _rTable);
     }
     if (bFailure) {
-        WriteError("vrnt: " + (_rsWhy.empty() ? ResultText(_ulResult) : _rsWhy) + "\n");
+        const bool bOfCall = _rsWhy.empty() && !_rTool.vecWhy.empty();
+        WriteError("vrnt: " + (bOfCall ? Hexadecimal(_ulResult) + ": " : std::string()) + OneLine(vecWhy.front()) +
+                   "\n");
     }
 }
 

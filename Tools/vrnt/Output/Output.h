@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /** What the tool prints. Text is UTF-8 in a file or pipe, and Unicode on a console, whatever its code page. */
 namespace Vrnt {
@@ -66,12 +67,12 @@ void PrintText(const Tool& _rTool, std::string_view _svUtf8);
 /** Prints a table as the options ask: fit to the terminal, whole, or plain. */
 void PrintTable(const Tool& _rTool, const Table& _rTable);
 
-/** Prints a command's one JSON object. */
-void WriteJson(std::uint32_t _ulResult, const Json& _rjsData);
+/** Prints a command's one JSON object, with the reasons of a failure. */
+void WriteJson(std::uint32_t _ulResult, const Json& _rjsData, const std::vector<std::string>& _rvecWhy = {});
 
 /**
  * Prints what a command was answered, as JSON or as a table, explains a failure on stderr, and sets the exit status.
- * @param _rsWhy  the explanation; empty: the result code in words
+ * @param _rsWhy  the explanation; empty: the reasons of the last call, or the result code in words without any
  */
 void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
                  const std::string& _rsWhy = {});
