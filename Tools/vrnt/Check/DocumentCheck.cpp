@@ -7,6 +7,7 @@
 #include "Check/Nearest.h"
 #include "Output/InputFile.h"
 #include "ValueTypeTable.h"
+#include "ZkComn_AesEngine.h"
 #include "ZkComn_Exception.h"
 #include "ZkComn_String.h"
 #include "ZkComn_XmlParser.h"
