@@ -12,7 +12,7 @@ clean() {
 }
 wine_ready
 clean
-mkdir -p "$work"
+mkdir -p "$work" "$drive/Logs"
 before=$(registered_product)
 trap '{ register_product "$before"; scripts/wine build/release/bin/vrnt.exe trace off; } >"$work/log"; clean' EXIT
 cmake --install build/release --prefix "$work/tree" >"$work/log"
