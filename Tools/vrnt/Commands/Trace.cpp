@@ -66,7 +66,7 @@ constexpr const Argument* g_apOnArgument[] = {&g_stLevel, &g_stFolder};
 /** @throws UsageError when there is no such folder: a slip of the pen would lose all lines */
 std::wstring ExistingFolder(const Arguments& _rArguments)
 {
-    const std::wstring tszFolder = _rArguments.Path(g_stFolder);
+    std::wstring tszFolder = _rArguments.Path(g_stFolder);
     const DWORD ulAttributes = ::GetFileAttributesW(tszFolder.c_str());
     if (ulAttributes == INVALID_FILE_ATTRIBUTES || (ulAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
         throw UsageError("--folder: there is no folder " + Quoted(_rArguments.Text(g_stFolder)));

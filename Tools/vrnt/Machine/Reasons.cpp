@@ -113,7 +113,7 @@ std::string DocumentOfCall(const std::vector<std::wstring>& _rvecMessage)
     constexpr std::wstring_view svMark = L"VT[";
     for (const std::wstring& rtszMessage : _rvecMessage) {
         if (const std::size_t uAt = rtszMessage.find(svMark); uAt != std::wstring::npos) {
-            const std::string sFile =
+            std::string sFile =
                 DocumentNameOf(ZkCommon::String::ToNumber(rtszMessage.substr(uAt + svMark.size())), true);
             if (!sFile.empty()) {
                 return sFile;
