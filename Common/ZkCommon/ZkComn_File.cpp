@@ -64,27 +64,6 @@ std::uint32_t SizeOf(HANDLE _hFile, std::uint64_t& _rulSize) noexcept
     return _rulSize > g_ulMaxSize ? ERROR_FILE_TOO_LARGE : ERROR_SUCCESS;
 }
 
-/** Reads from the file's beginning to its end. */
-ReadResult ReadOpen(HANDLE _hFile, ByteArray& _rstContent) noexcept
-{
-    std::uint64_t ulSize = 0;
-    if (const std::uint32_t ulError = SizeOf(_hFile, ulSize); ulError != ERROR_SUCCESS) {
-        return {ReadStep::Size, ulError};
-    }
-    if (!_rstContent.Allocate(static_cast<std::size_t>(ulSize))) {
-        return {ReadStep::Memory, ERROR_NOT_ENOUGH_MEMORY};
-    }
-    DWORD ulRead = 0;
-    if (!::SetFilePointerEx(_hFile, {}, nullptr, FILE_BEGIN) ||
-        !::ReadFile(_hFile, _rstContent.Data(), static_cast<DWORD>(ulSize), &ulRead, nullptr)) {
-        return {ReadStep::Read, ::GetLastError()};
-    }
-    if (ulRead != ulSize) {
-        return {ReadStep::Read, ERROR_HANDLE_EOF};
-    }
-    return {};
-}
-
 /** The open file then holds just these bytes. */
 std::uint32_t WriteOpen(HANDLE _hFile, std::span<const std::uint8_t> _spanBytes) noexcept
 {
@@ -224,6 +203,26 @@ bool Exists(const std::wstring& _tszPath) noexcept
 std::uint32_t Delete(const std::wstring& _tszPath) noexcept
 {
     return LastErrorUnless(::DeleteFileW(_tszPath.c_str()));
+}
+
+ReadResult ReadOpen(HANDLE _hFile, ByteArray& _rstContent) noexcept
+{
+    std::uint64_t ulSize = 0;
+    if (const std::uint32_t ulError = SizeOf(_hFile, ulSize); ulError != ERROR_SUCCESS) {
+        return {ReadStep::Size, ulError};
+    }
+    if (!_rstContent.Allocate(static_cast<std::size_t>(ulSize))) {
+        return {ReadStep::Memory, ERROR_NOT_ENOUGH_MEMORY};
+    }
+    DWORD ulRead = 0;
+    if (!::SetFilePointerEx(_hFile, {}, nullptr, FILE_BEGIN) ||
+        !::ReadFile(_hFile, _rstContent.Data(), static_cast<DWORD>(ulSize), &ulRead, nullptr)) {
+        return {ReadStep::Read, ::GetLastError()};
+    }
+    if (ulRead != ulSize) {
+        return {ReadStep::Read, ERROR_HANDLE_EOF};
+    }
+    return {};
 }
 
 ReadResult Read(const std::wstring& _tszPath, ByteArray& _rstContent, DWORD _ulShare) noexcept

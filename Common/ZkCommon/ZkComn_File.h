@@ -64,6 +64,9 @@ struct ReadResult
  */
 ReadResult Read(const std::wstring& _tszPath, ByteArray& _rstContent, DWORD _ulShare = FILE_SHARE_READ) noexcept;
 
+/** As Read, of a file that its owner has open. */
+ReadResult ReadOpen(HANDLE _hFile, ByteArray& _rstContent) noexcept;
+
 /** The folder that the system names for temporary files, with a backslash at its end; empty when it names none. */
 std::wstring SystemTempFolder();
 

@@ -151,8 +151,8 @@ std::uint32_t ReadLocalUpdate(Worker& _rWorker, const LocalUpdateFile& _rFile, c
 {
     return AtBoundary(g_stReadingTexts, [&] {
         try {
-            const std::string sText = _rFile.Read();
-            _rWorker.cParser.LoadText(sText);
+            const ByteArray stText = _rFile.Read();
+            _rWorker.cParser.LoadText({reinterpret_cast<const char*>(stText.Data()), stText.Size()});
             const std::uint32_t ulResult = ReadItems(_rWorker, _rstConfig, _rbStay);
             _rWorker.cParser.Close();
             return ulResult;

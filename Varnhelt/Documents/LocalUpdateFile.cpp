@@ -3,8 +3,7 @@
 #include "ZkComn_Exception.h"
 #include "ZkComn_File.h"
 
-#include <algorithm>
-#include <limits>
+#include <new>
 
 namespace Varnhelt {
 
@@ -30,32 +29,20 @@ LocalUpdateFile::LocalUpdateFile(const std::wstring& _rtszPath)
     }
 }
 
-std::string LocalUpdateFile::Read() const
+ByteArray LocalUpdateFile::Read() const
 {
-    LARGE_INTEGER stSize{};
-    std::uint32_t ulError = m_ulReadError;
-    if (ulError == ERROR_SUCCESS && !::GetFileSizeEx(m_hFile.Get(), &stSize)) {
-        ulError = ::GetLastError();
+    namespace File = Storage::File;
+    ByteArray stContent;
+    const File::ReadResult stResult = m_ulReadError == ERROR_SUCCESS
+                                          ? File::ReadOpen(m_hFile.Get(), stContent)
+                                          : File::ReadResult{File::ReadStep::Open, m_ulReadError};
+    if (stResult.enFailed == File::ReadStep::Memory) {
+        throw std::bad_alloc();
     }
-    if (ulError == ERROR_SUCCESS && stSize.QuadPart > std::numeric_limits<std::uint32_t>::max()) {
-        ulError = ERROR_FILE_TOO_LARGE;
+    if (stResult.enFailed != File::ReadStep::None) {
+        throw new Storage::XmlException(stResult.ulError);
     }
-    std::string sText(ulError == ERROR_SUCCESS ? static_cast<std::size_t>(stSize.QuadPart) : 0, '\0');
-    std::size_t uRead = 0;
-    while (ulError == ERROR_SUCCESS && uRead < sText.size()) {
-        const auto ulWanted = static_cast<DWORD>(std::min<std::size_t>(sText.size() - uRead, 1U << 30));
-        DWORD ulRead = 0;
-        if (!::ReadFile(m_hFile.Get(), sText.data() + uRead, ulWanted, &ulRead, nullptr)) {
-            ulError = ::GetLastError();
-        } else if (ulRead == 0) {
-            ulError = ERROR_HANDLE_EOF; // it became shorter
-        }
-        uRead += ulRead;
-    }
-    if (ulError != ERROR_SUCCESS) {
-        throw new Storage::XmlException(ulError);
-    }
-    return sText;
+    return stContent;
 }
 
 std::uint32_t LocalUpdateFile::Delete()

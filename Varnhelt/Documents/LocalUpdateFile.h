@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ZkComn_ByteArray.h"
 #include "ZkComn_Owner.h"
 
 #include <cstdint>
@@ -16,8 +17,8 @@ class LocalUpdateFile
 public:
     explicit LocalUpdateFile(const std::wstring& _rtszPath);
 
-    /** @throws XmlException* with the system's error, ERROR_FILE_TOO_LARGE for 4 GB and more */
-    std::string Read() const;
+    /** @throws XmlException* with the system's error, ERROR_FILE_TOO_LARGE above File::g_ulMaxSize; std::bad_alloc */
+    ZkCommon::ByteArray Read() const;
 
     /**
      * Deletes the file; it is gone when the last who has it open closes it.

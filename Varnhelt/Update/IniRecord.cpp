@@ -18,12 +18,6 @@ namespace {
     throw new Storage::Exception(_ulError, __FILE__, _ulLine);
 }
 
-/** The folder of a full path, with its backslash. */
-std::wstring FolderOf(const std::wstring& _rtszFullPath)
-{
-    return _rtszFullPath.substr(0, _rtszFullPath.rfind(L'\\') + 1);
-}
-
 /** A text that is the same for all names of a file or folder; empty when there is no such file. */
 std::wstring SystemIdentityOf(const std::wstring& _rtszFullPath)
 {
@@ -53,8 +47,9 @@ void CheckWritable(const std::wstring& _rtszFullPath)
         }
         return;
     }
-    const FileHandle hFolder(::CreateFileW(FolderOf(_rtszFullPath).c_str(), FILE_ADD_FILE, Storage::File::g_ulShareAll,
-                                           nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    const FileHandle hFolder(::CreateFileW(Storage::File::FolderOf(_rtszFullPath).c_str(), FILE_ADD_FILE,
+                                           Storage::File::g_ulShareAll, nullptr, OPEN_EXISTING,
+                                           FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!hFolder) {
         Fail(::GetLastError());
     }
@@ -108,7 +103,7 @@ const std::wstring& IniRecord::IdentityOf(const std::wstring& _rtszPath)
         const std::wstring tszFullPath = FullIniPath(_rtszPath);
         m_tszLastIdentity = SystemIdentityOf(tszFullPath);
         if (m_tszLastIdentity.empty()) {
-            const std::wstring tszFolder = FolderOf(tszFullPath);
+            const std::wstring tszFolder = Storage::File::FolderOf(tszFullPath);
             std::wstring tszName = tszFullPath.substr(tszFolder.size());
             ::CharUpperBuffW(tszName.data(), static_cast<DWORD>(tszName.size()));
             m_tszLastIdentity = SystemIdentityOf(tszFolder) + L"\\" + tszName;
