@@ -39,6 +39,19 @@ bool Wrapper::BindAll(const Binding* _pFirst, std::size_t _uCount, bool _bBind, 
     return bAll;
 }
 
+std::wstring ModulePath(HMODULE _hModule)
+{
+    std::wstring tszPath(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD ulLength = ::GetModuleFileNameW(_hModule, tszPath.data(), static_cast<DWORD>(tszPath.size()));
+        if (ulLength < tszPath.size()) {
+            tszPath.resize(ulLength);
+            return tszPath;
+        }
+        tszPath.resize(tszPath.size() * 2);
+    }
+}
+
 std::wstring PathOf(const std::wstring& _tszFolder, const wchar_t* _pszFile)
 {
     return String::WithBackslash(_tszFolder) + _pszFile;

@@ -59,6 +59,9 @@ TFunction* FunctionAt(FARPROC _pEntry) noexcept
     return reinterpret_cast<TFunction*>(reinterpret_cast<void*>(_pEntry));
 }
 
+/** The path of a module, of the program for null; empty, with the last error set, on failure. */
+std::wstring ModulePath(HMODULE _hModule);
+
 /** _tszFolder, a backslash when it is not empty and has none at its end, and _pszFile. */
 std::wstring PathOf(const std::wstring& _tszFolder, const wchar_t* _pszFile);
 

@@ -112,17 +112,11 @@ std::wstring ModuleFolder()
                               reinterpret_cast<const wchar_t*>(&ModuleFolder), &hModule)) {
         throw new XmlException(::GetLastError());
     }
-    std::wstring tszPath(MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD ulLength = ::GetModuleFileNameW(hModule, tszPath.data(), static_cast<DWORD>(tszPath.size()));
-        if (ulLength == 0) {
-            throw new XmlException(::GetLastError());
-        }
-        if (ulLength < tszPath.size()) {
-            return tszPath.substr(0, tszPath.find_last_of(L'\\', ulLength));
-        }
-        tszPath.resize(tszPath.size() * 2);
+    const std::wstring tszPath = Library::ModulePath(hModule);
+    if (tszPath.empty()) {
+        throw new XmlException(::GetLastError());
     }
+    return tszPath.substr(0, tszPath.find_last_of(L'\\'));
 }
 
 /** Refuses the reference to an external entity: nothing but the document itself is ever read. */

@@ -1,5 +1,6 @@
 #include "LogFile.h"
 
+#include "ZkComn_File.h"
 #include "ZkComn_Library.h"
 
 #include <algorithm>
@@ -42,15 +43,7 @@ std::uint32_t DayOfLine(std::string_view _svLine) noexcept
 
 std::wstring ProgramFolder()
 {
-    std::wstring tszPath(MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD ulLength = ::GetModuleFileNameW(nullptr, tszPath.data(), static_cast<DWORD>(tszPath.size()));
-        if (ulLength < tszPath.size()) {
-            tszPath.resize(ulLength);
-            return tszPath.substr(0, tszPath.find_last_of(L'\\') + 1);
-        }
-        tszPath.resize(tszPath.size() * 2);
-    }
+    return Storage::File::FolderOf(Library::ModulePath(nullptr));
 }
 
 /** Creates the folders above a file, outermost first; what is there already is no failure. */

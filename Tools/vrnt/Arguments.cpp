@@ -1,9 +1,9 @@
 #include "Arguments.h"
 
+#include "ZkComn_Library.h"
 #include "ZkComn_String.h"
 
 #include <optional>
-#include <windows.h>
 
 namespace Vrnt {
 
@@ -35,15 +35,7 @@ std::uint32_t ToNumber(const char* _szOption, const std::string& _rsUtf8)
 
 std::filesystem::path ToolFolder()
 {
-    std::wstring tszPath(MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD ulLength = ::GetModuleFileNameW(nullptr, tszPath.data(), static_cast<DWORD>(tszPath.size()));
-        if (ulLength < tszPath.size()) {
-            tszPath.resize(ulLength);
-            return std::filesystem::path(tszPath).parent_path();
-        }
-        tszPath.resize(tszPath.size() * 2);
-    }
+    return std::filesystem::path(ZkCommon::Library::ModulePath(nullptr)).parent_path();
 }
 
 } // namespace Vrnt
