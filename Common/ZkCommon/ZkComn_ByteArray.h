@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <span>
@@ -43,6 +44,16 @@ public:
         }
         m_uSize = _uSize;
         return true;
+    }
+
+    /** Becomes a copy of the bytes. @return false, and empty, when memory runs out */
+    [[nodiscard]] bool Assign(std::span<const std::byte> _spanBytes) noexcept
+    {
+        const bool bDone = Allocate(_spanBytes.size());
+        if (bDone && !_spanBytes.empty()) {
+            std::memcpy(m_pBytes.get(), _spanBytes.data(), _spanBytes.size());
+        }
+        return bDone;
     }
 
     std::uint8_t* Data() noexcept { return m_pBytes.get(); }

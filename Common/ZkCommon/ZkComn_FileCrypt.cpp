@@ -15,7 +15,12 @@ Conversion::Conversion(Direction _enDirection) noexcept
 bool Conversion::Run(const std::wstring& _tszSource, DWORD _ulShare, KeySpan _spanKey) noexcept
 {
     ByteArray stInput;
-    if (!ReadSource(_tszSource, _ulShare, stInput) || !Convert(std::move(stInput), _spanKey)) {
+    return ReadSource(_tszSource, _ulShare, stInput) && Run(std::move(stInput), _spanKey);
+}
+
+bool Conversion::Run(ByteArray _stInput, KeySpan _spanKey) noexcept
+{
+    if (!Convert(std::move(_stInput), _spanKey)) {
         return false;
     }
     if (m_enDirection == Direction::Decrypt) {

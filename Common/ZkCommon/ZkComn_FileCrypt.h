@@ -48,6 +48,8 @@ public:
 
     /** Reads and converts a file. _ulShare is what others may do to it meanwhile. @return false after logging why */
     bool Run(const std::wstring& _tszSource, DWORD _ulShare, KeySpan _spanKey) noexcept;
+    /** Converts what is in memory. @return false after logging why */
+    bool Run(ByteArray _stInput, KeySpan _spanKey) noexcept;
 
     /** The result, which ends with this object. */
     std::span<const std::uint8_t> Output() const noexcept { return m_stOutput.Bytes().first(m_uLength); }

@@ -164,6 +164,21 @@ std::wstring FromUtf8(std::string_view _svText)
     return ToWide(CP_UTF8, _svText);
 }
 
+std::string FileTextToUtf8(std::string_view _svBytes)
+{
+    const bool bLittle = _svBytes.starts_with("\xFF\xFE");
+    if (!bLittle && !_svBytes.starts_with("\xFE\xFF")) {
+        return std::string(_svBytes);
+    }
+    std::wstring tszText;
+    for (std::size_t i = 2; i + 1 < _svBytes.size(); i += 2) {
+        const auto ucFirst = static_cast<unsigned char>(_svBytes[i]);
+        const auto ucSecond = static_cast<unsigned char>(_svBytes[i + 1]);
+        tszText += static_cast<wchar_t>(bLittle ? ucFirst | ucSecond << 8 : ucFirst << 8 | ucSecond);
+    }
+    return ToUtf8(tszText);
+}
+
 std::string ToAnsi(std::wstring_view _svText)
 {
     return ToNarrow(CP_ACP, _svText);

@@ -33,6 +33,8 @@ inline constexpr std::uint32_t g_ulFormatStep = 256;
 
 std::string ToUtf8(std::wstring_view _svText);
 std::wstring FromUtf8(std::string_view _svText);
+/** The bytes of a text file as UTF-8: those that begin with a mark of UTF-16, of either order, converted; others as they are. */
+std::string FileTextToUtf8(std::string_view _svBytes);
 /** In the ANSI code page; characters that it does not have become its replacement character. */
 std::string ToAnsi(std::wstring_view _svText);
 std::wstring FromAnsi(std::string_view _svText);

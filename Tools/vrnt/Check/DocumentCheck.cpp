@@ -347,12 +347,9 @@ bool IsStored(const Varnhelt::Document& _rstDocument)
 /** What a store does not write back. */
 void AddNotStored(std::string_view _svPlain, std::vector<Finding>& _rvecFinding)
 {
-    const std::string sText = ToUtf8Document(_svPlain);
+    const std::string sText = ZkCommon::String::FileTextToUtf8(_svPlain);
     MarkupScan cScan(sText);
     while (const auto stMarkup = cScan.Next()) {
-        if (stMarkup->enKind == MarkupScan::Kind::Start) {
-            continue;
-        }
         const std::string_view svBefore = std::string_view(sText).substr(0, stMarkup->uOffset);
         const auto uLine = static_cast<std::size_t>(std::ranges::count(svBefore, '\n')) + 1;
         const std::size_t uColumn = svBefore.size() - (svBefore.rfind('\n') + 1) + 1; // npos + 1 is 0

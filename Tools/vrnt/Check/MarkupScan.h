@@ -7,22 +7,21 @@
 namespace Vrnt {
 
 /**
- * The markup of a document that may not be well-formed, piece by piece: start tags, processing instructions and document
- * type declarations. Comments and CDATA sections are passed over.
+ * The processing instructions and document type declarations of a document that may not be well-formed, piece by piece.
+ * Tags, comments and CDATA sections are passed over.
  */
 class MarkupScan
 {
 public:
     enum class Kind
     {
-        Start,
         Instruction, // the XML declaration is not one
         Doctype,
     };
     struct Markup
     {
         Kind enKind;
-        std::string_view svName; // of an element or an instruction
+        std::string_view svName; // of an instruction
         std::size_t uOffset;
     };
 

@@ -65,33 +65,19 @@ std::string KeyOf(const Arguments& _rArguments)
     return rsKey;
 }
 
-/** Whether a plain file is a document of this kind. */
-bool IsDocument(const Varnhelt::Document& _rstDocument, const std::wstring& _rtszPath)
+/** Whether what _fnLoad loads into a parser is a document of this kind. */
+template <class TLoad>
+bool IsDocument(const Varnhelt::Document& _rstDocument, const TLoad& _fnLoad)
 {
     try {
         ZkCommon::Storage::XmlParser cParser;
-        cParser.Load(_rtszPath);
+        _fnLoad(cParser);
         ZkCommon::Storage::XmlElement cRoot;
         return cParser.Select(_rstDocument.pszRoot, cRoot);
     } catch (ZkCommon::Exception::Base* pError) {
         const ZkCommon::Exception::Caught pCaught(pError);
         return false;
     }
-}
-
-/** A private file that holds the bytes as long as this object. @throws UsageError when it cannot be made */
-void Fill(File::TempFile& _rFile, std::span<const std::uint8_t> _spanBytes)
-{
-    std::uint32_t ulError = _rFile.Create(File::SystemTempFolder());
-    ulError = ulError == ERROR_SUCCESS ? _rFile.Write(_spanBytes) : ulError;
-    if (ulError != ERROR_SUCCESS) {
-        throw UsageError("cannot write a temporary file: " + SystemErrorText(ulError));
-    }
-}
-
-std::span<const std::uint8_t> BytesOf(const std::string& _rsText)
-{
-    return {reinterpret_cast<const std::uint8_t*>(_rsText.data()), _rsText.size()};
 }
 
 /** One conversion of the command line. */
@@ -108,15 +94,16 @@ public:
         if (_rArguments.Has(g_stDocument)) {
             m_pDocument = Varnhelt::FindDocument(ToWide(_rArguments.Text(g_stDocument)));
         }
-        if (m_sIn == g_szStream) {
-            Fill(m_cInput, BytesOf(ReadInputFile(m_sIn)));
+        if (FromStream()) {
+            m_sInput = ReadInputFile(m_sIn);
+        } else {
+            m_tszIn = ToFullPath(m_sIn);
         }
-        m_tszIn = m_sIn == g_szStream ? m_cInput.Path() : ToFullPath(m_sIn);
         m_tszOut = m_sOut == g_szStream ? std::wstring() : ToFullPath(m_sOut);
         if (std::error_code cIgnored; std::filesystem::equivalent(m_tszIn, m_tszOut, cIgnored)) {
             throw UsageError("IN and OUT are the same file");
         }
-        m_ullSize = m_sIn == g_szStream ? std::filesystem::file_size(m_tszIn) : ReadableSize(m_sIn);
+        m_ullSize = FromStream() ? m_sInput.size() : ReadableSize(m_sIn);
     }
 
     /** Converts and writes. @return why not; empty on success */
@@ -130,13 +117,15 @@ public:
             return sIn + " has " + Count(m_ullSize, "byte") +
                    ", which is not a multiple of 16: it is cut off, or it is not encrypted";
         }
-        if (m_bEncrypts && m_pDocument != nullptr && !IsDocument(*m_pDocument, m_tszIn)) {
+        const auto LoadInput = [&](ZkCommon::Storage::XmlParser& _rParser) {
+            FromStream() ? _rParser.LoadText(m_sInput) : _rParser.Load(m_tszIn);
+        };
+        if (m_bEncrypts && m_pDocument != nullptr && !IsDocument(*m_pDocument, LoadInput)) {
             return sIn + " is not a " + Name() + " document; --key converts anything";
         }
-        const auto* pKey = reinterpret_cast<const std::uint8_t*>(m_sKey.data());
         ProgressLine cProgress((m_bEncrypts ? "Encrypting " : "Decrypting ") + m_sIn, m_ullSize);
         cProgress.Tell(0);
-        if (!m_cConversion.Run(m_tszIn, FILE_SHARE_READ, File::KeySpan(pKey, File::g_uKeySize))) {
+        if (!RunConversion()) {
             return "cannot convert " + sIn;
         }
         cProgress.Tell(0.5); // the rest is the disk's
@@ -144,20 +133,28 @@ public:
     }
 
 private:
+    bool FromStream() const { return m_sIn == g_szStream; }
     std::string Name() const { return ZkCommon::String::ToUtf8(m_pDocument->svName); }
+
+    bool RunConversion()
+    {
+        const File::KeySpan spanKey(reinterpret_cast<const std::uint8_t*>(m_sKey.data()), File::g_uKeySize);
+        if (!FromStream()) {
+            return m_cConversion.Run(m_tszIn, FILE_SHARE_READ, spanKey);
+        }
+        ZkCommon::ByteArray stInput;
+        return stInput.Assign(std::as_bytes(std::span(m_sInput))) && m_cConversion.Run(std::move(stInput), spanKey);
+    }
 
     std::string WriteOutput()
     {
         const std::span<const std::uint8_t> spanOutput = m_cConversion.Output();
-        if (!m_bEncrypts && m_pDocument != nullptr) {
-            File::TempFile cPlain;
-            Fill(cPlain, spanOutput);
-            if (!IsDocument(*m_pDocument, cPlain.Path())) {
-                return "the key of " + Name() + " does not open " + Quoted(m_sIn) + ": what it gives is not a " +
-                       Name() + " document; --key converts anything";
-            }
-        }
         const std::string_view svOutput(reinterpret_cast<const char*>(spanOutput.data()), spanOutput.size());
+        const auto LoadOutput = [&](ZkCommon::Storage::XmlParser& _rParser) { _rParser.LoadText(svOutput); };
+        if (!m_bEncrypts && m_pDocument != nullptr && !IsDocument(*m_pDocument, LoadOutput)) {
+            return "the key of " + Name() + " does not open " + Quoted(m_sIn) + ": what it gives is not a " + Name() +
+                   " document; --key converts anything";
+        }
         if (m_tszOut.empty()) {
             Write(svOutput);
             return {};
@@ -171,9 +168,9 @@ private:
     std::string m_sIn;
     std::string m_sOut;
     const Varnhelt::Document* m_pDocument = nullptr; // null: any content
-    File::TempFile m_cInput;                         // what came from standard input
-    std::wstring m_tszIn;
-    std::wstring m_tszOut; // empty: standard output
+    std::string m_sInput;                            // what came from standard input
+    std::wstring m_tszIn;                            // empty: standard input
+    std::wstring m_tszOut;                           // empty: standard output
     std::uint64_t m_ullSize = 0;
     File::Conversion m_cConversion;
 };

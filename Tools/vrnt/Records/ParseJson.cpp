@@ -86,27 +86,11 @@ private:
     std::vector<Level> m_vecOpen;
 };
 
-/** What the shells of Windows write into files is UTF-16, with a mark. */
-std::string ToUtf8(std::string_view _svText)
-{
-    const bool bLittle = _svText.starts_with("\xFF\xFE");
-    if (!bLittle && !_svText.starts_with("\xFE\xFF")) {
-        return std::string(_svText);
-    }
-    std::wstring tszText;
-    for (std::size_t i = 2; i + 1 < _svText.size(); i += 2) {
-        const auto ucFirst = static_cast<unsigned char>(_svText[i]);
-        const auto ucSecond = static_cast<unsigned char>(_svText[i + 1]);
-        tszText += static_cast<wchar_t>(bLittle ? ucFirst | ucSecond << 8 : ucFirst << 8 | ucSecond);
-    }
-    return ZkCommon::String::ToUtf8(tszText);
-}
-
 } // namespace
 
 Json ParseJson(std::string_view _svText)
 {
-    const std::string sUtf8 = ToUtf8(_svText);
+    const std::string sUtf8 = ZkCommon::String::FileTextToUtf8(_svText); // what Windows' shells write is UTF-16
     Builder cBuilder(sUtf8);
     nlohmann::json::sax_parse(sUtf8, &cBuilder);
     return cBuilder.Take();
