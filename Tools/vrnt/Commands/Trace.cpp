@@ -6,6 +6,7 @@
 #include "Output/Output.h"
 #include "SrvFrwk_ResultCode.h"
 #include "ZkComn_Exception.h"
+#include "ZkComn_File.h"
 #include "ZkComn_Registry.h"
 #include "ZkComn_String.h"
 
@@ -67,8 +68,7 @@ constexpr const Argument* g_apOnArgument[] = {&g_stLevel, &g_stFolder};
 std::wstring ExistingFolder(const Arguments& _rArguments)
 {
     std::wstring tszFolder = _rArguments.Path(g_stFolder);
-    const DWORD ulAttributes = ::GetFileAttributesW(tszFolder.c_str());
-    if (ulAttributes == INVALID_FILE_ATTRIBUTES || (ulAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+    if (!ZkCommon::Storage::File::IsFolder(tszFolder)) {
         throw UsageError("--folder: there is no folder " + Quoted(_rArguments.Text(g_stFolder)));
     }
     return tszFolder;
