@@ -353,6 +353,7 @@ void XmlParser::Load()
 
 bool XmlParser::Select(std::wstring_view _svPath, XmlElement& _rElement, const XmlChoice* _pChoice)
 {
+    _rElement = {}; // nobody goes on with an element of a document that is closed
     if (_svPath.starts_with(L'/')) {
         _svPath.remove_prefix(1);
     }
@@ -362,17 +363,15 @@ bool XmlParser::Select(std::wstring_view _svPath, XmlElement& _rElement, const X
     if (m_pTree == nullptr) {
         throw new XmlException(ZkCommon::Exception::g_ulNoSystemError);
     }
-    XmlElement found;
     if ((m_ulOptions & KeepWhole) != 0) {
-        found = Document().Child(_svPath);
+        _rElement = Document().Child(_svPath);
     } else {
-        found = XmlElement(m_pTree.get(), Build(_svPath, _pChoice)).FirstChild();
+        _rElement = XmlElement(m_pTree.get(), Build(_svPath, _pChoice)).FirstChild();
     }
-    if (!found) {
+    if (!_rElement) {
         Trace(TraceNotice, L"*** XmlParser::Select() - [/%s] was not found in [%s].", std::wstring(_svPath), m_tszFile);
         return false;
     }
-    _rElement = found;
     return true;
 }
 

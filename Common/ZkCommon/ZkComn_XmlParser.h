@@ -80,7 +80,7 @@ public:
      * document is parsed, each time; what was selected before stays valid.
      * @param _pChoice  of the element's children, the first that it wants is kept and no other, nor any text: looking
      *                  one up in a table costs hardly more than checking the document. Not with KeepWhole: code 160
-     * @return whether it was found; _rElement stays as it was when not, and a notice says so
+     * @return whether it was found; _rElement is empty when not, as after a failure, and a notice says so
      */
     bool Select(std::wstring_view _svPath, XmlElement& _rElement, const XmlChoice* _pChoice = nullptr);
 

@@ -132,7 +132,9 @@ TEST(XmlParser, SelectsAgainKeepsWhatItSelectedAndNoticesAPathThatMatchesNothing
         parser.Load(folder.File(L"a.xml"), ulOptions);
         XmlElement b;
         XmlElement c;
-        EXPECT_TRUE(parser.Select(L"/A/B", b) && parser.Select(L"/A/C", c) && !parser.Select(L"/A/D", c));
+        EXPECT_TRUE(parser.Select(L"/A/B", b) && parser.Select(L"/A/C", c));
+        XmlElement none = b;
+        EXPECT_FALSE(parser.Select(L"/A/D", none) || none);
         EXPECT_EQ(Short(b) + Short(c), "B(1\n)C[x=1]");
         EXPECT_EQ(static_cast<bool>(b.Parent()), ulOptions == XmlParser::KeepWhole);
         const bool bLines = ulOptions == XmlParser::KeepLines;
@@ -142,6 +144,7 @@ TEST(XmlParser, SelectsAgainKeepsWhatItSelectedAndNoticesAPathThatMatchesNothing
         EXPECT_EQ(CodeOf([&] { parser.Select(L"/", b); }), 160U);
         parser.Close();
         EXPECT_EQ(CodeOf([&] { parser.Select(L"/A", b); }), 6U);
+        EXPECT_FALSE(b);
     }
 }
 
