@@ -1,7 +1,7 @@
 #include "Update/KeyRecord.h"
 
 #include "Documents/RegistryWords.h"
-#include "Update/UpdateKeyName.h"
+#include "Update/SystemKey.h"
 #include "ZkComn_Exception.h"
 
 #include <algorithm>

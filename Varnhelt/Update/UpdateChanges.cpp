@@ -1,6 +1,6 @@
 #include "Update/UpdateChanges.h"
 
-#include "Update/UpdateKeyName.h"
+#include "Update/SystemKey.h"
 #include "ZkComn_IniFile.h"
 #include "ZkComn_String.h"
 

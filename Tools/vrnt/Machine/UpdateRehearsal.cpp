@@ -6,7 +6,7 @@
 #include "SrvFrwk_ResultCode.h"
 #include "Update/LocalUpdateAgentKey.h"
 #include "Update/LocalUpdateManager.h"
-#include "Update/UpdateKeyName.h"
+#include "Update/SystemKey.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>

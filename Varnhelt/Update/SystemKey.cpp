@@ -1,4 +1,4 @@
-#include "Update/UpdateKeyName.h"
+#include "Update/SystemKey.h"
 
 #include "ZkComn_Exception.h"
 #include "ZkComn_Library.h"
