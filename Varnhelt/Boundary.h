@@ -47,10 +47,10 @@ std::uint32_t AtBoundary(const FailureTexts& _rstTexts, TBody&& _fnBody) noexcep
  */
 template <class TOutput, class TBody>
 std::uint32_t AtQueryBoundary(const FailureTexts& _rstTexts, void* _pOutput, const wchar_t* _pszOutput, TBody&& _fnBody,
-                              const char* _szFile = __builtin_FILE(), std::uint32_t _ulLine = __builtin_LINE()) noexcept
+                              ZkCommon::SourcePlace _stPlace = ZkCommon::SourcePlace::Here()) noexcept
 {
     return AtBoundary(_rstTexts, [&] {
-        const MethodTrace cTrace(_rstTexts.pszMethod, _szFile, _ulLine);
+        const MethodTrace cTrace(_rstTexts.pszMethod, _stPlace);
         if (!cTrace.Has(_pOutput, _pszOutput)) {
             return SrvFrwk::Result::g_ulMissingObject;
         }

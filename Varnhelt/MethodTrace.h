@@ -42,12 +42,10 @@ private:
                const TArgs&... _args) const noexcept
     {
         if (ZkCommon::TracePasses(_enLevel)) {
-            WriteAt(_rstText.szFile, _rstText.ulLine, _enLevel, _rstText.pszFormat,
-                    ZkCommon::TraceFormat::Pass(_args)...);
+            WriteAt(_rstText.stPlace, _enLevel, _rstText.pszFormat, ZkCommon::TraceFormat::Pass(_args)...);
         }
     }
-    void WriteAt(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _ulLevel, const wchar_t* _pszFormat,
-                 ...) const noexcept;
+    void WriteAt(ZkCommon::SourcePlace _stPlace, std::uint32_t _ulLevel, const wchar_t* _pszFormat, ...) const noexcept;
 
     const wchar_t* m_pszMethod;
 };
@@ -56,11 +54,11 @@ private:
 class MethodTrace : public MethodLines
 {
 public:
-    explicit MethodTrace(const wchar_t* _pszMethod, const char* _szFile = __builtin_FILE(),
-                         std::uint32_t _ulLine = __builtin_LINE()) noexcept;
+    explicit MethodTrace(const wchar_t* _pszMethod,
+                         ZkCommon::SourcePlace _stPlace = ZkCommon::SourcePlace::Here()) noexcept;
     /** With the request's value type and sub-type in the entry line. */
     MethodTrace(const wchar_t* _pszMethod, std::uint32_t _ulValueType, std::uint32_t _ulValueSubType,
-                const char* _szFile = __builtin_FILE(), std::uint32_t _ulLine = __builtin_LINE()) noexcept;
+                ZkCommon::SourcePlace _stPlace = ZkCommon::SourcePlace::Here()) noexcept;
     MethodTrace(const MethodTrace&) = delete;
     MethodTrace& operator=(const MethodTrace&) = delete;
 
@@ -94,8 +92,7 @@ private:
     void WriteInvalid(const wchar_t* _pszName) const noexcept;
     void WriteLeave(const wchar_t* _pszMethod) const noexcept;
 
-    const char* m_szFile;
-    std::uint32_t m_ulLine;
+    ZkCommon::SourcePlace m_stPlace;
 };
 
 } // namespace Varnhelt

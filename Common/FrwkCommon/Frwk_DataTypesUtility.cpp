@@ -204,7 +204,7 @@ std::uint32_t ToValue(const WordTable& _rstTable, std::wstring_view _svText) noe
     if (stDefaults.pszUnknownTextLine != nullptr && ZkCommon::TracePasses(ZkCommon::TraceError)) {
         // "%.*s" would change the line's format: the text gets its terminator in a copy, for a line that is written.
         try {
-            ZkCommon::TraceAt(__FILE__, __LINE__, ZkCommon::TraceError, stDefaults.pszUnknownTextLine,
+            ZkCommon::TraceAt(ZkCommon::SourcePlace::Here(), ZkCommon::TraceError, stDefaults.pszUnknownTextLine,
                               std::wstring(_svText).c_str());
         } catch (...) { // no memory for the copy: the line is dropped
         }
@@ -221,7 +221,8 @@ std::wstring_view ToText(const WordTable& _rstTable, std::uint32_t _ulValue) noe
     }
     const WordDefaults& stDefaults = _rstTable.stDefaults;
     if (stDefaults.pszUnknownValueLine != nullptr) {
-        ZkCommon::TraceAt(__FILE__, __LINE__, ZkCommon::TraceError, stDefaults.pszUnknownValueLine, _ulValue);
+        ZkCommon::TraceAt(ZkCommon::SourcePlace::Here(), ZkCommon::TraceError, stDefaults.pszUnknownValueLine,
+                          _ulValue);
     }
     return stDefaults.svUnknownValue;
 }

@@ -197,12 +197,11 @@ bool DebugLog::Write(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _
     return stState.GoesToFile(_ulLevel) ? m_Library.Trace(m_pTrace, stTime, tszLine.c_str()) : stState.IsOff();
 }
 
-bool TraceAt(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _ulLevel, const wchar_t* _pszFormat,
-             ...) noexcept
+bool TraceAt(SourcePlace _stPlace, std::uint32_t _ulLevel, const wchar_t* _pszFormat, ...) noexcept
 {
     std::va_list args;
     va_start(args, _pszFormat);
-    const bool bResult = g_cDebugLog.TraceV(_szFile, _ulLine, _ulLevel, _pszFormat, args);
+    const bool bResult = g_cDebugLog.TraceV(_stPlace.szFile, _stPlace.ulLine, _ulLevel, _pszFormat, args);
     va_end(args);
     return bResult;
 }

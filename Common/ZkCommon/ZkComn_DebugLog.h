@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ZkComn_Registry.h"
+#include "ZkComn_SourcePlace.h"
 #include "ZkComn_Synchronize.h"
 #include "ZkComn_ZkDbg.h"
 
@@ -187,9 +188,8 @@ struct TraceText
 {
     template <std::size_t N>
     // NOLINTNEXTLINE(google-explicit-constructor): a literal turns into this at every Trace call
-    consteval TraceText(const wchar_t (&_aFormat)[N], const char* _szFile = __builtin_FILE(),
-                        std::uint32_t _ulLine = __builtin_LINE())
-        : pszFormat(_aFormat), szFile(_szFile), ulLine(_ulLine)
+    consteval TraceText(const wchar_t (&_aFormat)[N], SourcePlace _stPlace = SourcePlace::Here())
+        : pszFormat(_aFormat), stPlace(_stPlace)
     {
         if (!TraceFormat::Fits<TArgs...>(_aFormat)) {
             TraceFormat::FormatDoesNotFitItsArguments();
@@ -197,8 +197,7 @@ struct TraceText
     }
 
     const wchar_t* pszFormat;
-    const char* szFile;
-    std::uint32_t ulLine;
+    SourcePlace stPlace;
 };
 
 /** Whether a line of that level would be written now: for callers who must work to make its text. */
@@ -212,8 +211,7 @@ inline bool TracePasses(std::uint32_t _ulLevel) noexcept
  * dropped.
  * @return true when the trace library took the line, or when tracing is initialised and off
  */
-bool TraceAt(const char* _szFile, std::uint32_t _ulLine, std::uint32_t _ulLevel, const wchar_t* _pszFormat,
-             ...) noexcept;
+bool TraceAt(SourcePlace _stPlace, std::uint32_t _ulLevel, const wchar_t* _pszFormat, ...) noexcept;
 
 namespace TraceFormat {
 
@@ -235,7 +233,7 @@ inline void Trace(TraceLevel _enLevel, std::type_identity_t<TraceText<TArgs...>>
                   const TArgs&... _args) noexcept
 {
     if (TracePasses(_enLevel)) {
-        TraceAt(_stText.szFile, _stText.ulLine, _enLevel, _stText.pszFormat, TraceFormat::Pass(_args)...);
+        TraceAt(_stText.stPlace, _enLevel, _stText.pszFormat, TraceFormat::Pass(_args)...);
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ZkComn_SourcePlace.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -17,25 +19,39 @@ inline constexpr std::uint32_t g_ulNoSystemError = 6;
 class Base
 {
 public:
-    /** _szFile and _ulLine name the throw site; leave them to their defaults. */
-    explicit Base(std::uint32_t _ulErrorCode, const char* _szFile = __builtin_FILE(),
-                  std::uint32_t _ulLine = __builtin_LINE()) noexcept
-        : m_ulErrorCode(_ulErrorCode), m_ulSourceLine(_ulLine), m_szSourceFile(_szFile)
+    /** _stPlace is the throw site; leave it to its default. */
+    explicit Base(std::uint32_t _ulErrorCode, SourcePlace _stPlace = SourcePlace::Here()) noexcept
+        : m_ulErrorCode(_ulErrorCode), m_stPlace(_stPlace)
     {}
     Base(const Base&) = delete;
     Base& operator=(const Base&) = delete;
     virtual ~Base() = default;
 
     std::uint32_t ErrorCode() const noexcept { return m_ulErrorCode; }
-    std::uint32_t SourceLine() const noexcept { return m_ulSourceLine; }
+    std::uint32_t SourceLine() const noexcept { return m_stPlace.ulLine; }
     /** Path of the throwing source file as the build knows it, relative to the project's root. */
-    const char* SourceFile() const noexcept { return m_szSourceFile; }
+    const char* SourceFile() const noexcept { return m_stPlace.szFile; }
 
 private:
     std::uint32_t m_ulErrorCode;
-    std::uint32_t m_ulSourceLine;
-    const char* m_szSourceFile;
+    SourcePlace m_stPlace;
 };
+
+/** Throws a TException for an error code; the place of the call is the throw site. */
+template <class TException>
+[[noreturn]] void Throw(std::uint32_t _ulError, SourcePlace _stPlace = SourcePlace::Here())
+{
+    throw new TException(_ulError, _stPlace);
+}
+
+/** As Throw, for the result of a system call that gives one; nothing for ERROR_SUCCESS. */
+template <class TException, class TError>
+void ThrowOn(TError _error, SourcePlace _stPlace = SourcePlace::Here())
+{
+    if (_error != 0) {
+        Throw<TException>(static_cast<std::uint32_t>(_error), _stPlace);
+    }
+}
 
 /** Owns a caught exception: catch (Base* _pError) { const Caught pCaught(_pError); ... } */
 using Caught = std::unique_ptr<const Base>;
@@ -79,9 +95,8 @@ public:
      * @param _sXmlFile        the document's path in the ANSI code page
      */
     explicit XmlException(std::uint32_t _ulErrorCode, std::uint32_t _ulXmlErrorCode = 0, std::uint32_t _ulXmlLine = 0,
-                          std::string _sXmlFile = {}, const char* _szFile = __builtin_FILE(),
-                          std::uint32_t _ulLine = __builtin_LINE()) noexcept
-        : Exception(_ulErrorCode, _szFile, _ulLine),
+                          std::string _sXmlFile = {}, SourcePlace _stPlace = SourcePlace::Here()) noexcept
+        : Exception(_ulErrorCode, _stPlace),
           m_ulXmlErrorCode(_ulXmlErrorCode),
           m_ulXmlLine(_ulXmlLine),
           m_sXmlFile(std::move(_sXmlFile))

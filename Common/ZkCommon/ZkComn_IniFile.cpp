@@ -8,6 +8,8 @@
 
 namespace ZkCommon::Storage {
 
+using ZkCommon::Exception::Throw;
+
 namespace {
 
 /** Handed in as the default, so that an absent entry is told from an empty one: nobody writes such a text. */
@@ -16,15 +18,10 @@ constexpr wchar_t g_szAbsent[] = L"\x01";
 /** What a mere name becomes the longer by, at most: the system looks for it in a folder of its own. */
 constexpr std::size_t g_uSystemFolder = 20;
 
-[[noreturn]] void Fail(std::uint32_t _ulError, std::uint32_t _ulLine = __builtin_LINE())
-{
-    throw new Exception(_ulError, __FILE__, _ulLine);
-}
-
-const wchar_t* Filled(const std::wstring& _rtszText, std::uint32_t _ulLine = __builtin_LINE())
+const wchar_t* Filled(const std::wstring& _rtszText, SourcePlace _stPlace = SourcePlace::Here())
 {
     if (_rtszText.empty()) {
-        Fail(ERROR_BAD_ARGUMENTS, _ulLine);
+        Throw<Exception>(ERROR_BAD_ARGUMENTS, _stPlace);
     }
     return _rtszText.c_str();
 }
@@ -38,12 +35,12 @@ bool IsBelowSection(const wchar_t* _pszPath)
 }
 
 /** The reading calls have no result for failure: what the system says behind them tells absence from failure. */
-void CheckRead(const wchar_t* _pszPath, std::uint32_t _ulLine = __builtin_LINE())
+void CheckRead(const wchar_t* _pszPath, SourcePlace _stPlace = SourcePlace::Here())
 {
     switch (const std::uint32_t ulError = ::GetLastError()) {
     case ERROR_INVALID_PARAMETER: // also of a file that holds a byte-order mark and nothing else
         if (!IsBelowSection(_pszPath)) {
-            Fail(ulError, _ulLine);
+            Throw<Exception>(ulError, _stPlace);
         }
         return;
     case ERROR_SUCCESS:
@@ -52,7 +49,7 @@ void CheckRead(const wchar_t* _pszPath, std::uint32_t _ulLine = __builtin_LINE()
     case ERROR_MORE_DATA: // of an attempt whose buffer was too small
         return;
     default:
-        Fail(ulError, _ulLine);
+        Throw<Exception>(ulError, _stPlace);
     }
 }
 
@@ -94,7 +91,7 @@ const wchar_t* IniFile::Path() const
 {
     const bool bName = m_tszPath.find_first_of(L"\\/") == std::wstring::npos;
     if (m_tszPath.size() + (bName ? g_uSystemFolder : 0) >= MAX_PATH) { // it would outgrow the system's buffers
-        Fail(ERROR_FILENAME_EXCED_RANGE);
+        Throw<Exception>(ERROR_FILENAME_EXCED_RANGE);
     }
     return Filled(m_tszPath);
 }
@@ -143,12 +140,12 @@ void IniFile::Write(const wchar_t* _pszKey, const wchar_t* _pszValue)
     // Whoever may write everywhere is not kept from it by the mark, so that it is asked for here.
     const DWORD ulAttributes = ::GetFileAttributesW(Path());
     if (ulAttributes != INVALID_FILE_ATTRIBUTES && (ulAttributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        Fail(ERROR_ACCESS_DENIED);
+        Throw<Exception>(ERROR_ACCESS_DENIED);
     }
     ::SetLastError(ERROR_SUCCESS);
     if (!::WritePrivateProfileStringW(SectionName(), _pszKey, _pszValue, Path())) {
         const std::uint32_t ulError = ::GetLastError(); // not every system tells why
-        Fail(ulError != ERROR_SUCCESS ? ulError : ZkCommon::Exception::g_ulNoSystemError);
+        Throw<Exception>(ulError != ERROR_SUCCESS ? ulError : ZkCommon::Exception::g_ulNoSystemError);
     }
 }
 

@@ -9,46 +9,30 @@
 
 namespace ZkCommon::Storage {
 
-namespace {
+using ZkCommon::Exception::Throw;
+using ZkCommon::Exception::ThrowOn;
 
-void Check(LSTATUS _lResult, std::uint32_t _ulLine = __builtin_LINE())
-{
-    if (_lResult != ERROR_SUCCESS) {
-        throw new RegException(static_cast<std::uint32_t>(_lResult), __FILE__, _ulLine);
-    }
-}
+namespace {
 
 /** More characters than the system takes: it would use a part of the path. */
 constexpr std::size_t g_uTooLong = 0x7FFF;
 
-void RefuseBadPath(const std::wstring& _rtszPath, std::uint32_t _ulLine = __builtin_LINE())
+void RefuseBadPath(const std::wstring& _rtszPath, SourcePlace _stPlace = SourcePlace::Here())
 {
     if (_rtszPath.empty()) {
-        throw new RegException(ERROR_BAD_ARGUMENTS, __FILE__, _ulLine);
+        Throw<RegException>(ERROR_BAD_ARGUMENTS, _stPlace);
     }
     if (_rtszPath.size() >= g_uTooLong) {
-        throw new RegException(ERROR_FILENAME_EXCED_RANGE, __FILE__, _ulLine);
+        Throw<RegException>(ERROR_FILENAME_EXCED_RANGE, _stPlace);
     }
 }
 
 /** A key's path as the system is asked for it, without backslashes at its end: with them it may answer otherwise. */
-std::wstring KeyPath(const std::wstring& _rtszPath, std::uint32_t _ulLine = __builtin_LINE())
+std::wstring KeyPath(const std::wstring& _rtszPath, SourcePlace _stPlace = SourcePlace::Here())
 {
     std::wstring tszPath(_rtszPath, 0, _rtszPath.find_last_not_of(L'\\') + 1);
-    RefuseBadPath(tszPath, _ulLine);
+    RefuseBadPath(tszPath, _stPlace);
     return tszPath;
-}
-
-REGSAM FlagOf(RegistryView _enView) noexcept
-{
-    switch (_enView) {
-    case View32:
-        return KEY_WOW64_32KEY;
-    case View64:
-        return KEY_WOW64_64KEY;
-    default:
-        return 0;
-    }
 }
 
 std::vector<std::uint8_t> BytesOf(const void* _pData, std::size_t _uSize)
@@ -61,7 +45,7 @@ template <class T>
 T NumberOf(const std::vector<std::uint8_t>& _rvecData)
 {
     T ulNumber = 0;
-    Check(_rvecData.size() == sizeof ulNumber ? ERROR_SUCCESS : ERROR_INVALID_DATA);
+    ThrowOn<RegException>(_rvecData.size() == sizeof ulNumber ? ERROR_SUCCESS : ERROR_INVALID_DATA);
     std::memcpy(&ulNumber, _rvecData.data(), sizeof ulNumber);
     return ulNumber;
 }
@@ -82,12 +66,24 @@ std::vector<std::wstring> Enumerate(TNext&& _fnNext)
             tszBuffer.resize(tszBuffer.size() * 2);
             continue;
         }
-        Check(lResult);
+        ThrowOn<RegException>(lResult);
         vecNames.emplace_back(tszBuffer, 0, ulSize);
     }
 }
 
 } // namespace
+
+REGSAM ViewFlag(RegistryView _enView) noexcept
+{
+    switch (_enView) {
+    case View32:
+        return KEY_WOW64_32KEY;
+    case View64:
+        return KEY_WOW64_64KEY;
+    default:
+        return 0;
+    }
+}
 
 Registry::Value Registry::Value::Of(const std::wstring& _rtszText)
 {
@@ -109,7 +105,7 @@ Registry::Value Registry::Value::Of(std::uint64_t _ullNumber)
 
 std::wstring Registry::Value::Text() const
 {
-    Check(ulType == REG_SZ || ulType == REG_EXPAND_SZ ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    ThrowOn<RegException>(ulType == REG_SZ || ulType == REG_EXPAND_SZ ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
     std::wstring tszText(vecData.size() / sizeof(wchar_t), L'\0');
     std::memcpy(tszText.data(), vecData.data(), tszText.size() * sizeof(wchar_t));
     tszText.resize(std::min(tszText.size(), tszText.find(L'\0')));
@@ -118,26 +114,27 @@ std::wstring Registry::Value::Text() const
 
 std::uint32_t Registry::Value::Number() const
 {
-    Check(ulType == REG_DWORD ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    ThrowOn<RegException>(ulType == REG_DWORD ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
     return NumberOf<std::uint32_t>(vecData);
 }
 
 std::uint64_t Registry::Value::Number64() const
 {
-    Check(ulType == REG_QWORD ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    ThrowOn<RegException>(ulType == REG_QWORD ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
     return NumberOf<std::uint64_t>(vecData);
 }
 
 const std::vector<std::uint8_t>& Registry::Value::Binary() const
 {
-    Check(ulType == REG_BINARY ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
+    ThrowOn<RegException>(ulType == REG_BINARY ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
     return vecData;
 }
 
 void Registry::OpenWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView, REGSAM _ulAccess)
 {
     m_hKey.Reset();
-    Check(::RegOpenKeyExW(_hRoot, KeyPath(_rtszPath).c_str(), 0, _ulAccess | FlagOf(_enView), m_hKey.Receive()));
+    ThrowOn<RegException>(
+        ::RegOpenKeyExW(_hRoot, KeyPath(_rtszPath).c_str(), 0, _ulAccess | ViewFlag(_enView), m_hKey.Receive()));
 }
 
 /** @return REG_CREATED_NEW_KEY or REG_OPENED_EXISTING_KEY */
@@ -146,8 +143,9 @@ DWORD Registry::CreateWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryV
 {
     m_hKey.Reset();
     DWORD ulDisposition = 0;
-    Check(::RegCreateKeyExW(_hRoot, KeyPath(_rtszPath).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                            _ulAccess | FlagOf(_enView), _pSecurity, m_hKey.Receive(), &ulDisposition));
+    ThrowOn<RegException>(::RegCreateKeyExW(_hRoot, KeyPath(_rtszPath).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                                            _ulAccess | ViewFlag(_enView), _pSecurity, m_hKey.Receive(),
+                                            &ulDisposition));
     return ulDisposition;
 }
 
@@ -160,11 +158,11 @@ bool Registry::TryOpen(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView 
 {
     m_hKey.Reset();
     const LSTATUS lResult =
-        ::RegOpenKeyExW(_hRoot, KeyPath(_rtszPath).c_str(), 0, KEY_QUERY_VALUE | FlagOf(_enView), m_hKey.Receive());
+        ::RegOpenKeyExW(_hRoot, KeyPath(_rtszPath).c_str(), 0, KEY_QUERY_VALUE | ViewFlag(_enView), m_hKey.Receive());
     if (lResult == ERROR_FILE_NOT_FOUND || lResult == ERROR_PATH_NOT_FOUND) {
         return false;
     }
-    Check(lResult);
+    ThrowOn<RegException>(lResult);
     return true;
 }
 
@@ -183,7 +181,7 @@ void Registry::CreateAllAccess(HKEY _hRoot, const std::wstring& _rtszPath, Regis
     AccessControl::SecurityAttributes security(AccessControl::ObjectKind::RegistryKey, false);
     if (CreateWith(_hRoot, _rtszPath, _enView, KEY_ALL_ACCESS, security.Get()) == REG_CREATED_NEW_KEY) {
         // Some systems accept a descriptor at creation and drop it; where it was honoured this sets the same again.
-        Check(::RegSetKeySecurity(m_hKey.Get(), DACL_SECURITY_INFORMATION, security.Descriptor()));
+        ThrowOn<RegException>(::RegSetKeySecurity(m_hKey.Get(), DACL_SECURITY_INFORMATION, security.Descriptor()));
     }
 }
 
@@ -200,13 +198,13 @@ void Registry::OpenForEnumeration(HKEY _hRoot, const std::wstring& _rtszPath, Re
 void Registry::Close()
 {
     if (m_hKey) {
-        Check(::RegCloseKey(m_hKey.Release()));
+        ThrowOn<RegException>(::RegCloseKey(m_hKey.Release()));
     }
 }
 
 void Registry::Flush()
 {
-    Check(::RegFlushKey(m_hKey.Get()));
+    ThrowOn<RegException>(::RegFlushKey(m_hKey.Get()));
 }
 
 std::optional<Registry::Value> Registry::Find(const std::wstring& _rtszName) const
@@ -222,7 +220,7 @@ std::optional<Registry::Value> Registry::Find(const std::wstring& _rtszName) con
         }
         // Another writer may have made the value longer since its size was asked for, hence the loop.
         if (lResult != ERROR_MORE_DATA) {
-            Check(lResult);
+            ThrowOn<RegException>(lResult);
             stValue.vecData.resize(ulSize);
             return stValue;
         }
@@ -233,7 +231,7 @@ std::optional<Registry::Value> Registry::Find(const std::wstring& _rtszName) con
 Registry::Value Registry::Read(const std::wstring& _rtszName) const
 {
     std::optional<Value> stValue = Find(_rtszName);
-    Check(stValue ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND);
+    ThrowOn<RegException>(stValue ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND);
     return std::move(*stValue);
 }
 
@@ -271,8 +269,8 @@ std::uint32_t Registry::ReadNumber(const std::wstring& _rtszName, std::uint32_t 
 
 void Registry::Write(const std::wstring& _rtszName, const Value& _rstValue)
 {
-    Check(::RegSetValueExW(m_hKey.Get(), _rtszName.c_str(), 0, _rstValue.ulType, _rstValue.vecData.data(),
-                           static_cast<DWORD>(_rstValue.vecData.size())));
+    ThrowOn<RegException>(::RegSetValueExW(m_hKey.Get(), _rtszName.c_str(), 0, _rstValue.ulType,
+                                           _rstValue.vecData.data(), static_cast<DWORD>(_rstValue.vecData.size())));
 }
 
 void Registry::WriteString(const std::wstring& _rtszName, const std::wstring& _rtszValue)
@@ -299,7 +297,7 @@ void Registry::DeleteKey(const std::wstring& _rtszName)
 {
     RefuseBadPath(_rtszName); // an empty name would delete the open key itself
     // The open key is in its view already: a name below it is never redirected again.
-    Check(::RegDeleteKeyW(m_hKey.Get(), _rtszName.c_str()));
+    ThrowOn<RegException>(::RegDeleteKeyW(m_hKey.Get(), _rtszName.c_str()));
 }
 
 void Registry::DeleteKeyAt(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView)
@@ -307,7 +305,8 @@ void Registry::DeleteKeyAt(HKEY _hRoot, const std::wstring& _rtszPath, RegistryV
     const std::wstring tszPath = KeyPath(_rtszPath);
     const std::size_t uBackslash = tszPath.rfind(L'\\');
     if (uBackslash == std::wstring::npos) {
-        Check(::RegDeleteKeyExW(_hRoot, tszPath.c_str(), FlagOf(_enView), 0)); // the parent is the root itself
+        ThrowOn<RegException>(
+            ::RegDeleteKeyExW(_hRoot, tszPath.c_str(), ViewFlag(_enView), 0)); // the parent is the root itself
         return;
     }
     Registry parent;
@@ -317,7 +316,7 @@ void Registry::DeleteKeyAt(HKEY _hRoot, const std::wstring& _rtszPath, RegistryV
 
 void Registry::DeleteValue(const std::wstring& _rtszName)
 {
-    Check(::RegDeleteValueW(m_hKey.Get(), _rtszName.c_str()));
+    ThrowOn<RegException>(::RegDeleteValueW(m_hKey.Get(), _rtszName.c_str()));
 }
 
 std::vector<std::wstring> Registry::SubKeys() const

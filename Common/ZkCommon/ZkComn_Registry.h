@@ -34,6 +34,9 @@ enum RegistryView : std::uint32_t
     View64 = 2,
 };
 
+/** The flag of a view among a key's access rights. */
+REGSAM ViewFlag(RegistryView _enView) noexcept;
+
 /**
  * One open key of the registry. Every operation throws RegException* with the system's result as its code; an empty path
  * is ERROR_BAD_ARGUMENTS (0xA0) before any call. Opening closes what was open before; after a failed opening the object

@@ -42,15 +42,10 @@ constexpr DWORD AclSize()
     return static_cast<DWORD>(uSize);
 }
 
-[[noreturn]] void Fail(std::uint32_t _ulError, std::uint32_t _ulLine = __builtin_LINE())
-{
-    throw new Exception(_ulError, __FILE__, _ulLine);
-}
-
-void Check(BOOL _bDone, std::uint32_t _ulLine = __builtin_LINE())
+void Check(BOOL _bDone, SourcePlace _stPlace = SourcePlace::Here())
 {
     if (!_bDone) {
-        Fail(::GetLastError(), _ulLine);
+        ZkCommon::Exception::Throw<Exception>(::GetLastError(), _stPlace);
     }
 }
 

@@ -40,13 +40,12 @@ std::wstring DumpValue(const TField& _rstField, const TRecord& _rstRecord)
 /** Writes one field's line, when it has a label and the level passes. */
 template <class TField, class TRecord>
 void DumpField(const TField& _rstField, const TRecord& _rstRecord, const DumpTexts& _rstTexts,
-               const char* _szFile = __builtin_FILE(), std::uint32_t _ulLine = __builtin_LINE())
+               ZkCommon::SourcePlace _stPlace = ZkCommon::SourcePlace::Here())
 {
     if constexpr (!TField::g_bList) {
         if (_rstField.pszLabel != nullptr && ZkCommon::TracePasses(_rstTexts.enLevel)) {
-            ZkCommon::TraceAt(_szFile, _ulLine, _rstTexts.enLevel, L"%s%s%s%s%s", _rstTexts.pszPrefix,
-                              _rstField.pszLabel, _rstTexts.pszSeparator, DumpValue(_rstField, _rstRecord).c_str(),
-                              _rstTexts.pszEnd);
+            ZkCommon::TraceAt(_stPlace, _rstTexts.enLevel, L"%s%s%s%s%s", _rstTexts.pszPrefix, _rstField.pszLabel,
+                              _rstTexts.pszSeparator, DumpValue(_rstField, _rstRecord).c_str(), _rstTexts.pszEnd);
         }
     }
 }
@@ -54,12 +53,11 @@ void DumpField(const TField& _rstField, const TRecord& _rstRecord, const DumpTex
 /** Writes the lines of all fields that have a label. */
 template <class TDescription>
 void DumpRecord(const TDescription& _rstDescription, const typename TDescription::Record& _rstRecord,
-                const DumpTexts& _rstTexts, const char* _szFile = __builtin_FILE(),
-                std::uint32_t _ulLine = __builtin_LINE())
+                const DumpTexts& _rstTexts, ZkCommon::SourcePlace _stPlace = ZkCommon::SourcePlace::Here())
 {
     if (ZkCommon::TracePasses(_rstTexts.enLevel)) {
         ForEachField(_rstDescription,
-                     [&](const auto& _rstField) { DumpField(_rstField, _rstRecord, _rstTexts, _szFile, _ulLine); });
+                     [&](const auto& _rstField) { DumpField(_rstField, _rstRecord, _rstTexts, _stPlace); });
     }
 }
 
@@ -67,23 +65,23 @@ void DumpRecord(const TDescription& _rstDescription, const typename TDescription
 template <class TDescription>
 void DumpElement(const TDescription& _rstDescription, const ZkCommon::Storage::XmlElement& _rElement,
                  const typename TDescription::Record& _rstRecord, const DumpTexts& _rstTexts,
-                 const char* _szFile = __builtin_FILE(), std::uint32_t _ulLine = __builtin_LINE())
+                 ZkCommon::SourcePlace _stPlace = ZkCommon::SourcePlace::Here())
 {
     if (!ZkCommon::TracePasses(_rstTexts.enLevel)) {
         return;
     }
     const auto WriteLine = [&](const wchar_t* _pszLine) {
         if (_pszLine != nullptr) {
-            ZkCommon::TraceAt(_szFile, _ulLine, _rstTexts.enLevel, L"%s", _pszLine);
+            ZkCommon::TraceAt(_stPlace, _rstTexts.enLevel, L"%s", _pszLine);
         }
     };
     WriteLine(_rstTexts.pszOpening);
     if (_rstDescription.pszTitleLabel != nullptr) {
-        ZkCommon::TraceAt(_szFile, _ulLine, _rstTexts.enLevel, L"%s%s%s%s%s", _rstTexts.pszPrefix,
+        ZkCommon::TraceAt(_stPlace, _rstTexts.enLevel, L"%s%s%s%s%s", _rstTexts.pszPrefix,
                           _rstDescription.pszTitleLabel, _rstTexts.pszSeparator,
                           std::wstring(_rElement.Attribute(_rstDescription.svTitle)).c_str(), _rstTexts.pszEnd);
     }
-    DumpRecord(_rstDescription, _rstRecord, _rstTexts, _szFile, _ulLine);
+    DumpRecord(_rstDescription, _rstRecord, _rstTexts, _stPlace);
     WriteLine(_rstTexts.pszClosing);
 }
 

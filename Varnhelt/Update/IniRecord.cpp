@@ -13,11 +13,6 @@ using namespace ZkCommon;
 
 namespace {
 
-[[noreturn]] void Fail(std::uint32_t _ulError, std::uint32_t _ulLine = __builtin_LINE())
-{
-    throw new Storage::Exception(_ulError, __FILE__, _ulLine);
-}
-
 /** A text that is the same for all names of a file or folder; empty when there is no such file. */
 std::wstring SystemIdentityOf(const std::wstring& _rtszFullPath)
 {
@@ -37,13 +32,13 @@ void CheckWritable(const std::wstring& _rtszFullPath)
     const DWORD ulAttributes = ::GetFileAttributesW(_rtszFullPath.c_str());
     if (ulAttributes != INVALID_FILE_ATTRIBUTES) {
         if ((ulAttributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0) {
-            Fail(ERROR_ACCESS_DENIED);
+            Exception::Throw<Storage::Exception>(ERROR_ACCESS_DENIED);
         }
         const FileHandle hFile(::CreateFileW(_rtszFullPath.c_str(), GENERIC_READ | GENERIC_WRITE,
                                              FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                                              FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!hFile) {
-            Fail(::GetLastError());
+            Exception::Throw<Storage::Exception>(::GetLastError());
         }
         return;
     }
@@ -51,7 +46,7 @@ void CheckWritable(const std::wstring& _rtszFullPath)
                                            Storage::File::g_ulShareAll, nullptr, OPEN_EXISTING,
                                            FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!hFolder) {
-        Fail(::GetLastError());
+        Exception::Throw<Storage::Exception>(::GetLastError());
     }
 }
 
@@ -136,7 +131,7 @@ UpdatePlace IniRecord::OnNewCopy(const UpdatePlace& _rstPlace)
         Copy stCopy{tszFullPath, {}, ::GetFileAttributesW(tszFullPath.c_str()) == INVALID_FILE_ATTRIBUTES};
         if (const std::uint32_t ulError = MakeCopy(stCopy); ulError != ERROR_SUCCESS) {
             m_ulFailure = ulError;
-            Fail(ulError);
+            Exception::Throw<Storage::Exception>(ulError);
         }
         m_mapCopy.emplace(rtszIdentity, std::move(stCopy));
     }

@@ -14,13 +14,6 @@ using namespace ZkCommon;
 
 namespace {
 
-void Check(LSTATUS _lResult, std::uint32_t _ulLine = __builtin_LINE())
-{
-    if (_lResult != ERROR_SUCCESS) {
-        throw new Storage::RegException(static_cast<std::uint32_t>(_lResult), __FILE__, _ulLine);
-    }
-}
-
 // What the system accepts: a longer name is an invalid parameter.
 constexpr std::size_t g_uKeyName = 255;
 constexpr std::size_t g_uValueName = 16383;
@@ -91,11 +84,12 @@ bool KeyRecord::RealExists(const UpdatePlace& _rstReal)
 void KeyRecord::CheckRight(const UpdatePlace& _rstReal, REGSAM _ulRight)
 {
     if (!RealExists(_rstReal)) {
-        Check(ERROR_FILE_NOT_FOUND);
+        Exception::ThrowOn<Storage::RegException>(ERROR_FILE_NOT_FOUND);
     }
     if (const State* pState = StateOf(_rstReal); pState == nullptr || !pState->bNew) {
         RegKey hKey;
-        Check(::RegOpenKeyExW(_rstReal.hRoot, _rstReal.tszPath.c_str(), 0, _ulRight | KEY_WOW64_64KEY, hKey.Receive()));
+        Exception::ThrowOn<Storage::RegException>(
+            ::RegOpenKeyExW(_rstReal.hRoot, _rstReal.tszPath.c_str(), 0, _ulRight | KEY_WOW64_64KEY, hKey.Receive()));
     }
 }
 
@@ -184,7 +178,7 @@ void KeyRecord::Create(const UpdatePlace& _rstPlace, bool _bAllAccess)
     std::vector<std::wstring> vecMissing;
     do {
         if (stReal.tszPath.size() - (stReal.tszPath.rfind(L'\\') + 1) > g_uKeyName) {
-            Check(ERROR_INVALID_PARAMETER);
+            Exception::ThrowOn<Storage::RegException>(ERROR_INVALID_PARAMETER);
         }
         vecMissing.push_back(KeyNameOf(stReal));
         stReal.tszPath = ParentOf(stReal.tszPath);
@@ -200,7 +194,7 @@ void KeyRecord::Write(const UpdatePlace& _rstPlace, const std::wstring& _rtszNam
     const UpdatePlace& rstReal = RealKey(_rstPlace);
     CheckRight(rstReal, KEY_SET_VALUE);
     if (_rtszName.size() > g_uValueName) {
-        Check(ERROR_INVALID_PARAMETER);
+        Exception::ThrowOn<Storage::RegException>(ERROR_INVALID_PARAMETER);
     }
     m_mapKey[KeyNameOf(rstReal)].mapValue[_rtszName] = _rstValue;
 }
@@ -210,7 +204,7 @@ void KeyRecord::RemoveValue(const UpdatePlace& _rstPlace, const std::wstring& _r
     const UpdatePlace& rstReal = RealKey(_rstPlace);
     CheckRight(rstReal, DELETE | KEY_SET_VALUE);
     if (!Find(_rstPlace, _rtszName)) {
-        Check(ERROR_FILE_NOT_FOUND);
+        Exception::ThrowOn<Storage::RegException>(ERROR_FILE_NOT_FOUND);
     }
     m_mapKey[KeyNameOf(rstReal)].mapValue[_rtszName] = std::nullopt;
 }
@@ -225,7 +219,7 @@ void KeyRecord::Remove(const UpdatePlace& _rstPlace)
     }
     CheckRight(stReal, DELETE);
     if (!SubKeys(_rstPlace).empty()) {
-        Check(ERROR_ACCESS_DENIED);
+        Exception::ThrowOn<Storage::RegException>(ERROR_ACCESS_DENIED);
     }
     m_mapKey[KeyNameOf(stReal)] = {false, true, false, {}};
 }

@@ -31,16 +31,11 @@ Storage::RegistryView ViewOf(std::wstring_view _svWord)
     return static_cast<Storage::RegistryView>(Frwk::Utility::ToValue(UpdateWords::g_stView, _svWord));
 }
 
-[[noreturn]] void Fail(std::uint32_t _ulError, std::uint32_t _ulLine = __builtin_LINE())
-{
-    throw new Storage::Exception(_ulError, __FILE__, _ulLine);
-}
-
 const UpdateValueType& TypeOf(std::wstring_view _svWord)
 {
     const UpdateValueType* pType = FindUpdateValueType(_svWord);
     if (pType == nullptr) {
-        Fail(ERROR_INVALID_PARAMETER);
+        Exception::Throw<Storage::Exception>(ERROR_INVALID_PARAMETER);
     }
     return *pType;
 }
@@ -316,7 +311,7 @@ UpdateDecision CLocalUpdateAgentKey::Write(Attempt& _rAttempt)
     }
     const auto stValue = rstType.Of(_rAttempt.rstEntry.tszValue);
     if (!stValue) {
-        Fail(ERROR_INVALID_DATA);
+        Exception::Throw<Storage::Exception>(ERROR_INVALID_DATA);
     }
     _rAttempt.rStorage.Write(_rAttempt.rstPlace, _rAttempt.rstEntry.tszName, *stValue);
     return {};
@@ -326,13 +321,13 @@ UpdateDecision CLocalUpdateAgentKey::Append(Attempt& _rAttempt)
 {
     const LocalUpdateEntry& rstEntry = _rAttempt.rstEntry;
     if (!TypeOf(rstEntry.tszType).bAppend) {
-        Fail(ERROR_INVALID_PARAMETER);
+        Exception::Throw<Storage::Exception>(ERROR_INVALID_PARAMETER);
     }
     LocalUpdateEntry stJoined = rstEntry;
     if (const auto stPresent = _rAttempt.rStorage.Find(_rAttempt.rstPlace, rstEntry.tszName)) {
         const auto tszPresent = StoredTypeOf(_rAttempt.rstPlace, rstEntry).TextOf(*stPresent);
         if (!tszPresent) {
-            Fail(ERROR_INVALID_DATATYPE);
+            Exception::Throw<Storage::Exception>(ERROR_INVALID_DATATYPE);
         }
         stJoined.tszValue.insert(0, *tszPresent);
     }

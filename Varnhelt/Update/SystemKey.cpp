@@ -15,11 +15,6 @@ using namespace ZkCommon;
 
 namespace {
 
-REGSAM FlagOf(Storage::RegistryView _enView)
-{
-    return _enView == Storage::View32 ? KEY_WOW64_32KEY : _enView == Storage::View64 ? KEY_WOW64_64KEY : 0;
-}
-
 /** The full name of an open key as the system keeps it, "\REGISTRY\Machine\Software"; empty when it does not say. */
 std::wstring SystemNameOf(HKEY _hKey)
 {
@@ -46,8 +41,8 @@ RegKey OpenNearest(const UpdatePlace& _rstPlace, std::wstring& _rtszPath, std::w
         _rtszPath.resize(_rtszPath.find_last_not_of(L'\\') + 1);
         RegKey hKey;
         if (_rtszPath.empty() ||
-            ::RegOpenKeyExW(_rstPlace.hRoot, _rtszPath.c_str(), 0, MAXIMUM_ALLOWED | FlagOf(_rstPlace.enView),
-                            hKey.Receive()) == ERROR_SUCCESS) {
+            ::RegOpenKeyExW(_rstPlace.hRoot, _rtszPath.c_str(), 0,
+                            MAXIMUM_ALLOWED | Storage::ViewFlag(_rstPlace.enView), hKey.Receive()) == ERROR_SUCCESS) {
             return hKey;
         }
         const std::size_t uName = _rtszPath.rfind(L'\\') + 1;
@@ -61,14 +56,12 @@ std::wstring SystemNameOfRoot(HKEY _hRoot, Storage::RegistryView _enView)
 {
     RegKey hKey;
     if (_hRoot == HKEY_CURRENT_USER) {
-        if (const LSTATUS lResult = ::RegOpenCurrentUser(MAXIMUM_ALLOWED, hKey.Receive()); lResult != ERROR_SUCCESS) {
-            throw new Storage::RegException(static_cast<std::uint32_t>(lResult));
-        }
+        Exception::ThrowOn<Storage::RegException>(::RegOpenCurrentUser(MAXIMUM_ALLOWED, hKey.Receive()));
         return SystemNameOf(hKey.Get());
     }
     if (_hRoot == HKEY_CLASSES_ROOT) { // the name of its own is that of no key
         const LSTATUS lResult = ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Classes", 0,
-                                                MAXIMUM_ALLOWED | FlagOf(_enView), hKey.Receive());
+                                                MAXIMUM_ALLOWED | Storage::ViewFlag(_enView), hKey.Receive());
         return lResult == ERROR_SUCCESS ? SystemNameOf(hKey.Get()) : L"\\REGISTRY\\MACHINE\\Software\\Classes";
     }
     return _hRoot == HKEY_USERS ? L"\\REGISTRY\\USER" : L"\\REGISTRY\\MACHINE";
