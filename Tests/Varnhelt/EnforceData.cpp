@@ -27,14 +27,14 @@ TEST_F(EnforceData, AQueryReadsEveryFieldAndDumpsItInItsOrder)
       <DependencyController>eFirewall</DependencyController><DependencyProvider>eHomeNetwork</DependencyProvider>
       <AdditionalCallAfterInstall>1</AdditionalCallAfterInstall><ModuleName>Filter.dll</ModuleName>
       <AdditionalCallAfterUninstall>FALSE</AdditionalCallAfterUninstall>
-      <InitializeOption>ePartialInit</InitializeOption></Anything></DataProviders>
+      <InitializeOption>ePartialinit</InitializeOption></Anything></DataProviders>
   </DataController></DataControllers></DataEnforceLayer>)");
     const TraceRecorder cTrace(0x110);
     ASSERT_EQ(Query(), Result::g_ulSuccess);
     EXPECT_THAT(m_Records,
                 ElementsAre(FieldsAre(8, 1, 2, 8, TRUE, 7, FALSE, 0x1A, L"Inhalt.exe", L"17.0.1", 2,
                                       ElementsAre(FieldsAre(0x10000, 0x800, 3, 1, 17, 0, 2, 8, 0x40, 4, 0x20000, true,
-                                                            false, L"Filter.dll", L"1.2", 1)))));
+                                                            false, L"Filter.dll", L"1.2", 0)))));
     const Lines vecDump = Joined(
         {Behind(QUERY,
                 {RULE, L"- [label]           :Inhalte.", L"- [ControllerType]  :0x00000008.",
@@ -42,14 +42,15 @@ TEST_F(EnforceData, AQueryReadsEveryFieldAndDumpsItInItsOrder)
                  L"- [ConcurrentLoad]  :1.", L"- [OrderOfUnloading]:7.", L"- [ConcurrentUnload]:0.",
                  L"- [PuId]            :0x0000001a.", L"- [Module Name]     :Inhalt.exe.",
                  L"- [Version]         :17.0.1.", L"- [InitOption]      :0x00000002.", RULE}),
-         {L"@@@ *** CFunctionXml::SetDataProvider() " RULE},
+         {L"!!! *** Frwk::Utility::GetDelayInitialize() - Invalid delay initialize Type. [ePartialinit]",
+          L"@@@ *** CFunctionXml::SetDataProvider() " RULE},
          Behind(QUERY L"- SetDataProvider()",
                 {L"[label]           :Filter.", L"[ControllerType]  :0x00010000.", L"[ProviderType]    :0x00000800.",
                  L"[eModuleType]     :0x00000003.", L"[eStartUpType]    :0x00000001.", L"[OrderOfLoading]  :17.",
                  L"[OrderOfUnloading]:0.", L"[eSharedType]     :0x00000002.", L"[LayerType]       :0x00000008.",
                  L"[ServiceType]     :0x00000040.", L"[Dep-Controller]  :0x00000004.",
                  L"[Dep-Provider]    :0x00020000.", L"[Add-Ins-Call]    :true.", L"[Add-Unins-Call]  :false.",
-                 L"[Module Name]     :Filter.dll.", L"[Version]         :1.2.", L"[Delay Initialize]  :ePartialInit.",
+                 L"[Module Name]     :Filter.dll.", L"[Version]         :1.2.", L"[Delay Initialize]  :ePartialinit.",
                  L" " RULE})});
     const Lines vecLine = cTrace.Lines();
     ASSERT_FALSE(vecLine.empty());

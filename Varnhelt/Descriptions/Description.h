@@ -38,7 +38,8 @@ enum class Source
 /** How a trace dump shows a value. */
 enum class Show
 {
-    Text,        // as the document writes it
+    Text,        // as the document writes the value
+    AsRead,      // the text that was read, whatever it means
     Hexadecimal, // "0x%08x"
     Decimal,     // "%u"
 };

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Descriptions/Description.h"
+#include "Descriptions/DescriptionReader.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_String.h"
-#include "ZkComn_XmlParser.h"
 
 #include <string>
 
@@ -37,15 +36,22 @@ std::wstring DumpValue(const TField& _rstField, const TRecord& _rstRecord)
     return _rstField.stConversion.Write(rValue);
 }
 
-/** Writes one field's line, when it has a label and the level passes. */
+/**
+ * Writes one field's line, when it has a label and the level passes.
+ * @param _pElement  the element that the record was read from; null where a dump shows no text as it was read
+ */
 template <class TField, class TRecord>
 void DumpField(const TField& _rstField, const TRecord& _rstRecord, const DumpTexts& _rstTexts,
+               const ZkCommon::Storage::XmlElement* _pElement = nullptr,
                ZkCommon::SourcePlace _stPlace = ZkCommon::SourcePlace::Here())
 {
     if constexpr (!TField::g_bList) {
         if (_rstField.pszLabel != nullptr && ZkCommon::TracePasses(_rstTexts.enLevel)) {
+            const bool bAsRead = _rstField.enShow == Show::AsRead && _pElement != nullptr;
+            const std::wstring tszValue =
+                bAsRead ? std::wstring(TextOf(*_pElement, _rstField)) : DumpValue(_rstField, _rstRecord);
             ZkCommon::TraceAt(_stPlace, _rstTexts.enLevel, L"%s%s%s%s%s", _rstTexts.pszPrefix, _rstField.pszLabel,
-                              _rstTexts.pszSeparator, DumpValue(_rstField, _rstRecord).c_str(), _rstTexts.pszEnd);
+                              _rstTexts.pszSeparator, tszValue.c_str(), _rstTexts.pszEnd);
         }
     }
 }
@@ -53,11 +59,12 @@ void DumpField(const TField& _rstField, const TRecord& _rstRecord, const DumpTex
 /** Writes the lines of all fields that have a label. */
 template <class TDescription>
 void DumpRecord(const TDescription& _rstDescription, const typename TDescription::Record& _rstRecord,
-                const DumpTexts& _rstTexts, ZkCommon::SourcePlace _stPlace = ZkCommon::SourcePlace::Here())
+                const DumpTexts& _rstTexts, const ZkCommon::Storage::XmlElement* _pElement = nullptr,
+                ZkCommon::SourcePlace _stPlace = ZkCommon::SourcePlace::Here())
 {
     if (ZkCommon::TracePasses(_rstTexts.enLevel)) {
         ForEachField(_rstDescription,
-                     [&](const auto& _rstField) { DumpField(_rstField, _rstRecord, _rstTexts, _stPlace); });
+                     [&](const auto& _rstField) { DumpField(_rstField, _rstRecord, _rstTexts, _pElement, _stPlace); });
     }
 }
 
@@ -81,7 +88,7 @@ void DumpElement(const TDescription& _rstDescription, const ZkCommon::Storage::X
                           _rstDescription.pszTitleLabel, _rstTexts.pszSeparator,
                           std::wstring(_rElement.Attribute(_rstDescription.svTitle)).c_str(), _rstTexts.pszEnd);
     }
-    DumpRecord(_rstDescription, _rstRecord, _rstTexts, _stPlace);
+    DumpRecord(_rstDescription, _rstRecord, _rstTexts, &_rElement, _stPlace);
     WriteLine(_rstTexts.pszClosing);
 }
 

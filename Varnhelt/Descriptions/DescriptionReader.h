@@ -75,6 +75,13 @@ std::wstring_view TextOf(const ZkCommon::Storage::XmlElement& _rElement, const T
     }
 }
 
+/** As above, of a field whose names are not bound. */
+template <class TField>
+std::wstring_view TextOf(const ZkCommon::Storage::XmlElement& _rElement, const TField& _rstField)
+{
+    return TextOf(_rElement, _rstField, _rElement.FindName(_rstField.svName), _rElement.FindName(_rstField.svChild));
+}
+
 template <class TRecord, class TValue, class TConversion>
 struct BoundField<Field<TRecord, TValue, TConversion>>
 {

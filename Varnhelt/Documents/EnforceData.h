@@ -61,7 +61,7 @@ inline constexpr auto g_stDataProvider =
         Attribute(L"version", &SrvFrwk::DataProvider::tszVersion, Text()).Key("version").Label(L"[Version]         "),
         Child(L"InitializeOption", &SrvFrwk::DataProvider::ulInitializeOption, Words(Frwk::Words::g_stDelayInitialize))
             .Key("initializeOption")
-            .Label(L"[Delay Initialize]  ", Show::Text)) // as wide as it was first written
+            .Label(L"[Delay Initialize]  ", Show::AsRead)) // as wide as it was first written
         .Title(L"label", L"[label]           ");
 
 inline constexpr auto g_stDataController =
