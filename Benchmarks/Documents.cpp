@@ -2,25 +2,25 @@
 // bare parser library over the same text; and what storing costs, against the query of the same document.
 //
 // The parser library stays loaded on both sides. At a product's size most of a query is what every query costs, however
-// little there is to read: "fixed" is the query of the same document without its records, "fixed-floor" the floor of
-// that. What is left of both sides without them is compared, where it is enough to be compared. The floor of an encrypted
-// document holds what its reader cannot do without: reading the file, decrypting it, a private temporary file.
+// little there is to read. The floor of an encrypted document holds what its reader cannot do without: reading the file,
+// decrypting it, a private temporary file.
 
 #include "Descriptions/DescriptionReader.h"
 #include "Documents/Compatibility.h"
 #include "Files/DocumentFile.h"
 #include "Floor.h"
 #include "FunctionXml.h"
+#include "Measure.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
 #include "TestProduct.h"
 
-#include <benchmark/benchmark.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -141,14 +141,14 @@ public:
     }
 
     /** What reading the document costs at the least. */
-    bool Scan(const Bench::Expat& _rExpat) const
+    bool Scan(const Bench::Expat& _rExpat, bool (Bench::Expat::*_pScan)(const wchar_t*) const) const
     {
         const std::wstring tszFile = m_rstDocument.enLocation == Varnhelt::Location::Installed
                                          ? Bench::ReadProductPath() + L"\\" + m_pszFile
                                          : File();
         return m_rstDocument.szKey == nullptr
-                   ? _rExpat.ScanFile(tszFile.c_str())
-                   : Bench::ScanThroughTemporaryFile(_rExpat, Bench::ReadDecrypted(tszFile, m_rstDocument));
+                   ? (_rExpat.*_pScan)(tszFile.c_str())
+                   : Bench::ScanThroughTemporaryFile(_rExpat, _pScan, Bench::ReadDecrypted(tszFile, m_rstDocument));
     }
 
 private:
@@ -182,100 +182,68 @@ bool Query(Bed& _rBed, std::uint32_t _ulValueType, TRecords& _rRecords)
     return cXml.QueryValue(_rBed.RequestFor(_ulValueType, &_rRecords)) == Result::g_ulSuccess;
 }
 
-/**
- * Measures queries; what their caller does with the records, freeing them included, is no part of it.
- * @param _bAnyOutcome  for a document without records, in which a look-up finds nothing
- */
-template <class TRecords>
-void MeasureQuery(benchmark::State& _rState, Bed& _rBed, std::uint32_t _ulValueType, const TRecords& _rstAsked,
-                  bool _bAnyOutcome = false)
+/** Where a document's records stand and its library stays loaded while it is measured. */
+struct MeasuredBed : Bed
 {
-    const Bench::Expat cKept;
-    for (auto _ : _rState) {
-        TRecords stRecords = _rstAsked;
-        const bool bFilled = Query(_rBed, _ulValueType, stRecords) && IsFilled(stRecords);
-        if (!bFilled && !_bAnyOutcome) {
-            _rState.SkipWithError("it failed");
-        }
-        _rState.PauseTiming();
-        stRecords = TRecords();
-        _rState.ResumeTiming();
-    }
-}
-
-/** Measures a body that tells whether it did its work. The parser library stays loaded. */
-template <class TBody>
-void Measure(benchmark::State& _rState, TBody&& _fnBody)
-{
-    const Bench::Expat cKept;
-    for (auto _ : _rState) {
-        if (!_fnBody(cKept)) {
-            _rState.SkipWithError("it failed");
-        }
-    }
-}
-
-enum class Side
-{
-    Candidate,
-    Floor,
+    using Bed::Bed;
+    Bench::Expat cKept;
 };
 
-/** Registers one of the series that scripts/bench sets against each other: the document at so many times its sample. */
-template <class TBody>
-void Register(std::string _sName, unsigned _ulTimes, Side _enSide, TBody&& _fnBody)
+/** A query; what its caller does with the records, freeing them included, is no part of it. */
+template <class TRecords>
+Bench::Way QueryWay(const std::shared_ptr<MeasuredBed>& _pBed, std::uint32_t _ulValueType, const TRecords& _rstAsked)
 {
-    const bool bCandidate = _enSide == Side::Candidate;
-    if (_ulTimes == 0) {
-        _sName += bCandidate ? "/fixed" : "/fixed-floor";
-    } else {
-        _sName += _ulTimes > 1 ? "-" + std::to_string(_ulTimes) + "x" : "";
-        _sName += bCandidate ? "/candidate" : "/floor";
-    }
-    benchmark::RegisterBenchmark(_sName.c_str(), _fnBody)
-        ->Unit(_ulTimes > 1 ? benchmark::kMillisecond : benchmark::kMicrosecond);
+    return [=](Bench::Clock& _rClock) {
+        TRecords stRecords = _rstAsked;
+        const bool bFilled = Query(*_pBed, _ulValueType, stRecords) && IsFilled(stRecords);
+        _rClock.Pause();
+        stRecords = TRecords();
+        _rClock.Resume();
+        return bFilled;
+    };
 }
 
-/** @param _stAsked, _stAskedOfMore  what the caller hands in: for a look-up, the entry that stands last */
-template <class TRecords>
-void RegisterQuery(const char* _szName, const Sample& _rstSample, std::uint32_t _ulValueType, TRecords _stAsked = {},
-                   TRecords _stAskedOfMore = {})
+std::string NameOf(const char* _szName, unsigned _ulTimes)
 {
-    for (const unsigned ulTimes : {1U, 0U, g_ulMore}) {
+    return _ulTimes == 1 ? _szName : _szName + ("-" + std::to_string(_ulTimes)) + "x";
+}
+
+/** @param _stAsked, _stAskedOfMore  what the caller hands in: for a look-up, the last entry */
+template <class TRecords>
+void AddQuery(const char* _szName, const Sample& _rstSample, std::uint32_t _ulValueType, TRecords _stAsked = {},
+              TRecords _stAskedOfMore = {})
+{
+    for (const unsigned ulTimes : {1U, g_ulMore}) {
         const TRecords stAsked = ulTimes > 1 ? _stAskedOfMore : _stAsked;
-        Register(_szName, ulTimes, Side::Candidate, [=, &_rstSample](benchmark::State& _rState) {
-            Bed cBed(_rstSample, ulTimes);
-            MeasureQuery(_rState, cBed, _ulValueType, stAsked, ulTimes == 0);
-        });
-        Register(_szName, ulTimes, Side::Floor, [=, &_rstSample](benchmark::State& _rState) {
-            const Bed cBed(_rstSample, ulTimes);
-            Measure(_rState, [&](const Bench::Expat& _rExpat) { return cBed.Scan(_rExpat); });
-        });
+        Bench::Add(
+            NameOf(_szName, ulTimes),
+            [=, &_rstSample] {
+                const auto pBed = std::make_shared<MeasuredBed>(_rstSample, ulTimes);
+                return Bench::Ways{
+                    QueryWay(pBed, _ulValueType, stAsked),
+                    {[=](Bench::Clock&) { return pBed->Scan(pBed->cKept, &Bench::Expat::ScanFile); },
+                     [=](Bench::Clock&) { return pBed->Scan(pBed->cKept, &Bench::Expat::ScanInPieces); }}};
+            },
+            ulTimes > 1);
     }
 }
 
-/** All records stored as they are, against their query. */
+/** All records stored unchanged, against their query. */
 template <class TRecords>
-void RegisterStore(const char* _szName, const Sample& _rstSample, std::uint32_t _ulValueType)
+void AddStore(const char* _szName, const Sample& _rstSample, std::uint32_t _ulValueType)
 {
-    for (const unsigned ulTimes : {1U, 0U, g_ulMore}) {
-        Register(_szName, ulTimes, Side::Candidate, [=, &_rstSample](benchmark::State& _rState) {
-            Bed cBed(_rstSample, ulTimes);
-            TRecords stRecords;
-            Query(cBed, _ulValueType, stRecords);
-            Measure(_rState, [&](const Bench::Expat&) {
-                CFunctionXml cXml;
-                return (IsFilled(stRecords) || ulTimes == 0) &&
-                       cXml.StoreValue(cBed.RequestFor(_ulValueType, &stRecords)) == Result::g_ulSuccess;
-            });
-        });
-        if (ulTimes != 0) {
-            Register(_szName, ulTimes, Side::Floor, [=, &_rstSample](benchmark::State& _rState) {
-                Bed cBed(_rstSample, ulTimes);
-                MeasureQuery(_rState, cBed, _ulValueType, TRecords());
-            });
-        }
-    }
+    Bench::Add(NameOf(_szName, g_ulMore), [=, &_rstSample] {
+        const auto pBed = std::make_shared<MeasuredBed>(_rstSample, g_ulMore);
+        const auto pRecords = std::make_shared<TRecords>();
+        Query(*pBed, _ulValueType, *pRecords);
+        return Bench::Ways{[=](Bench::Clock&) {
+                               CFunctionXml cXml;
+                               return IsFilled(*pRecords) &&
+                                      cXml.StoreValue(pBed->RequestFor(_ulValueType, pRecords.get())) ==
+                                          Result::g_ulSuccess;
+                           },
+                           {QueryWay(pBed, _ulValueType, TRecords())}};
+    });
 }
 
 /** The list before an update has no query; as one would read it, whole. @return how many components it has */
@@ -292,42 +260,37 @@ std::size_t QueryPreUpdateList(const std::wstring& _rtszFile, std::vector<Compat
 
 /**
  * Its store has three steps, each of which stores the document: the first leaves it as long as it was, the others leave
- * it with as many components more. The floor is the sum of the queries of these three documents. The sample is a small one, hence
- * how far it grows; and each store starts from the document as it was.
+ * it with as many components more. The floor is the sum of the queries of these three documents. The sample is a small
+ * one, hence how far it grows; and each store starts from the document as it was.
  */
-void RegisterPreUpdateListStore()
+void AddPreUpdateListStore()
 {
-    for (const unsigned ulTimes : {1U, 0U, 100 * g_ulMore}) {
-        Register("store-pre-update-list", ulTimes, Side::Candidate, [=](benchmark::State& _rState) {
-            Bed cBed(g_stPreUpdateList, ulTimes);
-            PreUpdateList stList{cBed.File(), {}};
-            QueryPreUpdateList(cBed.File(), stList.vecComponent);
-            const Bench::Expat cKept;
-            for (auto _ : _rState) {
-                CFunctionXml cXml;
-                if (cXml.StoreValue(cBed.RequestFor(ValueType::g_ulPreUpdateList, &stList)) != Result::g_ulSuccess) {
-                    _rState.SkipWithError("it failed");
-                }
-                _rState.PauseTiming();
-                cBed.Reset();
-                _rState.ResumeTiming();
-            }
-        });
-        if (ulTimes != 0) {
-            Register("store-pre-update-list", ulTimes, Side::Floor, [=](benchmark::State& _rState) {
-                const Bed cBefore(g_stPreUpdateList, ulTimes);
-                const Bed cAfter(g_stPreUpdateList, 2 * ulTimes);
-                Measure(_rState, [&](const Bench::Expat&) {
-                    std::size_t uComponents = 0;
-                    for (const Bed* pBed : {&cBefore, &cAfter, &cAfter}) {
-                        std::vector<CompatibilityComponent> vecComponent;
-                        uComponents += QueryPreUpdateList(pBed->File(), vecComponent);
-                    }
-                    return uComponents != 0;
-                });
-            });
-        }
-    }
+    constexpr unsigned ulTimes = 100 * g_ulMore;
+    Bench::Add(NameOf("store-pre-update-list", ulTimes), [=] {
+        const auto pBed = std::make_shared<MeasuredBed>(g_stPreUpdateList, ulTimes);
+        const auto pBefore = std::make_shared<Bed>(g_stPreUpdateList, ulTimes);
+        const auto pAfter = std::make_shared<Bed>(g_stPreUpdateList, 2 * ulTimes);
+        const auto pList = std::make_shared<PreUpdateList>(PreUpdateList{pBed->File(), {}});
+        QueryPreUpdateList(pBed->File(), pList->vecComponent);
+        return Bench::Ways{[=](Bench::Clock& _rClock) {
+                               CFunctionXml cXml;
+                               const bool bStored =
+                                   cXml.StoreValue(pBed->RequestFor(ValueType::g_ulPreUpdateList, pList.get())) ==
+                                   Result::g_ulSuccess;
+                               _rClock.Pause();
+                               pBed->Reset();
+                               _rClock.Resume();
+                               return bStored;
+                           },
+                           {[=](Bench::Clock&) {
+                               std::size_t uComponents = 0;
+                               for (const Bed* pRead : {pBefore.get(), pAfter.get(), pAfter.get()}) {
+                                   std::vector<CompatibilityComponent> vecComponent;
+                                   uComponents += QueryPreUpdateList(pRead->File(), vecComponent);
+                               }
+                               return uComponents != 0;
+                           }}};
+    });
 }
 
 ThreatText Threat(std::uint32_t _ulIdentifier)
@@ -335,35 +298,35 @@ ThreatText Threat(std::uint32_t _ulIdentifier)
     return {.ulIdentifier = _ulIdentifier, .tszText = {}, .tszSecondText = {}};
 }
 
-bool RegisterAll()
+bool AddAll()
 {
-    RegisterQuery<std::vector<ServiceUnit>>("query-service-units", g_stServiceUnits, ValueType::g_ulServiceUnit);
-    RegisterQuery<std::vector<PolicyController>>("query-policy", g_stPolicy, ValueType::g_ulEnforcePolicy);
-    RegisterQuery<std::vector<DataController>>("query-enforce-data", g_stEnforceData, ValueType::g_ulEnforceData);
-    RegisterQuery<InstallPuIds>("query-pu-ids", g_stPuIds, ValueType::g_ulInstallPuIds);
-    RegisterQuery<std::vector<VersionInformation>>("query-version-info", g_stVersionInfo, ValueType::g_ulVersionInfo);
-    RegisterQuery<std::vector<CompetitorAction>>("query-competitor-actions", g_stCompetitorActions,
-                                                 ValueType::g_ulCompetitorAction);
-    RegisterQuery<std::vector<CompetitorDetection>>("query-competitor-detections", g_stCompetitorDetections,
-                                                    ValueType::g_ulCompetitorDetection);
-    RegisterQuery<std::vector<CompatibilityPlatform>>("query-compatibility", g_stCompatibility,
-                                                      ValueType::g_ulCompatibilityCheck);
-    RegisterQuery<DeployAliasConfig>("query-alias", g_stAlias, ValueType::g_ulDeployAlias);
-    RegisterQuery<DeployComponentConfig>("query-component", g_stComponent, ValueType::g_ulDeployComponent);
-    RegisterQuery<std::vector<DeployKey>>("query-key-config", g_stKeyConfig, ValueType::g_ulKeyConfig);
-    RegisterQuery<std::vector<RegistryData>>("query-registry-data", g_stRegistryData, ValueType::g_ulRegistryData);
-    RegisterQuery("query-threat-name", g_stThreatsOrkap, ValueType::g_ulThreatNameOrkap, Threat(6999), Threat(996999));
+    AddQuery<std::vector<ServiceUnit>>("query-service-units", g_stServiceUnits, ValueType::g_ulServiceUnit);
+    AddQuery<std::vector<PolicyController>>("query-policy", g_stPolicy, ValueType::g_ulEnforcePolicy);
+    AddQuery<std::vector<DataController>>("query-enforce-data", g_stEnforceData, ValueType::g_ulEnforceData);
+    AddQuery<InstallPuIds>("query-pu-ids", g_stPuIds, ValueType::g_ulInstallPuIds);
+    AddQuery<std::vector<VersionInformation>>("query-version-info", g_stVersionInfo, ValueType::g_ulVersionInfo);
+    AddQuery<std::vector<CompetitorAction>>("query-competitor-actions", g_stCompetitorActions,
+                                            ValueType::g_ulCompetitorAction);
+    AddQuery<std::vector<CompetitorDetection>>("query-competitor-detections", g_stCompetitorDetections,
+                                               ValueType::g_ulCompetitorDetection);
+    AddQuery<std::vector<CompatibilityPlatform>>("query-compatibility", g_stCompatibility,
+                                                 ValueType::g_ulCompatibilityCheck);
+    AddQuery<DeployAliasConfig>("query-alias", g_stAlias, ValueType::g_ulDeployAlias);
+    AddQuery<DeployComponentConfig>("query-component", g_stComponent, ValueType::g_ulDeployComponent);
+    AddQuery<std::vector<DeployKey>>("query-key-config", g_stKeyConfig, ValueType::g_ulKeyConfig);
+    AddQuery<std::vector<RegistryData>>("query-registry-data", g_stRegistryData, ValueType::g_ulRegistryData);
+    AddQuery("query-threat-name", g_stThreatsOrkap, ValueType::g_ulThreatNameOrkap, Threat(6999), Threat(996999));
     // Names and recommendations of this table are looked up as descriptions are.
-    RegisterQuery("query-threat-description", g_stThreatsElmap, ValueType::g_ulThreatDescription, Threat(4999),
-                  Threat(994999));
-    RegisterQuery("query-scanner-title", g_stThreatsElmap, ValueType::g_ulScannerTitle, Threat(8), Threat(8));
+    AddQuery("query-threat-description", g_stThreatsElmap, ValueType::g_ulThreatDescription, Threat(4999),
+             Threat(994999));
+    AddQuery("query-scanner-title", g_stThreatsElmap, ValueType::g_ulScannerTitle, Threat(8), Threat(8));
 
-    RegisterStore<std::vector<PolicyController>>("store-policy", g_stPolicy, ValueType::g_ulEnforcePolicy);
-    RegisterStore<DeployAliasConfig>("store-alias", g_stAlias, ValueType::g_ulDeployAlias);
-    RegisterPreUpdateListStore();
+    AddStore<std::vector<PolicyController>>("store-policy", g_stPolicy, ValueType::g_ulEnforcePolicy);
+    AddStore<DeployAliasConfig>("store-alias", g_stAlias, ValueType::g_ulDeployAlias);
+    AddPreUpdateListStore();
     return true;
 }
 
-[[maybe_unused]] const bool g_bRegistered = RegisterAll();
+[[maybe_unused]] const bool g_bAdded = AddAll();
 
 } // namespace

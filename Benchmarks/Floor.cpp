@@ -15,6 +15,8 @@ using Cryptograph::Rijndael;
 
 namespace {
 
+constexpr DWORD g_ulShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
 void XMLCALL OnStart(void* /*_pUser*/, const XML_Char* /*_pszName*/, const XML_Char** /*_ppszAttributes*/) {}
 void XMLCALL OnEnd(void* /*_pUser*/, const XML_Char* /*_pszName*/) {}
 void XMLCALL OnText(void* /*_pUser*/, const XML_Char* /*_pszText*/, int /*_iLength*/) {}
@@ -27,7 +29,7 @@ void Bind(HMODULE _hLibrary, TFunction*& _rpfnFunction, const char* _szName)
 
 std::vector<std::uint8_t> ReadFileWhole(const std::wstring& _rtszPath)
 {
-    const FileHandle hFile(::CreateFileW(_rtszPath.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+    const FileHandle hFile(::CreateFileW(_rtszPath.c_str(), GENERIC_READ, g_ulShareAll, nullptr, OPEN_EXISTING,
                                          FILE_ATTRIBUTE_NORMAL, nullptr));
     std::vector<std::uint8_t> vecContent(::GetFileSize(hFile.Get(), nullptr));
     DWORD ulRead = 0;
@@ -65,18 +67,33 @@ Expat::Expat() : m_hLibrary(::LoadLibraryW(L"libexpat.dll"))
 
 bool Expat::ScanFile(const wchar_t* _pszPath) const
 {
-    constexpr DWORD ulShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return Scan(_pszPath, 0);
+}
+
+bool Expat::ScanInPieces(const wchar_t* _pszPath) const
+{
+    return Scan(_pszPath, 32U << 10);
+}
+
+/** @param _ulPiece  bytes of a piece; 0: the file is one */
+bool Expat::Scan(const wchar_t* _pszPath, unsigned long _ulPiece) const
+{
     const FileHandle hFile(
-        ::CreateFileW(_pszPath, GENERIC_READ, ulShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        ::CreateFileW(_pszPath, GENERIC_READ, g_ulShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     const DWORD ulSize = ::GetFileSize(hFile.Get(), nullptr);
-    DWORD ulRead = 0;
+    const DWORD ulPiece = _ulPiece == 0 ? ulSize : _ulPiece;
     const XML_Parser pParser = m_pfnCreate(nullptr);
     m_pfnSetElementHandler(pParser, &OnStart, &OnEnd);
     m_pfnSetCharacterDataHandler(pParser, &OnText);
-    void* pBuffer = m_pfnGetBuffer(pParser, static_cast<int>(ulSize));
-    const bool bParsed = pBuffer != nullptr && ::ReadFile(hFile.Get(), pBuffer, ulSize, &ulRead, nullptr) != FALSE &&
-                         ulRead == ulSize &&
-                         m_pfnParseBuffer(pParser, static_cast<int>(ulSize), XML_TRUE) == XML_STATUS_OK;
+    bool bParsed = true;
+    for (DWORD ulDone = 0; bParsed && ulDone < ulSize;) {
+        DWORD ulRead = 0;
+        void* pBuffer = m_pfnGetBuffer(pParser, static_cast<int>(ulPiece));
+        bParsed = pBuffer != nullptr && ::ReadFile(hFile.Get(), pBuffer, ulPiece, &ulRead, nullptr) != FALSE &&
+                  ulRead != 0 &&
+                  m_pfnParseBuffer(pParser, static_cast<int>(ulRead), ulDone + ulRead == ulSize) == XML_STATUS_OK;
+        ulDone += ulRead;
+    }
     m_pfnFree(pParser);
     return bParsed;
 }
@@ -99,17 +116,36 @@ std::vector<std::uint8_t> ReadDecrypted(const std::wstring& _rtszFile, const Var
     return vecContent;
 }
 
-bool ScanThroughTemporaryFile(const Expat& _rExpat, const std::vector<std::uint8_t>& _rvecPlain)
+namespace {
+
+/** Makes a private temporary file of these bytes, and hands its path over while it exists. */
+template <class TUse>
+bool WithTemporaryFile(std::span<const std::uint8_t> _spanContent, const TUse& _fnUse)
 {
     std::wstring tszFile(MAX_PATH, L'\0');
     tszFile.resize(::GetTempPathW(MAX_PATH, tszFile.data()));
     tszFile += L"varnhelt-bench-" + std::to_wstring(::GetCurrentProcessId()) + L".tmp";
-    constexpr DWORD ulShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const FileHandle hFile(::CreateFileW(tszFile.c_str(), GENERIC_WRITE | DELETE, ulShareAll, nullptr, CREATE_NEW,
+    const FileHandle hFile(::CreateFileW(tszFile.c_str(), GENERIC_WRITE | DELETE, g_ulShareAll, nullptr, CREATE_NEW,
                                          FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
     DWORD ulWritten = 0;
-    ::WriteFile(hFile.Get(), _rvecPlain.data(), static_cast<DWORD>(_rvecPlain.size()), &ulWritten, nullptr);
-    return _rExpat.ScanFile(tszFile.c_str());
+    ::WriteFile(hFile.Get(), _spanContent.data(), static_cast<DWORD>(_spanContent.size()), &ulWritten, nullptr);
+    return _fnUse(tszFile);
+}
+
+} // namespace
+
+bool ScanThroughTemporaryFile(const Expat& _rExpat, bool (Expat::*_pScan)(const wchar_t*) const,
+                              const std::vector<std::uint8_t>& _rvecPlain)
+{
+    return WithTemporaryFile(_rvecPlain,
+                             [&](const std::wstring& _rtszFile) { return (_rExpat.*_pScan)(_rtszFile.c_str()); });
+}
+
+bool UseTemporaryFile()
+{
+    constexpr std::uint8_t aContent[96] = {};
+    return WithTemporaryFile(aContent,
+                             [&](const std::wstring& _rtszFile) { return ReadFileWhole(_rtszFile).size() == 96; });
 }
 
 } // namespace Bench

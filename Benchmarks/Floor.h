@@ -19,8 +19,12 @@ public:
 
     /** Reads a file into the library's own buffer and has it parsed by one call, with handlers that do nothing. */
     bool ScanFile(const wchar_t* _pszPath) const;
+    /** The same in pieces through one buffer that stays, where the file has more than one. */
+    bool ScanInPieces(const wchar_t* _pszPath) const;
 
 private:
+    bool Scan(const wchar_t* _pszPath, unsigned long _ulPiece) const;
+
     ZkCommon::ModuleHandle m_hLibrary;
     decltype(&XML_ParserCreate) m_pfnCreate = nullptr;
     decltype(&XML_ParserFree) m_pfnFree = nullptr;
@@ -37,6 +41,10 @@ std::wstring ReadProductPath();
 std::vector<std::uint8_t> ReadDecrypted(const std::wstring& _rtszFile, const Varnhelt::Document& _rstDocument);
 
 /** A private temporary file that goes with its handle: made, written, opened a second time, read and parsed. */
-bool ScanThroughTemporaryFile(const Expat& _rExpat, const std::vector<std::uint8_t>& _rvecPlain);
+bool ScanThroughTemporaryFile(const Expat& _rExpat, bool (Expat::*_pScan)(const wchar_t*) const,
+                              const std::vector<std::uint8_t>& _rvecPlain);
+
+/** A private temporary file: made, written, read through a second handle, and closed. */
+bool UseTemporaryFile();
 
 } // namespace Bench

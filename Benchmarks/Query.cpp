@@ -1,61 +1,71 @@
-// A whole query of an encrypted catalogue of 20 KB, from the function object to the records, against the system calls,
-// the cipher and the scan that it cannot do without. "query-20k" loads the parser library for each call, as hosts see
-// it; "query-20k-kept" is the same for a host that keeps the library loaded.
+// A whole query of an encrypted catalogue, from the function object to the records, against the system calls, the cipher and
+// the scan that it cannot do without. "query-20k" loads the parser library for each call, as hosts see it; "-kept" is the
+// same for a host that keeps the library loaded. "query-fixed" is the query of a catalogue without a record, against
+// making, writing, reading and closing one private file.
 
 #include "Catalogue.h"
 #include "Floor.h"
 #include "FunctionProvider.h"
+#include "Measure.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
 #include "TestProduct.h"
 
-#include <benchmark/benchmark.h>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace {
 
-constexpr std::size_t g_uSize = 20 * 1024;
-
-void Query(benchmark::State& _rState)
+enum class Library
 {
-    const TestProduct cProduct;
-    cProduct.Store(Varnhelt::DocumentId::ServiceUnits, Bench::MakeCatalogue(g_uSize));
-    CFunctionProvider cProvider;
-    for (auto _ : _rState) {
-        std::vector<SrvFrwk::ServiceUnit> vecUnit;
-        if (cProvider.QueryValue(0, SrvFrwk::ValueType::g_ulServiceUnit, 0, &vecUnit, 0, nullptr) !=
-                SrvFrwk::Result::g_ulSuccess ||
-            vecUnit.empty()) {
-            _rState.SkipWithError("the query failed");
+    Loaded, // by each call
+    Kept,
+};
+
+struct Bed
+{
+    Bed(std::size_t _uSize, Library _enLibrary)
+    {
+        cProduct.Store(Varnhelt::DocumentId::ServiceUnits, Bench::MakeCatalogue(_uSize));
+        if (_enLibrary == Library::Kept) {
+            cKept.emplace();
         }
     }
-}
-
-void Floor(benchmark::State& _rState)
-{
-    const TestProduct cProduct;
-    cProduct.Store(Varnhelt::DocumentId::ServiceUnits, Bench::MakeCatalogue(g_uSize));
-    for (auto _ : _rState) {
+    bool Query()
+    {
+        std::vector<SrvFrwk::ServiceUnit> vecUnit;
+        return cProvider.QueryValue(0, SrvFrwk::ValueType::g_ulServiceUnit, 0, &vecUnit, 0, nullptr) ==
+               SrvFrwk::Result::g_ulSuccess;
+    }
+    static bool Floor()
+    {
         const Varnhelt::Document& stDocument = Varnhelt::DocumentOf(Varnhelt::DocumentId::ServiceUnits);
         const auto vecPlain = Bench::ReadDecrypted(Bench::ReadProductPath() + L"\\" + stDocument.pszFile, stDocument);
         const Bench::Expat cExpat;
-        if (!Bench::ScanThroughTemporaryFile(cExpat, vecPlain)) {
-            _rState.SkipWithError("the scan failed");
-        }
+        return Bench::ScanThroughTemporaryFile(cExpat, &Bench::Expat::ScanFile, vecPlain);
     }
-}
 
-void WithLibraryKept(benchmark::State& _rState, void (*_pfnBenchmark)(benchmark::State&))
+    TestProduct cProduct;
+    CFunctionProvider cProvider;
+    std::optional<Bench::Expat> cKept;
+};
+
+void AddQuery(const char* _szName, std::size_t _uSize, Library _enLibrary, bool (*_pfnFloor)())
 {
-    const Bench::Expat cKept;
-    _pfnBenchmark(_rState);
+    Bench::Add(_szName, [=] {
+        const auto pBed = std::make_shared<Bed>(_uSize, _enLibrary);
+        return Bench::Ways{[=](Bench::Clock&) { return pBed->Query(); }, {[=](Bench::Clock&) { return _pfnFloor(); }}};
+    });
 }
 
-BENCHMARK(Query)->Name("query-20k/candidate")->Unit(benchmark::kMicrosecond);
-BENCHMARK(Floor)->Name("query-20k/floor")->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(WithLibraryKept, candidate, &Query)->Name("query-20k-kept/candidate")->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(WithLibraryKept, floor, &Floor)->Name("query-20k-kept/floor")->Unit(benchmark::kMicrosecond);
+[[maybe_unused]] const bool g_bAdded = [] {
+    AddQuery("query-20k", 20 << 10, Library::Loaded, &Bed::Floor);
+    AddQuery("query-20k-kept", 20 << 10, Library::Kept, &Bed::Floor);
+    AddQuery("query-fixed", 0, Library::Kept, &Bench::UseTemporaryFile);
+    return true;
+}();
 
 } // namespace

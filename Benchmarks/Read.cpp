@@ -1,26 +1,29 @@
 // A document into records, from the file on, against the bare parser library over the same file with handlers that do
-// nothing; and the memory that this takes at its peak: tree, records and input buffer together.
+// nothing, and against other parsers; and the memory that this takes at its peak: elements, records and input together.
 
 #include "Catalogue.h"
 #include "Descriptions/DescriptionReader.h"
 #include "Documents/ServiceUnits.h"
+#include "Files/DocumentFile.h"
 #include "Floor.h"
+#include "Measure.h"
+#include "Memory.h"
+#include "Peers.h"
 #include "ZkComn_XmlParser.h"
 
-#include <algorithm>
-#include <benchmark/benchmark.h>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <pugixml.hpp>
 #include <string>
-#include <vector>
 #include <windows.h>
 
 namespace {
 
 using namespace ZkCommon::Storage;
+using Bench::Units;
 
-/** A plain catalogue in a file of its own. */
+/** A plain catalogue in its own file, and the parser library loaded: loading it is part of a query, not of reading. */
 class CatalogueFile
 {
 public:
@@ -42,139 +45,103 @@ public:
 
     std::wstring Path() const { return m_Path.wstring(); }
     std::size_t Size() const { return m_uSize; }
+    const Bench::Expat& Library() const { return m_library; }
 
 private:
+    Bench::Expat m_library;
     std::filesystem::path m_Path;
     std::size_t m_uSize = 0;
 };
 
-void Read(benchmark::State& _rState)
+Units Read(const std::wstring& _rtszFile, const XmlMemory* _pMemory = nullptr)
 {
-    const Bench::Expat kept; // loading the library is part of a query, not of reading
-    const CatalogueFile file(static_cast<std::size_t>(_rState.range(0)));
-    for (auto _ : _rState) {
-        std::vector<SrvFrwk::ServiceUnit> vecUnit;
-        XmlParser parser;
-        XmlElement root;
-        parser.Load(file.Path());
-        parser.Select(L"/BaseFramework", root);
-        Varnhelt::Documents::ReadRecords(root, Varnhelt::Documents::g_stServiceUnit, vecUnit);
-        if (vecUnit.empty()) {
-            _rState.SkipWithError("nothing was read");
-        }
+    Units vecUnit;
+    XmlParser parser(_pMemory);
+    XmlElement root;
+    parser.Load(_rtszFile);
+    parser.Select(L"/BaseFramework", root);
+    Varnhelt::Documents::ReadRecords(root, Varnhelt::Documents::g_stServiceUnit, vecUnit);
+    return vecUnit;
+}
+
+void AddReading(const std::string& _rsName, std::size_t _uSize, bool _bAlways)
+{
+    Bench::Add(
+        "read-" + _rsName,
+        [=] {
+            const auto pFile = std::make_shared<CatalogueFile>(_uSize);
+            return Bench::Ways{[=](Bench::Clock&) { return !Read(pFile->Path()).empty(); },
+                               {[=](Bench::Clock&) { return pFile->Library().ScanFile(pFile->Path().c_str()); },
+                                [=](Bench::Clock&) { return pFile->Library().ScanInPieces(pFile->Path().c_str()); }}};
+        },
+        _bAlways);
+}
+
+using Reader = Units (*)(const std::wstring&);
+
+void AddPeer(const std::string& _rsName, std::size_t _uSize, Reader _pfnPeer, bool _bAlways)
+{
+    Bench::Add(
+        "read-" + _rsName,
+        [=] {
+            const auto pFile = std::make_shared<CatalogueFile>(_uSize);
+            const bool bSame = Bench::SameUnits(_pfnPeer(pFile->Path()), Read(pFile->Path()));
+            return Bench::Ways{[=](Bench::Clock&) { return bSame && !Read(pFile->Path()).empty(); },
+                               {[=](Bench::Clock&) { return !_pfnPeer(pFile->Path()).empty(); }}};
+        },
+        _bAlways);
+}
+
+/** Bytes at the peak for each byte of the document. */
+void AddMemory(const std::string& _rsName, std::size_t _uSize, Reader _pfnReader)
+{
+    Bench::AddFigure("memory-" + _rsName, [=] {
+        pugi::set_memory_management_functions(Bench::g_stCounted.malloc_fcn, Bench::g_stCounted.free_fcn);
+        const CatalogueFile file(_uSize);
+        const std::wstring tszPath = file.Path();
+        Bench::StartCounting(file.Size());
+        const bool bRead = !_pfnReader(tszPath).empty();
+        return static_cast<double>(Bench::PeakBytes()) / static_cast<double>(file.Size()) * (bRead ? 1 : 0);
+    });
+}
+
+/** Bytes at the peak for each byte written, storing a document of elements in each other. */
+double MemoryOfDeepStore()
+{
+    constexpr int iDepth = 100'000;
+    std::string sDeep;
+    for (int i = 0; i < iDepth; ++i) {
+        sDeep += "<a>";
     }
-    _rState.SetBytesProcessed(_rState.iterations() * static_cast<std::int64_t>(file.Size()));
-}
-
-void Scan(benchmark::State& _rState)
-{
-    const Bench::Expat expat;
-    const CatalogueFile file(static_cast<std::size_t>(_rState.range(0)));
-    for (auto _ : _rState) {
-        if (!expat.ScanFile(file.Path().c_str())) {
-            _rState.SkipWithError("the scan failed");
-        }
+    for (int i = 0; i < iDepth; ++i) {
+        sDeep += "</a>";
     }
-    _rState.SetBytesProcessed(_rState.iterations() * static_cast<std::int64_t>(file.Size()));
+    Bench::StartCounting(std::size_t{1} << 40);
+    XmlParser parser(&Bench::g_stCounted);
+    parser.LoadText(sDeep, XmlParser::KeepWhole);
+    const std::size_t uOutput = Varnhelt::DocumentText(parser).size();
+    return static_cast<double>(Bench::PeakBytes()) / static_cast<double>(uOutput);
 }
 
-/**
- * What is taken now, and what was at most. The parser library rounds its buffer up to a power of two; what lies behind
- * the document there is never touched, so a block counts for no more than the document.
- */
-std::size_t g_uDocument = 0;
-std::size_t g_uTaken = 0;
-std::size_t g_uPeak = 0;
-
-constexpr std::size_t g_uHeader = 16; // before each block: its size
-
-void Count(std::size_t _uOld, std::size_t _uNew)
-{
-    g_uTaken = g_uTaken - std::min(_uOld, g_uDocument) + std::min(_uNew, g_uDocument);
-    g_uPeak = std::max(g_uPeak, g_uTaken);
-}
-
-void* Reallocate(void* _pMemory, std::size_t _uSize)
-{
-    char* pBlock = _pMemory != nullptr ? static_cast<char*>(_pMemory) - g_uHeader : nullptr;
-    const std::size_t uOld = pBlock != nullptr ? *reinterpret_cast<std::size_t*>(pBlock) : 0;
-    pBlock = static_cast<char*>(std::realloc(pBlock, g_uHeader + _uSize));
-    if (pBlock == nullptr) {
-        return nullptr;
-    }
-    *reinterpret_cast<std::size_t*>(pBlock) = _uSize;
-    Count(uOld, _uSize);
-    return pBlock + g_uHeader;
-}
-
-void* Allocate(std::size_t _uSize)
-{
-    return Reallocate(nullptr, _uSize);
-}
-
-void Free(void* _pMemory)
-{
-    if (_pMemory != nullptr) {
-        char* pBlock = static_cast<char*>(_pMemory) - g_uHeader;
-        Count(*reinterpret_cast<std::size_t*>(pBlock), 0);
-        std::free(pBlock);
-    }
-}
-
-template <class T>
-struct CountingAllocator
-{
-    using value_type = T;
-
-    CountingAllocator() = default;
-    template <class TOther>
-    explicit CountingAllocator(const CountingAllocator<TOther>&)
-    {}
-    T* allocate(std::size_t _uCount) { return static_cast<T*>(Allocate(_uCount * sizeof(T))); }
-    void deallocate(T* _pMemory, std::size_t) { Free(_pMemory); }
-    friend bool operator==(const CountingAllocator&, const CountingAllocator&) { return true; }
-};
-
-/** Bytes of a text that does not fit into its own object. */
-std::size_t HeapOf(const std::wstring& _rtszText)
-{
-    return _rtszText.capacity() > std::wstring().capacity() ? (_rtszText.capacity() + 1) * sizeof(wchar_t) : 0;
-}
-
-void Memory(benchmark::State& _rState)
-{
-    constexpr XmlMemory stMemory{&Allocate, &Reallocate, &Free};
-    const Bench::Expat kept;
-    const CatalogueFile file(static_cast<std::size_t>(_rState.range(0)));
-    for (auto _ : _rState) {
-        g_uDocument = file.Size();
-        g_uPeak = g_uTaken = 0;
-        std::vector<SrvFrwk::ServiceUnit, CountingAllocator<SrvFrwk::ServiceUnit>> vecUnit;
-        XmlParser parser(&stMemory);
-        XmlElement root;
-        parser.Load(file.Path());
-        parser.Select(L"/BaseFramework", root);
-        const std::size_t uParsing = std::exchange(g_uPeak, g_uTaken);
-        Varnhelt::Documents::ReadRecords(root, Varnhelt::Documents::g_stServiceUnit, vecUnit);
-        for (const SrvFrwk::ServiceUnit& rstUnit : vecUnit) {
-            g_uPeak += HeapOf(rstUnit.tszModuleName) + HeapOf(rstUnit.tszVersion);
-        }
-        g_uPeak = std::max(g_uPeak, uParsing);
-    }
-    _rState.counters["bytes_per_byte"] = static_cast<double>(g_uPeak) / static_cast<double>(file.Size());
-}
-
-constexpr std::int64_t g_llMegabyte = 1 << 20;
-
-BENCHMARK(Read)->Name("read-20k/candidate")->Arg(20 << 10)->Unit(benchmark::kMicrosecond);
-BENCHMARK(Scan)->Name("read-20k/floor")->Arg(20 << 10)->Unit(benchmark::kMicrosecond);
-BENCHMARK(Read)->Name("read-1m/candidate")->Arg(g_llMegabyte)->Unit(benchmark::kMillisecond);
-BENCHMARK(Scan)->Name("read-1m/floor")->Arg(g_llMegabyte)->Unit(benchmark::kMillisecond);
-BENCHMARK(Read)->Name("read-50m/candidate")->Arg(50 * g_llMegabyte)->Unit(benchmark::kMillisecond);
-BENCHMARK(Scan)->Name("read-50m/floor")->Arg(50 * g_llMegabyte)->Unit(benchmark::kMillisecond);
-BENCHMARK(Read)->Name("read-100m/candidate")->Arg(100 * g_llMegabyte)->Unit(benchmark::kMillisecond);
-BENCHMARK(Scan)->Name("read-100m/floor")->Arg(100 * g_llMegabyte)->Unit(benchmark::kMillisecond);
-BENCHMARK(Memory)->Name("memory-1m/candidate")->Arg(g_llMegabyte)->Iterations(1);
-BENCHMARK(Memory)->Name("memory-50m/candidate")->Arg(50 * g_llMegabyte)->Iterations(1);
+[[maybe_unused]] const bool g_bAdded = [] {
+    constexpr std::size_t uMegabyte = 1 << 20;
+    constexpr auto OursCounted = [](const std::wstring& _rtszFile) { return Read(_rtszFile, &Bench::g_stCounted); };
+    AddReading("20k", 20 << 10, true);
+    AddReading("1m", uMegabyte, true);
+    AddReading("50m", 50 * uMegabyte, true);
+    AddReading("100m", 100 * uMegabyte, false);
+    AddPeer("20k-pugixml", 20 << 10, &Bench::ReadByPugixml, true);
+    AddPeer("1m-pugixml", uMegabyte, &Bench::ReadByPugixml, true);
+    AddPeer("50m-pugixml", 50 * uMegabyte, &Bench::ReadByPugixml, false);
+    AddPeer("20k-tinyxml2", 20 << 10, &Bench::ReadByTinyxml2, true);
+    AddPeer("1m-tinyxml2", uMegabyte, &Bench::ReadByTinyxml2, true);
+    AddPeer("50m-tinyxml2", 50 * uMegabyte, &Bench::ReadByTinyxml2, false);
+    AddMemory("1m", uMegabyte, OursCounted);
+    AddMemory("50m", 50 * uMegabyte, OursCounted);
+    Bench::AddFigure("memory-store-deep", &MemoryOfDeepStore);
+    AddMemory("1m-pugixml", uMegabyte, &Bench::ReadByPugixml);
+    AddMemory("1m-tinyxml2", uMegabyte, &Bench::ReadByTinyxml2);
+    return true;
+}();
 
 } // namespace

@@ -1,17 +1,20 @@
 // A trace call whose level does not pass, against entering and leaving a critical section that nobody else wants.
 
+#include "Measure.h"
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_IniFile.h"
 #include "ZkComn_Synchronize.h"
 
-#include <benchmark/benchmark.h>
+#include <memory>
 #include <string>
 
 namespace {
 
 using namespace ZkCommon;
 
-/** The log, on for errors only; its settings lie in a file of this program's own. */
+constexpr int g_iLines = 1000;
+
+/** The log, on for errors only; its settings are in a separate file. */
 class ErrorsOnly
 {
 public:
@@ -48,31 +51,26 @@ private:
     bool m_bOn = false;
 };
 
-void FilteredTrace(benchmark::State& _rState)
-{
-    const ErrorsOnly log;
-    if (!log.IsOn()) {
-        _rState.SkipWithError("the trace library is not beside the program");
-        return;
-    }
-    std::uint32_t ulCode = 0;
-    for (auto _ : _rState) {
-        Trace(TraceDetail, L"[Enter] CClass::Method() VT[0x%08x]...", ulCode);
-        benchmark::DoNotOptimize(++ulCode);
-    }
-}
-
-void CriticalSection(benchmark::State& _rState)
-{
-    Synchronize::CriticalSection section;
-    std::uint32_t ulCode = 0;
-    for (auto _ : _rState) {
-        const Synchronize::SingleLock lock(&section);
-        benchmark::DoNotOptimize(++ulCode);
-    }
-}
-
-BENCHMARK(FilteredTrace)->Name("trace-filtered/candidate");
-BENCHMARK(CriticalSection)->Name("trace-filtered/floor");
+[[maybe_unused]] const bool g_bAdded = [] {
+    Bench::Add("trace-filtered", [] {
+        const auto pLog = std::make_shared<ErrorsOnly>();
+        const auto pSection = std::make_shared<Synchronize::CriticalSection>();
+        const auto pulCode = std::make_shared<std::uint32_t>(0);
+        return Bench::Ways{[=](Bench::Clock&) {
+                               for (int i = 0; i < g_iLines; ++i) {
+                                   Trace(TraceDetail, L"[Enter] CClass::Method() VT[0x%08x]...", (*pulCode)++);
+                               }
+                               return pLog->IsOn();
+                           },
+                           {[=](Bench::Clock&) {
+                               for (int i = 0; i < g_iLines; ++i) {
+                                   const Synchronize::SingleLock lock(pSection.get());
+                                   ++*pulCode;
+                               }
+                               return true;
+                           }}};
+    });
+    return true;
+}();
 
 } // namespace

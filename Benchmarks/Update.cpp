@@ -1,9 +1,10 @@
-// A local update of 10,000 entries, in time per entry, against the bare system calls that it is made of: looking whether
+// A local update of 1,000 entries against the bare system calls that it is made of: looking whether
 // the value is there, making the key sure, writing the value. Entries write over each other, so that what is measured
 // is not how an ini file grows.
 
 #include "Documents/LocalUpdate.h"
 #include "Documents/UpdateWords.h"
+#include "Measure.h"
 #include "SrvFrwk_ResultCode.h"
 #include "TempFolder.h"
 #include "Update/LocalUpdateManager.h"
@@ -12,9 +13,8 @@
 #include "ZkComn_Owner.h"
 #include "ZkComn_Registry.h"
 
-#include <benchmark/benchmark.h>
-#include <chrono>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <windows.h>
 
@@ -25,7 +25,7 @@ using ZkCommon::RegKey;
 using ZkCommon::Storage::IniFile;
 using ZkCommon::Storage::Registry;
 
-constexpr std::uint32_t g_ulEntries = 10000;
+constexpr std::uint32_t g_ulEntries = 1000;
 constexpr std::uint32_t g_ulNames = 100;
 constexpr const wchar_t* g_pszKey = L"Software\\VarnheltBench";
 constexpr const wchar_t* g_pszSection = L"Settings";
@@ -50,20 +50,6 @@ public:
     BenchKey& operator=(const BenchKey&) = delete;
     ~BenchKey() { ::RegDeleteTreeW(HKEY_CURRENT_USER, g_pszKey); }
 };
-
-/** Runs the body once per iteration and counts its time by entries. */
-template <class TBody>
-void MeasurePerEntry(benchmark::State& _rState, TBody&& _fnBody)
-{
-    for (auto _ : _rState) {
-        const auto begin = std::chrono::steady_clock::now();
-        if (!_fnBody()) {
-            _rState.SkipWithError("the update failed");
-        }
-        const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - begin;
-        _rState.SetIterationTime(duration.count() / g_ulEntries);
-    }
-}
 
 LocalUpdateKey MakeItem(const wchar_t* _pszKind, const std::wstring& _rtszRoot, const wchar_t* _pszPath)
 {
@@ -92,18 +78,6 @@ bool Apply(LocalUpdateConfig& _rstConfig)
            !SrvFrwk::Result::IsFailure(cManager.DoActionConfig(_rstConfig));
 }
 
-void UpdateRegistry(benchmark::State& _rState)
-{
-    const BenchKey cKey;
-    LocalUpdateConfig stConfig;
-    stConfig.lstRegistry.push_back(MakeItem(g_szRegistryKind, L"HKCU", g_pszKey));
-    MeasurePerEntry(_rState, [&] { return Apply(stConfig); });
-    // An entry that fails does not fail the update.
-    if (Registry(HKEY_CURRENT_USER, g_pszKey).ValueNames().size() != g_ulNames) {
-        _rState.SkipWithError("entries were not applied");
-    }
-}
-
 bool WriteValue(const std::wstring& _rtszName)
 {
     RegKey hKey;
@@ -119,53 +93,55 @@ bool WriteValue(const std::wstring& _rtszName)
                             sizeof g_szValue) == ERROR_SUCCESS;
 }
 
-void WriteValues(benchmark::State& _rState)
+bool WriteEntry(const std::wstring& _rtszFile, const std::wstring& _rtszName)
 {
-    const BenchKey cKey;
-    MeasurePerEntry(_rState, [] {
-        bool bDone = true;
-        for (std::uint32_t i = 0; i < g_ulEntries; ++i) {
-            bDone = WriteValue(NameOf(i)) && bDone;
-        }
-        return bDone;
-    });
+    wchar_t szText[256];
+    ::GetPrivateProfileStringW(g_pszSection, _rtszName.c_str(), L"", szText, 256, _rtszFile.c_str());
+    return ::WritePrivateProfileStringW(g_pszSection, _rtszName.c_str(), g_szValue, _rtszFile.c_str()) != FALSE;
 }
 
-void UpdateIni(benchmark::State& _rState)
+/** The calls of all entries. */
+template <class TWrite>
+bool WriteAll(const TWrite& _fnWrite)
 {
-    const TempFolder cFolder;
-    LocalUpdateConfig stConfig;
-    stConfig.lstIniFile.push_back(MakeItem(g_szIniFileKind, cFolder.File(L"bench.ini"), g_pszSection));
-    MeasurePerEntry(_rState, [&] { return Apply(stConfig); });
-    if (IniFile(cFolder.File(L"bench.ini"), g_pszSection).Entries().size() != g_ulNames) {
-        _rState.SkipWithError("entries were not applied");
+    bool bDone = true;
+    for (std::uint32_t i = 0; i < g_ulEntries; ++i) {
+        bDone = _fnWrite(NameOf(i)) && bDone;
     }
+    return bDone;
 }
 
-void WriteEntries(benchmark::State& _rState)
+Bench::Ways RegistryWays()
 {
-    const TempFolder cFolder;
-    const std::wstring tszFile = cFolder.File(L"bench.ini");
-    MeasurePerEntry(_rState, [&] {
-        bool bDone = true;
-        for (std::uint32_t i = 0; i < g_ulEntries; ++i) {
-            wchar_t szText[256];
-            const std::wstring tszName = NameOf(i);
-            ::GetPrivateProfileStringW(g_pszSection, tszName.c_str(), L"", szText, 256, tszFile.c_str());
-            bDone = ::WritePrivateProfileStringW(g_pszSection, tszName.c_str(), g_szValue, tszFile.c_str()) && bDone;
-        }
-        return bDone;
-    });
+    const auto pKey = std::make_shared<BenchKey>();
+    const auto pConfig = std::make_shared<LocalUpdateConfig>();
+    pConfig->lstRegistry.push_back(MakeItem(g_szRegistryKind, L"HKCU", g_pszKey));
+    // An entry that fails does not fail the update.
+    return {[=](Bench::Clock&) {
+                return Apply(*pConfig) && Registry(HKEY_CURRENT_USER, g_pszKey).ValueNames().size() == g_ulNames;
+            },
+            {[pKey](Bench::Clock&) { return WriteAll(&WriteValue); }}};
 }
 
-void OncePerRepetition(benchmark::internal::Benchmark* _pBenchmark)
+Bench::Ways IniWays()
 {
-    _pBenchmark->UseManualTime()->Iterations(1)->Unit(benchmark::kMicrosecond);
+    const auto pFolder = std::make_shared<TempFolder>();
+    const auto pConfig = std::make_shared<LocalUpdateConfig>();
+    pConfig->lstIniFile.push_back(MakeItem(g_szIniFileKind, pFolder->File(L"bench.ini"), g_pszSection));
+    return {[=](Bench::Clock&) {
+                return Apply(*pConfig) &&
+                       IniFile(pFolder->File(L"bench.ini"), g_pszSection).Entries().size() == g_ulNames;
+            },
+            {[=](Bench::Clock&) {
+                const std::wstring tszFile = pFolder->File(L"floor.ini");
+                return WriteAll([&](const std::wstring& _rtszName) { return WriteEntry(tszFile, _rtszName); });
+            }}};
 }
 
-BENCHMARK(UpdateRegistry)->Name("update-registry/candidate")->Apply(OncePerRepetition);
-BENCHMARK(WriteValues)->Name("update-registry/floor")->Apply(OncePerRepetition);
-BENCHMARK(UpdateIni)->Name("update-ini/candidate")->Apply(OncePerRepetition);
-BENCHMARK(WriteEntries)->Name("update-ini/floor")->Apply(OncePerRepetition);
+[[maybe_unused]] const bool g_bAdded = [] {
+    Bench::Add("update-registry", &RegistryWays);
+    Bench::Add("update-ini", &IniWays);
+    return true;
+}();
 
 } // namespace
