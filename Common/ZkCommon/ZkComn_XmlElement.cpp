@@ -92,7 +92,12 @@ bool XmlElement::IsComment() const noexcept
 
 std::uint32_t XmlElement::Line() const noexcept
 {
-    return m_pNode != nullptr ? m_pNode->ulLine : 0;
+    return m_pNode != nullptr ? m_pTree->PlaceOf(m_pNode).ulLine : 0;
+}
+
+std::uint32_t XmlElement::Column() const noexcept
+{
+    return m_pNode != nullptr ? m_pTree->PlaceOf(m_pNode).ulColumn : 0;
 }
 
 XmlName XmlElement::FindName(std::wstring_view _svName) const noexcept

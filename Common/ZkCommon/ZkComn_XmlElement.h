@@ -56,6 +56,8 @@ public:
     bool IsComment() const noexcept;
     /** Line of the start tag, counted from 1; 0 unless the document was loaded with XmlParser::KeepLines. */
     std::uint32_t Line() const noexcept;
+    /** Its column, likewise. */
+    std::uint32_t Column() const noexcept;
 
     /** This document's form of a name; the name of nothing when the document does not use it. */
     XmlName FindName(std::wstring_view _svName) const noexcept;

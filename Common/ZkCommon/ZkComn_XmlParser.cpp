@@ -103,7 +103,7 @@ private:
         EndRun();
         XmlNode* pNode = m_rTree.NewNode(m_rTree.Intern(_szName));
         if (m_bLines) {
-            pNode->ulLine = m_rSource.Line();
+            m_rTree.KeepPlace(pNode, m_rSource.Line(), m_rSource.Column());
         }
         XmlAttributeNode** ppLink = *_pszAttributes != nullptr ? &m_rTree.ExtrasOf(pNode).pFirstAttribute : nullptr;
         for (; *_pszAttributes != nullptr; _pszAttributes += 2) {

@@ -179,6 +179,11 @@ std::uint32_t XmlParserExpatBase::Line() const noexcept
     return static_cast<std::uint32_t>(m_expat->GetCurrentLineNumber(m_pParser));
 }
 
+std::uint32_t XmlParserExpatBase::Column() const noexcept
+{
+    return static_cast<std::uint32_t>(m_expat->GetCurrentColumnNumber(m_pParser)) + 1;
+}
+
 void XmlParserExpatBase::BringLibrary(const std::wstring& _tszFolder)
 {
     if (m_expat) {
@@ -194,7 +199,7 @@ void XmlParserExpatBase::BringLibrary(const std::wstring& _tszFolder)
 void XmlParserExpatBase::ThrowFailure()
 {
     m_stFailure.ulLine = Line();
-    m_stFailure.ulColumn = static_cast<std::uint32_t>(m_expat->GetCurrentColumnNumber(m_pParser)) + 1;
+    m_stFailure.ulColumn = Column();
     const XML_Error enError = m_enStopped != XML_ERROR_NONE ? m_enStopped : m_expat->GetErrorCode(m_pParser);
     const char* szText = m_expat->ErrorString(enError);
     m_szFailure = szText != nullptr ? szText : "";

@@ -123,6 +123,8 @@ public:
     virtual void Stop(XML_Error _enReason) noexcept = 0;
     /** Line of the present event, counted from 1; from within a handler only. Costs a look at the text up to there. */
     virtual std::uint32_t Line() const noexcept = 0;
+    /** Its column, in the same way. */
+    virtual std::uint32_t Column() const noexcept = 0;
 };
 
 /** Events by the expat library, which is loaded for the first parse and freed with this object or by Unload. */
@@ -134,6 +136,7 @@ public:
     void SetHandlers(const Handlers& _stHandlers) noexcept override;
     void Stop(XML_Error _enReason) noexcept override;
     std::uint32_t Line() const noexcept override;
+    std::uint32_t Column() const noexcept override;
 
     /** Where the last parse failed. */
     XmlPlace FailurePlace() const noexcept { return m_stFailure; }

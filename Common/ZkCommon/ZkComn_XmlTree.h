@@ -46,7 +46,7 @@ public:
     explicit XmlNode(std::uint32_t _ulName) noexcept : ulName(_ulName) {}
 
     std::uint32_t ulName;
-    std::uint32_t ulLine = 0;
+    std::uint32_t ulPlace = 0; // which of the tree's places it begins at, from 1; 0: not kept
 
     /** Null for the last sibling. */
     XmlNode* Next() const noexcept { return IsLast() ? nullptr : Pointer<XmlNode>(m_uLink); }
@@ -200,6 +200,22 @@ public:
 
     XmlArena& Arena() noexcept { return m_arena; }
 
+    /** Where an element begins, counted from 1; zeros where that is not kept. */
+    struct Place
+    {
+        std::uint32_t ulLine = 0;
+        std::uint32_t ulColumn = 0;
+    };
+    void KeepPlace(XmlNode* _pNode, std::uint32_t _ulLine, std::uint32_t _ulColumn)
+    {
+        m_vecPlace.push_back({_ulLine, _ulColumn});
+        _pNode->ulPlace = static_cast<std::uint32_t>(m_vecPlace.size());
+    }
+    Place PlaceOf(const XmlNode* _pNode) const noexcept
+    {
+        return _pNode->ulPlace != 0 ? m_vecPlace[_pNode->ulPlace - 1] : Place();
+    }
+
     XmlNode* NewNode(std::uint32_t _ulName) { return new (m_arena.Take<XmlNode>()) XmlNode(_ulName); }
     XmlAttributeNode* NewAttribute(std::uint32_t _ulName, std::wstring_view _svValue);
     XmlText* NewText(std::wstring_view _svText);
@@ -296,6 +312,7 @@ private:
     XmlNode* m_pAppended = nullptr;
     bool m_bKeepsAll = false;
     XmlNode* m_pForgetful = nullptr; // the parent whose children were forgotten last
+    std::vector<Place> m_vecPlace;
 };
 
 /**
