@@ -20,7 +20,7 @@ fault() {
 while read -r kind sample spoil; do
     [ -e "$sample" ] || sample=$work/$sample
     scripts/wine $vrnt schema --document "$kind" >"$work/$kind.xsd" || fault "no schema for $kind"
-    told=$(scripts/wine $vrnt check --document "$kind" "$(windows_path "$(realpath "$sample")")") ||
+    told=$(scripts/wine $vrnt check "$(windows_path "$(realpath "$sample")")") ||
         fault "$sample is not clean: $(head -n 3 <<<"$told")"
     xmllint --noout --schema "$work/$kind.xsd" "$sample" 2>"$work/told" || fault "$sample: $(head -n 3 "$work/told")"
     sed "$spoil" "$sample" >"$work/spoilt.xml"

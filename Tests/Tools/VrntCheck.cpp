@@ -8,7 +8,9 @@
 #include "VrntTest.h"
 #include "ZkComn_String.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
+#include <map>
 #include <nlohmann/json.hpp>
 
 using testing::ElementsAre;
@@ -186,13 +188,78 @@ TEST(VrntCheck, KnowsTheLineInALongEncryptedDocumentAndSaysItsFindingsForPeople)
     const std::string sFile = ZkCommon::String::ToUtf8(tszFile);
     const ProgramRun stRun = RunVrnt({L"check", L"--document", L"alias", tszFile});
     EXPECT_EQ(stRun.iExitStatus, 1);
-    EXPECT_EQ(stRun.sOutput,
-              sFile + ":100002: warning: no reader looks at attribute \"Propperty\"; did you mean \"Property\"?\n" +
-                  sFile + ":100002: warning: attribute \"Property\" is missing: read as empty\n0 errors, 2 warnings\n");
+    EXPECT_EQ(
+        stRun.sOutput,
+        sFile +
+            ":100002: warning: no reader looks at attribute \"Propperty\"; did you mean \"Property\"? "
+            "[unknown-name]\n" +
+            sFile +
+            ":100002: warning: attribute \"Property\" is missing: read as empty [missing]\n0 errors, 2 warnings\n");
 
     EXPECT_THAT(Findings(L"component", folder.File(L"a.xen")),
                 ElementsAre("1 error : neither XML nor encrypted with this document's key"));
     EXPECT_EQ(RunVrnt({L"check", L"--document", L"alias", folder.File(L"none")}).iExitStatus, 2);
+}
+
+TEST(VrntCheck, ReportsManyFilesByKindRuleAndStatus)
+{
+    const TempFolder folder;
+    const std::string sShared = "<!-- <A> --><Quillmar check='no'>";
+    std::filesystem::create_directory(folder.Path() / "sub");
+    folder.Write(L"a.xml", "<Aliases>\n \xC3\xA4<Alias Id='1'/></Aliases>");
+    folder.Write(L"plain.xml", "<Components><Install/><Uninstall/></Components>");
+    folder.Write(L"antispy.XML", sShared + "</Quillmar>");
+    folder.Write(L"sub\\update.xml", sShared + "<REG/></Quillmar>");
+    folder.Write(L"sub\\other.xml", "<project/>");
+    folder.Write(L"sub\\notes.txt", "<Aliases>");
+    ASSERT_EQ(RunVrnt({L"xen", L"encrypt", L"--document", L"component", folder.File(L"plain.xml"),
+                       folder.File(L"sub\\c.xen")})
+                  .iExitStatus,
+              0);
+    const ProgramRun stAll = RunVrnt({L"check", L"--format", L"json", folder.Path().wstring()});
+    EXPECT_EQ(stAll.iExitStatus, 1);
+    std::map<std::string, std::string> mapKind;
+    const Json jsAll = Json::parse(stAll.sOutput);
+    for (const Json& jsFile : jsAll["data"]) {
+        const std::string sName = jsFile["file"];
+        mapKind[sName.substr(sName.rfind('\\') + 1)] = jsFile["document"].is_null() ? "" : jsFile["document"];
+    }
+    EXPECT_THAT(mapKind, ElementsAre(std::pair("a.xml", "alias"), std::pair("antispy.XML", "threats"),
+                                     std::pair("c.xen", "component"), std::pair("other.xml", ""),
+                                     std::pair("plain.xml", "component"), std::pair("update.xml", "local-update")));
+
+    const std::wstring tszAlias = folder.File(L"a.xml");
+    EXPECT_EQ(Json::parse(RunVrnt({L"check", tszAlias, L"--json"}).sOutput)["data"],
+              Json::parse(R"([{"line": 2, "column": 3, "severity": "warning", "rule": "missing",
+                  "element": "/Aliases/Alias", "text": "attribute \"Property\" is missing: read as empty"}])"));
+    struct
+    {
+        std::vector<std::wstring> vecArgument;
+        int iStatus;
+        const char* szOutput;
+        const char* szError = "";
+    } const aRow[] = {
+        {{tszAlias, L"--fail-on", L"error"}, 0, "empty [missing]\n0 errors, 1 warning\n"},
+        {{tszAlias, L"--fail-on", L"never"}, 0, "0 errors, 1 warning\n"},
+        {{folder.File(L"none*"), tszAlias}, 2, "0 errors, 1 warning\n", "no file matches"},
+        {{folder.File(L"none.xml"), tszAlias, L"--fail-on", L"never"}, 2, "0 errors, 1 warning\n", "cannot read"},
+        {{folder.File(L"sub\\*")}, 1, "error", ""},
+        {{folder.File(L"sub\\o*")}, 0, "0 errors, 0 warnings, 1 file of no known kind\n"},
+        {{folder.File(L"sub\\other.xml")}, 2, "", "name its kind with --document"},
+        {{L"--document", L"alias", folder.File(L"sub\\other.xml")}, 1, "[wrong-root]\n1 error, 0 warnings\n"},
+        {{tszAlias, L"--json", L"--format", L"sarif"}, 2, "", "cannot be given together"},
+        {{}, 2, "", "FILE is required"},
+        {{L"--rules"}, 0, "unknown-word"},
+    };
+    for (const auto& stRow : aRow) {
+        std::vector<std::wstring> vecArgument = {L"check"};
+        vecArgument.insert(vecArgument.end(), stRow.vecArgument.begin(), stRow.vecArgument.end());
+        const ProgramRun stRun = RunVrnt(vecArgument);
+        EXPECT_EQ(stRun.iExitStatus, stRow.iStatus) << stRun.sOutput << stRun.sError;
+        EXPECT_THAT(stRun.sOutput, HasSubstr(stRow.szOutput));
+        EXPECT_THAT(stRun.sError,
+                    *stRow.szError == '\0' ? testing::Matcher<std::string>("") : HasSubstr(stRow.szError));
+    }
 }
 
 TEST(VrntCheck, UnknownWordsOfTheCommandLineAreToldWithTheNearest)

@@ -293,7 +293,8 @@ private:
         for (const std::wstring_view svName : m_vecPath) {
             sPath += "/" + ToUtf8(svName);
         }
-        m_vecFinding.push_back({_rElement.Line(), 0, _enSeverity, _enRule, std::move(sPath), std::move(_sText)});
+        m_vecFinding.push_back(
+            {_rElement.Line(), _rElement.Column(), _enSeverity, _enRule, std::move(sPath), std::move(_sText)});
     }
 
     void TellProgress(const XmlElement& _rElement)
@@ -350,9 +351,14 @@ void AddNotStored(std::string_view _svPlain, std::vector<Finding>& _rvecFinding)
     const std::string sText = ZkCommon::String::FileTextToUtf8(_svPlain);
     MarkupScan cScan(sText);
     while (const auto stMarkup = cScan.Next()) {
+        if (stMarkup->enKind == MarkupScan::Kind::Start) {
+            continue;
+        }
         const std::string_view svBefore = std::string_view(sText).substr(0, stMarkup->uOffset);
         const auto uLine = static_cast<std::size_t>(std::ranges::count(svBefore, '\n')) + 1;
-        const std::size_t uColumn = svBefore.size() - (svBefore.rfind('\n') + 1) + 1; // npos + 1 is 0
+        const std::string_view svInLine = svBefore.substr(svBefore.rfind('\n') + 1); // npos + 1 is 0
+        const auto IsCharacter = [](char _c) { return (static_cast<unsigned char>(_c) & 0xC0U) != 0x80; };
+        const auto uColumn = static_cast<std::size_t>(std::ranges::count_if(svInLine, IsCharacter)) + 1;
         const std::string sWhat = stMarkup->enKind == MarkupScan::Kind::Doctype
                                       ? "the document type declaration"
                                       : "the processing instruction \"" + std::string(stMarkup->svName) + "\"";

@@ -9,6 +9,9 @@ std::optional<MarkupScan::Markup> MarkupScan::Next()
     while ((m_uAt = m_svText.find('<', m_uAt)) != std::string_view::npos) {
         const std::size_t uStart = m_uAt;
         const std::string_view svRest = m_svText.substr(uStart);
+        const auto NameAt = [&](std::size_t _uFrom) {
+            return svRest.substr(_uFrom, svRest.find_first_of(" \t\r\n/>?=", _uFrom) - _uFrom);
+        };
         if (svRest.starts_with("<!--")) {
             SkipPast("-->");
         } else if (svRest.starts_with("<![CDATA[")) {
@@ -18,12 +21,14 @@ std::optional<MarkupScan::Markup> MarkupScan::Next()
             return Markup{Kind::Doctype, {}, uStart};
         } else if (svRest.starts_with("<?")) {
             SkipPast("?>");
-            const std::string_view svName = svRest.substr(2, svRest.find_first_of(" \t\r\n/>?=", 2) - 2);
-            if (svName != "xml") {
+            if (const std::string_view svName = NameAt(2); svName != "xml") {
                 return Markup{Kind::Instruction, svName, uStart};
             }
         } else {
             ++m_uAt;
+            if (const std::string_view svName = NameAt(1); !svName.empty()) { // else an end tag
+                return Markup{Kind::Start, svName, uStart};
+            }
         }
     }
     return std::nullopt;

@@ -7,21 +7,22 @@
 namespace Vrnt {
 
 /**
- * The processing instructions and document type declarations of a document that may not be well-formed, piece by piece.
- * Tags, comments and CDATA sections are passed over.
+ * The start tags, processing instructions and document type declarations of a document that may not be well-formed, piece
+ * by piece. End tags, comments and CDATA sections are passed over.
  */
 class MarkupScan
 {
 public:
     enum class Kind
     {
+        Start,       // a start tag, or that of an empty element
         Instruction, // the XML declaration is not one
         Doctype,
     };
     struct Markup
     {
         Kind enKind;
-        std::string_view svName; // of an instruction
+        std::string_view svName; // of an element or instruction
         std::size_t uOffset;
     };
 

@@ -4,8 +4,9 @@
 #include "Documents/Threats.h"
 #include "ZkComn_String.h"
 
-#include <list>
+#include <iterator>
 #include <string>
+#include <vector>
 
 namespace Vrnt::Shapes {
 
@@ -47,16 +48,28 @@ bool HasTexts(const XmlElement& _rRoot, const ElementShape& _rstShape)
     return false;
 }
 
+/** The name of a look-up's element, as shapes have names: for as long as the process runs. */
+std::wstring_view ElementName(const Documents::TextLookup& _rstLookup)
+{
+    static const std::vector<std::wstring> vecName = [] {
+        std::vector<std::wstring> vecMade;
+        for (const Documents::TextLookup& stLookup : Documents::g_aTextLookup) {
+            vecMade.push_back(FromUtf8(stLookup.szElement));
+        }
+        return vecMade;
+    }();
+    return vecName[static_cast<std::size_t>(&_rstLookup - std::begin(Documents::g_aTextLookup))];
+}
+
 /** A look-up's element and the texts that it gives. A table has all of them, or, as the smaller one, names alone. */
 void AddLookup(ElementShape& _rstShape, const Documents::TextLookup& _rstLookup)
 {
     static const std::wstring tszNumber = FromUtf8(Documents::g_svTextNumber);
-    static std::list<std::wstring> lstElement; // names, as shapes have them
     const bool bInBoth = _rstLookup.enDocument == Varnhelt::DocumentId::ThreatsOrkap;
     const std::wstring_view svPath = _rstLookup.pszRoot;
     ElementShape& rstSection = _rstShape.Child(svPath.substr(svPath.rfind(L'/') + 1));
     rstSection.bOptional = rstSection.bOptional && !bInBoth;
-    ElementShape& rstEntry = rstSection.Child(lstElement.emplace_back(FromUtf8(_rstLookup.szElement)));
+    ElementShape& rstEntry = rstSection.Child(ElementName(_rstLookup));
     if (!rstEntry.bMany) {
         rstEntry.bMany = true;
         rstEntry.vecAttribute.push_back({tszNumber, NumberShape()});

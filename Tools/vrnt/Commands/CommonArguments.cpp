@@ -25,6 +25,11 @@ constinit const Argument g_stDocumentKind{.szName = "--document",
                                           .bRequired = true,
                                           .pfnChoices = &DocumentNames};
 
+constinit const Argument g_stOptionalKind{.szName = "--document",
+                                          .szHelp = "The kind of document, where its content does not show it",
+                                          .szValue = "D",
+                                          .pfnChoices = &DocumentNames};
+
 std::vector<std::string> DocumentNames()
 {
     std::vector<std::string> vecName;
@@ -40,6 +45,11 @@ std::vector<std::string> DocumentNames()
 const Varnhelt::Document& DocumentKind(const Arguments& _rArguments)
 {
     return *Varnhelt::FindDocument(ToWide(_rArguments.Text(g_stDocumentKind)));
+}
+
+const Varnhelt::Document* OptionalKind(const Arguments& _rArguments)
+{
+    return Varnhelt::FindDocument(ToWide(_rArguments.Text(g_stOptionalKind)));
 }
 
 SrvFrwk::XmlDirectoryConfig ToDirectoryConfig(const Arguments& _rArguments)
