@@ -32,6 +32,18 @@ else()
             $<IF:$<BOOL:$<TARGET_PROPERTY:VARNHELT_QUICK>>,-O0,-O1;-fsanitize=undefined;-fsanitize-undefined-trap-on-error>)
         # Merging the objects' debug sections takes minutes a program. To debug, link without this option.
         target_link_options(VarnheltOptions INTERFACE -Wl,--strip-debug)
+        # GNU's linker needs half a minute for a test program with its thousands of functions, lld a part of a second; the
+        # compiler cannot call it under its name here, clang can. What ships is linked by GNU's.
+        find_program(VARNHELT_CLANG clang++)
+        find_program(VARNHELT_LLD ld.lld)
+        if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND VARNHELT_CLANG AND VARNHELT_LLD)
+            execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-libgcc-file-name OUTPUT_VARIABLE libgcc)
+            cmake_path(GET libgcc PARENT_PATH libgcc_dir)
+            # Both the compiler's library and clang define an operator of std::type_info.
+            string(REPLACE "<CMAKE_CXX_COMPILER>"
+                "${VARNHELT_CLANG} --target=x86_64-w64-mingw32 -fuse-ld=lld -Wl,--allow-multiple-definition -L${libgcc_dir}"
+                CMAKE_CXX_LINK_EXECUTABLE "${CMAKE_CXX_LINK_EXECUTABLE} -lpthread")
+        endif()
     endif()
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
         target_compile_definitions(VarnheltOptions INTERFACE _FORTIFY_SOURCE=2)
