@@ -198,91 +198,55 @@ ZKCOMN_TARGET_AES inline void Put(std::uint8_t* _pBytes, __m128i _value) noexcep
     _mm_storeu_si128(reinterpret_cast<__m128i*>(_pBytes), _value);
 }
 
+ZKCOMN_TARGET_AES inline __m128i EncryptState(const KeySchedule& _stSchedule, __m128i _state) noexcept
+{
+    _state = _mm_xor_si128(_state, Get(_stSchedule.aRound[0].data()));
+    for (std::size_t uRound = 1; uRound < _stSchedule.uRounds; ++uRound) {
+        _state = _mm_aesenc_si128(_state, Get(_stSchedule.aRound[uRound].data()));
+    }
+    return _mm_aesenclast_si128(_state, Get(_stSchedule.aRound[_stSchedule.uRounds].data()));
+}
+
+ZKCOMN_TARGET_AES inline __m128i DecryptState(const KeySchedule& _stSchedule, __m128i _state) noexcept
+{
+    _state = _mm_xor_si128(_state, Get(_stSchedule.aRound[0].data()));
+    for (std::size_t uRound = 1; uRound < _stSchedule.uRounds; ++uRound) {
+        _state = _mm_aesdec_si128(_state, Get(_stSchedule.aRound[uRound].data()));
+    }
+    return _mm_aesdeclast_si128(_state, Get(_stSchedule.aRound[_stSchedule.uRounds].data()));
+}
+
 ZKCOMN_TARGET_AES void Encrypt(const KeySchedule& _stSchedule, const std::uint8_t* _pInput,
                                std::uint8_t* _pOutput) noexcept
 {
-    __m128i state = _mm_xor_si128(Get(_pInput), Get(_stSchedule.aRound[0].data()));
-    for (std::size_t uRound = 1; uRound < _stSchedule.uRounds; ++uRound) {
-        state = _mm_aesenc_si128(state, Get(_stSchedule.aRound[uRound].data()));
-    }
-    Put(_pOutput, _mm_aesenclast_si128(state, Get(_stSchedule.aRound[_stSchedule.uRounds].data())));
-}
-
-/** Decrypts blocks side by side: an instruction's result is waited for once, not once a block. */
-template <std::size_t _uCount>
-ZKCOMN_TARGET_AES inline void DecryptSide(const KeySchedule& _stSchedule, const std::uint8_t* _pInput,
-                                          __m128i (&_raState)[_uCount]) noexcept
-{
-    const __m128i first = Get(_stSchedule.aRound[0].data());
-    for (std::size_t uBlock = 0; uBlock < _uCount; ++uBlock) {
-        _raState[uBlock] = _mm_xor_si128(Get(_pInput + uBlock * g_uBlock), first);
-    }
-    for (std::size_t uRound = 1; uRound < _stSchedule.uRounds; ++uRound) {
-        const __m128i key = Get(_stSchedule.aRound[uRound].data());
-        for (std::size_t uBlock = 0; uBlock < _uCount; ++uBlock) {
-            _raState[uBlock] = _mm_aesdec_si128(_raState[uBlock], key);
-        }
-    }
-    const __m128i last = Get(_stSchedule.aRound[_stSchedule.uRounds].data());
-    for (std::size_t uBlock = 0; uBlock < _uCount; ++uBlock) {
-        _raState[uBlock] = _mm_aesdeclast_si128(_raState[uBlock], last);
-    }
+    Put(_pOutput, EncryptState(_stSchedule, Get(_pInput)));
 }
 
 ZKCOMN_TARGET_AES void Decrypt(const KeySchedule& _stSchedule, const std::uint8_t* _pInput,
                                std::uint8_t* _pOutput) noexcept
 {
-    __m128i aState[1];
-    DecryptSide(_stSchedule, _pInput, aState);
-    Put(_pOutput, aState[0]);
+    Put(_pOutput, DecryptState(_stSchedule, Get(_pInput)));
 }
 
 ZKCOMN_TARGET_AES void EncryptCbc(const KeySchedule& _stSchedule, Block& _raChain, const std::uint8_t* _pInput,
                                   std::uint8_t* _pOutput, std::size_t _uBlocks) noexcept
 {
-    if (_uBlocks == 0) {
-        return;
+    __m128i chain = Get(_raChain.data());
+    for (std::size_t uAt = 0; uAt < _uBlocks * g_uBlock; uAt += g_uBlock) {
+        chain = EncryptState(_stSchedule, _mm_xor_si128(Get(_pInput + uAt), chain));
+        Put(_pOutput + uAt, chain);
     }
-    const std::size_t uRounds = _stSchedule.uRounds;
-    const __m128i first = Get(_stSchedule.aRound[0].data());
-    const __m128i last = Get(_stSchedule.aRound[uRounds].data());
-    // Each block waits for the one before it. The next block and the first round key go into the last round's key, so
-    // that nothing but the rounds themselves stands between two blocks.
-    __m128i state = _mm_xor_si128(Get(_raChain.data()), _mm_xor_si128(Get(_pInput), first));
-    for (std::size_t uBlock = 0; uBlock < _uBlocks; ++uBlock) {
-        for (std::size_t uRound = 1; uRound < uRounds; ++uRound) {
-            state = _mm_aesenc_si128(state, Get(_stSchedule.aRound[uRound].data()));
-        }
-        const bool bMore = uBlock + 1 < _uBlocks;
-        const __m128i next = bMore ? _mm_xor_si128(Get(_pInput + (uBlock + 1) * g_uBlock), first) : _mm_setzero_si128();
-        state = _mm_aesenclast_si128(state, _mm_xor_si128(last, next));
-        Put(_pOutput + uBlock * g_uBlock, _mm_xor_si128(state, next));
-    }
-    Put(_raChain.data(), state);
+    Put(_raChain.data(), chain);
 }
 
+// Several blocks side by side would take half the time, which is one hundredth of a query of 1 MB.
 ZKCOMN_TARGET_AES void DecryptCbc(const KeySchedule& _stSchedule, Block& _raChain, const std::uint8_t* _pInput,
                                   std::uint8_t* _pOutput, std::size_t _uBlocks) noexcept
 {
-    constexpr std::size_t uSide = 8;
     __m128i chain = Get(_raChain.data());
-    std::size_t uDone = 0;
-    for (; uDone + uSide <= _uBlocks; uDone += uSide) {
-        const std::uint8_t* pInput = _pInput + uDone * g_uBlock;
-        std::uint8_t* pOutput = _pOutput + uDone * g_uBlock;
-        __m128i aState[uSide];
-        DecryptSide(_stSchedule, pInput, aState);
-        for (std::size_t uBlock = 0; uBlock < uSide; ++uBlock) {
-            const __m128i input = Get(pInput + uBlock * g_uBlock);
-            Put(pOutput + uBlock * g_uBlock, _mm_xor_si128(aState[uBlock], chain));
-            chain = input;
-        }
-    }
-    for (; uDone < _uBlocks; ++uDone) {
-        __m128i aState[1];
-        DecryptSide(_stSchedule, _pInput + uDone * g_uBlock, aState);
-        const __m128i input = Get(_pInput + uDone * g_uBlock);
-        Put(_pOutput + uDone * g_uBlock, _mm_xor_si128(aState[0], chain));
+    for (std::size_t uAt = 0; uAt < _uBlocks * g_uBlock; uAt += g_uBlock) {
+        const __m128i input = Get(_pInput + uAt);
+        Put(_pOutput + uAt, _mm_xor_si128(DecryptState(_stSchedule, input), chain));
         chain = input;
     }
     Put(_raChain.data(), chain);
