@@ -22,7 +22,7 @@ namespace {
 /** A slice is long enough for the clock, and short enough that both sides of a pair meet the same machine. */
 constexpr double g_dSlice = 0.004;
 constexpr double g_dEnough = 1.5; // seconds for one benchmark
-constexpr std::size_t g_uFewest = 7;
+constexpr std::size_t g_uFewest = 5;
 constexpr std::size_t g_uMost = 150;
 
 struct Benchmark
@@ -86,11 +86,12 @@ struct Series
 {
     explicit Series(const Way& _fnWay) : fnWay(_fnWay)
     {
-        bFailed = Slice(fnWay, 1) < 0; // warms up
-        for (double dSlice = 0; !bFailed && dSlice < g_dSlice / 2 && uCalls < 1U << 24; bFailed = dSlice < 0) {
-            uCalls = dSlice > 0 ? std::max(2 * uCalls, static_cast<unsigned>(uCalls * g_dSlice / dSlice)) : uCalls;
+        double dSlice = Slice(fnWay, 1); // warms up
+        while (dSlice >= 0 && dSlice < g_dSlice / 2 && uCalls < 1U << 24) {
+            uCalls *= static_cast<unsigned>(std::clamp(g_dSlice / dSlice, 2.0, 64.0)); // the clock may be a coarse one
             dSlice = Slice(fnWay, uCalls) * uCalls;
         }
+        bFailed = dSlice < 0;
     }
     void Add()
     {
