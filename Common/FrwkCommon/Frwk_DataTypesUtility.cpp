@@ -5,133 +5,13 @@
 
 namespace Frwk {
 
-namespace {
-
-constexpr Word g_aServiceType[] = {
-    {L"eNone", ServiceNone},
-    {L"eComCommandHandler", ServiceComCommandHandler},
-    {L"eHttpCommandHandler", ServiceHttpCommandHandler},
-    {L"eComDataHandler", ServiceComDataHandler},
-    {L"eEventManager", ServiceEventManager},
-    {L"eCollectionManager", ServiceCollectionManager},
-    {L"eEnforceHandler", ServiceEnforceHandler},
-    {L"eUpdateManager", ServiceUpdateManager},
-    {L"eQuarantineManager", ServiceQuarantineManager},
-    {L"eTaskScheduler", ServiceTaskScheduler},
-    {L"eUIService", ServiceUIService},
-    {L"eEventLog", ServiceEventLog},
-    {L"eResourceManager", ServiceResourceManager},
-};
-
-constexpr Word g_aControllerType[] = {
-    {L"eNone", ControllerNone},
-    {L"eAntiVirus", ControllerAntiVirus},
-    {L"eAntiSpyware", ControllerAntiSpyware},
-    {L"eFirewall", ControllerFirewall},
-    {L"eContentsProtection", ControllerContentsProtection},
-    {L"eMiscellaneous", ControllerMiscellaneous},
-    {L"eCommon", ControllerCommon},
-};
-
-constexpr Word g_aProviderType[] = {
-    {L"eNone", ProviderNone},
-    {L"eRealTimeScan", ProviderRealTimeScan},
-    {L"eManualScan", ProviderManualScan},
-    {L"eBehavior", ProviderBehavior},
-    {L"eAcsAppFilter", ProviderAcsAppFilter},
-    {L"eStreamScan", ProviderStreamScan},
-    {L"eNeighborList", ProviderNeighborList},
-    {L"eLocationChange", ProviderLocationChange},
-    {L"ePop3Scan", ProviderPop3Scan},
-    {L"eSmtpScan", ProviderSmtpScan},
-    {L"eWebMailScan", ProviderWebMailScan},
-    {L"eAntiSpam", ProviderAntiSpam},
-    {L"eUrlFilter", ProviderUrlFilter},
-    {L"ePrivacyData", ProviderPrivacyData},
-    {L"eAntiPhish", ProviderAntiPhish},
-    {L"eWardlight", ProviderWardlight},
-    {L"eVulnerability", ProviderVulnerability},
-    {L"eOutbreakWarning", ProviderOutbreakWarning},
-    {L"eHomeNetwork", ProviderHomeNetwork},
-    {L"ePulseUpdate", ProviderPulseUpdate},
-    {L"eEventLog", ProviderEventLog},
-    {L"eQuarantine", ProviderQuarantine},
-    {L"eTaskSchedule", ProviderTaskSchedule},
-    {L"eCollection", ProviderCollection},
-    {L"eResourceManager", ProviderResourceManager},
-    {L"eMalwareScan", ProviderMalwareScan},
-    {L"eFeedbackEng", ProviderFeedbackEng},
-};
-
-constexpr Word g_aPermission[] = {
-    {L"eDeny", PermissionDeny},
-    {L"eAllow", PermissionAllow},
-    {L"ePartial", PermissionPartial},
-};
-
-constexpr Word g_aDeployState[] = {
-    {L"eNoDeploy", DeployNoDeploy},
-    {L"eInstalled", DeployInstalled},
-    {L"ePartialInstalled", DeployPartialInstalled},
-    {L"eWaitDownload", DeployWaitDownload},
-    {L"eWaitInstalled", DeployWaitInstalled},
-};
-
-constexpr Word g_aLayerType[] = {
-    {L"eNoneLayer", LayerNone},       {L"eControlLayer", LayerControl}, {L"eInterfaceLayer", LayerInterface},
-    {L"eServiceLayer", LayerService}, {L"eEnforceLayer", LayerEnforce},
-};
-
-constexpr Word g_aModuleType[] = {
-    {L"eUnkown", ModuleUnknown}, // spelt so in the documents
-    {L"eExecutable", ModuleExecutable},
-    {L"eDynamicLinkLibrary", ModuleDynamicLinkLibrary},
-    {L"eInlineCode", ModuleInlineCode},
-};
-
-constexpr Word g_aStartupType[] = {
-    {L"eDisable", StartupDisable},
-    {L"eAutomatic", StartupAutomatic},
-    {L"eDemand", StartupDemand},
-};
-
-constexpr Word g_aLoadOption[] = {
-    {L"ePreLoad", LoadPreLoad},
-    {L"eDelayLoad", LoadDelayLoad},
-};
-
-constexpr Word g_aDelayInitialize[] = {
-    {L"eNormalInit", InitializeNormal},
-    {L"ePartialInit", InitializePartial},
-    {L"eDelayInit", InitializeDelay},
-};
-
-constexpr Word g_aSharedType[] = {
-    {L"eIndependent", SharedIndependent},
-    {L"eSharedService", SharedService},
-    {L"eSharedProvider", SharedProvider},
-    {L"eDependedOnController", SharedDependedOnController},
-};
-
-constexpr Word g_aCompatibilityCheckAction[] = {
-    {L"Pass", CompatibilityPass},
-    {L"Block", CompatibilityBlock},
-    {L"PreInstallUpdate", CompatibilityPreInstallUpdate},
-};
-
-constexpr Word g_aBoolean[] = {
-    {L"false", 0}, {L"FALSE", 0}, {L"0", 0}, {L"true", 1}, {L"TRUE", 1}, {L"1", 1},
-};
+namespace Words {
 
 static_assert(IsDistinct(g_aServiceType) && IsDistinct(g_aControllerType) && IsDistinct(g_aProviderType));
 static_assert(IsDistinct(g_aPermission) && IsDistinct(g_aDeployState) && IsDistinct(g_aLayerType));
 static_assert(IsDistinct(g_aModuleType) && IsDistinct(g_aStartupType) && IsDistinct(g_aLoadOption));
 static_assert(IsDistinct(g_aDelayInitialize) && IsDistinct(g_aSharedType) && IsDistinct(g_aBoolean));
 static_assert(IsDistinct(g_aCompatibilityCheckAction));
-
-} // namespace
-
-namespace Words {
 
 constexpr WordTable g_stServiceType{
     g_aServiceType,

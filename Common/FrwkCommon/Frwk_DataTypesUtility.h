@@ -1,20 +1,14 @@
 #pragma once
 
-#include "Frwk_DataTypes.h"
+#include "Frwk_Words.h"
 
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 
-/** The words in which documents write the framework's enumerations. Every set of words is declared once, as a table. */
+/** How readers and writers of documents use the words: with a default for what is unknown, which is logged. */
 namespace Frwk {
-
-struct Word
-{
-    std::wstring_view svText;
-    std::uint32_t ulValue;
-};
 
 /** What becomes of a text that no word equals, and of a value that no word has. */
 struct WordDefaults

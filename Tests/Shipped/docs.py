@@ -107,7 +107,7 @@ def compare_names():
         return {name for text in texts for name in text.split("/") if re.fullmatch(r"(?!(0x)?\d*$)\w+", name)}
 
     known = set()
-    for pattern in ("Varnhelt/Documents/*", "Varnhelt/Files/DocumentTable.cpp", "Varnhelt/Descriptions/YesNo.h", "Common/FrwkCommon/Frwk_DataTypesUtility.cpp", "Common/ZkCommon/ZkComn_Platform.h"):
+    for pattern in ("Varnhelt/Documents/*", "Varnhelt/Files/DocumentTable.cpp", "Varnhelt/Descriptions/YesNo.h", "Common/FrwkCommon/Frwk_Words.h", "Common/ZkCommon/ZkComn_Platform.h"):
         for source in ROOT.glob(pattern):
             code = re.sub(r'#include.*|\.Key\("\w+"\)', "", source.read_text("utf-8"))
             known |= names(re.findall(r'"(?:\./)?([\w/]+)"', code))
