@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 /** Result codes of every export and interface operation: 32 bits, of which the top one marks failure. */
 namespace SrvFrwk::Result {
@@ -19,6 +20,33 @@ inline constexpr std::uint32_t g_ulNoMemory = 0x80040206;        // no memory fo
 constexpr bool IsFailure(std::uint32_t _ulResult) noexcept
 {
     return (_ulResult & 0x80000000U) != 0;
+}
+
+/** A result in words, in ASCII and zero-terminated; empty for a number that is not one of ours. */
+constexpr std::string_view ToText(std::uint32_t _ulResult) noexcept
+{
+    switch (_ulResult) {
+    case g_ulSuccess:
+        return "success";
+    case g_ulPartialSuccess:
+        return "partial success: nothing was applied";
+    case g_ulNotImplemented:
+        return "the operation is not implemented";
+    case g_ulFailed:
+        return "the operation failed: the document is missing, unreadable or not well-formed";
+    case g_ulUndetermined:
+        return "a state could not be determined";
+    case g_ulRefused:
+        return "the value type is refused, or an element or word is invalid";
+    case g_ulInvalidArgument:
+        return "an invalid argument, or an unsupported value or action type";
+    case g_ulMissingObject:
+        return "a required object or input is missing";
+    case g_ulNoMemory:
+        return "out of memory";
+    default:
+        return {};
+    }
 }
 
 } // namespace SrvFrwk::Result

@@ -32,24 +32,6 @@ void WriteTo(DWORD _ulStream, std::string_view _svUtf8)
     }
 }
 
-struct ResultRow
-{
-    std::uint32_t ulResult;
-    const char* szText;
-};
-
-constexpr ResultRow g_aResult[] = {
-    {SrvFrwk::Result::g_ulSuccess, "success"},
-    {SrvFrwk::Result::g_ulPartialSuccess, "partial success: nothing was applied"},
-    {SrvFrwk::Result::g_ulNotImplemented, "the operation is not implemented"},
-    {SrvFrwk::Result::g_ulFailed, "the operation failed: the document is missing, unreadable or not well-formed"},
-    {SrvFrwk::Result::g_ulUndetermined, "a state could not be determined"},
-    {SrvFrwk::Result::g_ulRefused, "the value type is refused, or an element or word is invalid"},
-    {SrvFrwk::Result::g_ulInvalidArgument, "an invalid argument, or an unsupported value or action type"},
-    {SrvFrwk::Result::g_ulMissingObject, "a required object or input is missing"},
-    {SrvFrwk::Result::g_ulNoMemory, "out of memory"},
-};
-
 std::string OneLine(std::string _sText)
 {
     std::replace_if(
@@ -119,12 +101,8 @@ std::string SystemErrorText(std::uint32_t _ulError)
 
 std::string ResultText(std::uint32_t _ulResult)
 {
-    for (const ResultRow& stRow : g_aResult) {
-        if (stRow.ulResult == _ulResult) {
-            return Hexadecimal(_ulResult) + " (" + stRow.szText + ")";
-        }
-    }
-    return Hexadecimal(_ulResult);
+    const std::string_view svText = SrvFrwk::Result::ToText(_ulResult);
+    return Hexadecimal(_ulResult) + (svText.empty() ? "" : " (" + std::string(svText) + ")");
 }
 
 std::string Hexadecimal(std::uint32_t _ulValue, int _iDigits)
