@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Varnhelt.h"
+#include "VarnheltCalls.h"
 
 #include <filesystem>
 #include <memory>
@@ -67,7 +68,36 @@ public:
         return Function(pFunction, Free{m_pfnFreeFunction});
     }
 
+    /**
+     * The typed calls of VarnheltCalls.h, by a function object that lasts for the call.
+     * `module.Query<ValueType::g_ulServiceUnit>()`, `module.Query<ValueType::g_ulKeyConfig>({.tszXmlDir = folder})`,
+     * `module.Query<ValueType::g_ulThreatDescription>(1024)`. Any number of threads may call.
+     * @throws Failure
+     */
+    template <std::uint32_t t_ulValueType>
+    requires std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request>
+    auto Query() const { return Varnhelt::Query<t_ulValueType>(*RequireFunction()); }
+    template <std::uint32_t t_ulValueType>
+    requires(!std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request>) auto Query(
+        const typename SrvFrwk::CallsOf<t_ulValueType>::Request& _rRequest) const
+    {
+        return Varnhelt::Query<t_ulValueType>(*RequireFunction(), _rRequest);
+    }
+    template <std::uint32_t t_ulValueType>
+    void Store(const typename SrvFrwk::CallsOf<t_ulValueType>::Stored& _rStored) const
+    {
+        Varnhelt::Store<t_ulValueType>(*RequireFunction(), _rStored);
+    }
+    bool Update(std::wstring _tszPath) const { return Varnhelt::Update(*RequireFunction(), std::move(_tszPath)); }
+
 private:
+    Function RequireFunction() const
+    {
+        SrvFrwk::Interface::IFunctionProvider* pFunction = nullptr;
+        Checked([&] { return m_pfnCreateFunction(&pFunction, 0, nullptr); });
+        return Function(pFunction, Free{m_pfnFreeFunction});
+    }
+
     [[noreturn]] void Fail(const char* _szWhat)
     {
         const int iError = static_cast<int>(::GetLastError());

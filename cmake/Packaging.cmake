@@ -8,9 +8,13 @@ endif()
 # A host sees these and nothing else.
 set(VARNHELT_PUBLIC_HEADERS
     Varnhelt/Varnhelt.h
+    Varnhelt/VarnheltCalls.h
     Varnhelt/VarnheltLoader.h
+    Varnhelt/VarnheltReasons.h
     Common/FrwkCommon/Frwk_DataTypes.h
+    Common/FrwkCommon/Frwk_Words.h
     Common/ZkCommon/ZkComn_ZkDbgSink.h
+    Common/SrvFrwkCommon/SrvFrwk_Calls.h
     Common/SrvFrwkCommon/SrvFrwk_Interface.h
     Common/SrvFrwkCommon/SrvFrwk_Records.h
     Common/SrvFrwkCommon/SrvFrwk_ResultCode.h

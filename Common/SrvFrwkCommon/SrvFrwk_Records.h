@@ -24,8 +24,8 @@ namespace SrvFrwk {
 /** The directory of a document whose file name is fixed. The parser library is looked for there, too. */
 struct XmlDirectoryConfig
 {
-    std::wstring tszReserved; // leave empty
-    std::wstring tszXmlDir;   // with or without a backslash at its end
+    std::wstring tszReserved = {}; // leave empty
+    std::wstring tszXmlDir = {};   // with or without a backslash at its end
 };
 
 /** A document whose file name the caller chooses. */

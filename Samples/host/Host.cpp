@@ -1,5 +1,5 @@
 // A host of Varnhelt.dll: asks for the service units and lists them, then loads, asks and unloads again and again, and
-// tells whether all that was taken came back.
+// reports whether all that was taken came back.
 //
 //     host VARNHELT.DLL [ROUNDS]
 //
@@ -7,14 +7,12 @@
 
 #include "Footprint.h"
 
-#include <Varnhelt/SrvFrwk_Records.h>
-#include <Varnhelt/SrvFrwk_ValueType.h>
 #include <Varnhelt/VarnheltLoader.h>
 
 #include <cstdio>
 #include <cwchar>
-#include <stdexcept>
-#include <string>
+#include <exception>
+#include <filesystem>
 #include <vector>
 
 namespace {
@@ -29,23 +27,10 @@ enum ExitStatus
 
 std::vector<SrvFrwk::ServiceUnit> AskForUnits(const wchar_t* _szModule)
 {
-    const Varnhelt::Module stModule{_szModule};
-    const auto pFunction = stModule.CreateFunction();
-    if (!pFunction) {
-        throw std::runtime_error("no function object");
-    }
-    std::vector<SrvFrwk::ServiceUnit> vecUnit;
-    const std::uint32_t ulResult =
-        pFunction->QueryValue(0, SrvFrwk::ValueType::g_ulServiceUnit, 0, &vecUnit, 0, nullptr);
-    if (SrvFrwk::Result::IsFailure(ulResult)) {
-        char szResult[16] = {};
-        std::snprintf(szResult, sizeof(szResult), "0x%08x", static_cast<unsigned>(ulResult));
-        throw std::runtime_error(std::string("the query gave ") + szResult);
-    }
-    return vecUnit;
+    return Varnhelt::Module(_szModule).Query<SrvFrwk::ValueType::g_ulServiceUnit>();
 }
 
-void Tell(const char* _szWhen, const Footprint& _rFootprint)
+void Print(const char* _szWhen, const Footprint& _rFootprint)
 {
     std::printf("%s: %lu handles, %lu threads, %llu bytes of heap, %llu bytes of pages\n", _szWhen,
                 _rFootprint.ulHandles, _rFootprint.ulThreads, static_cast<unsigned long long>(_rFootprint.uHeapBytes),
@@ -58,7 +43,7 @@ ExitStatus Run(const wchar_t* _szModule, unsigned long _ulRounds)
         std::printf("%3u  %-20ls %ls\n", static_cast<unsigned>(rUnit.ulOrderOfLoading), rUnit.tszModuleName.c_str(),
                     rUnit.tszVersion.c_str());
     }
-    // The system keeps something of a first use (loaded libraries, heap pages): what counts is that it grows no further.
+    // The system keeps something of a first use (loaded libraries, heap pages): what matters is that it grows no further.
     for (unsigned long ulRound = 0; ulRound < _ulRounds; ++ulRound) {
         AskForUnits(_szModule);
     }
@@ -67,8 +52,8 @@ ExitStatus Run(const wchar_t* _szModule, unsigned long _ulRounds)
         AskForUnits(_szModule);
     }
     const Footprint stAfter = Footprint::Now();
-    Tell("before", stBefore);
-    Tell("after ", stAfter);
+    Print("before", stBefore);
+    Print("after ", stAfter);
     const bool bClean = stAfter.IsWithin(stBefore) && ::GetModuleHandleW(L"Varnhelt.dll") == nullptr;
     std::puts(bClean ? "all came back" : "something was left behind");
     return bClean ? ExitClean : ExitLeftBehind;
@@ -83,6 +68,8 @@ int wmain(int _iArguments, wchar_t** _pszArgument)
         return ExitUsage;
     }
     try {
+        // Has failures carry their reason, where the trace library is beside the module.
+        const Varnhelt::Reasons stReasons(std::filesystem::path(_pszArgument[1]).replace_filename(L"ZkDbgLog.dll"));
         return Run(_pszArgument[1], _iArguments == 3 ? std::wcstoul(_pszArgument[2], nullptr, 10) : 20);
     } catch (const std::exception& rError) {
         std::fprintf(stderr, "host: %s\n", rError.what());

@@ -85,4 +85,43 @@ TEST_F(Module, WorksWithoutASlotForFiberLocalState)
     }
 }
 
+template <std::uint32_t t_ulValueType, class... TRequest>
+constexpr bool g_bMayAsk = requires(const Varnhelt::Module& _rModule, const TRequest&... _rRequest)
+{
+    _rModule.Query<t_ulValueType>(_rRequest...);
+};
+template <std::uint32_t t_ulValueType, class TRecord>
+constexpr bool g_bMayStore = requires(const Varnhelt::Module& _rModule, const TRecord& _rRecord)
+{
+    _rModule.Store<t_ulValueType>(_rRecord);
+};
+static_assert(g_bMayAsk<ValueType::g_ulKeyConfig, XmlDirectoryConfig> && !g_bMayAsk<ValueType::g_ulKeyConfig>);
+static_assert(!g_bMayAsk<ValueType::g_ulKeyConfig, RegistryDataRequest>);
+static_assert(!g_bMayAsk<ValueType::g_ulServiceUnit, XmlDirectoryConfig>);
+static_assert(!g_bMayAsk<ValueType::g_ulVersionInfo, XmlDirectoryConfig> && !g_bMayAsk<ValueType::g_ulPreUpdateList>);
+static_assert(g_bMayStore<ValueType::g_ulEnforcePolicy, std::vector<PolicyController>>);
+static_assert(!g_bMayStore<ValueType::g_ulEnforcePolicy, PolicyController>);
+static_assert(!g_bMayStore<ValueType::g_ulServiceUnit, std::vector<ServiceUnit>>);
+
+TEST_F(Module, TypedCallsAnswerLookUpAndStoreAndAFailureHasItsCodeAndReason)
+{
+    m_cProduct.Store(DocumentId::ThreatsElmap, "<Quillmar><Threats/></Quillmar>");
+    m_cProduct.Store(DocumentId::Policy, "<EnforcePolicy/>");
+    const std::filesystem::path tszFolder(ProgramFolder());
+    const Varnhelt::Reasons cReasons(tszFolder / L"ZkDbgLog.dll");
+    const Varnhelt::Module cModule(tszFolder / L"Varnhelt.dll");
+    EXPECT_EQ(cModule.Query<ValueType::g_ulServiceUnit>().at(0).tszModuleName, L"one.dll");
+    EXPECT_EQ(cModule.Query<ValueType::g_ulSpecificEnforcePolicy>(4).ulControllerType, 4U);
+    EXPECT_FALSE(cModule.Update(m_cProduct.Folder().File(L"none.xml")));
+    try {
+        cModule.Query<ValueType::g_ulThreatDescription>(7);
+        ADD_FAILURE();
+    } catch (const Varnhelt::Failure& rFailure) {
+        EXPECT_EQ(rFailure.Code(), Result::g_ulFailed);
+        EXPECT_EQ(rFailure.Reason(), L"No <Threat>: 7");
+        EXPECT_STREQ(rFailure.what(), "0x80040201: No <Threat>: 7");
+    }
+    EXPECT_THROW(cModule.Store<ValueType::g_ulEnforcePolicy>(std::vector<PolicyController>(1)), Varnhelt::Failure);
+}
+
 } // namespace

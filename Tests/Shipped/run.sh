@@ -66,6 +66,20 @@ register_product "$(windows_path "$work/product")" >>"$work.log"
 scripts/wine "$work/host/host.exe" "$(windows_path "$tree/bin/Varnhelt.dll")" >"$work/told" || fault "the host left with $?"
 tail -n 4 "$work/told"
 [ "$(grep -c '\.\(dll\|exe\) .*17\.' "$work/told")" = 40 ] || fault "the host did not list the forty units"
+# Where something is missing, it says in one line what, and ends. (No library, no parser, no document.)
+mkdir "$work/bare"
+rm "$work/product/libexpat.dll"
+cp "$tree"/bin/{Varnhelt,ZkDbgLog}.dll "$work/bare"
+missing() {
+    local status=0
+    scripts/wine "$work/host/host.exe" "$1" >"$work/told" 2>&1 || status=$?
+    [ $status = 1 ] && [ "$(wc -l <"$work/told")" = 1 ] && grep -qE "$2" "$work/told" ||
+        fault "the host left with $status and said: $(cat "$work/told")"
+}
+missing 'Q:\none\Varnhelt.dll' '^host: Varnhelt.dll cannot be loaded: '
+missing "$(windows_path "$work/bare/Varnhelt.dll")" '^host: 0x80040201: .*0x0000007e'
+rm "$work"/product/*
+missing "$(windows_path "$tree/bin/Varnhelt.dll")" '^host: 0x80040201: .*FwSvUnit'
 register_product "$before" >>"$work.log"
 
 [ $faults = 0 ]
