@@ -9,7 +9,6 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <thread>
 #include <vector>
 
 using namespace SrvFrwk;
@@ -54,23 +53,6 @@ TEST_F(Module, TheParserLibraryOfTheInstalledFolderIsTakenFirstAndOneThatIsNoneF
     EXPECT_EQ(Query(), Result::g_ulSuccess);
     EXPECT_THAT(cTrace.Lines(), IsEmpty());
     EXPECT_EQ(::GetModuleHandleW(L"libexpat.dll"), nullptr);
-}
-
-TEST_F(Module, ThreadsShareOneFunctionObject)
-{
-    const Varnhelt::Module cModule(std::filesystem::path(ProgramFolder()) / L"Varnhelt.dll");
-    const Varnhelt::Module::Function pFunction = cModule.CreateFunction();
-    std::vector<std::jthread> vecThread;
-    for (int iThread = 0; iThread < 8; ++iThread) {
-        vecThread.emplace_back([&] {
-            for (int i = 0; i < 5; ++i) {
-                EXPECT_EQ(QueryBy(*pFunction), Result::g_ulSuccess);
-            }
-        });
-    }
-    vecThread.clear();
-    EXPECT_EQ(::GetModuleHandleW(L"libexpat.dll"), nullptr);
-    EXPECT_THAT(m_cProduct.Leftovers(), IsEmpty());
 }
 
 TEST_F(Module, WorksWithoutASlotForFiberLocalState)

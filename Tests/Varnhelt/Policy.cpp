@@ -5,10 +5,8 @@
 #include "Frwk_DataTypesUtility.h"
 #include "ZkComn_File.h"
 
-#include <atomic>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 using namespace SrvFrwk;
 using testing::ElementsAre;
@@ -183,49 +181,6 @@ TEST_F(Policy, AStoreThatFailsLeavesTheDocumentByteForByte)
                   std::wstring(L"*** CFunctionXml::StoreValueAsEnforcePolicy() - ") + stRow.pszLast);
         EXPECT_EQ(Stored(), sStored);
     }
-}
-
-TEST_F(Policy, WritersAndReadersMeetWithoutAFailureOrALostChange)
-{
-    constexpr std::uint32_t aType[] = {1, 2, 4, 8};
-    std::string sDocument;
-    for (const std::uint32_t ulType : aType) {
-        const std::wstring tszType(Frwk::Utility::ToText(Frwk::Words::g_stControllerType, ulType));
-        sDocument += "<PolicyController Controller=\"" + std::string(tszType.begin(), tszType.end()) + "\"/>";
-    }
-    Write("<PolicyEnforceLayer><PolicyControllers>" + sDocument + "</PolicyControllers></PolicyEnforceLayer>");
-
-    std::atomic<int> iFailed = 0;
-    std::atomic<int> iWriting = static_cast<int>(std::size(aType));
-    const auto ReadOnce = [&] {
-        std::vector<PolicyController> vecPolicy;
-        CFunctionXml().QueryValue({.ulValueType = ValueType::g_ulEnforcePolicy, .pValueData = &vecPolicy});
-        iFailed += vecPolicy.size() == std::size(aType) ? 0 : 1;
-        return vecPolicy;
-    };
-    {
-        std::vector<std::jthread> vecThread;
-        for (const std::uint32_t ulType : aType) {
-            vecThread.emplace_back([&, ulType] {
-                for (std::uint32_t i = 1; i <= 7; ++i) {
-                    iFailed += Store({{ulType, i % 3, false, {}}}) == Result::g_ulSuccess ? 0 : 1;
-                }
-                --iWriting;
-            });
-        }
-        for (int iReader = 0; iReader < 2; ++iReader) {
-            vecThread.emplace_back([&] {
-                while (iWriting > 0) {
-                    ReadOnce();
-                }
-            });
-        }
-    }
-    for (const PolicyController& stController : ReadOnce()) {
-        EXPECT_EQ(stController.ulPermission, 7U % 3) << stController.ulControllerType;
-    }
-    EXPECT_EQ(iFailed, 0);
-    EXPECT_THAT(m_cProduct.Leftovers(), IsEmpty());
 }
 
 TEST_F(Policy, WhatAKilledStoreOrReaderLeftIsGoneAfterAQueryAndNothingElse)
