@@ -66,6 +66,8 @@ register_product "$(windows_path "$work/product")" >>"$work.log"
 scripts/wine "$work/host/host.exe" "$(windows_path "$tree/bin/Varnhelt.dll")" >"$work/told" || fault "the host left with $?"
 tail -n 4 "$work/told"
 [ "$(grep -c '\.\(dll\|exe\) .*17\.' "$work/told")" = 40 ] || fault "the host did not list the forty units"
+cp Samples/documents/*.xml "$work/product"
+python3 Tests/Shipped/terminal.py "$tree/bin/vrnt.exe" "$(windows_path "$work/product")" || fault "tables"
 # Where something is missing, it says in one line what, and ends. (No library, no parser, no document.)
 mkdir "$work/bare"
 rm "$work/product/libexpat.dll"
