@@ -117,12 +117,29 @@ def compare_names():
     done["names"] += len(known & told)
 
 
+def compare_calls():
+    """The value types of the hosts' page: number, operation, record and request are the headers'."""
+    read = lambda name: (TREE / "include/Varnhelt" / name).read_text("utf-8")
+    number = dict(re.findall(r"(g_ul\w+) = (0x\w+);", read("SrvFrwk_ValueType.h")))
+    known = set()
+    for name, bases in re.findall(r"struct CallsOf<ValueType::(\w+)> : (.*) \{\}", read("SrvFrwk_Calls.h")):
+        calls = re.findall(r"(Query|LookUp|Store)Of<((?:std::vector<\w+>)|\w+)(?:, ([\w&:]+))?>", bases)
+        requests = [f"its `{last.split('::')[1]}`" if kind == "LookUp" else f"`{last}`" for kind, _, last in calls if last]
+        known.add((f"`{name}`", number[name], ", ".join(kind.replace("LookUp", "Query").lower() for kind, _, _ in calls),
+                   f"`{calls[0][1]}`", requests[0] if requests else "–"))
+    page = (ROOT / "docs/hosts.md").read_text("utf-8")
+    told = {tuple(line.strip("| ").split(" | ")[:5]) for line in page.splitlines() if re.match(r"\| `g_ul\w+` \| 0x", line)}
+    faults.extend(f"only {'docs/hosts.md' if row in told else 'SrvFrwk_Calls.h'} has {' | '.join(row)}" for row in known ^ told)
+    done["calls"] = len(known & told)
+
+
 DESK.mkdir(exist_ok=True)
 # The documents' page comes last: it replaces the sample's documents by its own.
 pages = [ROOT / "README.md", *(ROOT / "docs").glob("*.md")]
 for page in sorted(pages, key=lambda page: (page.stem == "documents", page)):
     look_through(page)
 compare_names()
+compare_calls()
 faults += [f"there are no {kind}" for kind, count in done.items() if count == 0]
 print(*sorted(faults), ", ".join(f"{count} {kind}" for kind, count in done.items()), sep="\n")
 sys.exit(bool(faults))
