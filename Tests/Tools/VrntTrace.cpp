@@ -184,6 +184,13 @@ TEST(Reasons, AreTheCausesInWordsAndNothingElse)
     EXPECT_THAT(
         Vrnt::ReasonsOf({L"*** ZkCommon::Storage::File::DecryptFile() - Failed to open file(C:\\x), error: 2"}).front(),
         MatchesRegex("cannot open C:\\\\x: .*\\(error 2\\)"));
+    const std::wstring tszXml = L"*** F() - Got ZkCommon::Storage::XmlException() failed. ";
+    EXPECT_THAT(Vrnt::ReasonsOf({tszXml + L"[0x00000006] [3]", tszXml + L"[C:\\a.xml] [0x00000006] [3]"}),
+                ElementsAre("the document is not well-formed: line 3"));
+    EXPECT_THAT(Vrnt::ReasonsOf({tszXml + L"ErrorCode:[0x00000022], Line[0x00000000]",
+                                 tszXml + L"ErrorCode:[0x00000022], Line[0x00000000], FileName:[]"}),
+                ElementsAre("the folder's path is longer than 259 characters"));
+    EXPECT_THAT(Vrnt::ReasonsOf({tszXml + L"[0x00000002]"}), ElementsAre(HasSubstr("(error 2)")));
     // Words that fall to a default are no cause.
     EXPECT_THAT(
         Vrnt::ReasonsOf(

@@ -37,11 +37,16 @@ constexpr Form g_aForm[] = {
     {L"*::GetInstalledFolder() - *Exception(). [0x00000002]", "the product is not registered: it has no ProductPath"},
     {L"*::GetInstalledFolder() - *Exception(). [*]", "cannot read the product's ProductPath from the registry: %3"},
     {L"* - Xml Error [*] line [*] file [*]", "$4 is not well-formed: line $3"},
-    {L"* - Got ZkCommon::Storage::XmlException()* [0x00000006]", "$0 is not well-formed"},
-    {L"* - Got ZkCommon::Storage::XmlException()* [0x0000000d]", "$0 would not read as what is written to it"},
-    {L"* - Got ZkCommon::Storage::XmlException()* [0x0000007e]", "libexpat.dll cannot be loaded: %3"},
-    {L"* - Got ZkCommon::Storage::XmlException()* [0x0000007f]", "libexpat.dll is not the parser library: %3"},
-    {L"* - Got ZkCommon::Storage::XmlException()* [*]", "cannot read $0: %3"},
+    // Of a parser's exception most readers write the code, some also the line, some a second line with the file.
+    {L"* - Got ZkCommon::Storage::XmlException() failed. [0x00000006] [*]", "$0 is not well-formed: line $2"},
+    {L"* - Got ZkCommon::Storage::XmlException() failed. [*] [*] [*]", nullptr},
+    {L"* - Got ZkCommon::Storage::XmlException() failed. *, FileName:[*]", nullptr},
+    {L"* - Got ZkCommon::Storage::XmlException()*[0x00000006]*", "$0 is not well-formed"},
+    {L"* - Got ZkCommon::Storage::XmlException()*[0x0000000d]*", "$0 would not read as what is written to it"},
+    {L"* - Got ZkCommon::Storage::XmlException()*[0x00000022]*", "the folder's path is longer than 259 characters"},
+    {L"* - Got ZkCommon::Storage::XmlException()*[0x0000007e]*", "libexpat.dll cannot be loaded"},
+    {L"* - Got ZkCommon::Storage::XmlException()*[0x0000007f]*", "libexpat.dll is not the parser library"},
+    {L"* - Got ZkCommon::Storage::XmlException()*[*]*", "cannot read $0: %3"},
     {L"*<PolicyController> was not found.", "the policy does not have this controller"},
     {L"*::QueryValueAsLocalUpdate() - File [*] was not found.", "there is no file $2"},
     {L"*::MoveFileEx() failed: *", "cannot replace $0: %2"},
@@ -51,7 +56,7 @@ constexpr Form g_aForm[] = {
     {L"*Invalid Value Type was specified. *", "function objects do not serve this value type"},
 };
 
-/** The texts that the stars of a form stand for, leftmost shortest; std::nullopt when the text has another form. */
+/** The texts in place of a form's stars, the leftmost as short as possible; std::nullopt when the text has another form. */
 std::optional<std::vector<std::wstring_view>> Match(std::wstring_view _svForm, std::wstring_view _svText)
 {
     std::vector<std::wstring_view> vecText;
