@@ -33,7 +33,7 @@ constexpr std::string_view ToText(std::uint32_t _ulResult) noexcept
     case g_ulNotImplemented:
         return "the operation is not implemented";
     case g_ulFailed:
-        return "the operation failed: the document is missing, unreadable or not well-formed";
+        return "the operation failed: the document is missing, unreadable or not well-formed, or cannot be written";
     case g_ulUndetermined:
         return "a state could not be determined";
     case g_ulRefused:
