@@ -93,7 +93,7 @@ class LawDocument
 {
 public:
     LawDocument(const ElementShape& _rstShape, const std::wstring& _rtszKey)
-        : m_rtszKey(_rtszKey), m_stRoot(Make(_rstShape, nullptr))
+        : m_rtszKey(_rtszKey), m_stRoot(Make(_rstShape, _rstShape))
     {
         Collect(m_stRoot);
     }
@@ -110,7 +110,7 @@ public:
     std::string Xml() const { return ToUtf8(XmlOf(m_stRoot)); }
 
 private:
-    Node Make(const ElementShape& _rstShape, const ElementShape* _pOwner) const
+    Node Make(const ElementShape& _rstShape, const ElementShape& _rstOwner) const
     {
         Node stNode{.pShape = &_rstShape};
         const auto Valid = [&](const ElementShape& _rstElement, std::wstring_view _svName, const TextShape& _rstText) {
@@ -121,11 +121,11 @@ private:
                 stAttribute.stText.bOptional ? Text() : Valid(_rstShape, stAttribute.svName, stAttribute.stText));
         }
         if (!_rstShape.vecText.empty()) {
-            stNode.tszText = Valid(*_pOwner, _rstShape.svName, _rstShape.vecText.front());
+            stNode.tszText = Valid(_rstOwner, _rstShape.svName, _rstShape.vecText.front());
         }
         if (!_rstShape.bUnread) {
             for (const ElementShape& stChild : _rstShape.vecChild) {
-                stNode.lstChild.push_back(Make(stChild, &_rstShape));
+                stNode.lstChild.push_back(Make(stChild, _rstShape));
             }
         }
         return stNode;

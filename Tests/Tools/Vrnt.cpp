@@ -11,8 +11,6 @@
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::MatchesRegex;
-using testing::Not;
 using Varnhelt::DocumentId;
 using Json = nlohmann::json;
 

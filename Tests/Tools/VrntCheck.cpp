@@ -1,4 +1,4 @@
-// What the tool tells the authors of documents.
+// What the tool reports to the authors of documents.
 
 #include "Check/DocumentCheck.h"
 #include "Files/DocumentTable.h"
@@ -16,7 +16,6 @@
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::StartsWith;
 using Json = nlohmann::json;
 

@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using Varnhelt::DocumentId;

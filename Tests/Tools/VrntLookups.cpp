@@ -6,9 +6,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-using testing::ContainsRegex;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using Varnhelt::DocumentId;
 using Json = nlohmann::json;
 

@@ -12,9 +12,9 @@ struct TraceRecord
     ZkCommon::Library::ZkDbgSettings stSettings{};
     /** Traces that were opened and not closed. */
     int iOpen = 0;
-    /** A recorded line; null behind the last one. */
-    const wchar_t* (*pfnLine)(std::size_t _uLine);
-    void (*pfnClear)();
+    /** A recorded line; null after the last one. */
+    const wchar_t* (*pfnLine)(std::size_t _uLine) = nullptr;
+    void (*pfnClear)() = nullptr;
 };
 
 /** The export "RecordOfTrace". */

@@ -1,4 +1,4 @@
-// What all documents share: requests that lack something, and documents that are missing, damaged or empty.
+// What all documents share: requests from which something is missing, and documents that are missing, damaged or empty.
 
 #include "DocumentTest.h"
 #include "Documents/Compatibility.h"

@@ -81,7 +81,7 @@ TEST(DebugLog, IsSilentlyOffWithoutSettingsOrLibrary)
     EXPECT_TRUE(own.Start() && !own.TraceOneError() && own.m_Log.Uninitialize());
     EXPECT_EQ(::GetModuleHandleW(L"ZkDbgLog.dll"), nullptr);
 
-    // On, but the library is not there, lacks an entry point, or its folder is none.
+    // On, but the library is not there, is missing an entry point, or its folder is not one.
     for (const wchar_t* pszFolder : {L"\\NoSuchFolder", L"\\Incomplete", L"\\Incomplete\\ZkDbgLog.dll"}) {
         EXPECT_FALSE(own.Start(pszFolder));
         ExpectNotInitialised();
