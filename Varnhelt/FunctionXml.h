@@ -5,7 +5,7 @@
 #include <cstdint>
 
 /**
- * The worker behind every function object: checks a request and hands it to the one reader or writer of its document.
+ * The worker of every function object: checks a request and hands it to the one reader or writer of its document.
  * One object serves one request on one thread and carries nothing to the next.
  */
 class CFunctionXml

@@ -71,7 +71,7 @@ public:
      * @param ulMessageDataReserved  not consulted
      * @param _pMessageResult        the caller's result record, where the message has one
      * @return the action's result, for a local update: Result::g_ulSuccess; g_ulPartialSuccess when it was not applied;
-     *         g_ulMissingObject without a path; g_ulUndetermined when it cannot be told whether the description exists
+     *         g_ulMissingObject without a path; g_ulUndetermined when it is not known whether the description exists
      *         or which release is installed; g_ulRefused for an unknown item, or a system before Windows XP;
      *         g_ulFailed when it is not well-formed. And Result::g_ulFailed for an unknown message type
      */

@@ -7,7 +7,7 @@
 #include <windows.h>
 
 /**
- * The records that requests point to, field by field in the order in which they are read. Numbers that stand for words
+ * The records that requests point to, field by field in the order in which they are read. Numbers that mean words
  * take their values from the enumeration of Frwk_DataTypes.h that the comment names, or from the comment. Texts are
  * UTF-16 and as the document has them; what is missing there is empty, 0 or false where nothing else is said.
  *

@@ -6,8 +6,8 @@ namespace SrvFrwk {
 
 /**
  * What a request is about: single bits, one in each request. The comment names the container or record that
- * `_pValueData` points to and, behind the semicolon, the request record that `_pOptionData` points to: "directory" is
- * an XmlDirectoryConfig, "path" an XmlPathConfig; records stand in SrvFrwk_Records.h. Function objects refuse those that
+ * `_pValueData` points to and, after the semicolon, the request record that `_pOptionData` points to: "directory" is
+ * an XmlDirectoryConfig, "path" an XmlPathConfig; records are in SrvFrwk_Records.h. Function objects refuse those that
  * are marked "direct" with Result::g_ulRefused; reserved ones give Result::g_ulInvalidArgument.
  */
 namespace ValueType {

@@ -19,8 +19,8 @@ namespace ZkCommon::Cryptograph::Aes {
 
 namespace {
 
-// The tables come from the field's arithmetic when the code is compiled. Table look-ups tell other programs on the same
-// processor something about the key by their timing; the keys here stand in the module itself, so nothing is lost.
+// The tables come from the field's arithmetic when the code is compiled. Table look-ups show other programs on the same
+// processor something about the key by their timing; the keys here are in the module itself, so nothing is lost.
 
 consteval std::uint8_t Multiply(std::uint8_t _uLeft, std::uint8_t _uRight)
 {

@@ -25,7 +25,7 @@ void Expand(std::span<const std::uint8_t> _spanKey, bool _bInverse, KeySchedule&
 
 /**
  * One way to compute AES. The chained operations take whole blocks and leave the last ciphertext block in the chaining
- * block; their input and output do not overlap. All of them are thread-safe.
+ * block; their input and output are the same memory or do not overlap. All of them are thread-safe.
  */
 struct Engine
 {

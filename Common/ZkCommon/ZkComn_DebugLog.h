@@ -27,7 +27,7 @@ public:
      * settings but does not load the library again.
      * @param _pszModuleName     written into every line; null is empty
      * @param _rstSettings       key of the settings, which lie in "ServiceSession" or "InteractiveSession" below it
-     * @param _rtszLibraryFolder where the trace library lies; when empty it is found by name, beside the program first
+     * @param _rtszLibraryFolder the trace library's folder; when empty it is found by name, beside the program first
      * @return false when the kind of storage is unknown, or when tracing is on and the library cannot be had
      */
     bool Initialize(const wchar_t* _pszModuleName, const Storage::Key& _rstSettings,
@@ -126,7 +126,7 @@ consteval Argument ArgumentOf()
     }
 }
 
-/** What a placeholder takes; advances _rpszFormat from behind its '%' to behind its letter. */
+/** What a placeholder accepts; advances _rpszFormat from after its '%' to after its letter. */
 constexpr Argument Placeholder(const wchar_t*& _rpszFormat)
 {
     const auto IsFlag = [](wchar_t _c) { return (_c >= L'0' && _c <= L'9') || _c == L'-' || _c == L'.' || _c == L'+'; };

@@ -13,7 +13,7 @@
  */
 namespace ZkCommon::Exception {
 
-/** Error code of a failure that has no system error behind it (ERROR_INVALID_HANDLE). */
+/** Error code of a failure that no system error caused (ERROR_INVALID_HANDLE). */
 inline constexpr std::uint32_t g_ulNoSystemError = 6;
 
 class Base

@@ -97,7 +97,7 @@ std::uint32_t MarkForRemoval(HANDLE _hFile, bool _bRemove) noexcept
 template <class TVisit>
 void ForEachTemp(const std::wstring& _tszFolder, const std::wstring& _tszName, const TVisit& _fnVisit)
 {
-    if (_tszName.empty()) { // whose temporary files cannot be told from those of others
+    if (_tszName.empty()) { // whose temporary files look like those of others
         return;
     }
     const std::wstring tszFolder = String::WithBackslash(_tszFolder);
@@ -248,7 +248,7 @@ std::uint32_t TempFile::Create(const std::wstring& _tszFolder, const std::wstrin
     if (pstSecurity == nullptr) {
         return ::GetLastError();
     }
-    // The handle is what makes the system clean up behind a killed process.
+    // The handle is what makes the system clean up after a killed process.
     return CreateUnique(String::WithBackslash(_tszFolder) + TempBeginning(_tszName), pstSecurity, g_ulShareAll,
                         FILE_ATTRIBUTE_TEMPORARY | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_FLAG_DELETE_ON_CLOSE,
                         m_tszPath, m_hFile);

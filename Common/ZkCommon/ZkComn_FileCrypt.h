@@ -33,7 +33,7 @@ bool EncryptFile(const std::wstring& _tszSource, const std::wstring& _tszDestina
 bool DecryptFile(const std::wstring& _tszSource, const std::wstring& _tszDestination, KeySpan _spanKey);
 
 /**
- * What EncryptFile and DecryptFile do, for callers whose file lies behind a handle of their own: a conversion is named
+ * What EncryptFile and DecryptFile do, for callers who have the file open themselves: a conversion is named
  * at its beginning, run, written, and writes its trace lines on the way. Its bytes are wiped with it.
  */
 class Conversion

@@ -12,7 +12,7 @@ using ZkCommon::Exception::Throw;
 
 namespace {
 
-/** Handed in as the default, so that an absent entry is told from an empty one: nobody writes such a text. */
+/** Handed in as the default, so that an absent entry differs from an empty one: nobody writes such a text. */
 constexpr wchar_t g_szAbsent[] = L"\x01";
 
 /** What a mere name becomes the longer by, at most: the system looks for it in a folder of its own. */
@@ -34,7 +34,7 @@ bool IsBelowSection(const wchar_t* _pszPath)
            stFile.nFileSizeLow <= 3;
 }
 
-/** The reading calls have no result for failure: what the system says behind them tells absence from failure. */
+/** The reading calls have no result for failure: the last error says whether it is absence or failure. */
 void CheckRead(const wchar_t* _pszPath, SourcePlace _stPlace = SourcePlace::Here())
 {
     switch (const std::uint32_t ulError = ::GetLastError()) {
@@ -144,7 +144,7 @@ void IniFile::Write(const wchar_t* _pszKey, const wchar_t* _pszValue)
     }
     ::SetLastError(ERROR_SUCCESS);
     if (!::WritePrivateProfileStringW(SectionName(), _pszKey, _pszValue, Path())) {
-        const std::uint32_t ulError = ::GetLastError(); // not every system tells why
+        const std::uint32_t ulError = ::GetLastError(); // not every system says why
         Throw<Exception>(ulError != ERROR_SUCCESS ? ulError : ZkCommon::Exception::g_ulNoSystemError);
     }
 }

@@ -51,7 +51,7 @@ protected:
     bool m_bBound = false;
 };
 
-/** The function behind an entry point that was looked up by name; null stays null. */
+/** The function of an entry point that was looked up by name; null stays null. */
 template <class TFunction>
 TFunction* FunctionAt(FARPROC _pEntry) noexcept
 {

@@ -72,7 +72,7 @@ inline constexpr OsTypeName g_aOsTypeName[] = {
     {OsSevenOrLater, L"SevenorLater"},
 };
 
-/** The number behind a name (case-sensitive), if there is such a name. */
+/** The number of a name (case-sensitive), if there is such a name. */
 std::optional<std::uint32_t> OsTypeOf(std::wstring_view _svName) noexcept;
 /** The name of a number; empty when it has none. */
 std::wstring_view NameOf(std::uint32_t _ulOsType) noexcept;
@@ -93,7 +93,7 @@ bool IsOfType(std::uint32_t _ulOsType, const Version& _rstVersion) noexcept;
 
 /**
  * Whether this machine is of the kind. The version is asked for once; when that fails the answer is false and ErrorCode
- * tells why, and the next call asks again.
+ * says why, and the next call asks again.
  */
 bool CheckOsType(std::uint32_t _ulOsType) noexcept;
 

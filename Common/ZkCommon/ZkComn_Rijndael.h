@@ -44,7 +44,7 @@ public:
 
     /**
      * Turns the whole blocks of what came so far. A message that comes as one piece may be turned in place, with one
-     * memory as input and output; else they must not overlap. When it fails the message stands where it stood.
+     * memory as input and output; else they must not overlap. A failure leaves the message where it was.
      * @param _ruWritten  bytes written to the output
      * @param _rulError   1 before set-up or after the end, 13 for no input, 8 for too small an output
      */

@@ -71,7 +71,7 @@ SecurityAttributes::SecurityAttributes(ObjectKind _enKind, bool _bInheritHandle)
     const bool bKey = _enKind == ObjectKind::RegistryKey;
     for (const Account& stAccount : g_aAccount) {
         SidBuffer aSid{};
-        // What is created below such a key later is as open as the key itself; nothing lies below a file.
+        // What is created below such a key later is as open as the key itself; a file has nothing below it.
         Check(::AddAccessAllowedAceEx(pAcl, ACL_REVISION, bKey ? CONTAINER_INHERIT_ACE : 0,
                                       bKey ? stAccount.ulKeyRights : stAccount.ulFileRights, MakeSid(stAccount, aSid)));
     }

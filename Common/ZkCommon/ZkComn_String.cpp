@@ -48,11 +48,11 @@ template <class T>
 struct Reading
 {
     T ulValue = 0;
-    std::size_t uEnd = 0; // behind the last digit; 0 when there is none
+    std::size_t uEnd = 0; // past the last digit; 0 when there is none
     bool bOverflow = false;
 };
 
-/** The digits at _uStart, whose base their prefix tells. */
+/** The digits at _uStart, whose prefix gives their base. */
 template <class T>
 Reading<T> ReadDigits(std::wstring_view _svText, std::size_t _uStart) noexcept
 {

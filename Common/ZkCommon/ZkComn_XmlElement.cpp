@@ -44,7 +44,7 @@ const XmlAttributeNode* FindAttribute(const XmlNode* _pNode, XmlName _name) noex
     return pAttribute;
 }
 
-/** Splits the first name off a path; the rest is empty behind the last. */
+/** Splits the first name off a path; the rest is empty after the last. */
 std::wstring_view TakeName(std::wstring_view& _rsvPath) noexcept
 {
     const std::size_t uEnd = _rsvPath.find(L'/');

@@ -8,7 +8,7 @@
  * a handle that borrows, two pointers wide and passed by value, and so are the views that it returns. They end with the
  * document's Close, next Load or destruction; an edit ends the views of what it replaces.
  *
- * An empty handle stands for an element that is not there. All reads are defined on it and give emptiness or the
+ * An empty handle means an element that is not there. All reads are defined on it and give emptiness or the
  * caller's default, so a walk needs one check, at its end.
  *
  * Threads may read one document together; an edit must be alone.
@@ -88,10 +88,10 @@ public:
     /** Children, comments included. */
     XmlElement FirstNode() const noexcept;
     XmlElement NextNode() const noexcept;
-    /** Looks at the siblings behind this element. Empty for the root and for a selected element. */
+    /** Looks at the siblings after this element. Empty for the root and for a selected element. */
     XmlElement Parent() const noexcept;
 
-    /** First element, in document order, at a path of child names: "./Install/Products"; the leading "./" may lack. */
+    /** First element, in document order, at a path of child names: "./Install/Products"; the leading "./" may be missing. */
     XmlElement Child(std::wstring_view _svPath) const noexcept;
     std::wstring_view ChildText(std::wstring_view _svPath, std::wstring_view _svDefault = L"") const noexcept;
     std::wstring_view ChildText(XmlName _name, std::wstring_view _svDefault = L"") const noexcept;
@@ -110,7 +110,7 @@ public:
      */
     void SetAttribute(std::wstring_view _svName, std::wstring_view _svValue);
     void SetText(std::wstring_view _svText);
-    /** The new element, behind the present children. */
+    /** The new element, after the present children. */
     XmlElement AddChild(std::wstring_view _svName);
     XmlElement AddComment(std::wstring_view _svText);
 

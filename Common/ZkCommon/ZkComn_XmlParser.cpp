@@ -150,7 +150,7 @@ private:
     void Comment(const char* _szText)
     {
         const std::size_t uLength = std::strlen(_szText);
-        if (uLength == 0) { // a comment is told by its text: without one there is nothing to keep
+        if (uLength == 0) { // a comment node is known by its text: without one there is nothing to keep
             return;
         }
         EndPiece();

@@ -61,7 +61,7 @@ public:
 
     /**
      * "PathOfDll": folder of the parser library; where that holds none, the library beside this module is taken.
-     * "Encoding": "UTF8", "UTF16", "ISO_8859_1" or "US_ASCII"; without it the document tells. Other names change nothing.
+     * "Encoding": "UTF8", "UTF16", "ISO_8859_1" or "US_ASCII"; without it the document says so. Other names change nothing.
      * @return true
      * @throws XmlException* code 160 for an empty name or value, 34 for a value of 260 characters or more
      */

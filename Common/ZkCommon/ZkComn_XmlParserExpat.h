@@ -194,7 +194,7 @@ public:
     /**
      * Parses the document from its beginning to its end.
      * @param _tszFolder    folder of the parser library, see BringLibrary
-     * @param _szEncoding   expat's name of the encoding, or null: the document tells
+     * @param _szEncoding   expat's name of the encoding, or null: the document says it
      * @throws XmlException* with expat's error and line when the document is not well-formed, a handler stopped the
      *         parse, memory ran out or the file could not be read
      */

@@ -125,7 +125,7 @@ std::byte* XmlArena::Grow(const std::byte* _pWritten, std::size_t _uKeep, std::s
     std::byte* pFirst = reinterpret_cast<std::byte*>(pChunk + 1);
     if (_uKeep != 0) {
         std::memcpy(pFirst, _pWritten, _uKeep);
-        if (_pWritten == reinterpret_cast<std::byte*>(m_pChunk + 1)) { // nothing else lies in the old chunk
+        if (_pWritten == reinterpret_cast<std::byte*>(m_pChunk + 1)) { // nothing else is in the old chunk
             pChunk->pOlder = m_pChunk->pOlder;
             m_uTotal -= m_pChunk->uSize;
             m_pfnFree(m_pChunk);
@@ -166,7 +166,7 @@ void XmlArena::TakeBackTo(const void* _pPlace) noexcept
 XmlTree::XmlTree(const XmlMemory* _pMemory)
     : m_arena(_pMemory), m_arenaOfNames(_pMemory), m_vecName(1, Entry{"", L"", 0, 0}), m_vecSlot(64)
 {
-    // Nobody can prepare names that all fall into one slot of a document not yet read.
+    // An unpredictable salt: no document can be crafted so that its names collide.
     LARGE_INTEGER stCounter = {};
     ::QueryPerformanceCounter(&stCounter);
     m_ullSalt =

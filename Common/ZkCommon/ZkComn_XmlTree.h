@@ -11,7 +11,7 @@
 /** The storage under a document's elements: for the parser and the elements themselves, nobody else includes this. */
 namespace ZkCommon::Storage {
 
-/** A text: its length in characters, and behind it the characters. */
+/** A text: its length in characters, and after it the characters. */
 struct XmlText
 {
     std::uint32_t ulLength;
@@ -21,7 +21,7 @@ struct XmlText
     std::wstring_view View() const noexcept { return {Chars(), ulLength}; }
 };
 
-/** An attribute: a link, and behind it the value's characters. */
+/** An attribute: a link, and after it the value's characters. */
 struct XmlAttributeNode
 {
     XmlAttributeNode* pNext;
@@ -125,7 +125,7 @@ public:
     /** Adds memory that is taken elsewhere for the document's sake. */
     void Charge(std::uint64_t _ullSize);
 
-    /** Room for a T and _uExtra bytes behind it, uninitialised. */
+    /** Room for a T and _uExtra bytes after it, uninitialised. */
     template <class T>
     T* Take(std::size_t _uExtra = 0)
     {
@@ -238,7 +238,7 @@ public:
             ExtrasOf(_pNode).pText = _pText;
         }
     }
-    /** Puts a node behind its parent's children, the last of which is known (null when there is none). */
+    /** Puts a node after its parent's children, the last of which is known (null when there is none). */
     void Append(XmlNode* _pParent, XmlNode* _pLast, XmlNode* _pNode)
     {
         if (_pLast != nullptr) {
@@ -338,7 +338,7 @@ struct XmlEvent<t_pMethod>
     }
 };
 
-/** Widens UTF-8 to UTF-16; _pTo has room for a character per byte. @return behind the last character written */
+/** Widens UTF-8 to UTF-16; _pTo has room for a character per byte. @return past the last character written */
 wchar_t* WidenUtf8(wchar_t* _pTo, const char* _pFrom, std::size_t _uLength) noexcept;
 
 /** What XML takes for white space. */

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <windows.h>
 
-/** What this process holds at a moment, to tell whether something was left behind. */
+/** What this process holds at a moment, to see whether something was left behind. */
 struct Footprint
 {
     DWORD ulHandles = 0;

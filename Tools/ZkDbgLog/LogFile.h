@@ -17,7 +17,7 @@ class LogFile
 {
 public:
     /**
-     * The folder of the program stands in for an empty folder, the module's name for an empty file name. A folder that
+     * The folder of the program is used for an empty folder, the module's name for an empty file name. A folder that
      * is not there is created.
      */
     explicit LogFile(const ZkCommon::Library::ZkDbgSettings& _rstSettings);

@@ -25,14 +25,14 @@
  */
 namespace Varnhelt::Documents {
 
-/** Where a field's text stands. */
+/** Where a field's text is. */
 enum class Source
 {
     Attribute,      // an attribute of the record's element
     Child,          // the text of a child element
     ChildAttribute, // an attribute of a child element
     OwnText,        // the text of the record's element itself
-    Derived,        // worked out by the reader, of what stands around the element or of other fields
+    Derived,        // worked out by the reader, of what is around the element or of other fields
 };
 
 /** How a trace dump shows a value. */

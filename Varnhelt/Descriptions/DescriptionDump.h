@@ -16,7 +16,7 @@ struct DumpTexts
     const wchar_t* pszSeparator = L":";
     const wchar_t* pszEnd = L".";
     ZkCommon::TraceLevel enLevel = ZkCommon::TraceNotice;
-    const wchar_t* pszOpening = nullptr; // a line of its own before an element's dump, and one behind it
+    const wchar_t* pszOpening = nullptr; // a separate line before an element's dump, and one after it
     const wchar_t* pszClosing = nullptr;
 };
 

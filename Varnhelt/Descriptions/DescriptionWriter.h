@@ -11,7 +11,7 @@
 namespace Varnhelt::Documents {
 
 /**
- * Writes every field that is no list over its attribute, child or text; one that the element lacks is added. Lists,
+ * Writes every field that is no list over its attribute, child or text; a missing one is added. Lists,
  * and whatever the description does not name, stay as they are.
  * @throws XmlException* code 6 when memory runs out
  */
@@ -74,7 +74,7 @@ ZkCommon::Storage::XmlElement AddRecord(ZkCommon::Storage::XmlElement _cParent, 
 }
 
 /**
- * The children of an element by the number that one of their attributes stands for. They are walked once, each attribute
+ * The children of an element by the number that one of their attributes means. They are walked once, each attribute
  * is converted at most once, and no further than what was asked for. Of several children with one number it knows the
  * first.
  */

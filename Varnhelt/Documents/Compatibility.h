@@ -9,7 +9,7 @@
 /** Which editions may be installed on which system, "compatck.xml". */
 namespace Varnhelt::Documents {
 
-/** Text, in whose place another one stands when it is empty or absent. */
+/** Text that another one replaces when it is empty or absent. */
 struct NonEmptyText : Text
 {
     constexpr explicit NonEmptyText(std::wstring_view _svInstead) : svInstead(_svInstead) {}

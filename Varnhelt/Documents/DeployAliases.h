@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-/** The aliases of a deployment: identifiers that stand for a property and a value. */
+/** The aliases of a deployment: names of a property and a value. */
 namespace Varnhelt::Documents {
 
 inline constexpr auto g_stDeployAlias =

@@ -27,7 +27,7 @@ inline constexpr Frwk::WordTable g_stKeyOn{.aWord = g_aKeyOn, .stDefaults = {}, 
 inline constexpr Frwk::WordTable g_stKeyAccessMode{.aWord = g_aKeyAccessMode, .stDefaults = {}, .bAnyCase = true};
 inline constexpr Frwk::WordTable g_stKeyFlag{.aWord = g_aYesNo, .stDefaults = {}, .bAnyCase = true};
 
-// What stands around a value, and decides where it lies and on which systems and for which programs it counts.
+// What is around a value, and decides where it is and on which systems and for which programs it applies.
 inline constexpr std::wstring_view g_svRegistry = L"Registry";
 inline constexpr std::wstring_view g_svRegistryRoot = L"Root";
 inline constexpr std::wstring_view g_svRegistryKey = L"Key";
@@ -64,7 +64,7 @@ public:
                                std::vector<SrvFrwk::DeployKey>& _rvecKey);
 
 private:
-    /** Nothing when it cannot be told. */
+    /** std::nullopt when it is not known. */
     std::optional<bool> IsForThisProgram(const ZkCommon::Storage::XmlElement& _rValue);
 
     ZkCommon::Storage::XmlName m_registry;

@@ -196,7 +196,7 @@ inline constexpr auto g_stLocalUpdateIniEntry = DescribeUpdateEntry(
     L"Entry", g_stIniFileTarget,
     Child(L"Name", &LocalUpdateEntry::tszName, FilledText()).OnStrange(WithoutEntryName).Key("name"));
 
-// Items are told apart by a rule of their own, not by one name; the names here are those that a writer gives them.
+// A rule decides of what kind an item is, not one name; the names here are those that a writer gives them.
 
 inline constexpr auto g_stLocalUpdateRegistry = DescribeWithConditions<LocalUpdateKey>(
     g_szRegistryKind,

@@ -27,7 +27,7 @@ inline constexpr auto g_stPolicyProvider =
             .Label(L"[eDeployState]  "))
         .Title(L"label", L"[label]         ");
 
-/** Where the elements of a controller's providers stand. */
+/** Where the elements of a controller's providers are. */
 inline constexpr std::wstring_view g_svPolicyProviders = L"./PolicyProviders";
 
 inline constexpr auto g_stPolicyController =

@@ -26,7 +26,7 @@ void TraceComponent(const CompatibilityComponent& _rstComponent)
     }
 }
 
-/** Puts each component into the element that stands at its place in the list, behind a new one at the list's end. */
+/** Puts each component into the element at its place in the list, past the last into a new one at the list's end. */
 void StoreComponents(Storage::XmlElement _cList, const std::vector<CompatibilityComponent>& _rvecComponent,
                      bool _bCreate)
 {

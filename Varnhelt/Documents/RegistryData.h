@@ -15,7 +15,7 @@ inline constexpr Frwk::Word g_aRegistryDataType[] = {
 static_assert(Frwk::IsDistinct(g_aRegistryDataType));
 inline constexpr Frwk::WordTable g_stRegistryDataType{.aWord = g_aRegistryDataType, .stDefaults = {}, .bAnyCase = true};
 
-// What stands around a value, and says which component it belongs to, where it lies, and who may use it.
+// What is around a value, and says which component it belongs to, where it is, and who may use it.
 inline constexpr std::wstring_view g_svRegistryComponent = L"Component";
 inline constexpr std::wstring_view g_svComponentLabel = L"label";
 inline constexpr std::wstring_view g_svReg = L"Reg";

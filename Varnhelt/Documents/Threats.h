@@ -49,7 +49,7 @@ inline constexpr TextLookup g_aTextLookup[] = {
 };
 
 /**
- * The number that an "id" attribute stands for: signed decimal, 0 for a text that begins with no number, of which the
+ * The number of an "id" attribute: signed decimal, 0 for a text that begins with no number, of which the
  * lower 32 bits are used.
  */
 std::uint32_t ToThreatNumber(const char* _szId) noexcept;

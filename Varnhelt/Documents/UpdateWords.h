@@ -81,7 +81,7 @@ inline constexpr Frwk::Word g_aLanguage[] = {
     {L"en_gb", 65536}, {L"sv", 131072}, {L"no", 262144}, {L"da", 524288}, {L"fr_ca", 1048576},
 };
 
-/** "all", and behind it the words of a table. */
+/** "all", and after it the words of a table. */
 template <std::size_t uSize>
 consteval std::array<Frwk::Word, uSize + 1> WithAll(const Frwk::Word (&_aWord)[uSize])
 {

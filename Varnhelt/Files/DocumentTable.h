@@ -4,10 +4,10 @@
 #include <span>
 #include <string_view>
 
-/** Every configuration document: its file, where that lies, and how it is stored. */
+/** Every configuration document: its file, where that is, and how it is stored. */
 namespace Varnhelt {
 
-/** Where a document's file lies. */
+/** Where a document's file is. */
 enum class Location
 {
     Installed, // in the product's installation folder
@@ -34,7 +34,7 @@ enum class DocumentId : std::uint8_t
     ThreatsOrkap,
     ThreatsElmap,
     LocalUpdate,
-    None, // behind the last
+    None, // past the last
 };
 
 struct Document

@@ -164,7 +164,7 @@ private:
                 TellMissingChild(_rElement, rstKnown);
             }
         }
-        // What the element itself lacks comes before what is found in it.
+        // What the element itself is missing comes before what is found in it.
         std::rotate(m_vecFinding.begin() + iOwn, m_vecFinding.begin() + iChildren, m_vecFinding.end());
     }
 
@@ -251,7 +251,7 @@ private:
         m_vecPath.pop_back();
     }
 
-    /** What a name that no reader looks at may stand for: an attribute, or an element. */
+    /** What a name that no reader looks at may mean: an attribute, or an element. */
     static std::string Instead(std::wstring_view _svName, const ElementShape& _rstShape, bool _bAttribute)
     {
         std::vector<std::wstring_view> vecAttribute;

@@ -172,7 +172,7 @@ private:
     void AddChildren(Node& _rstType, const ElementShape& _rstShape)
     {
         if (_rstShape.bForeign) {
-            // Others' elements may stand anywhere: those that are known are looked into wherever they are.
+            // Others' elements may be anywhere: those that are known are looked into wherever they are.
             for (const ElementShape& stChild : _rstShape.vecChild) {
                 AddGlobal(Element(stChild));
             }
@@ -245,7 +245,7 @@ private:
         }
     }
 
-    /** The name of the type of the text that stands under a name. */
+    /** The name of the type of the text under a name. */
     std::wstring TypeOf(std::wstring_view _svName, const TextShape& _rstText)
     {
         switch (_rstText.enKind) {

@@ -15,7 +15,7 @@ struct DocumentState
     const Varnhelt::Document* pDocument = nullptr;
     std::vector<std::string> vecValueType; // those that reach it, in hexadecimal
     std::wstring tszPath;                  // empty where it does not lie in the installed folder
-    std::optional<std::uintmax_t> uSize;   // in bytes; nothing where it is not there or lies elsewhere
+    std::optional<std::uintmax_t> uSize;   // in bytes; std::nullopt where it is not there or is elsewhere
 
     bool IsInstalled() const noexcept { return pDocument->enLocation == Varnhelt::Location::Installed; }
     /** The name of its file; "(as requested)" where it has none of its own. */

@@ -44,7 +44,7 @@ private:
     void HandOver();
 
     OnLine m_fnLine;
-    std::string m_sRest; // of the last piece, behind its last line end
+    std::string m_sRest; // of the last piece, after its last line end
     TraceFileLine m_stOpen;
     bool m_bOpen = false; // m_stOpen may go on
 };

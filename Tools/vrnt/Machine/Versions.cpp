@@ -72,7 +72,7 @@ std::string WindowsVersion()
     using GetVersionFunction = LONG WINAPI(OSVERSIONINFOW*);
     OSVERSIONINFOW stInfo{};
     stInfo.dwOSVersionInfoSize = sizeof stInfo;
-    // Unlike others it tells every program the same.
+    // Unlike others it gives every program the same answer.
     const auto pfnGetVersion = ZkCommon::Library::FunctionAt<GetVersionFunction>(
         ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "RtlGetVersion"));
     if (pfnGetVersion == nullptr || pfnGetVersion(&stInfo) != 0) {

@@ -11,7 +11,7 @@ namespace Vrnt {
 struct VersionFact
 {
     std::string sWhat;
-    std::string sVersion; // in words where it cannot be told
+    std::string sVersion; // in words where it is not known
 };
 
 /**

@@ -24,7 +24,7 @@ public:
     Markup(const std::string& _rsText) : Markup(std::string_view(_rsText)) {}
     Markup(const char* _szText) : Markup(std::string_view(_szText)) {}
 
-    /** What the program itself holds, as it stands. */
+    /** Text of the program itself, unchanged. */
     template <std::size_t uSize>
     static Markup Literal(const char (&_szSource)[uSize])
     {

@@ -9,7 +9,7 @@ namespace Vrnt {
 namespace {
 
 constexpr std::uint64_t g_ullPatience = 500;  // milliseconds until the first, and between two
-constexpr std::uint64_t g_ullMuch = 32 << 20; // bytes that are told of at once
+constexpr std::uint64_t g_ullMuch = 32 << 20; // bytes that are reported at once
 constexpr std::size_t g_uWidth = 60;
 
 } // namespace

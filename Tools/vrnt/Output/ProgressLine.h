@@ -6,11 +6,11 @@
 
 namespace Vrnt {
 
-/** A line on a terminal's stderr that tells how far long work has come; nothing at all in a pipe or file. */
+/** A line on a terminal's stderr that says how far long work has come; nothing at all in a pipe or file. */
 class ProgressLine
 {
 public:
-    /** @param _ullBytes  how much there is to do: of little, nothing is told before half a second has passed */
+    /** @param _ullBytes  how much there is to do: of little work, nothing is written in the first half second */
     explicit ProgressLine(std::string _sWhat, std::uint64_t _ullBytes = 0);
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
@@ -20,7 +20,7 @@ public:
     void Tell(double _dDone);
     /** Takes the line away. */
     void End();
-    /** What work is given to tell with; empty where nothing shows. It must not outlive this object. */
+    /** The function by which work reports; empty where nothing shows. It must not outlive this object. */
     std::function<void(double)> Teller();
 
 private:

@@ -155,7 +155,7 @@ void AppendHeadings(std::string& _rsText, const std::vector<Column>& _rvecColumn
     for (std::size_t uLine = 0; uLine < uLines; ++uLine) {
         std::string sLine;
         for (const Column& stColumn : _rvecColumn) {
-            // Headings stand on the rule: a short one leaves its upper lines empty.
+            // Headings are at the rule: a short one leaves its upper lines empty.
             const std::size_t uFirst = uLines - stColumn.vecHeadingLine.size();
             AppendCell(sLine, uLine < uFirst ? std::string() : stColumn.vecHeadingLine[uLine - uFirst], stColumn);
         }

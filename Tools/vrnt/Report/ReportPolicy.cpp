@@ -45,7 +45,7 @@ Plain PlainDeployState(std::uint32_t _ulDeployState)
     }
 }
 
-/** A word, and a mark that tells it without colours. */
+/** A word, and a mark that says it without colours. */
 Markup Chip(const Plain& _rstPlain)
 {
     return Element("span", {{"class", std::string("chip ") + _rstPlain.szClass}}, Element("i", {}) + _rstPlain.szText) +

@@ -45,9 +45,9 @@ std::string ProviderWord(std::uint32_t _ulProvider);
 /** That a document gave no answer, with the result code in words; nothing where it gave one. */
 Html::Markup Unanswered(const ReportData& _rstData, Varnhelt::DocumentId _enDocument, std::uint32_t _ulResult);
 
-// Tables. On a narrow screen a row is a card on which each cell bears its column's heading.
+// Tables. On a narrow screen a row is a card on which each cell has its column's heading.
 
-/** A column of a table of records: a field by its JSON key, and one that stands smaller below it. */
+/** A column of a table of records: a field by its JSON key, and a smaller one below it. */
 struct Column
 {
     const char* szHeading = nullptr;
@@ -60,7 +60,7 @@ struct Column
 Html::Markup Cell(const std::string& _rsHeading, const std::string& _rsText, const std::string& _rsSecond = {});
 Html::Markup HeadingRow(const std::vector<std::string>& _rvecHeading);
 Html::Markup TableOf(const char* _szClass, const std::vector<std::string>& _rvecHeading, const Html::Markup& _rBodies);
-/** The row that stands above a group of others, across the table. */
+/** The row above a group of others, across the table. */
 Html::Markup GroupRow(std::size_t _uColumns, const std::string& _rsName, const std::string& _rsNote);
 
 std::vector<std::string> HeadingsOf(std::span<const Column> _aColumn);
