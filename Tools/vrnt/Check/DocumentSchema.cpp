@@ -1,8 +1,10 @@
 #include "Check/DocumentSchema.h"
 
+#include "Check/DocumentPage.h"
 #include "Check/DocumentShape.h"
 #include "Documents/EnforceData.h"
 #include "Output/Html.h"
+#include "Resource.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>
@@ -65,6 +67,13 @@ void AppendNode(std::string& _rsTo, const Node& _rstNode, std::size_t _uDepth)
     _rsTo += "</" + sName + ">\n";
 }
 
+std::string Printed(const Node& _rstRoot)
+{
+    std::string sText = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    AppendNode(sText, _rstRoot, 0);
+    return sText;
+}
+
 Node Documentation(std::wstring _tszText)
 {
     Node stNode = Xs(L"annotation");
@@ -124,9 +133,15 @@ Node Restriction(const wchar_t* _pszFacet, const std::vector<std::wstring>& _vec
 class SchemaBuilder
 {
 public:
+    explicit SchemaBuilder(const DocumentPage& _rPage) : m_rPage(_rPage) {}
+
     Node Build(const ElementShape& _rstRoot)
     {
-        Node stRoot = Element(_rstRoot);
+        Node stRoot = Element(_rstRoot, {});
+        if (!m_rPage.Purpose().empty()) {
+            stRoot.vecChild.insert(stRoot.vecChild.begin(),
+                                   Documentation(ZkCommon::String::FromUtf8(m_rPage.Purpose())));
+        }
         Node stSchema = Xs(L"schema").With(L"xmlns:xs", L"http://www.w3.org/2001/XMLSchema");
         stSchema.Add(std::move(stRoot));
         for (Node& rstGlobal : m_vecGlobal) {
@@ -136,12 +151,20 @@ public:
     }
 
 private:
-    Node Element(const ElementShape& _rstShape)
+    /** What a name is to its owner, then what becomes of its text. */
+    Node Documented(std::wstring_view _svOwner, std::wstring_view _svName, const TextShape& _rstText) const
+    {
+        using namespace ZkCommon::String;
+        const std::wstring tszMeaning = FromUtf8(m_rPage.Meaning(ToUtf8(_svOwner), ToUtf8(_svName)));
+        return Documentation(tszMeaning + (tszMeaning.empty() ? L"" : L". ") + Explain(_rstText));
+    }
+
+    Node Element(const ElementShape& _rstShape, std::wstring_view _svOwner)
     {
         Node stElement = Xs(L"element").With(L"name", _rstShape.svName);
         const bool bLeaf = _rstShape.vecChild.empty() && _rstShape.vecAttribute.empty();
         if (!_rstShape.vecText.empty()) {
-            stElement.Add(Documentation(Explain(_rstShape.vecText.front())));
+            stElement.Add(Documented(_svOwner, _rstShape.svName, _rstShape.vecText.front()));
         }
         if (_rstShape.bUnread) {
             Node stType = Xs(L"complexType").With(L"mixed", L"true");
@@ -174,7 +197,7 @@ private:
         if (_rstShape.bForeign) {
             // Others' elements may be anywhere: those that are known are looked into wherever they are.
             for (const ElementShape& stChild : _rstShape.vecChild) {
-                AddGlobal(Element(stChild));
+                AddGlobal(Element(stChild, _rstShape.svName));
             }
             AddForeign(_rstType, false);
             return;
@@ -189,11 +212,11 @@ private:
             if (stChild.bAnyName) {
                 ElementShape stUsual = stChild;
                 stUsual.svName = Varnhelt::Documents::g_svDataProvider;
-                AddGlobal(Element(stUsual));
+                AddGlobal(Element(stUsual, _rstShape.svName));
                 stGroup.Add(Xs(L"any")).With(L"namespace", L"##any").With(L"processContents", L"lax");
                 continue;
             }
-            Node stElement = Element(stChild);
+            Node stElement = Element(stChild, _rstShape.svName);
             if (bAll && !stChild.bIndispensable) {
                 stElement.With(L"minOccurs", L"0");
             }
@@ -211,7 +234,7 @@ private:
             if (IsNeeded(stAttribute.stText)) {
                 rstAttribute.With(L"use", L"required");
             }
-            rstAttribute.Add(Documentation(Explain(stAttribute.stText)));
+            rstAttribute.Add(Documented(_rstShape.svName, stAttribute.svName, stAttribute.stText));
         }
         if (_rstShape.bForeign) {
             _rstType.Add(Xs(L"anyAttribute")).With(L"processContents", L"skip");
@@ -305,6 +328,7 @@ private:
         return itName->second;
     }
 
+    const DocumentPage& m_rPage;
     std::vector<Node> m_vecGlobal;
     std::map<std::pair<const Frwk::WordTable*, bool>, std::wstring> m_mapWords;
 };
@@ -313,9 +337,27 @@ private:
 
 std::string SchemaOf(const Varnhelt::Document& _rstDocument)
 {
-    std::string sSchema = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    AppendNode(sSchema, SchemaBuilder().Build(ShapeOf(_rstDocument)), 0);
-    return sSchema;
+    const DocumentPage cPage(FindProgramResource("documents.md", L"DOCS"),
+                             ZkCommon::String::ToUtf8(_rstDocument.svName));
+    return Printed(SchemaBuilder(cPage).Build(ShapeOf(_rstDocument)));
+}
+
+std::string SchemaCatalog()
+{
+    Node stCatalog{.tszName = L"catalog"};
+    stCatalog.With(L"xmlns", L"urn:oasis:names:tc:entity:xmlns:xml:catalog");
+    std::wstring_view svLast;
+    for (const Varnhelt::Document& stDocument : Varnhelt::DocumentTable()) {
+        if (stDocument.svName == svLast) {
+            continue; // both tables of threats have one schema
+        }
+        svLast = stDocument.svName;
+        const std::wstring tszName = L"urn:varnhelt:" + std::wstring(svLast);
+        const std::wstring tszFile = std::wstring(svLast) + L".xsd";
+        stCatalog.Add({.tszName = L"system"}).With(L"systemId", tszName).With(L"uri", tszFile);
+        stCatalog.Add({.tszName = L"uri"}).With(L"name", tszName).With(L"uri", tszFile);
+    }
+    return Printed(stCatalog);
 }
 
 } // namespace Vrnt

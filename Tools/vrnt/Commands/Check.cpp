@@ -29,15 +29,16 @@ constexpr Argument g_stFile{.szName = "FILE",
                                       "patterns like *.xml; - is standard input. They are only read",
                             .bRepeats = true};
 constexpr Argument g_stFormat{.szName = "--format",
-                              .szHelp = "text (the default), json, which is what --json prints, or sarif (2.1.0)",
+                              .szHelp =
+                                  "How findings are printed (default: text); json is --json, sarif is SARIF 2.1.0",
                               .szValue = "FORMAT",
                               .pfnChoices = &Formats};
 constexpr Argument g_stFailOn{.szName = "--fail-on",
-                              .szHelp = "The least that makes the status 1: error, warning (the default), or never",
+                              .szHelp = "The least that makes the status 1 (default: warning)",
                               .szValue = "SEVERITY",
                               .pfnChoices = &FailOn};
 constexpr Argument g_stRules{.szName = "--rules", .szHelp = "List the rules whose names findings end in"};
-constexpr const Argument* g_apArgument[] = {&g_stOptionalKind, &g_stFile, &g_stFormat, &g_stFailOn, &g_stRules};
+constexpr const Argument* g_apArgument[] = {&g_stDocumentKind, &g_stFile, &g_stFormat, &g_stFailOn, &g_stRules};
 
 std::string ToText(const std::vector<CheckedFile>& _rvecFile, const CheckTotals& _rstTotals)
 {
@@ -118,7 +119,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
     }
     std::vector<CheckedFile> vecFile = FilesOf(rvecArgument);
     ProgressLine cProgress("Checking " + rvecArgument.front());
-    CheckFiles(vecFile, OptionalKind(_rArguments), cProgress.Teller());
+    CheckFiles(vecFile, DocumentKind(_rArguments), cProgress.Teller());
     cProgress.End();
     const bool bOne = rvecArgument.size() == 1 && vecFile.size() == 1 && vecFile.front().bNamed;
     const CheckTotals stTotals = TotalsOf(vecFile);

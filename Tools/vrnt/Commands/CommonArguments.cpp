@@ -19,16 +19,8 @@ constinit const Argument g_stInput{.szName = "--input",
                                    .szValue = "FILE.json",
                                    .bRequired = true};
 
-constinit const Argument g_stDocumentKind{.szName = "--document",
-                                          .szHelp = "The kind of document",
-                                          .szValue = "D",
-                                          .bRequired = true,
-                                          .pfnChoices = &DocumentNames};
-
-constinit const Argument g_stOptionalKind{.szName = "--document",
-                                          .szHelp = "The kind of document, where its content does not show it",
-                                          .szValue = "D",
-                                          .pfnChoices = &DocumentNames};
+constinit const Argument g_stDocumentKind{
+    .szName = "--document", .szHelp = "The kind of document", .szValue = "D", .pfnChoices = &DocumentNames};
 
 std::vector<std::string> DocumentNames()
 {
@@ -42,14 +34,9 @@ std::vector<std::string> DocumentNames()
     return vecName;
 }
 
-const Varnhelt::Document& DocumentKind(const Arguments& _rArguments)
+const Varnhelt::Document* DocumentKind(const Arguments& _rArguments)
 {
-    return *Varnhelt::FindDocument(ToWide(_rArguments.Text(g_stDocumentKind)));
-}
-
-const Varnhelt::Document* OptionalKind(const Arguments& _rArguments)
-{
-    return Varnhelt::FindDocument(ToWide(_rArguments.Text(g_stOptionalKind)));
+    return Varnhelt::FindDocument(ToWide(_rArguments.Text(g_stDocumentKind)));
 }
 
 SrvFrwk::XmlDirectoryConfig ToDirectoryConfig(const Arguments& _rArguments)

@@ -15,16 +15,12 @@ extern const Argument g_stFileName;
 extern const Argument g_stInput;
 /** "--document": the kind of a document. */
 extern const Argument g_stDocumentKind;
-/** The same where the content of a document shows its kind. */
-extern const Argument g_stOptionalKind;
 
 /** The names of the documents, each once, in the order of the documents' table. */
 std::vector<std::string> DocumentNames();
 
-/** The kind that "--document" names; of several of one name the first. */
-const Varnhelt::Document& DocumentKind(const Arguments& _rArguments);
-/** Null where it is not given. */
-const Varnhelt::Document* OptionalKind(const Arguments& _rArguments);
+/** The kind that "--document" names, of several of one name the first; null where it is not given. */
+const Varnhelt::Document* DocumentKind(const Arguments& _rArguments);
 
 /** The request for a document in a directory. @throws UsageError when the directory is empty */
 SrvFrwk::XmlDirectoryConfig ToDirectoryConfig(const Arguments& _rArguments);

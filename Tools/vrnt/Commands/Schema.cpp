@@ -1,5 +1,6 @@
-// vrnt schema: an XML Schema for an author's editor.
+// vrnt schema: an XML Schema for an author's editor, and the catalog by which editors find schemas.
 
+#include "Arguments.h"
 #include "Check/DocumentSchema.h"
 #include "Commands/Commands.h"
 #include "Commands/CommonArguments.h"
@@ -10,11 +11,19 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Argument* g_apArgument[] = {&g_stDocumentKind};
+constexpr Argument g_stCatalog{.szName = "--catalog",
+                               .szHelp =
+                                   "Print an XML catalog instead, by which urn:varnhelt:D is the file D.xsd beside it",
+                               .pExcludes = &g_stDocumentKind};
+constexpr const Argument* g_apArgument[] = {&g_stDocumentKind, &g_stCatalog};
 
 void Run(Tool& _rTool, const Arguments& _rArguments)
 {
-    const std::string sSchema = SchemaOf(DocumentKind(_rArguments));
+    const Varnhelt::Document* pDocument = DocumentKind(_rArguments);
+    if (pDocument == nullptr && !_rArguments.Has(g_stCatalog)) {
+        throw UsageError("one of --document and --catalog is required");
+    }
+    const std::string sSchema = pDocument != nullptr ? SchemaOf(*pDocument) : SchemaCatalog();
     if (_rTool.stOptions.bJson) {
         WriteJson(SrvFrwk::Result::g_ulSuccess, sSchema);
     } else {

@@ -6,6 +6,7 @@
 #include "Output/InputFile.h"
 #include "Output/Output.h"
 #include "Records/Json.h"
+#include "Resource.h"
 #include "Sample/SampleTables.h"
 #include "ZkComn_File.h"
 #include "ZkComn_FileCrypt.h"
@@ -29,13 +30,11 @@ constexpr const wchar_t* g_szBeforeFile = L"registered-before.json";
 /** A document in the program's resources. */
 std::string Resource(const std::string& _rsName)
 {
-    const HMODULE hProgram = ::GetModuleHandleW(nullptr);
-    const HRSRC hFound = ::FindResourceW(hProgram, ToWide(_rsName).c_str(), L"SAMPLE");
-    const HGLOBAL hLoaded = hFound == nullptr ? nullptr : ::LoadResource(hProgram, hFound);
-    if (hLoaded == nullptr) {
+    const std::string_view svText = FindProgramResource(_rsName, L"SAMPLE");
+    if (svText.empty()) {
         throw UsageError("this program has no sample \"" + _rsName + "\"");
     }
-    return {static_cast<const char*>(::LockResource(hLoaded)), ::SizeofResource(hProgram, hFound)};
+    return std::string(svText);
 }
 
 /** A file of the product: the plain text, and the document by whose key it is stored; null for a plain one. */
