@@ -59,6 +59,7 @@ TextShape ShapeOfText(const Varnhelt::Documents::Field<TRecord, TValue, TConvers
     } else if constexpr (requires { TConversion::g_szForm; }) {
         stText.sForm = TConversion::g_szForm;
     }
+    stText.szKey = _rstField.szKey;
     stText.svAbsent = _rstField.svDefault;
     stText.sElse = _rstField.szElse != nullptr ? _rstField.szElse : "";
     stText.enStrange = _rstField.enStrange;
@@ -159,7 +160,8 @@ ElementShape ShapeOfRecord(const TDescription& _rstDescription)
     Varnhelt::Documents::ForEachField(_rstDescription,
                                       [&](const auto& _rstField) { AddField(stShape, _rstDescription, _rstField); });
     if (!_rstDescription.svTitle.empty()) {
-        stShape.vecAttribute.push_back(Filter(_rstDescription.svTitle));
+        AttributeShape& rstTitle = stShape.vecAttribute.emplace_back(Filter(_rstDescription.svTitle));
+        rstTitle.stText.enStrange = Strange::Unread;
     }
     stShape.fnIdentity = IdentityOf(_rstDescription);
     return stShape;

@@ -168,19 +168,13 @@ private:
         std::rotate(m_vecFinding.begin() + iOwn, m_vecFinding.begin() + iChildren, m_vecFinding.end());
     }
 
-    /** What a text that is not accepted, or missing, does at an element of that owner. */
-    static Strange StrangeAt(const XmlElement& _rOwner, const TextShape& _rstText)
-    {
-        return _rstText.fnStrange ? _rstText.fnStrange(_rOwner) : _rstText.enStrange;
-    }
-
     void CheckText(const XmlElement& _rElement, const XmlElement& _rOwner, const std::string& _rsWhat,
                    std::wstring_view _svText, const TextShape& _rstText)
     {
         if (_rstText.Accepts(_svText)) {
             return;
         }
-        const Strange enStrange = StrangeAt(_rOwner, _rstText);
+        const Strange enStrange = _rstText.StrangeAt(_rOwner);
         if (enStrange == Strange::Unread) {
             return;
         }
@@ -206,7 +200,7 @@ private:
 
     void TellMissing(const XmlElement& _rElement, const std::string& _rsWhat, const TextShape& _rstText)
     {
-        const Strange enStrange = StrangeAt(_rElement, _rstText);
+        const Strange enStrange = _rstText.StrangeAt(_rElement);
         if (enStrange == Strange::Unread || enStrange == Strange::Optional) {
             return;
         }

@@ -33,6 +33,7 @@ struct TextShape
     };
 
     Kind enKind = Kind::Any;
+    const char* szKey = nullptr; // of its field in JSON; null where no record has it
     const Frwk::WordTable* pWords = nullptr;
     std::function<bool(std::wstring_view)> fnAccepts{};      // as its reader judges; none: accepts every text
     std::function<std::wstring(std::wstring_view)> fnRead{}; // as what it is read; none: as it is
@@ -45,6 +46,8 @@ struct TextShape
     bool bOptional = false;                                // it may be empty or missing
 
     bool Accepts(std::wstring_view _svText) const;
+    /** What becomes of a text that is missing or is not accepted, in an owner's element. */
+    Strange StrangeAt(const XmlElement& _rOwner) const { return fnStrange ? fnStrange(_rOwner) : enStrange; }
     /** What a text is read as, for people: a word, a number, "none of its words"; empty for the empty text. */
     std::wstring ReadAs(std::wstring_view _svText) const;
 };

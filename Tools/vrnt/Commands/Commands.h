@@ -36,6 +36,7 @@ extern const Command g_stDirectComponent;
 extern const Command g_stUpdate;
 extern const Command g_stXen;
 extern const Command g_stCheck;
+extern const Command g_stDiff;
 extern const Command g_stSchema;
 extern const Command g_stDocuments;
 extern const Command g_stTrace;
