@@ -239,7 +239,7 @@ ZKCOMN_TARGET_AES void EncryptCbc(const KeySchedule& _stSchedule, Block& _raChai
     Put(_raChain.data(), chain);
 }
 
-// Several blocks side by side would take half the time, which is one hundredth of a query of 1 MB.
+// Several blocks side by side would take less than half the time, which is a few hundredths of a query of 1 MB.
 ZKCOMN_TARGET_AES void DecryptCbc(const KeySchedule& _stSchedule, Block& _raChain, const std::uint8_t* _pInput,
                                   std::uint8_t* _pOutput, std::size_t _uBlocks) noexcept
 {
