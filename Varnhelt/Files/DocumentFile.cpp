@@ -7,7 +7,11 @@
 #include "ZkComn_XmlWriter.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <utility>
 
@@ -27,6 +31,17 @@ std::wstring CopyFolder(Access _enAccess, const std::wstring& _rtszFile)
 {
     std::wstring tszFolder = File::SystemTempFolder();
     return _enAccess == Access::Read && File::IsFolder(tszFolder) ? tszFolder : File::FolderOf(_rtszFile);
+}
+
+/**
+ * Whether this process reads the file for the first time, as far as it remembers. What a system that died left is there
+ * from the beginning, and looking through two folders at each reading costs a third of a small query.
+ */
+bool IsFirstReading(const std::wstring& _rtszFile) noexcept
+{
+    static constinit std::array<std::atomic<std::size_t>, 64> s_aKnown{};
+    const std::size_t uHash = std::hash<std::wstring>{}(_rtszFile) | 1; // 0 is a place that is free
+    return s_aKnown[uHash / 2 % s_aKnown.size()].exchange(uHash, std::memory_order_relaxed) != uHash;
 }
 
 } // namespace
@@ -87,7 +102,7 @@ void DocumentFile::Claim()
         } else { // only then is a file that is just being moved not taken for one that was left
             File::RemoveLeftovers(tszFolder, tszName);
         }
-    } else if (m_rstDocument.szKey != nullptr) {
+    } else if (m_rstDocument.szKey != nullptr && IsFirstReading(m_stPath.tszFile)) {
         File::RemoveLeftovers(File::SystemTempFolder(), tszName);
         File::StoreLock cLock;
         if (File::HasLeftovers(tszFolder, tszName) && cLock.Acquire(m_stPath.tszFile, 0) == ERROR_SUCCESS) {

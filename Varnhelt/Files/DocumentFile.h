@@ -74,7 +74,7 @@ public:
     bool Store();
 
 private:
-    /** Takes a writer's lock, and removes what a killed store or reader left of the document. */
+    /** Takes a writer's lock; before a store or this process's first reading, removes what a dead call left. */
     void Claim();
     void StorePlain(const std::string& _rsText);
 
