@@ -53,7 +53,8 @@ def run_commands(where, text, program):
         result = wine(PRODUCT / "vrnt.exe" if line.startswith("vrnt ") else program, line)
         done["commands"] += 1
         done["outputs"] += shown.strip() != ""
-        fails = re.search(r"^vrnt: 0x8|^\d+ errors?, ", shown, re.M) is not None
+        differs = line.startswith("vrnt diff ") and shown.strip() != ""
+        fails = differs or re.search(r"^vrnt: 0x8|^\d+ errors?, ", shown, re.M) is not None
         if (result.returncode != 0) != fails or (shown.strip() and not looks_like(result.stdout, shown)):
             faults.append(f"{where}: {line}: leaves with {result.returncode} and prints\n{result.stdout}")
 
