@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <stdexcept>
 #include <windows.h>
 
@@ -202,7 +203,11 @@ private:
     std::uint32_t Run(unsigned _uFirst, unsigned _uCount) const
     {
         Refuse(_uFirst, _uCount);
-        const std::uint32_t ulResult = m_rHost.Run(m_rstOperation);
+        std::uint32_t ulResult = SrvFrwk::Result::g_ulFailed;
+        try {
+            ulResult = m_rHost.Run(m_rstOperation);
+        } catch (const std::bad_alloc&) { // of the driver's own containers
+        }
         const unsigned uCalls = g_uCalls;
         Refuse(0, 0);
         g_uCalls = uCalls;
@@ -243,8 +248,10 @@ int Refusals(Host& _rHost, const Arguments& _vecArgument)
     if (hParser == nullptr) {
         throw std::runtime_error("there is no libexpat.dll in the folder");
     }
-    WatchImports(::GetModuleHandleW(L"Varnhelt.dll"));
-    WatchImports(hParser);
+    // In the program are the documents that function objects do not serve, and the containers of all.
+    for (const HMODULE hModule : {::GetModuleHandleW(L"Varnhelt.dll"), hParser, ::GetModuleHandleW(nullptr)}) {
+        WatchImports(hModule);
+    }
     Runs cRuns(_rHost, OperationOf(_vecArgument[0]));
     const std::size_t uLeftByAll = cRuns.RefuseEach(uStep, ~0U); // first, since nothing is ready for it then
     return cRuns.Print(std::max(uLeftByAll, cRuns.RefuseEach(uStep, 1))) ? 0 : 1;
