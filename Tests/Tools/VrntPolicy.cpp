@@ -74,6 +74,14 @@ TEST_F(VrntPolicy, WhatAQueryPrintedIsInputInWordsAndUtf16AndAnUnknownProviderIs
     EXPECT_EQ(StoreJson(R"({"result": "0x80040201", "data": []})").iExitStatus, 2);
 }
 
+TEST_F(VrntPolicy, AHostInCIsServedFromManyThreadsAndItsSlipsAreExplained)
+{
+    m_cProduct.Store(DocumentId::ThreatsElmap, "<Quillmar><Threats/></Quillmar>");
+    const ProgramRun stRun = RunProgram(L"JsonHost.exe", {});
+    EXPECT_EQ(stRun.iExitStatus, 0);
+    EXPECT_EQ(stRun.sOutput + stRun.sError, "");
+}
+
 TEST_F(VrntPolicy, RecordsThatDoNotFitAreRefusedByTheirPlaceAndNothingIsStored)
 {
     const std::string sStored = m_cProduct.Stored(DocumentId::Policy);

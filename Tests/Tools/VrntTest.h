@@ -21,5 +21,5 @@ struct AnswerRow
     const char* szCells; // in the table, an expression
 };
 
-/** Expects that each query succeeds and prints its records as JSON and as a table. */
+/** Expects that each query succeeds and prints its records as JSON and as a table, and that VrntJson.dll answers the same. */
 void ExpectAnswers(std::span<const AnswerRow> _aRow);

@@ -5,6 +5,8 @@
 
 #include <optional>
 
+extern "C" IMAGE_DOS_HEADER __ImageBase; // NOLINT: the linker's name for where a module is loaded
+
 namespace Vrnt {
 
 std::wstring ToWide(const std::string& _rsUtf8)
@@ -35,7 +37,8 @@ std::uint32_t ToNumber(const char* _szOption, const std::string& _rsUtf8)
 
 std::filesystem::path ToolFolder()
 {
-    return std::filesystem::path(ZkCommon::Library::ModulePath(nullptr)).parent_path();
+    auto* const hSelf = reinterpret_cast<HMODULE>(&__ImageBase);
+    return std::filesystem::path(ZkCommon::Library::ModulePath(hSelf)).parent_path();
 }
 
 } // namespace Vrnt

@@ -26,7 +26,7 @@ std::wstring ToFullPath(const std::string& _rsUtf8);
  */
 std::uint32_t ToNumber(const char* _szOption, const std::string& _rsUtf8);
 
-/** The folder of vrnt.exe, without a backslash at its end. */
+/** The folder of the program or library that this code is in, without a backslash at its end. */
 std::filesystem::path ToolFolder();
 
 } // namespace Vrnt

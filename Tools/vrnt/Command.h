@@ -1,9 +1,11 @@
 #pragma once
 
+#include "Records/Json.h"
 #include "Tool.h"
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -39,10 +41,15 @@ public:
     /** The value as a number. @throws UsageError when it does not convert whole */
     std::uint32_t Number(const Argument& _rstArgument) const;
 
+    /** The records to be stored, where no file holds them; null where the value of "--input" names one. */
+    const Json* Input() const { return m_jsInput ? &*m_jsInput : nullptr; }
+
     void Set(const Argument& _rstArgument, std::vector<std::string> _vecValue);
+    void SetInput(Json _jsInput) { m_jsInput = std::move(_jsInput); }
 
 private:
     std::map<const Argument*, std::vector<std::string>> m_mapValue;
+    std::optional<Json> m_jsInput;
 };
 
 /** A command, or a group of commands. */

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -28,8 +29,11 @@ struct Tool
 {
     GlobalOptions stOptions;
     int iExitStatus = ExitSuccess;
+    std::uint32_t ulResult = 0;                                     // the result code of the last answer
     int (*pfnRun)(std::vector<std::string> _vecArgument) = nullptr; // runs another command line; its exit status
     std::vector<std::string> vecWhy; // why the last call of the library failed, the deepest cause first
+    /** Gathers what a user has to know besides the answer, and has the JSON name it; null: that is for stderr. */
+    std::vector<std::string>* pNotices = nullptr;
 };
 
 } // namespace Vrnt

@@ -16,7 +16,9 @@ TContainer ReadRecords(const Arguments& _rArguments, const TDescription& _rstDes
 {
     const std::string& rsPath = _rArguments.Text(g_stInput);
     try {
-        return RecordsFromJson<TContainer>(ReadInputRecords(rsPath), _rstDescription);
+        const Json* pInput = _rArguments.Input();
+        const Json jsRecords = RecordsIn(pInput != nullptr ? *pInput : ParseJson(ReadInputFile(rsPath)), rsPath);
+        return RecordsFromJson<TContainer>(jsRecords, _rstDescription);
     } catch (const JsonError& rError) {
         throw UsageError(Quoted(rsPath) + ": " + rError.what());
     }

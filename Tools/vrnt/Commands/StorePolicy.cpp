@@ -62,7 +62,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
         const std::string sName = WordText(Frwk::Words::g_stControllerType, stProvider.ulControllerType) + " " +
                                   WordText(Frwk::Words::g_stProviderType, stProvider.ulProviderType);
         jsPassedOver.Add(sName);
-        WriteError("vrnt: passed over: the policy has no provider " + sName + "\n");
+        PrintNotice(_rTool, "passed over: the policy has no provider " + sName);
     }
     PrintText(_rTool, Count(vecController.size(), "controller") + " and " +
                           Count(CountProviders(vecController) - vecMissing.size(), "provider") + " stored.\n");

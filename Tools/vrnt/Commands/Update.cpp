@@ -116,14 +116,14 @@ void ReportUpdate(Tool& _rTool, const UpdateOptions& _rstOptions, std::uint32_t 
     if (!_rTool.stOptions.bJson) {
         Write(_rsText);
     }
-    PrintAnswer(_rTool, _ulResult, _rjsData, {});
     if (_ulResult == SrvFrwk::Result::g_ulPartialSuccess) {
         const std::wstring tszPath = ToFullPath(_rstOptions.sPath);
         const char* szWhy = std::filesystem::is_directory(tszPath)     ? "is a folder"
                             : ZkCommon::Storage::File::Exists(tszPath) ? "is in use or cannot be deleted"
                                                                        : "does not exist";
-        WriteError("vrnt: nothing was applied: \"" + _rstOptions.sPath + "\" " + szWhy + "\n");
+        PrintNotice(_rTool, "nothing was applied: \"" + _rstOptions.sPath + "\" " + szWhy);
     }
+    PrintAnswer(_rTool, _ulResult, _rjsData, {});
 }
 
 /** A rehearsal that went wrong is no ground to go on. @throws UsageError */
@@ -136,7 +136,7 @@ void RefuseFailedRehearsal(const UpdateRehearsal& _rRehearsal)
 }
 
 /** Writes the way back of the update, which is rehearsed for it. @throws UsageError when it cannot be written */
-void WriteUndo(const UpdateOptions& _rstOptions, const std::wstring& _rtszPath)
+void WriteUndo(const Tool& _rTool, const UpdateOptions& _rstOptions, const std::wstring& _rtszPath)
 {
     UpdateRehearsal cRehearsal(_rtszPath);
     const Varnhelt::UpdateUndo stUndo = Varnhelt::UndoOf(cRehearsal.Storage());
@@ -147,7 +147,7 @@ void WriteUndo(const UpdateOptions& _rstOptions, const std::wstring& _rtszPath)
                          "\": " + SystemErrorText(ulError));
     }
     for (const std::wstring& tszLeft : stUndo.vecLeft) {
-        WriteError("vrnt: not undone by \"" + _rstOptions.sUndo + "\": " + ZkCommon::String::ToUtf8(tszLeft) + "\n");
+        PrintNotice(_rTool, "not undone by \"" + _rstOptions.sUndo + "\": " + ZkCommon::String::ToUtf8(tszLeft));
     }
 }
 
@@ -190,7 +190,7 @@ void Update(Tool& _rTool, const UpdateOptions& _rstOptions)
     } else {
         if (!_rstOptions.sUndo.empty()) {
             RefuseFailedRehearsal(cRehearsal);
-            WriteUndo(_rstOptions, tszPath);
+            WriteUndo(_rTool, _rstOptions, tszPath);
         }
         bAllDone = CarryOut(_rTool, _rstOptions, tszPath, cRehearsal);
     }

@@ -1,6 +1,5 @@
 #include "Machine/Host.h"
 
-#include "Arguments.h"
 #include "ZkComn_String.h"
 
 #include <system_error>
@@ -19,8 +18,8 @@ Varnhelt::Module LoadModule(const GlobalOptions& _rstOptions)
     try {
         return Varnhelt::Module(tszPath);
     } catch (const std::system_error& rError) {
-        throw UsageError("cannot load \"" + ZkCommon::String::ToUtf8(tszPath.wstring()) +
-                         "\": " + SystemErrorText(static_cast<std::uint32_t>(rError.code().value())));
+        throw ModuleError("cannot load \"" + ZkCommon::String::ToUtf8(tszPath.wstring()) +
+                          "\": " + SystemErrorText(static_cast<std::uint32_t>(rError.code().value())));
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Arguments.h"
 #include "Machine/Reasons.h"
 #include "Output/Output.h"
 #include "Output/RecordTable.h"
@@ -18,7 +19,14 @@ namespace Vrnt {
 /** The path of the library that the command line names. */
 std::filesystem::path ModulePath(const GlobalOptions& _rstOptions);
 
-/** Loads the library that the command line names. @throws UsageError when that fails */
+/** The library cannot be loaded. */
+class ModuleError : public UsageError
+{
+public:
+    using UsageError::UsageError;
+};
+
+/** Loads the library that the command line names. @throws ModuleError when that fails */
 Varnhelt::Module LoadModule(const GlobalOptions& _rstOptions);
 
 /** Loads the library, and has a function object of it carry out the call. @return the call's result */

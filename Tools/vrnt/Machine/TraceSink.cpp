@@ -78,9 +78,8 @@ bool Watch(const std::filesystem::path& _tszFolder, std::uint32_t _ulLevelMask)
 
 void WatchTrace(const std::filesystem::path& _tszFolder)
 {
-    if (!Observer().hLibrary) {
-        Watch(_tszFolder, ZkCommon::TraceError);
-    }
+    [[maybe_unused]] static const bool s_bWatched =
+        Observer().hLibrary || Watch(_tszFolder, ZkCommon::TraceError); // RecordTrace watches, too
 }
 
 bool RecordTrace(const std::filesystem::path& _tszFolder, std::uint32_t _ulLevelMask, ZkCommon::FileHandle _hFile)

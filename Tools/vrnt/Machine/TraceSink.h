@@ -12,7 +12,8 @@ namespace Vrnt {
 
 /**
  * Has this process's error lines seen from now on, for those who collect them. To be called before the library is
- * loaded; once is enough. Without the trace library nothing is seen; the machine's trace settings do not matter.
+ * loaded; once is enough, further calls do nothing. Any thread may call. Without the trace library nothing is seen; the machine's
+ * trace settings do not matter.
  * @param _tszFolder  of the trace library
  */
 void WatchTrace(const std::filesystem::path& _tszFolder);

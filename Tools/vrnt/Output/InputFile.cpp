@@ -44,17 +44,16 @@ std::string ReadInputFile(const std::string& _rsPath)
     return {spanBytes.begin(), spanBytes.end()};
 }
 
-Json ReadInputRecords(const std::string& _rsPath)
+Json RecordsIn(Json _jsInput, const std::string& _rsName)
 {
-    Json jsInput = ParseJson(ReadInputFile(_rsPath));
-    const Json* pResult = jsInput.Find("result");
-    const Json* pData = jsInput.Find("data");
+    const Json* pResult = _jsInput.Find("result");
+    const Json* pData = _jsInput.Find("data");
     if (pResult == nullptr || pData == nullptr) {
-        return jsInput;
+        return _jsInput;
     }
     const auto* pCode = pResult->As<std::string>();
     if (pCode == nullptr || !pCode->starts_with("0x0")) {
-        throw UsageError(Quoted(_rsPath) +
+        throw UsageError(Quoted(_rsName) +
                          " is the answer of a command that failed, so it may hold less than the whole");
     }
     return *pData;

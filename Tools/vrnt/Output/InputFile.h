@@ -11,11 +11,11 @@ namespace Vrnt {
 std::string ReadInputFile(const std::string& _rsPath);
 
 /**
- * The records of a JSON file, or of "data" in what the tool printed with --json.
- * @throws UsageError when the file cannot be read, or was printed after a failure
- * @throws JsonError when it is not JSON
+ * The records of an input, which is the records themselves or what the tool printed with --json.
+ * @param _rsName  the input as messages call it
+ * @throws UsageError when it was printed after a failure
  */
-Json ReadInputRecords(const std::string& _rsPath);
+Json RecordsIn(Json _jsInput, const std::string& _rsName);
 
 /** The size of a file that the command line names. @throws UsageError when it cannot be opened for reading */
 std::uint64_t ReadableSize(const std::string& _rsPath);

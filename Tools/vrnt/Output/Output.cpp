@@ -12,7 +12,7 @@ namespace Vrnt {
 
 namespace {
 
-OutputCapture* g_pCapture = nullptr;
+constinit thread_local OutputCapture* g_pCapture = nullptr;
 
 void WriteTo(DWORD _ulStream, std::string_view _svUtf8)
 {
@@ -165,13 +165,31 @@ void PrintTable(const Tool& _rTool, const Table& _rTable)
     Write(_rTool.stOptions.bPlain ? _rTable.ToPlainText() : _rTable.ToText({OutputWidth(), _rTool.stOptions.bWide}));
 }
 
-void WriteJson(std::uint32_t _ulResult, const Json& _rjsData, const std::vector<std::string>& _rvecWhy)
+void PrintNotice(const Tool& _rTool, const std::string& _rsText)
+{
+    if (_rTool.pNotices != nullptr) {
+        _rTool.pNotices->push_back(_rsText);
+    } else {
+        WriteError("vrnt: " + _rsText + "\n");
+    }
+}
+
+void WriteJson(std::uint32_t _ulResult, const Json& _rjsData)
+{
+    Write(JsonAnswer(_ulResult, _rjsData));
+}
+
+std::string JsonAnswer(std::uint32_t _ulResult, const Json& _rjsData, const std::vector<std::string>& _rvecWhy,
+                       const std::vector<std::string>& _rvecNotice)
 {
     Json jsAnswer{{"result", Hexadecimal(_ulResult)}, {"data", _rjsData}};
     if (!_rvecWhy.empty()) {
         jsAnswer.Set("why", _rvecWhy);
     }
-    Write(jsAnswer.ToText() + "\n");
+    if (!_rvecNotice.empty()) {
+        jsAnswer.Set("notices", _rvecNotice);
+    }
+    return jsAnswer.ToText() + "\n";
 }
 
 void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
@@ -179,6 +197,7 @@ void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, co
 {
     const bool bFailure = SrvFrwk::Result::IsFailure(_ulResult);
     _rTool.iExitStatus = bFailure ? ExitFailure : ExitSuccess;
+    _rTool.ulResult = _ulResult;
     std::vector<std::string> vecWhy;
     if (bFailure) {
         vecWhy = !_rsWhy.empty()         ? std::vector{_rsWhy}
@@ -186,7 +205,8 @@ void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, co
                                          : _rTool.vecWhy;
     }
     if (_rTool.stOptions.bJson) {
-        WriteJson(_ulResult, _rjsData, vecWhy);
+        Write(JsonAnswer(_ulResult, _rjsData, vecWhy,
+                         _rTool.pNotices != nullptr ? *_rTool.pNotices : std::vector<std::string>()));
     } else if (!bFailure || !_rTable.IsEmpty()) {
         PrintTable(_rTool, _rTable);
     }

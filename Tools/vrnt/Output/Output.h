@@ -17,7 +17,7 @@ namespace Vrnt {
 void Write(std::string_view _svUtf8);
 void WriteError(std::string_view _svUtf8);
 
-/** While it exists, what the tool writes is gathered instead of printed. One at a time. */
+/** While it exists, what the tool writes on this thread is gathered instead of printed. One at a time. */
 class OutputCapture
 {
 public:
@@ -67,8 +67,15 @@ void PrintText(const Tool& _rTool, std::string_view _svUtf8);
 /** Prints a table as the options ask: fit to the terminal, whole, or plain. */
 void PrintTable(const Tool& _rTool, const Table& _rTable);
 
-/** Prints a command's one JSON object, with the reasons of a failure. */
-void WriteJson(std::uint32_t _ulResult, const Json& _rjsData, const std::vector<std::string>& _rvecWhy = {});
+/** Prints something that a user has to know besides the answer, which has to follow: on stderr, or where the tool gathers it. */
+void PrintNotice(const Tool& _rTool, const std::string& _rsText);
+
+/** Prints a command's one JSON object. */
+void WriteJson(std::uint32_t _ulResult, const Json& _rjsData);
+
+/** A command's one JSON object as text, with the reasons of a failure and what was noticed; no key where there is none. */
+std::string JsonAnswer(std::uint32_t _ulResult, const Json& _rjsData, const std::vector<std::string>& _rvecWhy = {},
+                       const std::vector<std::string>& _rvecNotice = {});
 
 /**
  * Prints what a command was answered, as JSON or as a table, explains a failure on stderr, and sets the exit status.

@@ -10,7 +10,8 @@ namespace Vrnt {
 
 namespace {
 
-constexpr std::size_t g_uDeepest = 64; // levels; no record of ours has ten
+constexpr std::size_t g_uDeepest = 64;    // levels; no record of ours has ten
+constexpr std::size_t g_uMostKeys = 1000; // of an object; no record of ours has fifty
 
 /** Builds a value of the parser's events. */
 class Builder : public nlohmann::json_sax<nlohmann::json>
@@ -33,7 +34,11 @@ public:
     bool end_array() override { return Close(); }
     bool key(std::string& _rsKey) override
     {
-        if (m_vecOpen.back().jsValue.Find(_rsKey) != nullptr) {
+        const Json& rjsObject = m_vecOpen.back().jsValue;
+        if (rjsObject.As<Json::Members>()->size() == g_uMostKeys) {
+            throw JsonError("an object with more than " + std::to_string(g_uMostKeys) + " keys");
+        }
+        if (rjsObject.Find(_rsKey) != nullptr) {
             throw JsonError("the key \"" + _rsKey + "\" occurs twice in one object");
         }
         m_vecOpen.back().sKey = std::move(_rsKey);
