@@ -7,6 +7,7 @@ endif()
 
 # A host sees these and nothing else.
 set(VARNHELT_PUBLIC_HEADERS
+    Tools/VrntJson/VrntJson.h
     Varnhelt/Varnhelt.h
     Varnhelt/VarnheltCalls.h
     Varnhelt/VarnheltLoader.h
@@ -31,6 +32,7 @@ target_link_libraries(Varnhelt INTERFACE VarnheltHeaders)
 
 install(TARGETS Varnhelt VarnheltHeaders EXPORT VarnheltTargets RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
 install(TARGETS vrnt ZkDbgLog RUNTIME DESTINATION bin)
+install(TARGETS VrntJson RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
 install(FILES ${VARNHELT_EXPAT_DIR}/bin/libexpat.dll DESTINATION bin)
 install(FILES ${VARNHELT_PUBLIC_HEADERS} DESTINATION include/Varnhelt)
 
@@ -42,6 +44,7 @@ install(FILES ${CMAKE_BINARY_DIR}/package/VarnheltConfig.cmake ${CMAKE_BINARY_DI
     DESTINATION ${package_dir})
 
 install(DIRECTORY Samples/ DESTINATION share/Varnhelt/samples)
+install(FILES docs/package.md DESTINATION . RENAME README.md)
 install(DIRECTORY docs/ DESTINATION share/Varnhelt/docs)
 
 # Licences of third-party software that ships with ours or is linked into it.

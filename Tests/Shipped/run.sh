@@ -19,7 +19,7 @@ scripts/package --trial "$work/first.zip" >"$work.log"
 (umask 077 && TZ=Asia/Tokyo scripts/package --trial "$work/second.zip") >>"$work.log"
 cmp "$work/first.zip" "$work/second.zip" || fault "two packages of the same release differ"
 (cd "$work" && cmake -E tar xf first.zip)
-for part in bin include lib share/Varnhelt/{docs,samples,licenses,schemas}; do
+for part in README.md bin include lib share/Varnhelt/{docs,samples/{host,json},licenses,schemas}; do
     [ -n "$(ls "$tree/$part")" ] || fault "the package lacks $part"
 done
 # Nothing in the tree may know where it was laid out, or built.
@@ -43,7 +43,7 @@ done
 
 # The version resource: words of UTF-16 in its section.
 version=$(project_version)
-for binary in Varnhelt.dll vrnt.exe ZkDbgLog.dll; do
+for binary in Varnhelt.dll vrnt.exe VrntJson.dll ZkDbgLog.dll; do
     x86_64-w64-mingw32-objcopy -O binary -j .rsrc "$tree/bin/$binary" "$work/resource"
     words=$(strings -e l "$work/resource" | tr '\n' ' ')
     [[ $words == *"FileVersion $version "* && $words == *"OriginalFilename $binary "* ]] ||
@@ -55,6 +55,14 @@ for header in "$tree"/include/Varnhelt/*.h; do
         <<<"#include <Varnhelt/${header##*/}>" ||
         fault "${header##*/} does not compile by itself"
 done
+
+# hosted STATUS LOOKS HOST ARGUMENT ...: a host ends with this status, and prints a line that looks so.
+hosted() {
+    local wanted=$1 pattern=$2 status=0
+    (cd "$work" && "$root/scripts/wine" "${@:3}") >"$work/told" 2>&1 || status=$?
+    [ $status = "$wanted" ] && grep -E "$pattern" "$work/told" >>"$work.log" ||
+        fault "${3##*/} left with $status, not $wanted, and $(cat "$work/told")"
+}
 
 # A host that has the package alone.
 cmake -S "$tree/share/Varnhelt/samples/host" -B "$work/host" -G Ninja -DCMAKE_BUILD_TYPE=Release \
@@ -68,6 +76,14 @@ tail -n 4 "$work/told"
 [ "$(grep -c '\.\(dll\|exe\) .*17\.' "$work/told")" = 40 ] || fault "the host did not list the forty units"
 cp Samples/documents/*.xml "$work/product"
 python3 Tests/Shipped/terminal.py "$tree/bin/vrnt.exe" "$(windows_path "$work/product")" || fault "tables"
+# The host in C, by the command in its first lines.
+json=$tree/share/Varnhelt/samples/json
+command=$(sed -n 's|^ \*  *\(x86_64-.*\)|\1|p' "$json/host.c")
+(cd "$json" && ${command//SDK/"$tree"} -std=c99 -Wall -Wextra -Werror -o "$work/product/host.exe")
+hosted 2 'no VrntJson.dll: error 126' "$work/product/host.exe" '{}'
+cp "$tree"/bin/*.dll "$work/product"
+hosted 0 '"moduleName": "SrvResMgr.dll"' "$work/product/host.exe" '{"command": "query service-units"}'
+hosted 1 '"antispy.xml has no threat 1"' "$work/product/host.exe" '{"command": "query threat-description", "id": 1}'
 # Where something is missing, it says in one line what, and ends. (No library, no parser, no document.)
 mkdir "$work/bare"
 rm "$work/product/libexpat.dll"
@@ -82,6 +98,13 @@ missing 'Q:\none\Varnhelt.dll' '^host: Varnhelt.dll cannot be loaded: '
 missing "$(windows_path "$work/bare/Varnhelt.dll")" '^host: 0x80040201: .*0x0000007e'
 rm "$work"/product/*
 missing "$(windows_path "$tree/bin/Varnhelt.dll")" '^host: 0x80040201: .*FwSvUnit'
+# The README at the top, line by line, in a product's stead.
+register_product "" >>"$work.log"
+sed -n 's/^bin.vrnt.exe //p' "$tree/README.md" >"$work/commands"
+[ -s "$work/commands" ] || fault "the README has no commands"
+while read -r line <&3; do
+    scripts/wine "$tree/bin/vrnt.exe" $line >"$work/told" 2>&1 || fault "vrnt $line: $(cat "$work/told")"
+done 3<"$work/commands"
 register_product "$before" >>"$work.log"
 
 [ $faults = 0 ]
