@@ -6,6 +6,8 @@
 #include "ZkComn_Registry.h"
 #include "ZkComn_String.h"
 
+#include <string_view>
+
 namespace Vrnt {
 
 using ZkCommon::TraceSettings;
@@ -25,8 +27,11 @@ TraceSettings ReadTraceSettings(const TraceSession& _rstSession)
 
 std::string TraceFaultOf(const TraceSettings& _rstSettings)
 {
+    if (_rstSettings.pszUnreadable == nullptr) {
+        return {};
+    }
     for (const ZkCommon::TraceSetting& stSetting : ZkCommon::g_aTraceSetting) {
-        if (stSetting.pszName == _rstSettings.pszUnreadable) {
+        if (std::wstring_view(stSetting.pszName) == _rstSettings.pszUnreadable) {
             return ToUtf8(stSetting.pszName) +
                    (stSetting.pNumber != nullptr ? " is not a REG_DWORD" : " is not a REG_SZ");
         }
