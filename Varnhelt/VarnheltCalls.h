@@ -26,7 +26,7 @@ public:
     /** One of SrvFrwk::Result. */
     std::uint32_t Code() const noexcept { return m_ulResult; }
 
-    /** The first error line that the call traced, which is the deepest cause; empty without an object of Reasons. */
+    /** The first error line that the call traced, as a rule the deepest cause; empty without an object of Reasons. */
     const std::wstring& Reason() const noexcept { return m_tszReason; }
 
 private:

@@ -9,7 +9,7 @@
 
 namespace Varnhelt {
 
-/** Where a call on this thread puts the reason of its failure: the first error line, the deepest cause. */
+/** Where a call on this thread puts the reason of its failure: its first error line. */
 inline constinit thread_local std::wstring* g_pReason = nullptr;
 
 /**
