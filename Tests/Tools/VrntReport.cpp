@@ -66,7 +66,7 @@ TEST(VrntReport, ShowsWhatIsThereAsTextTellsWhatIsNotAndGivesNoKeyAway)
               "eFirewall eVulnerability</a>: needs eFirewall eBehavior, which is not listed", "class=\"arrow fault\"",
               "class=\"arrow\"", "</svg>"},
              {"id=\"findings\"", "FwPolicy.xen", "eAlow"},
-             {"3 of 6", "id=\"documents\"", "FwCompId.xml", "missing", "0x80040201 (the operation failed"}}) {
+             {"3 of 6", "id=\"documents\"", "FwCompId.xml", "missing", "0x80040201: cannot read FwCompId.xml"}}) {
         EXPECT_TRUE(StandInOrder(sPage, vecText)) << vecText.back();
     }
     for (const char* szActive : {"<script", " src=", "url(", "@import"}) { // nothing runs, nothing is fetched
@@ -90,6 +90,7 @@ TEST(VrntReport, InAFolderItIsNamedAfterTheMachineAndWithJsonItIsOneObject)
     EXPECT_EQ(tszName.find(L"vrnt-" + ZkCommon::String::FromUtf8(std::string(jsReport["computer"])) + L"-20"), 0U);
     EXPECT_EQ(jsReport["service-units"][0]["moduleName"], "One.dll");
     EXPECT_EQ(jsReport["policy"], nullptr);
+    EXPECT_THAT(jsReport["failures"].dump(), HasSubstr(R"("FwPolicy.xen","text":"0x80040201: cannot open )"));
     EXPECT_EQ(jsReport["productFolder"], ZkCommon::String::ToUtf8(cProduct.Folder().Path().wstring()));
 }
 

@@ -42,9 +42,14 @@ CheckedDocument Check(const DocumentState& _rstState)
 }
 
 template <class TValue>
-void Ask(SrvFrwk::Interface::IFunctionProvider& _rFunction, std::uint32_t _ulValueType, Answer<TValue>& _rstAnswer)
+void Ask(Tool& _rTool, SrvFrwk::Interface::IFunctionProvider& _rFunction, std::uint32_t _ulValueType,
+         Answer<TValue>& _rstAnswer)
 {
-    _rstAnswer.ulResult = _rFunction.QueryValue(0, _ulValueType, 0, &_rstAnswer.value, 0, nullptr);
+    const std::uint32_t ulResult =
+        WithReasons(_rTool, [&] { return _rFunction.QueryValue(0, _ulValueType, 0, &_rstAnswer.value, 0, nullptr); });
+    _rstAnswer.sFailure = !SrvFrwk::Result::IsFailure(ulResult) ? ""
+                          : _rTool.vecWhy.empty()               ? ResultText(ulResult)
+                                                                : Hexadecimal(ulResult) + ": " + _rTool.vecWhy.front();
 }
 
 ReportData Collect(Tool& _rTool)
@@ -53,10 +58,10 @@ ReportData Collect(Tool& _rTool)
     stData.stMachine = FindMachine();
     stData.vecTraceError = LastTraceErrors();
     ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
-        Ask(_rFunction, SrvFrwk::ValueType::g_ulServiceUnit, stData.stServiceUnits);
-        Ask(_rFunction, SrvFrwk::ValueType::g_ulEnforcePolicy, stData.stPolicy);
-        Ask(_rFunction, SrvFrwk::ValueType::g_ulEnforceData, stData.stEnforceData);
-        Ask(_rFunction, SrvFrwk::ValueType::g_ulInstallPuIds, stData.stPuIds);
+        Ask(_rTool, _rFunction, SrvFrwk::ValueType::g_ulServiceUnit, stData.stServiceUnits);
+        Ask(_rTool, _rFunction, SrvFrwk::ValueType::g_ulEnforcePolicy, stData.stPolicy);
+        Ask(_rTool, _rFunction, SrvFrwk::ValueType::g_ulEnforceData, stData.stEnforceData);
+        Ask(_rTool, _rFunction, SrvFrwk::ValueType::g_ulInstallPuIds, stData.stPuIds);
         return SrvFrwk::Result::g_ulSuccess;
     });
     stData.stDocuments = FindInstalledDocuments();

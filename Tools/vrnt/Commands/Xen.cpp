@@ -3,6 +3,7 @@
 #include "Arguments.h"
 #include "Commands/Commands.h"
 #include "Files/DocumentTable.h"
+#include "Machine/Reasons.h"
 #include "Output/InputFile.h"
 #include "Output/Output.h"
 #include "Output/ProgressLine.h"
@@ -125,8 +126,10 @@ public:
         }
         ProgressLine cProgress((m_bEncrypts ? "Encrypting " : "Decrypting ") + m_sIn, m_ullSize);
         cProgress.Tell(0);
-        if (!RunConversion()) {
-            return "cannot convert " + sIn;
+        WatchTrace(ToolFolder());
+        if (const ErrorLines cErrors; !RunConversion()) {
+            const std::vector<std::string> vecReason = ReasonsOf(cErrors.Messages());
+            return vecReason.empty() ? "cannot convert " + sIn : vecReason.front();
         }
         cProgress.Tell(0.5); // the rest is the disk's
         return WriteOutput();

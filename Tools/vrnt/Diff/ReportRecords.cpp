@@ -105,8 +105,8 @@ DiffRecord RecordsOfReport(const Json& _rjsReport, const std::string& _rsName)
     if (pMembers == nullptr || _rjsReport.Find("versions") == nullptr || _rjsReport.Find("policy") == nullptr) {
         throw UsageError(Quoted(_rsName) + " is JSON, but not what vrnt report --json writes");
     }
-    constexpr std::array aPart = {"versions", "documents",    "service-units", "policy",
-                                  "pu-ids",   "enforce-data", "findings",      "traceErrors"};
+    constexpr std::array aPart = {"versions",     "documents", "service-units", "policy",     "pu-ids",
+                                  "enforce-data", "failures",  "findings",      "traceErrors"};
     DiffRecord stReport{{}, {}};
     for (const auto& [sKey, jsValue] : *pMembers) {
         if (std::ranges::find(aPart, std::string_view(sKey)) == aPart.end()) {

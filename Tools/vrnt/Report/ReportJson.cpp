@@ -5,6 +5,9 @@
 #include "Documents/ServiceUnits.h"
 #include "Output/Output.h"
 #include "Records/RecordJson.h"
+#include "Report/ReportSections.h"
+
+#include <optional>
 
 namespace Vrnt {
 
@@ -59,6 +62,19 @@ Json AnswerToJson(const Answer<TValue>& _rstAnswer, const TDescription& _rstDesc
     return _rstAnswer.IsFailure() ? Json() : RecordsToJson(_rstAnswer.value, _rstDescription);
 }
 
+/** The documents that gave no answer, each with why. */
+Json FailuresToJson(const ReportData& _rstData)
+{
+    Json jsFailures = Json::Array();
+    for (const DocumentState& stState : _rstData.stDocuments.vecDocument) {
+        const std::optional<DocumentAnswer> stAnswer = AnswerOf(_rstData, stState.pDocument->enId);
+        if (stAnswer && !stAnswer->sFailure.empty()) {
+            jsFailures.Add({{"file", stState.FileText()}, {"text", stAnswer->sFailure}});
+        }
+    }
+    return jsFailures;
+}
+
 } // namespace
 
 Json ReportJson(const ReportData& _rstData)
@@ -82,6 +98,7 @@ Json ReportJson(const ReportData& _rstData)
                                                     : Json{{"pattern", rstPuIds.vecPattern},
                                                            {"engine", rstPuIds.vecEngine},
                                                            {"product", rstPuIds.vecProduct}}},
+            {"failures", FailuresToJson(_rstData)},
             {"findings", FindingsToJson(_rstData.vecChecked)},
             {"traceErrors", TraceErrorsToJson(_rstData.vecTraceError)}};
 }

@@ -30,9 +30,9 @@ Markup DocumentSection(const ReportData& _rstData)
     for (const DocumentState& stState : _rstData.stDocuments.vecDocument) {
         const bool bMissing = stState.IsInstalled() && !stState.uSize;
         const std::optional<DocumentAnswer> stAnswer = AnswerOf(_rstData, stState.pDocument->enId);
-        const std::string sAnswer = !stAnswer                                        ? ""
-                                    : SrvFrwk::Result::IsFailure(stAnswer->ulResult) ? ResultText(stAnswer->ulResult)
-                                                                                     : stAnswer->sRecords;
+        const std::string sAnswer = !stAnswer                    ? ""
+                                    : stAnswer->sFailure.empty() ? stAnswer->sRecords
+                                                                 : stAnswer->sFailure;
         std::size_t uColumn = 0;
         Markup cCells;
         for (const std::string& sText : {ToUtf8(stState.pDocument->svName), stState.FileText(),
@@ -165,15 +165,16 @@ Markup Section(const char* _szId, const char* _szHeading, const Markup& _rConten
     return Element("section", {{"id", _szId}}, Element("h2", _szHeading) + _rContent);
 }
 
-Markup Unanswered(const ReportData& _rstData, Varnhelt::DocumentId _enDocument, std::uint32_t _ulResult)
+Markup Unanswered(const ReportData& _rstData, Varnhelt::DocumentId _enDocument)
 {
-    if (!SrvFrwk::Result::IsFailure(_ulResult)) {
+    const std::optional<DocumentAnswer> stAnswer = AnswerOf(_rstData, _enDocument);
+    if (!stAnswer || stAnswer->sFailure.empty()) {
         return {};
     }
     const DocumentState& rstState = _rstData.stDocuments.vecDocument[static_cast<std::size_t>(_enDocument)];
     return Element("p", {{"class", "unanswered"}},
                    Element("b", rstState.FileText()) + (rstState.uSize ? " cannot be read" : " is missing") + ": " +
-                       ResultText(_ulResult));
+                       stAnswer->sFailure);
 }
 
 std::string ReportPage(const ReportData& _rstData)

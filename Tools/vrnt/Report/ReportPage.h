@@ -7,9 +7,7 @@
 #include "Machine/Versions.h"
 #include "Output/Table.h"
 #include "SrvFrwk_Records.h"
-#include "SrvFrwk_ResultCode.h"
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -19,10 +17,10 @@ namespace Vrnt {
 template <class TValue>
 struct Answer
 {
-    std::uint32_t ulResult = SrvFrwk::Result::g_ulMissingObject;
-    TValue value; // also after a failure: what came before it
+    TValue value;                           // also after a failure: what came before it
+    std::string sFailure = "was not asked"; // the result code and why; empty when it was answered
 
-    bool IsFailure() const noexcept { return SrvFrwk::Result::IsFailure(ulResult); }
+    bool IsFailure() const noexcept { return !sFailure.empty(); }
 };
 
 /** What a check found in a document that is there. */

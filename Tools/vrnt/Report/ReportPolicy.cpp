@@ -121,7 +121,7 @@ Markup Matrix(const std::vector<SrvFrwk::PolicyController>& _rvecController)
 
 Markup PolicySection(const ReportData& _rstData)
 {
-    Markup cContent = Unanswered(_rstData, Varnhelt::DocumentId::Policy, _rstData.stPolicy.ulResult);
+    Markup cContent = Unanswered(_rstData, Varnhelt::DocumentId::Policy);
     if (!_rstData.stPolicy.value.empty()) {
         cContent +=
             Element("p", {{"class", "note"}},

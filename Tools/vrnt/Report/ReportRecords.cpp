@@ -89,7 +89,7 @@ Markup ServiceUnitSection(const ReportData& _rstData)
         }
         cBodies += Element("tbody", cRows);
     }
-    Markup cContent = Unanswered(_rstData, Varnhelt::DocumentId::ServiceUnits, _rstData.stServiceUnits.ulResult);
+    Markup cContent = Unanswered(_rstData, Varnhelt::DocumentId::ServiceUnits);
     if (!cBodies.IsEmpty()) {
         cContent += TableOf("records", HeadingsOf(g_aServiceUnitColumn), cBodies);
     }
@@ -107,7 +107,7 @@ Markup EnforceDataSection(const ReportData& _rstData)
         }
         cBodies += Element("tbody", cRows);
     }
-    Markup cContent = Unanswered(_rstData, Varnhelt::DocumentId::EnforceData, _rstData.stEnforceData.ulResult);
+    Markup cContent = Unanswered(_rstData, Varnhelt::DocumentId::EnforceData);
     if (!cBodies.IsEmpty()) {
         const std::vector<LoadedProvider> vecProvider = ProvidersInLoadOrder(_rstData.stEnforceData.value);
         cContent += Element(

@@ -31,7 +31,7 @@ std::string FindingsText(const CheckedDocument& _rstChecked);
 /** What the library answered when it was asked for a document. */
 struct DocumentAnswer
 {
-    std::uint32_t ulResult;
+    std::string sFailure; // the result code and why; empty when it was answered
     std::string sRecords; // how many
 };
 
@@ -42,8 +42,8 @@ std::optional<DocumentAnswer> AnswerOf(const ReportData& _rstData, Varnhelt::Doc
 std::string ControllerWord(std::uint32_t _ulController);
 std::string ProviderWord(std::uint32_t _ulProvider);
 
-/** That a document gave no answer, with the result code in words; nothing where it gave one. */
-Html::Markup Unanswered(const ReportData& _rstData, Varnhelt::DocumentId _enDocument, std::uint32_t _ulResult);
+/** That a document gave no answer, and why; empty where it gave one. */
+Html::Markup Unanswered(const ReportData& _rstData, Varnhelt::DocumentId _enDocument);
 
 // Tables. On a narrow screen a row is a card on which each cell has its column's heading.
 

@@ -139,8 +139,8 @@ Markup Attention(const ReportData& _rstData, const DocumentFigures& _rstDocument
     }
     for (const DocumentState& stState : _rstData.stDocuments.vecDocument) {
         const std::optional<DocumentAnswer> stAnswer = AnswerOf(_rstData, stState.pDocument->enId);
-        if (stState.uSize && stAnswer && SrvFrwk::Result::IsFailure(stAnswer->ulResult)) {
-            Add("documents", stState.FileText(), ResultText(stAnswer->ulResult));
+        if (stState.uSize && stAnswer && !stAnswer->sFailure.empty()) {
+            Add("documents", stState.FileText(), stAnswer->sFailure);
         }
     }
     for (const CheckedDocument& stChecked : _rstData.vecChecked) {
@@ -188,16 +188,16 @@ std::optional<DocumentAnswer> AnswerOf(const ReportData& _rstData, Varnhelt::Doc
 {
     switch (_enDocument) {
     case Varnhelt::DocumentId::ServiceUnits:
-        return DocumentAnswer{_rstData.stServiceUnits.ulResult, Count(_rstData.stServiceUnits.value.size(), "unit")};
+        return DocumentAnswer{_rstData.stServiceUnits.sFailure, Count(_rstData.stServiceUnits.value.size(), "unit")};
     case Varnhelt::DocumentId::Policy:
-        return DocumentAnswer{_rstData.stPolicy.ulResult, Count(_rstData.stPolicy.value.size(), "controller")};
+        return DocumentAnswer{_rstData.stPolicy.sFailure, Count(_rstData.stPolicy.value.size(), "controller")};
     case Varnhelt::DocumentId::EnforceData:
-        return DocumentAnswer{_rstData.stEnforceData.ulResult,
+        return DocumentAnswer{_rstData.stEnforceData.sFailure,
                               Count(_rstData.stEnforceData.value.size(), "controller")};
     case Varnhelt::DocumentId::PuIds: {
         const SrvFrwk::InstallPuIds& rstPuIds = _rstData.stPuIds.value;
         return DocumentAnswer{
-            _rstData.stPuIds.ulResult,
+            _rstData.stPuIds.sFailure,
             Count(rstPuIds.vecPattern.size() + rstPuIds.vecEngine.size() + rstPuIds.vecProduct.size(), "number")};
     }
     default:
