@@ -19,7 +19,7 @@ scripts/package --trial "$work/first.zip" >"$work.log"
 (umask 077 && TZ=Asia/Tokyo scripts/package --trial "$work/second.zip") >>"$work.log"
 cmp "$work/first.zip" "$work/second.zip" || fault "two packages of the same release differ"
 (cd "$work" && cmake -E tar xf first.zip)
-for part in README.md bin include lib share/Varnhelt/{docs,samples/{host,json},licenses,schemas}; do
+for part in README.md bin include lib share/Varnhelt/{docs,samples/{host,json,repository/.pre-commit-hooks.yaml},licenses,schemas/catalog.xml}; do
     [ -n "$(ls "$tree/$part")" ] || fault "the package lacks $part"
 done
 # Nothing in the tree may know where it was laid out, or built.

@@ -4,6 +4,7 @@
 #include "ZkComn_String.h"
 
 #include <algorithm>
+#include <deque>
 #include <map>
 
 namespace Vrnt {
@@ -16,7 +17,8 @@ std::string KeyOf(const DiffRecord& _rstRecord)
     std::string sKey = _rstRecord.sKind + '\n' + _rstRecord.sIdentity;
     if (_rstRecord.sIdentity.empty()) {
         for (const auto& [sField, sValue] : _rstRecord.vecField) {
-            sKey += '\n' + sField + '=' + std::to_string(sValue.size()) + ':' + sValue;
+            sKey.append(1, '\n').append(sField).append(1, '=').append(std::to_string(sValue.size()));
+            sKey.append(1, ':').append(sValue);
         }
     }
     return sKey;
@@ -41,21 +43,22 @@ public:
     void Compare(const DiffRecord& _rstOld, const DiffRecord& _rstNew, const std::string& _rsWhere)
     {
         CompareFields(_rstOld, _rstNew, _rsWhere);
-        std::map<std::string, std::vector<const DiffRecord*>> mapNew; // those that are not matched yet, last first
-        for (auto it = _rstNew.vecRecord.rbegin(); it != _rstNew.vecRecord.rend(); ++it) {
-            mapNew[KeyOf(*it)].push_back(&*it);
+        std::map<std::string, std::deque<const DiffRecord*>> mapNew; // those that are not matched yet
+        for (const DiffRecord& stNew : _rstNew.vecRecord) {
+            mapNew[KeyOf(stNew)].push_back(&stNew);
         }
         for (const DiffRecord& stOld : _rstOld.vecRecord) {
-            std::vector<const DiffRecord*>& rvecMatch = mapNew[KeyOf(stOld)];
-            if (rvecMatch.empty()) {
+            std::deque<const DiffRecord*>& rqueMatch = mapNew[KeyOf(stOld)];
+            if (rqueMatch.empty()) {
                 AddWhole(Change::Removed, stOld, _rsWhere);
             } else {
-                Compare(stOld, *rvecMatch.back(), Below(_rsWhere, stOld.sTitle));
-                rvecMatch.pop_back();
+                Compare(stOld, *rqueMatch.front(), Below(_rsWhere, stOld.sTitle));
+                rqueMatch.pop_front();
             }
         }
         for (const DiffRecord& stNew : _rstNew.vecRecord) {
-            if (std::ranges::find(mapNew[KeyOf(stNew)], &stNew) != mapNew[KeyOf(stNew)].end()) {
+            const std::deque<const DiffRecord*>& rqueLeft = mapNew[KeyOf(stNew)];
+            if (std::ranges::find(rqueLeft, &stNew) != rqueLeft.end()) {
                 AddWhole(Change::Added, stNew, _rsWhere);
             }
         }
