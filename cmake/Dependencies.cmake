@@ -7,6 +7,7 @@ endif()
 add_library(VarnheltExpatHeader INTERFACE)
 target_include_directories(VarnheltExpatHeader SYSTEM INTERFACE ${VARNHELT_EXPAT_DIR}/include)
 file(MAKE_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${VARNHELT_EXPAT_DIR}/bin/libexpat.dll)
 file(COPY_FILE ${VARNHELT_EXPAT_DIR}/bin/libexpat.dll ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/libexpat.dll ONLY_IF_DIFFERENT)
 
 # Header-only libraries of the tool. The distribution installs them among its own system's headers, which must not be

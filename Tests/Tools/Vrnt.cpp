@@ -8,7 +8,6 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using Varnhelt::DocumentId;

@@ -106,7 +106,7 @@ protected:
         const Lines vecBefore = m_cProduct.Leftovers();
         const TraceRecorder cTrace(0x101);
         EXPECT_EQ(m_stWay.pfnTry(m_stWay.pfnHandler, m_pOption), Outcome(_ulResult, 0));
-        const Lines vecLine = cTrace.Messages();
+        Lines vecLine = cTrace.Messages();
         EXPECT_EQ(vecLine.front(), L"[Enter] " + m_stWay.tszMethod + L"...");
         EXPECT_EQ(vecLine.back(), _rtszLast.empty() ? vecLine.back() : _rtszLast);
         EXPECT_EQ(m_cProduct.Leftovers(), vecBefore);

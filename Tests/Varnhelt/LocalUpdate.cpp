@@ -70,7 +70,7 @@ TEST_F(LocalUpdate, TheSampleIsCarriedOutAndUndone)
 {
     m_cBench.WatchSampleFiles();
     m_cBench.Folder().Write(L"service.ini", "[Legacy]\na=\"1\"\nb=\n[Service]\nLogLevel=1\nRestartDelay=5\n");
-    m_cBench.Folder().Write(L"pattern.ini", std::string("\xFF\xFE[\0P\0]\0\r\0\n\0k\0=\0\x2D\x4E\r\0\n\0", 24));
+    m_cBench.Folder().Write(L"pattern.ini", std::string("\xFF\xFE[\0P\0]\0\r\0\n\0k\0=\0\x2D\x4E\r\0\n\0", 22));
     m_cBench.Folder().Write(L"pelto17.ini", "[Setup]\r\nInstalledBy=17.1\r\n");
     ASSERT_EQ(m_cBench.Apply(Key({"write old uint64 16+yes"}, "@K@\\16\\Deep", "HKLM", "eMode32bit") +
                              Key({"write PendingMigration binary 00+no"}, "@K@\\17\\Setup")),

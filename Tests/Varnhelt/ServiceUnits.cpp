@@ -6,7 +6,6 @@
 using namespace SrvFrwk;
 using testing::ElementsAre;
 using testing::FieldsAre;
-using testing::IsEmpty;
 
 namespace {
 
