@@ -105,6 +105,6 @@ sed -n 's/^bin.vrnt.exe //p' "$tree/README.md" >"$work/commands"
 while read -r line <&3; do
     scripts/wine "$tree/bin/vrnt.exe" $line >"$work/told" 2>&1 || fault "vrnt $line: $(cat "$work/told")"
 done 3<"$work/commands"
-register_product "$before" >>"$work.log"
+[ -z "$before" ] || register_product "$before" >>"$work.log"
 
 [ $faults = 0 ]
