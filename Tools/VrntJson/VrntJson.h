@@ -2,7 +2,7 @@
 #ifndef VARNHELT_VRNTJSON_H
 #define VARNHELT_VRNTJSON_H
 
-#include <stdint.h>
+#include <stdint.h> // NOLINT(modernize-deprecated-headers): for hosts in C
 
 #ifdef __cplusplus
 extern "C" {
