@@ -29,9 +29,11 @@ constexpr std::size_t g_uTargetLength = 16; // more characters are not looked at
 /** The number of a kind of item, from 1; 0 for another word. */
 std::uint32_t TargetTypeOf(std::wstring_view _svWord)
 {
-    for (std::uint32_t i = 0; i < std::size(g_aTarget); ++i) {
-        if (String::EqualsNoCase(_svWord, g_aTarget[i], g_uTargetLength)) {
-            return i + 1;
+    std::uint32_t ulType = 0;
+    for (const wchar_t* pszTarget : g_aTarget) {
+        ++ulType;
+        if (String::EqualsNoCase(_svWord, pszTarget, g_uTargetLength)) {
+            return ulType;
         }
     }
     return 0;
