@@ -133,8 +133,8 @@ public:
      */
     std::uint32_t Commit() noexcept;
 
-    static constexpr unsigned g_ulTries = 20;
-    static constexpr DWORD g_ulPause = 50;
+    static constexpr unsigned g_ulTries = 200;
+    static constexpr DWORD g_ulPause = 5;
 
 private:
     std::uint32_t TakeOver(DWORD _ulAttributes) noexcept;
