@@ -92,6 +92,7 @@ private:
     };
     Room m_aRoom[64];
 };
+
 /** Takes and gives back the memory of exceptions; the program ends, as in the run time, when not even a spare room is left. */
 class ExceptionMemory
 {

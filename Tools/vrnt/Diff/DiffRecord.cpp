@@ -57,9 +57,10 @@ public:
             }
         }
         for (const DiffRecord& stNew : _rstNew.vecRecord) {
-            const std::deque<const DiffRecord*>& rqueLeft = mapNew[KeyOf(stNew)];
-            if (std::ranges::find(rqueLeft, &stNew) != rqueLeft.end()) {
+            std::deque<const DiffRecord*>& rqueLeft = mapNew[KeyOf(stNew)]; // in the document's order, as this walk
+            if (!rqueLeft.empty() && rqueLeft.front() == &stNew) {
                 AddWhole(Change::Added, stNew, _rsWhere);
+                rqueLeft.pop_front();
             }
         }
     }
