@@ -1,6 +1,5 @@
 // The real trace library, called as the trace log calls it.
 
-#include "Child.h"
 #include "RunProgram.h"
 #include "TempFolder.h"
 #include "TraceRecorder.h"
@@ -72,6 +71,7 @@ LONG CALLBACK SeeDebuggerText(EXCEPTION_POINTERS* _pException)
 }
 
 constexpr int g_iChildLines = 400;
+constexpr const wchar_t* g_pszFolderVariable = L"VARNHELT_TEST_FOLDER"; // where a second process writes
 
 } // namespace
 
@@ -170,7 +170,9 @@ TEST(TraceLibrary, LosesNoLineWhenSeveralWritersCrossADay)
 /** What a second process does; run by the test below. */
 TEST(TraceLibrary, DISABLED_Child)
 {
-    OpenTrace trace(SettingsOf(Child::Folder()));
+    wchar_t szFolder[MAX_PATH] = {};
+    ::GetEnvironmentVariableW(g_pszFolderVariable, szFolder, MAX_PATH);
+    OpenTrace trace(SettingsOf(szFolder));
     for (int i = 0; i < g_iChildLines; ++i) {
         ASSERT_TRUE(trace.Line(i < g_iChildLines / 2 ? 15 : 16, std::wstring(200, L'x')));
     }
@@ -179,7 +181,13 @@ TEST(TraceLibrary, DISABLED_Child)
 TEST(TraceLibrary, KeepsTheLinesOfSeveralProcessesWhole)
 {
     const TempFolder folder;
-    const auto Start = [&] { return Child::Start("TraceLibrary.DISABLED_Child", folder.Path().wstring()); };
+    ::SetEnvironmentVariableW(g_pszFolderVariable, folder.Path().c_str());
+    wchar_t szProgram[MAX_PATH];
+    ::GetModuleFileNameW(nullptr, szProgram, MAX_PATH);
+    const auto Start = [&] {
+        return StartProgram(szProgram,
+                            {L"--gtest_also_run_disabled_tests", L"--gtest_filter=TraceLibrary.DISABLED_Child"});
+    };
     const Handle aChild[] = {Start(), Start()};
     EXPECT_EQ(ExitStatusOf(aChild[0]), 0);
     EXPECT_EQ(ExitStatusOf(aChild[1]), 0);

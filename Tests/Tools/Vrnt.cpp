@@ -53,17 +53,6 @@ TEST_F(Vrnt, QueriesTheCatalogueAsJsonAndAsATable)
     EXPECT_THAT(stTable.sError, IsEmpty());
 }
 
-TEST_F(Vrnt, AMissingDocumentIsTheLibrarysFailureInWords)
-{
-    const ProgramRun stRun = StartVrnt({L"--json", L"query", L"service-units"});
-    EXPECT_EQ(stRun.iExitStatus, 1);
-    const Json jsAnswer = Json::parse(stRun.sOutput);
-    EXPECT_EQ(jsAnswer["result"], "0x80040201");
-    EXPECT_EQ(jsAnswer["data"], Json::array());
-    EXPECT_THAT(stRun.sError, IsOneLine());
-    EXPECT_THAT(stRun.sError, HasSubstr("0x80040201: " + jsAnswer["why"][0].get<std::string>()));
-}
-
 struct UsageRow
 {
     int iLine;
@@ -84,6 +73,8 @@ TEST_F(Vrnt, AUsageErrorIsOneLineAndStatusTwo)
         {__LINE__, {L"check", L"--document", L"policy", L"/nowhere/x.xml"}, "nowhere\\x.xml"},
         {__LINE__, {L"--module", L"Z:\\nowhere\\Varnhelt.dll", L"query", L"service-units"}, "nowhere"},
         {__LINE__, {L"trace", L"on", L"--level", L"12x"}, "12x"},
+        {__LINE__, {L"query", L"registry-data", L"--file", L"f"}, "--label"},
+        {__LINE__, {L"store", L"pre-update-list", L"--document", L"d", L"--input", L"Z:\\nowhere.json"}, "nowhere"},
         {__LINE__, {L"trace", L"show", L"Z:\\nowhere.log"}, "nowhere.log"},
         {__LINE__, {L"xen", L"encrypt", L"--document", L"policies", L"in", L"out"}, "policies"},
         {__LINE__, {L"xen", L"encrypt", L"--key", L"fifteen letters", L"in", L"out"}, "16"},

@@ -67,43 +67,6 @@ const Row g_aRow[] = {
       R"(8 warning /PolicyEnforceLayer/PolicyControllers/PolicyController: "PolicyProviders" is missing: nothing is read there)",
       R"(9 warning /PolicyEnforceLayer/Extra: no reader looks at "Extra")"}},
     {__LINE__,
-     L"pu-ids",
-     R"(<InstallPuIds><InstallPuId><Component>ePatern</Component><PuId>12x</PuId><Platform>eOnly32bit</Platform>
-</InstallPuId></InstallPuIds>)",
-     {R"(1 error /InstallPuIds/InstallPuId/Component: unknown word "ePatern" of the text: it is passed over; did you mean "ePattern"?)",
-      R"(1 warning /InstallPuIds/InstallPuId/PuId: the text is no whole number of 32 bits: "12x" is read as 12)"}},
-    {__LINE__,
-     L"threats", // names alone
-     R"(<Quillmar><Threats><Threat id="16"><Name>a</Name></Threat>
-<Threat id="0x10"><Name>b</Name></Threat><Threat id="4294967312"><Name>c</Name></Threat></Threats></Quillmar>)",
-     {R"(2 warning /Quillmar/Threats/Threat: attribute "id" is no whole number of 32 bits: "0x10" is read as 0)",
-      R"(2 warning /Quillmar/Threats/Threat: the same "Threat" as in line 1: only the first counts)",
-      R"(2 warning /Quillmar/Threats/Threat: attribute "id" is no whole number of 32 bits: "4294967312" is read as 16)"}},
-    {__LINE__,
-     L"threats", // with texts
-     R"(<Quillmar><Scanners><Scanner id="1"><Name>a</Name></Scanner></Scanners><Threats>
-<Threat id="1"><Name>b</Name><Description/></Threat></Threats></Quillmar>)",
-     {R"(1 warning /Quillmar/Scanners/Scanner: "Desc" is missing: read as empty)",
-      R"(2 warning /Quillmar/Threats/Threat: "Recommendation" is missing: read as empty)"}},
-    {__LINE__,
-     L"compatibility", // texts that are looked at only when another one says so
-     R"(<CompatibilityCheck><Platforms><Platform major_version="" minor_version="" reversion="" build_number=""
-LeftHandMost="0" service_pack="" language=""><Product sku="" major_version="" minor_version="" reversion=""
-build_number="" LeftHandMost="0" OEM="" language=""><Action>PreInstallUpdate</Action><ShowMessage>0</ShowMessage>
-<Components><Component class="" type="" plat="" lang="" oem="" region="" ver="1">treu</Component></Components>
-</Product></Platform></Platforms></CompatibilityCheck>)",
-     {R"(4 error /CompatibilityCheck/Platforms/Platform/Product/Components/Component: unknown word "treu" of the text: it is passed over; did you mean "true"?)"}},
-    {__LINE__,
-     L"key-config",
-     R"(<Config><IniFile>anything</IniFile><Registry Root="hklm" Key="a">
-<RegistryValue Name="n" Type="DWORD" Action="write" OverWrite="yes" AllAccess="no" AccessMode="default"
- Assign="x.exe" OsType="seven64">x</RegistryValue>
-<RegistryValue Name="n" Type="string" Action="writ" OverWrite="yes" AllAccess="no" OsType="XP96"/>
-</Registry></Config>)",
-     {R"(4 error /Config/Registry/RegistryValue: unknown word "writ" of attribute "Action": it is passed over; did you mean "write"?)",
-      R"(4 error /Config/Registry/RegistryValue: unknown word "XP96" of attribute "OsType": the reader refuses the document; did you mean "XP32"?)",
-      R"(4 error /Config/Registry/RegistryValue: attribute "AccessMode" is missing: it is passed over)"}},
-    {__LINE__,
      L"registry-data",
      R"(<Quillmar><Component label="a"><Reg key="HKLM\a" access="none"><Element><Name>n</Name><Type>REG_DWORD</Type>
 <Value>1 2</Value></Element><Element><Name>n</Name><Type>reg_sz</Type></Element></Reg><Reg access="al"/></Component>
@@ -112,14 +75,6 @@ build_number="" LeftHandMost="0" OEM="" language=""><Action>PreInstallUpdate</Ac
       R"(2 warning /Quillmar/Component/Reg/Element/Value: the text is no whole number of 64 bits: "1 2" is read as 0)",
       R"(2 warning /Quillmar/Component/Reg: unknown word "al" of attribute "access": read as "none"; did you mean "all"?)",
       R"(2 error /Quillmar/Component/Reg: attribute "key" is missing: the reader refuses the document)"}},
-    {__LINE__,
-     L"component",
-     R"(<Components><Install><Component Id="a" Directory="d" Platform="Vista96"><File Id="f" Action="remove" Name="n"
-ActionAfterRebootIfFailed="no"/><Shortcut Id="s" Action="remove"/></Component></Install><Uninstal/></Components>)",
-     {R"(1 warning /Components: "Uninstall" is missing: nothing is read there)",
-      R"(1 error /Components/Install/Component: unknown word "Vista96" of attribute "Platform": it is passed over; did you mean "Vista32"?)",
-      R"(2 error /Components/Install/Component/Shortcut: attribute "Name" is missing: it is passed over)",
-      R"(2 warning /Components/Uninstal: no reader looks at "Uninstal"; did you mean "Uninstall"?)"}},
     {__LINE__,
      L"pre-update-list",
      R"(<body other="1"><others/><product><componets/></product></body>)",

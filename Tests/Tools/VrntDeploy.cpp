@@ -7,7 +7,6 @@
 #include <nlohmann/json.hpp>
 
 using testing::HasSubstr;
-using testing::IsEmpty;
 using Varnhelt::DocumentId;
 using Json = nlohmann::json;
 
@@ -84,7 +83,7 @@ TEST_F(VrntDeploy, EveryQueryPrintsItsRecordsAsJsonAndAsATable)
     ExpectAnswers(aRow);
 }
 
-TEST_F(VrntDeploy, StoresTakeWhatTheQueriesPrintAndRefuseTheRestByItsPlace)
+TEST_F(VrntDeploy, StoresReadWhatTheQueriesPrint)
 {
     m_cProduct.Folder().Write(L"list.json", R"([{"class": "1", "type": "ä", "plat": "", "lang": "", "oem": "",
         "region": "", "ver": "2"}])");
@@ -99,38 +98,6 @@ TEST_F(VrntDeploy, StoresTakeWhatTheQueriesPrintAndRefuseTheRestByItsPlace)
         RunVrnt({L"store", L"pre-update-list", L"--document", File(L"request.xml"), L"--input", File(L"list.json")});
     EXPECT_EQ(stList.iExitStatus, 0) << stList.sError;
     EXPECT_THAT(m_cProduct.Folder().Read(L"request.xml"), HasSubstr("<component class=\"1\" type=\"ä\""));
-
-    const std::string sStored = m_cProduct.Stored(DocumentId::Alias, L"a.xen");
-    for (const auto& [szInput, szPlace] : {std::pair(R"([{"id": "A", "property": "P"}])", "[0].value"),
-                                           std::pair(R"([{"id": 1, "property": "P", "value": ""}])", "[0].id"),
-                                           std::pair("{}", "array"), std::pair("[", "JSON")}) {
-        m_cProduct.Folder().Write(L"alias.json", szInput);
-        const ProgramRun stRefused = RunVrnt(vecStoreAlias);
-        EXPECT_EQ(stRefused.iExitStatus, 2);
-        EXPECT_THAT(stRefused.sError, HasSubstr(szPlace));
-    }
-    EXPECT_EQ(m_cProduct.Stored(DocumentId::Alias, L"a.xen"), sStored);
-}
-
-TEST_F(VrntDeploy, AMissingDocumentIsTheLibrarysFailureAndABadArgumentTheUsers)
-{
-    const ProgramRun stMissing = RunVrnt({L"--json", L"direct", L"alias", L"--dir", Folder(), L"--file", L"none.xen"});
-    EXPECT_EQ(stMissing.iExitStatus, 1);
-    EXPECT_EQ(Json::parse(stMissing.sOutput)["result"], "0x80040205");
-    const std::pair<std::vector<std::wstring>, const char*> aUsage[] = {
-        {{L"direct", L"component", L"--dir", L"d", L"--file", L"f", L"--section", L"both", L"--run-mode", L"1"},
-         "both"},
-        {{L"direct", L"component", L"--dir", L"d", L"--file", L"f", L"--section", L"install", L"--run-mode", L"1x"},
-         "1x"},
-        {{L"query", L"registry-data", L"--file", L"f"}, "--label"},
-        {{L"store", L"pre-update-list", L"--document", L"d", L"--input", L"Z:\\nowhere.json"}, "nowhere"},
-    };
-    for (const auto& [vecArgument, szNamed] : aUsage) {
-        const ProgramRun stRun = RunVrnt(vecArgument);
-        EXPECT_EQ(stRun.iExitStatus, 2);
-        EXPECT_THAT(stRun.sError, HasSubstr(szNamed));
-        EXPECT_THAT(stRun.sOutput, IsEmpty());
-    }
 }
 
 } // namespace

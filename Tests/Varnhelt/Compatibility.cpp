@@ -158,14 +158,4 @@ TEST_F(PreUpdate, AFailedStepLeavesWhatTheStepsBeforeItStored)
                                                HasSubstr(tszList + L"Got ZkCommon::Storage::XmlException() failed.")));
 }
 
-TEST_F(PreUpdate, ADeniedReplacementFailsAndLeavesTheDocument)
-{
-    Write("<body><product><components/></product></body>");
-    const std::string sBefore = Stored();
-    ::SetFileAttributesW(m_Records.tszDocument.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(Store(m_Records), Result::g_ulFailed);
-    ::SetFileAttributesW(m_Records.tszDocument.c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(Stored(), sBefore);
-}
-
 } // namespace

@@ -56,20 +56,6 @@ TEST_F(Aliases, AStoreThatFailsLeavesTheDocument)
     }
 }
 
-TEST_F(Aliases, ManyAliasesAreStoredInOneWalk)
-{
-    std::string sDocument = "<Aliases>";
-    DeployAliasConfig lstAlias;
-    for (int i = 0; i < 20000; ++i) { // four hundred million comparisons, were each one searched for
-        sDocument += "<Alias Id='" + std::to_string(i) + "'/>";
-        lstAlias.push_back({std::to_wstring(2 * i), L"", L"v"});
-    }
-    Write(sDocument + "</Aliases>");
-    ASSERT_EQ(Store(lstAlias), Result::g_ulSuccess); // in half a second, not in minutes
-    ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_EQ(m_Records.size(), 30000U);
-}
-
 class Components : public DocumentTest<ValueType::g_ulDeployComponent, DeployComponentConfig>
 {
 protected:

@@ -1,7 +1,6 @@
 #include "Files/EncFile.h"
 
 #include "ApiFault.h"
-#include "Child.h"
 #include "TempFolder.h"
 #include "TraceRecorder.h"
 #include "ZkComn_FileCrypt.h"
@@ -182,26 +181,6 @@ TEST_F(EncFile, LeavesTheDocumentAsItWasWhicheverStepFails)
     }
     EXPECT_TRUE(cFile.Encrypt());
     EXPECT_EQ(Stored(), "new");
-}
-
-TEST(EncFileChild, DISABLED_IsBeingRead)
-{
-    CEncFile cFile(Child::Folder(), Child::Folder() + L"\\a.xen", g_svKey);
-    const std::wstring tszCopy = cFile.DecryptedPath();
-    const FileHandle hParser(
-        ::CreateFileW(tszCopy.c_str(), GENERIC_READ, File::g_ulShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (hParser) {
-        Child::WaitToBeKilled();
-    }
-}
-
-TEST_F(EncFile, LeavesNoCopyWhenTheProcessIsKilledWhileReading)
-{
-    Child cChild("EncFileChild.DISABLED_IsBeingRead", m_cDocuments.Path().wstring());
-    ASSERT_TRUE(cChild.IsReady());
-    EXPECT_EQ(Count(m_cDocuments), 2);
-    cChild.Kill();
-    EXPECT_EQ(Count(m_cDocuments), 1);
 }
 
 } // namespace

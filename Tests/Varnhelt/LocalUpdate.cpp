@@ -224,19 +224,6 @@ TEST_F(LocalUpdate, ABadEntryFailsWithItsCodeAndTheNextItemGoesOn)
     ::SetFileAttributesW(m_cBench.Folder().File(L"readonly.ini").c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-TEST_F(LocalUpdate, ALargeUpdateIsCarriedOutWithoutAHandleLeft)
-{
-    const std::string sItems =
-        Key({"create+no", "write big binary " + std::string(2 << 20, 'a') + "+over"}) + Ini({"write k string "});
-    DWORD aHandles[2] = {};
-    for (DWORD& rulHandles : aHandles) {
-        m_cBench.Apply(sItems);
-        ::GetProcessHandleCount(::GetCurrentProcess(), &rulHandles);
-    }
-    EXPECT_EQ(aHandles[1], aHandles[0]);
-    EXPECT_EQ(Storage::Registry(HKEY_LOCAL_MACHINE, m_cBench.Key()).ReadBinary(L"big").size(), 1U << 20);
-}
-
 TEST_F(LocalUpdate, OneMacroOfAnIniPathIsExpandedTheFirstInTheirOrder)
 {
     wchar_t szWindows[MAX_PATH];

@@ -1,7 +1,6 @@
 #include "ZkComn_File.h"
 
 #include "ApiFault.h"
-#include "Child.h"
 #include "TempFolder.h"
 #include "ZkComn_FileLock.h"
 #include "ZkComn_PrivateAccess.h"
@@ -119,20 +118,6 @@ TEST(StoreLock, IsHeldByOneAndLeavesNothing)
     EXPECT_THAT(cFolder.Names(), testing::IsEmpty());
 }
 
-TEST(ReadFile, WaitsForWhoeverShutsReadersOut)
-{
-    const TempFolder cFolder;
-    cFolder.Write(L"a.xml", "text");
-    FileHandle hOther(
-        ::CreateFileW(cFolder.File(L"a.xml").c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    const std::jthread cOther([&hOther] {
-        ::Sleep(200);
-        hOther.Reset();
-    });
-    ByteArray stContent;
-    EXPECT_EQ(File::Read(cFolder.File(L"a.xml"), stContent).ulError, 0U);
-}
-
 TEST(ReplacedFile, FailsAtOnceWhereWaitingIsInVain)
 {
     const TempFolder cFolder;
@@ -166,26 +151,6 @@ TEST(ReplacedFile, MayHaveALongPath)
     for (; !vecFolder.empty(); vecFolder.pop_back()) { // the standard library does not reach down to them
         EXPECT_TRUE(::RemoveDirectoryW(vecFolder.back().c_str()));
     }
-}
-
-TEST(ReplacedFile, DISABLED_IsBeingWritten)
-{
-    File::Replacement cNew(Child::Folder() + L"\\a.xml");
-    const std::uint8_t aContent[] = {'n', 'e', 'w'};
-    if (cNew.Create() == 0 && cNew.Write(aContent) == 0) {
-        Child::WaitToBeKilled();
-    }
-}
-
-TEST(ReplacedFile, LeavesNothingWhenTheProcessIsKilledWhileWriting)
-{
-    const TempFolder cFolder;
-    cFolder.Write(L"a.xml", "old");
-    Child cChild("ReplacedFile.DISABLED_IsBeingWritten", cFolder.Path().wstring());
-    ASSERT_TRUE(cChild.IsReady());
-    cChild.Kill();
-    EXPECT_EQ(cFolder.Read(L"a.xml"), "old");
-    EXPECT_THAT(cFolder.Names(), ElementsAre(L"a.xml"));
 }
 
 TEST(TempFile, ExistsAsLongAsItsOwnerUnderANameThatIsFree)

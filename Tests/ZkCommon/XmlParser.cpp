@@ -190,44 +190,6 @@ TEST(XmlParser, FailsWithTheSystemsErrorWhenTheFileCannotBeRead)
     }
 }
 
-TEST(XmlParser, ReadsAFileThatSomebodyElseWritesAndDeletes)
-{
-    const TempFolder folder;
-    FileHandle held(::CreateFileW(folder.File(L"held.xml").c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
-                                  FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE,
-                                  nullptr));
-    DWORD ulWritten = 0;
-    ASSERT_TRUE(::WriteFile(held.Get(), "<A>held</A>", 11, &ulWritten, nullptr));
-    {
-        XmlParser parser;
-        parser.Load(folder.File(L"held.xml"));
-        XmlElement element;
-        ASSERT_TRUE(parser.Select(L"/A", element));
-        EXPECT_EQ(element.Text(), L"held");
-    }
-    held.Reset();
-    EXPECT_EQ(::GetFileAttributesW(folder.File(L"held.xml").c_str()), INVALID_FILE_ATTRIBUTES);
-}
-
-TEST(XmlParser, ReadsAFileOfManyPiecesToItsEnd)
-{
-    std::string sDocument = "<A><B>early</B>\n";
-    while (sDocument.size() < 1U << 20) {
-        sDocument += "<!-- 0123456789 \xC3\xA4 0123456789 0123456789 0123456789 0123456789 0123456789 0123456789 -->\n";
-    }
-    const TempFolder folder;
-    for (const bool bWhole : {true, false}) {
-        folder.Write(L"large.xml", sDocument + (bWhole ? "<C>late</C></A>" : "<C>late</A>"));
-        XmlParser parser;
-        XmlElement b;
-        XmlElement c;
-        parser.Load(folder.File(L"large.xml"));
-        EXPECT_EQ(CodeOf([&] { EXPECT_TRUE(parser.Select(L"/A/B", b) && parser.Select(L"/A/C", c)); }),
-                  bWhole ? 0U : 6U);
-        EXPECT_EQ(Short(b) + Short(c), bWhole ? "B(early)C(late)" : "");
-    }
-}
-
 TEST(XmlParser, TakesTheLibraryOfTheGivenFolderElseTheOneBesideTheModule)
 {
     const TempFolder own;
