@@ -6,7 +6,7 @@ using namespace ZkCommon;
 
 namespace {
 
-void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
+void TraceDeploymentXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
     const MethodLines stLines(_pszMethod);
     stLines.Error(L"Got ZkCommon::Storage::XmlException() failed. ErrorCode:[0x%08x], Line[0x%08x]",
@@ -19,7 +19,7 @@ void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) n
 
 FailureTexts DeploymentFailures(const wchar_t* _pszMethod) noexcept
 {
-    return {_pszMethod, &TraceXml, L"Got Exception."};
+    return {_pszMethod, &TraceDeploymentXml, L"Got Exception."};
 }
 
 } // namespace Varnhelt::Documents

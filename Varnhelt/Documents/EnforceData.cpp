@@ -17,7 +17,7 @@ namespace {
 
 using Documents::DumpTexts;
 
-constexpr MethodLines g_stLines(L"CFunctionXml::QueryValueAsEnforceData()");
+constexpr MethodLines g_stEnforceDataLines(L"CFunctionXml::QueryValueAsEnforceData()");
 
 constexpr const wchar_t* g_pszRule =
     L"*** CFunctionXml::QueryValueAsEnforceData() ---------------------------------------------.";
@@ -56,7 +56,7 @@ struct DataHook : Documents::ReadHook
             return Result::g_ulSuccess;
         });
         if (Result::IsFailure(ulResult)) {
-            g_stLines.Error(L"this->SetDataProvider() failed. [0x%08x]", ulResult);
+            g_stEnforceDataLines.Error(L"this->SetDataProvider() failed. [0x%08x]", ulResult);
         }
         return !Result::IsFailure(ulResult);
     }

@@ -18,7 +18,7 @@ using namespace Varnhelt;
 
 namespace {
 
-constexpr MethodLines g_stLines(L"CFunctionXml::GetKeyConfig()"); // whose entry has no line
+constexpr MethodLines g_stKeyConfigLines(L"CFunctionXml::GetKeyConfig()"); // whose entry has no line
 
 /** Only this many leading characters are compared. */
 constexpr std::size_t g_uCompared = 256;
@@ -29,8 +29,8 @@ std::optional<std::wstring> ProgramName()
     std::array<wchar_t, MAX_PATH> aPath{};
     const DWORD ulLength = ::GetModuleFileNameW(nullptr, aPath.data(), static_cast<DWORD>(aPath.size()));
     if (ulLength == 0 || ulLength == aPath.size()) {
-        g_stLines.Error(L"GetModuleFileName() failed. [0x%08x]",
-                        ulLength == 0 ? ::GetLastError() : ERROR_INSUFFICIENT_BUFFER);
+        g_stKeyConfigLines.Error(L"GetModuleFileName() failed. [0x%08x]",
+                                 ulLength == 0 ? ::GetLastError() : ERROR_INSUFFICIENT_BUFFER);
         return std::nullopt;
     }
     std::array<wchar_t, _MAX_FNAME> aName{};
@@ -38,7 +38,7 @@ std::optional<std::wstring> ProgramName()
     if (const int iError = ::_wsplitpath_s(aPath.data(), nullptr, 0, nullptr, 0, aName.data(), aName.size(),
                                            aExtension.data(), aExtension.size());
         iError != 0) {
-        g_stLines.Error(L"_tsplitpath_s() failed. [0x%08x]", iError);
+        g_stKeyConfigLines.Error(L"_tsplitpath_s() failed. [0x%08x]", iError);
         return std::nullopt;
     }
     return std::wstring(aName.data()) + aExtension.data();
@@ -97,7 +97,7 @@ std::optional<bool> KeyReader::IsForThisProgram(const Storage::XmlElement& _rVal
     if (const std::wstring_view svOsType = _rValue.Attribute(m_osType); !svOsType.empty()) {
         const std::optional<std::uint32_t> ulOsType = OsTypeInAnyCase(svOsType);
         if (!ulOsType) {
-            g_stLines.Error(L"OsType is invalid. [%s]", std::wstring(svOsType));
+            g_stKeyConfigLines.Error(L"OsType is invalid. [%s]", std::wstring(svOsType));
             return std::nullopt;
         }
         if (!Platform::CheckOsType(*ulOsType)) {

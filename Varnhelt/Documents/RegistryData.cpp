@@ -21,7 +21,7 @@ using namespace Varnhelt;
 namespace {
 
 /** A fault in the document's text is logged with its place, any other with its code. */
-void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
+void TraceRegistryDataXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
     if (_rError.XmlErrorCode() == 0) {
         FailureTexts::TraceXml(_pszMethod, _rError);
@@ -77,7 +77,7 @@ private:
     bool ReadPlace(const Storage::XmlElement& _rReg, RegistryData& _rstPlace) const
     {
         const std::wstring_view svKey = _rReg.Attribute(m_key);
-        const Documents::RegKey stKey(svKey);
+        const Documents::RegistryDataKey stKey(svKey);
         if (!stKey.bSubKey) {
             Trace(TraceError, L"CFunctionXml::GetRegistryComponent() - parsing 'key' error: [%s]", std::wstring(svKey));
             return false;
@@ -139,8 +139,8 @@ std::uint32_t ReadComponents(const MethodLines& _rLines, const Storage::XmlEleme
 std::uint32_t Documents::QueryValueAsRegistryData(Worker& _rWorker, const Request& _rstRequest)
 {
     return AtQueryBoundary<std::vector<RegistryData>>(
-        {L"CFunctionXml::QueryValueAsRegistryData()", &TraceXml}, _rstRequest.pValueData, L"pRegistryConfig",
-        [&](const MethodTrace& _rTrace, auto& _rvecData) {
+        {L"CFunctionXml::QueryValueAsRegistryData()", &TraceRegistryDataXml}, _rstRequest.pValueData,
+        L"pRegistryConfig", [&](const MethodTrace& _rTrace, auto& _rvecData) {
             const auto* pstRequest = static_cast<const RegistryDataRequest*>(_rstRequest.pOptionData);
             if (pstRequest == nullptr) {
                 _rTrace.Error(L"_lpvParameter was NULL.");

@@ -29,9 +29,9 @@ static_assert(Frwk::IsDistinct(g_aRegAccess));
 inline constexpr Frwk::WordTable g_stRegAccess{g_aRegAccess, {}};
 
 /** A key as the document writes it: split at its first backslash. One without a backslash is all root. */
-struct RegKey
+struct RegistryDataKey
 {
-    constexpr explicit RegKey(std::wstring_view _svKey)
+    constexpr explicit RegistryDataKey(std::wstring_view _svKey)
         : svRoot(_svKey.substr(0, _svKey.find(L'\\'))),
           bSubKey(svRoot.size() < _svKey.size()),
           svSubKey(bSubKey ? _svKey.substr(svRoot.size() + 1) : std::wstring_view())
@@ -44,7 +44,7 @@ struct RegKey
 
 constexpr bool IsRegKey(std::wstring_view _svKey)
 {
-    const RegKey stKey(_svKey);
+    const RegistryDataKey stKey(_svKey);
     return stKey.bSubKey && stKey.svRoot == g_svRegRoot;
 }
 

@@ -13,7 +13,7 @@ using namespace Varnhelt;
 
 namespace {
 
-void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
+void TraceVersionInfoXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) noexcept
 {
     const MethodLines stLines(_pszMethod);
     stLines.Error(L"Got ZkCommon::Storage::XmlException() failed. [0x%08x] [%d]", _rError.ErrorCode(),
@@ -27,7 +27,7 @@ void TraceXml(const wchar_t* _pszMethod, const Storage::XmlException& _rError) n
 std::uint32_t Documents::QueryValueAsVersionInfo(Worker& _rWorker, const Request& _rstRequest)
 {
     constexpr const wchar_t* pszMethod = L"CFunctionXml::QueryValueAsVersionInfo()";
-    return AtBoundary({pszMethod, &TraceXml}, [&] {
+    return AtBoundary({pszMethod, &TraceVersionInfoXml}, [&] {
         const MethodTrace cTrace(pszMethod);
         auto* pVersionInformation = static_cast<std::vector<VersionInformation>*>(_rstRequest.pValueData);
         if (!cTrace.Has(pVersionInformation, L"pVersionInformation")) {

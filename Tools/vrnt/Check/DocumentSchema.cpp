@@ -39,7 +39,7 @@ Node Xs(const wchar_t* _pszName)
     return {.tszName = std::wstring(L"xs:") + _pszName};
 }
 
-std::string Escaped(std::wstring_view _svText)
+std::string XmlEscaped(std::wstring_view _svText)
 {
     return Html::Markup(ZkCommon::String::ToUtf8(_svText)).Source(); // the two languages escape alike
 }
@@ -50,13 +50,13 @@ void AppendNode(std::string& _rsTo, const Node& _rstNode, std::size_t _uDepth)
     const std::string sName = ZkCommon::String::ToUtf8(_rstNode.tszName);
     _rsTo += sIndent + "<" + sName;
     for (const auto& [svName, tszValue] : _rstNode.vecAttribute) {
-        _rsTo += " " + ZkCommon::String::ToUtf8(svName) + "=\"" + Escaped(tszValue) + "\"";
+        _rsTo += " " + ZkCommon::String::ToUtf8(svName) + "=\"" + XmlEscaped(tszValue) + "\"";
     }
     if (_rstNode.vecChild.empty() && _rstNode.tszText.empty()) {
         _rsTo += "/>\n";
         return;
     }
-    _rsTo += ">" + Escaped(_rstNode.tszText);
+    _rsTo += ">" + XmlEscaped(_rstNode.tszText);
     if (!_rstNode.vecChild.empty()) {
         _rsTo += "\n";
         for (const Node& stChild : _rstNode.vecChild) {

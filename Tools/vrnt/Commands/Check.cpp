@@ -24,10 +24,11 @@ std::vector<std::string> FailOn()
     return {"error", "warning", "never"};
 }
 
-constexpr Argument g_stFile{.szName = "FILE",
-                            .szHelp = "Documents, plain or encrypted; folders, which are searched for .xml and .xen; "
-                                      "patterns like *.xml; - is standard input. They are only read",
-                            .bRepeats = true};
+constexpr Argument g_stCheckFile{.szName = "FILE",
+                                 .szHelp =
+                                     "Documents, plain or encrypted; folders, which are searched for .xml and .xen; "
+                                     "patterns like *.xml; - is standard input. They are only read",
+                                 .bRepeats = true};
 constexpr Argument g_stFormat{.szName = "--format",
                               .szHelp =
                                   "How findings are printed (default: text); json is --json, sarif is SARIF 2.1.0",
@@ -38,7 +39,8 @@ constexpr Argument g_stFailOn{.szName = "--fail-on",
                               .szValue = "SEVERITY",
                               .pfnChoices = &FailOn};
 constexpr Argument g_stRules{.szName = "--rules", .szHelp = "List the rules whose names findings end in"};
-constexpr const Argument* g_apArgument[] = {&g_stDocumentKind, &g_stFile, &g_stFormat, &g_stFailOn, &g_stRules};
+constexpr const Argument* g_apCheckArgument[] = {&g_stDocumentKind, &g_stCheckFile, &g_stFormat, &g_stFailOn,
+                                                 &g_stRules};
 
 std::string ToText(const std::vector<CheckedFile>& _rvecFile, const CheckTotals& _rstTotals)
 {
@@ -103,13 +105,13 @@ void PrintRules(Tool& _rTool)
     PrintAnswer(_rTool, SrvFrwk::Result::g_ulSuccess, jsRules, cTable);
 }
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunCheck(Tool& _rTool, const Arguments& _rArguments)
 {
     if (_rArguments.Has(g_stRules)) {
         PrintRules(_rTool);
         return;
     }
-    const std::vector<std::string>& rvecArgument = _rArguments.Texts(g_stFile);
+    const std::vector<std::string>& rvecArgument = _rArguments.Texts(g_stCheckFile);
     if (rvecArgument.empty()) {
         throw UsageError("FILE is required");
     }
@@ -148,7 +150,7 @@ constinit const Command g_stCheck{
     .szNote =
         "Exit status: 0 nothing was found, 1 something was found (--fail-on says what), 2 a usage error, a file that "
         "cannot be read, or a pattern that matches no file. The kind of a document is found by its root.",
-    .aArgument = g_apArgument,
-    .pfnRun = &Run};
+    .aArgument = g_apCheckArgument,
+    .pfnRun = &RunCheck};
 
 } // namespace Vrnt

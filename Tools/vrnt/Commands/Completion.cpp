@@ -15,7 +15,7 @@ std::vector<std::string> Shells()
 }
 
 constexpr Argument g_stShell{.szName = "SHELL", .szHelp = "The shell", .bRequired = true, .pfnChoices = &Shells};
-constexpr const Argument* g_apArgument[] = {&g_stShell};
+constexpr const Argument* g_apCompletionArgument[] = {&g_stShell};
 
 /** A command with the words that lead to it, and the words that may follow. */
 struct Place
@@ -86,7 +86,7 @@ std::string PowerShellScript(const std::vector<Place>& _rvecPlace)
 )";
 }
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunCompletion(Tool& _rTool, const Arguments& _rArguments)
 {
     std::vector<Place> vecPlace;
     AddPlaces(vecPlace, g_stVrnt, g_stVrnt.szName);
@@ -105,7 +105,7 @@ constinit const Command g_stCompletion{.szName = "completion",
                                        .szHelp = "Print a script by which a shell completes commands and options",
                                        .szExample =
                                            "vrnt completion powershell >> $PROFILE\nvrnt completion bash >> ~/.bashrc",
-                                       .aArgument = g_apArgument,
-                                       .pfnRun = &Run};
+                                       .aArgument = g_apCompletionArgument,
+                                       .pfnRun = &RunCompletion};
 
 } // namespace Vrnt

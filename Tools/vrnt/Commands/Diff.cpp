@@ -27,7 +27,7 @@ constexpr Argument g_stOld{.szName = "OLD",
                            .bRequired = true};
 constexpr Argument g_stNew{.szName = "NEW", .szHelp = "The one to compare it with, likewise", .bRequired = true};
 constexpr Argument g_stGit{.szName = "GIT", .szHelp = "What git adds when this is its external diff", .bRepeats = true};
-constexpr const Argument* g_apArgument[] = {&g_stDocumentKind, &g_stOld, &g_stNew, &g_stGit};
+constexpr const Argument* g_apDiffArgument[] = {&g_stDocumentKind, &g_stOld, &g_stNew, &g_stGit};
 
 constexpr std::string_view g_svInstalled = "installed:";
 
@@ -166,7 +166,7 @@ void RunForGit(const Arguments& _rArguments)
     Write(sText);
 }
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunDiff(Tool& _rTool, const Arguments& _rArguments)
 {
     if (_rArguments.Has(g_stGit)) {
         RunForGit(_rArguments);
@@ -195,7 +195,7 @@ constinit const Command g_stDiff{
     .szExample = "vrnt diff FwPolicy.xml installed:policy\nvrnt diff before.json after.json",
     .szNote = "Exit status: 0 nothing differs, 1 something does, 2 a usage error, or a file that cannot be read or "
               "compared. What readers do not see, as order, labels and comments, is no difference.",
-    .aArgument = g_apArgument,
-    .pfnRun = &Run};
+    .aArgument = g_apDiffArgument,
+    .pfnRun = &RunDiff};
 
 } // namespace Vrnt

@@ -6,14 +6,14 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Command* g_apCommand[] = {&g_stDirectVersionInfo, &g_stDirectAlias, &g_stDirectStoreAlias,
-                                          &g_stDirectComponent};
+constexpr const Command* g_apDirectCommand[] = {&g_stDirectVersionInfo, &g_stDirectAlias, &g_stDirectStoreAlias,
+                                                &g_stDirectComponent};
 
 } // namespace
 
 constinit const Command g_stDirect{.szName = "direct",
                                    .szHelp = "Read and write the documents that no function object serves",
                                    .szExample = "vrnt direct version-info --dir C:\\Setup",
-                                   .aCommand = g_apCommand};
+                                   .aCommand = g_apDirectCommand};
 
 } // namespace Vrnt

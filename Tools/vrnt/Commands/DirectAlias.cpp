@@ -8,9 +8,9 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Argument* g_apArgument[] = {&g_stDirectory, &g_stFileName};
+constexpr const Argument* g_apDirectAliasArgument[] = {&g_stDirectory, &g_stFileName};
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunDirectAlias(Tool& _rTool, const Arguments& _rArguments)
 {
     SrvFrwk::DeployAliasConfig lstAlias;
     SrvFrwk::XmlPathConfig stPath = ToPathConfig(_rArguments);
@@ -24,7 +24,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 constinit const Command g_stDirectAlias{.szName = "alias",
                                         .szHelp = "The aliases of a deployment",
                                         .szExample = "vrnt direct alias --dir C:\\Setup --file Alias.xen",
-                                        .aArgument = g_apArgument,
-                                        .pfnRun = &Run};
+                                        .aArgument = g_apDirectAliasArgument,
+                                        .pfnRun = &RunDirectAlias};
 
 } // namespace Vrnt

@@ -25,7 +25,7 @@ constexpr Argument g_stRunMode{.szName = "--run-mode",
                                .szHelp = "1 setup, 2 change of language, another number neither",
                                .szValue = "N",
                                .bRequired = true};
-constexpr const Argument* g_apArgument[] = {&g_stDirectory, &g_stFileName, &g_stSection, &g_stRunMode};
+constexpr const Argument* g_apDirectComponentArgument[] = {&g_stDirectory, &g_stFileName, &g_stSection, &g_stRunMode};
 
 /** What a component does, a line for each file, registry value and shortcut. */
 Table ComponentTable(const SrvFrwk::DeployComponentConfig& _rlstComponent)
@@ -58,7 +58,7 @@ Table ComponentTable(const SrvFrwk::DeployComponentConfig& _rlstComponent)
     return cTable;
 }
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunDirectComponent(Tool& _rTool, const Arguments& _rArguments)
 {
     SrvFrwk::DeployComponentConfig lstComponent;
     SrvFrwk::XmlPathConfig stPath = ToPathConfig(_rArguments);
@@ -77,7 +77,7 @@ constinit const Command g_stDirectComponent{
     .szName = "component",
     .szHelp = "What a deployment installs or uninstalls",
     .szExample = "vrnt direct component --dir C:\\Setup --file Deploy.xen --section install --run-mode 1",
-    .aArgument = g_apArgument,
-    .pfnRun = &Run};
+    .aArgument = g_apDirectComponentArgument,
+    .pfnRun = &RunDirectComponent};
 
 } // namespace Vrnt

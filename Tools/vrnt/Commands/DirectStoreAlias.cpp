@@ -8,9 +8,9 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Argument* g_apArgument[] = {&g_stDirectory, &g_stFileName, &g_stInput};
+constexpr const Argument* g_apDirectStoreAliasArgument[] = {&g_stDirectory, &g_stFileName, &g_stInput};
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunDirectStoreAlias(Tool& _rTool, const Arguments& _rArguments)
 {
     auto lstAlias = ReadRecords<SrvFrwk::DeployAliasConfig>(_rArguments, Varnhelt::Documents::g_stDeployAlias);
     SrvFrwk::XmlPathConfig stPath = ToPathConfig(_rArguments);
@@ -24,7 +24,7 @@ constinit const Command g_stDirectStoreAlias{
     .szName = "store-alias",
     .szHelp = "Update or add aliases of a deployment",
     .szExample = "vrnt direct store-alias --dir C:\\Setup --file Alias.xen --input aliases.json",
-    .aArgument = g_apArgument,
-    .pfnRun = &Run};
+    .aArgument = g_apDirectStoreAliasArgument,
+    .pfnRun = &RunDirectStoreAlias};
 
 } // namespace Vrnt

@@ -8,9 +8,9 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Argument* g_apArgument[] = {&g_stDirectory};
+constexpr const Argument* g_apDirectVersionInfoArgument[] = {&g_stDirectory};
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunDirectVersionInfo(Tool& _rTool, const Arguments& _rArguments)
 {
     std::vector<SrvFrwk::VersionInformation> vecEntry;
     SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
@@ -24,7 +24,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 constinit const Command g_stDirectVersionInfo{.szName = "version-info",
                                               .szHelp = "The versions of the framework's components",
                                               .szExample = "vrnt direct version-info --dir C:\\Setup",
-                                              .aArgument = g_apArgument,
-                                              .pfnRun = &Run};
+                                              .aArgument = g_apDirectVersionInfoArgument,
+                                              .pfnRun = &RunDirectVersionInfo};
 
 } // namespace Vrnt

@@ -10,7 +10,7 @@ namespace Vrnt {
 
 namespace {
 
-void Run(Tool& _rTool, const Arguments&)
+void RunDocuments(Tool& _rTool, const Arguments&)
 {
     const InstalledDocuments stInstalled = FindInstalledDocuments();
     Json jsDocuments = Json::Array();
@@ -39,6 +39,6 @@ constinit const Command g_stDocuments{.szName = "documents",
                                       .szHelp = "List every configuration document, where it is and whether it is "
                                                 "present",
                                       .szExample = "vrnt documents --json",
-                                      .pfnRun = &Run};
+                                      .pfnRun = &RunDocuments};
 
 } // namespace Vrnt

@@ -6,7 +6,7 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Command* g_apCommand[] = {
+constexpr const Command* g_apQueryCommand[] = {
     &g_stQueryServiceUnits,
     &g_stQueryPolicy,
     &g_stQueryEnforceData,
@@ -27,6 +27,6 @@ constexpr const Command* g_apCommand[] = {
 constinit const Command g_stQuery{.szName = "query",
                                   .szHelp = "Ask a function object for a configuration document",
                                   .szExample = "vrnt query policy --controller eAntiVirus",
-                                  .aCommand = g_apCommand};
+                                  .aCommand = g_apQueryCommand};
 
 } // namespace Vrnt

@@ -8,9 +8,9 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Argument* g_apArgument[] = {&g_stDirectory};
+constexpr const Argument* g_apQueryCompatibilityArgument[] = {&g_stDirectory};
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunQueryCompatibility(Tool& _rTool, const Arguments& _rArguments)
 {
     std::vector<SrvFrwk::CompatibilityPlatform> vecPlatform;
     SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
@@ -26,7 +26,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 constinit const Command g_stQueryCompatibility{.szName = "compatibility",
                                                .szHelp = "Which editions may be installed on which system",
                                                .szExample = "vrnt query compatibility --dir C:\\Setup",
-                                               .aArgument = g_apArgument,
-                                               .pfnRun = &Run};
+                                               .aArgument = g_apQueryCompatibilityArgument,
+                                               .pfnRun = &RunQueryCompatibility};
 
 } // namespace Vrnt

@@ -8,9 +8,9 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Argument* g_apArgument[] = {&g_stDirectory};
+constexpr const Argument* g_apQueryCompetitorActionsArgument[] = {&g_stDirectory};
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunQueryCompetitorActions(Tool& _rTool, const Arguments& _rArguments)
 {
     std::vector<SrvFrwk::CompetitorAction> vecProduct;
     SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
@@ -25,7 +25,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 constinit const Command g_stQueryCompetitorActions{.szName = "competitor-actions",
                                                    .szHelp = "What to do with other vendors' products",
                                                    .szExample = "vrnt query competitor-actions --dir C:\\Setup",
-                                                   .aArgument = g_apArgument,
-                                                   .pfnRun = &Run};
+                                                   .aArgument = g_apQueryCompetitorActionsArgument,
+                                                   .pfnRun = &RunQueryCompetitorActions};
 
 } // namespace Vrnt

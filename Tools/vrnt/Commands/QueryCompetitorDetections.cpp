@@ -9,7 +9,7 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Argument* g_apArgument[] = {&g_stDirectory};
+constexpr const Argument* g_apQueryCompetitorDetectionsArgument[] = {&g_stDirectory};
 
 /** The parts of a cell, between blanks. */
 std::string Parts(std::initializer_list<std::wstring> _lstPart)
@@ -47,7 +47,7 @@ Table DetectionTable(const std::vector<SrvFrwk::CompetitorDetection>& _rvecProdu
     return cTable;
 }
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunQueryCompetitorDetections(Tool& _rTool, const Arguments& _rArguments)
 {
     std::vector<SrvFrwk::CompetitorDetection> vecProduct;
     SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
@@ -62,7 +62,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 constinit const Command g_stQueryCompetitorDetections{.szName = "competitor-detections",
                                                       .szHelp = "How other vendors' products are recognised",
                                                       .szExample = "vrnt query competitor-detections --dir C:\\Setup",
-                                                      .aArgument = g_apArgument,
-                                                      .pfnRun = &Run};
+                                                      .aArgument = g_apQueryCompetitorDetectionsArgument,
+                                                      .pfnRun = &RunQueryCompetitorDetections};
 
 } // namespace Vrnt

@@ -45,7 +45,7 @@ Table DataTable(const std::vector<SrvFrwk::DataController>& _rvecController)
     return cTable;
 }
 
-void Run(Tool& _rTool, const Arguments&)
+void RunQueryEnforceData(Tool& _rTool, const Arguments&)
 {
     std::vector<SrvFrwk::DataController> vecController;
     const std::uint32_t ulResult = Query(_rTool, SrvFrwk::ValueType::g_ulEnforceData, &vecController, nullptr);
@@ -58,6 +58,6 @@ void Run(Tool& _rTool, const Arguments&)
 constinit const Command g_stQueryEnforceData{.szName = "enforce-data",
                                              .szHelp = "How controllers and providers are loaded",
                                              .szExample = "vrnt query enforce-data",
-                                             .pfnRun = &Run};
+                                             .pfnRun = &RunQueryEnforceData};
 
 } // namespace Vrnt

@@ -8,9 +8,9 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Argument* g_apArgument[] = {&g_stDirectory};
+constexpr const Argument* g_apQueryKeyConfigArgument[] = {&g_stDirectory};
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunQueryKeyConfig(Tool& _rTool, const Arguments& _rArguments)
 {
     SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
     QueryList(_rTool, SrvFrwk::ValueType::g_ulKeyConfig, Varnhelt::Documents::g_stDeployKey, &stDirectory);
@@ -21,7 +21,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 constinit const Command g_stQueryKeyConfig{.szName = "key-config",
                                            .szHelp = "The key configuration: registry values to act on",
                                            .szExample = "vrnt query key-config --dir C:\\Setup",
-                                           .aArgument = g_apArgument,
-                                           .pfnRun = &Run};
+                                           .aArgument = g_apQueryKeyConfigArgument,
+                                           .pfnRun = &RunQueryKeyConfig};
 
 } // namespace Vrnt

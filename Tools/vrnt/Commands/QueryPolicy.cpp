@@ -16,7 +16,7 @@ constexpr Argument g_stController{.szName = "--controller",
                                   .szHelp =
                                       "One controller, by word or number; one that the policy does not have is denied",
                                   .szValue = "NAME-OR-NUMBER"};
-constexpr const Argument* g_apArgument[] = {&g_stController};
+constexpr const Argument* g_apQueryPolicyArgument[] = {&g_stController};
 
 /** A controller by its word or its number. @throws UsageError when it is neither */
 std::uint32_t ToController(const std::string& _rsUtf8)
@@ -72,7 +72,7 @@ void QueryOne(Tool& _rTool, std::uint32_t _ulController)
                 SrvFrwk::Result::IsFailure(ulResult) ? Table() : PolicyTable({stController}));
 }
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunQueryPolicy(Tool& _rTool, const Arguments& _rArguments)
 {
     if (_rArguments.Has(g_stController)) {
         QueryOne(_rTool, ToController(_rArguments.Text(g_stController)));
@@ -86,7 +86,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 constinit const Command g_stQueryPolicy{.szName = "policy",
                                         .szHelp = "The enforcement policy: what may run",
                                         .szExample = "vrnt query policy --controller eAntiVirus",
-                                        .aArgument = g_apArgument,
-                                        .pfnRun = &Run};
+                                        .aArgument = g_apQueryPolicyArgument,
+                                        .pfnRun = &RunQueryPolicy};
 
 } // namespace Vrnt

@@ -8,7 +8,7 @@ namespace Vrnt {
 
 namespace {
 
-void Run(Tool& _rTool, const Arguments&)
+void RunQueryPuIds(Tool& _rTool, const Arguments&)
 {
     struct List
     {
@@ -35,7 +35,9 @@ void Run(Tool& _rTool, const Arguments&)
 
 } // namespace
 
-constinit const Command g_stQueryPuIds{
-    .szName = "pu-ids", .szHelp = "The install component numbers", .szExample = "vrnt query pu-ids", .pfnRun = &Run};
+constinit const Command g_stQueryPuIds{.szName = "pu-ids",
+                                       .szHelp = "The install component numbers",
+                                       .szExample = "vrnt query pu-ids",
+                                       .pfnRun = &RunQueryPuIds};
 
 } // namespace Vrnt

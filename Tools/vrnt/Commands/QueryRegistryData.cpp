@@ -8,18 +8,19 @@ namespace Vrnt {
 
 namespace {
 
-constexpr Argument g_stFile{.szName = "--file", .szHelp = "The document", .szValue = "PATH", .bRequired = true};
+constexpr Argument g_stQueryRegistryDataFile{
+    .szName = "--file", .szHelp = "The document", .szValue = "PATH", .bRequired = true};
 constexpr Argument g_stLabel{.szName = "--label",
                              .szHelp = "A component's label; \"*\" selects all",
                              .szValue = "L",
                              .bRequired = true,
                              .bRepeats = true};
-constexpr const Argument* g_apArgument[] = {&g_stFile, &g_stLabel};
+constexpr const Argument* g_apQueryRegistryDataArgument[] = {&g_stQueryRegistryDataFile, &g_stLabel};
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunQueryRegistryData(Tool& _rTool, const Arguments& _rArguments)
 {
     SrvFrwk::RegistryDataRequest stRequest;
-    stRequest.tszXmlFile = _rArguments.Path(g_stFile);
+    stRequest.tszXmlFile = _rArguments.Path(g_stQueryRegistryDataFile);
     for (const std::string& sLabel : _rArguments.Texts(g_stLabel)) {
         stRequest.vecLabel.push_back(ToWide(sLabel));
     }
@@ -32,7 +33,7 @@ constinit const Command g_stQueryRegistryData{
     .szName = "registry-data",
     .szHelp = "The registry values of labelled components",
     .szExample = "vrnt query registry-data --file C:\\Setup\\regdata.xml --label Core --label Firewall",
-    .aArgument = g_apArgument,
-    .pfnRun = &Run};
+    .aArgument = g_apQueryRegistryDataArgument,
+    .pfnRun = &RunQueryRegistryData};
 
 } // namespace Vrnt

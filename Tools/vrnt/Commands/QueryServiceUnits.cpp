@@ -7,7 +7,7 @@ namespace Vrnt {
 
 namespace {
 
-void Run(Tool& _rTool, const Arguments&)
+void RunQueryServiceUnits(Tool& _rTool, const Arguments&)
 {
     QueryList(_rTool, SrvFrwk::ValueType::g_ulServiceUnit, Varnhelt::Documents::g_stServiceUnit, nullptr);
 }
@@ -17,6 +17,6 @@ void Run(Tool& _rTool, const Arguments&)
 constinit const Command g_stQueryServiceUnits{.szName = "service-units",
                                               .szHelp = "The service-unit catalogue",
                                               .szExample = "vrnt query service-units",
-                                              .pfnRun = &Run};
+                                              .pfnRun = &RunQueryServiceUnits};
 
 } // namespace Vrnt

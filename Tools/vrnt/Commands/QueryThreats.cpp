@@ -23,7 +23,7 @@ constexpr Argument g_stEngine{.szName = "--engine",
 constexpr Argument g_stId{
     .szName = "--id", .szHelp = "The number that the engine reported", .szValue = "N", .bRequired = true};
 constexpr const Argument* g_apNameArgument[] = {&g_stEngine, &g_stId};
-constexpr const Argument* g_apArgument[] = {&g_stId};
+constexpr const Argument* g_apQueryThreatsArgument[] = {&g_stId};
 
 void QueryText(Tool& _rTool, const Arguments& _rArguments, std::uint32_t _ulValueType, bool _bSecondText = false)
 {
@@ -76,19 +76,19 @@ constinit const Command g_stQueryThreatName{.szName = "threat-name",
 constinit const Command g_stQueryThreatDescription{.szName = "threat-description",
                                                    .szHelp = "A threat's description",
                                                    .szExample = "vrnt query threat-description --id 1024",
-                                                   .aArgument = g_apArgument,
+                                                   .aArgument = g_apQueryThreatsArgument,
                                                    .pfnRun = &RunDescription};
 
 constinit const Command g_stQueryThreatRecommendation{.szName = "threat-recommendation",
                                                       .szHelp = "What to do about a threat",
                                                       .szExample = "vrnt query threat-recommendation --id 1024",
-                                                      .aArgument = g_apArgument,
+                                                      .aArgument = g_apQueryThreatsArgument,
                                                       .pfnRun = &RunRecommendation};
 
 constinit const Command g_stQueryScannerTitle{.szName = "scanner-title",
                                               .szHelp = "A scanner's name and description",
                                               .szExample = "vrnt query scanner-title --id 3",
-                                              .aArgument = g_apArgument,
+                                              .aArgument = g_apQueryThreatsArgument,
                                               .pfnRun = &RunScannerTitle};
 
 } // namespace Vrnt

@@ -22,12 +22,12 @@ namespace Vrnt {
 
 namespace {
 
-constexpr Argument g_stOut{
+constexpr Argument g_stReportOut{
     .szName = "OUT",
     .szHelp = "The page, HTML, or with --json one JSON object; in a folder it is named after machine and time",
     .bRequired = true};
-constexpr Argument g_stForce{.szName = "--force", .szHelp = "Replace OUT where it exists"};
-constexpr const Argument* g_apArgument[] = {&g_stOut, &g_stForce};
+constexpr Argument g_stReportForce{.szName = "--force", .szHelp = "Replace OUT where it exists"};
+constexpr const Argument* g_apReportArgument[] = {&g_stReportOut, &g_stReportForce};
 
 CheckedDocument Check(const DocumentState& _rstState)
 {
@@ -78,7 +78,7 @@ ReportData Collect(Tool& _rTool)
 /** The path of the report; in a folder its name says machine and time. */
 std::filesystem::path PathOf(const Arguments& _rArguments, const ReportData& _rstData, bool _bJson)
 {
-    std::filesystem::path tszOut = _rArguments.Path(g_stOut);
+    std::filesystem::path tszOut = _rArguments.Path(g_stReportOut);
     if (std::error_code cIgnored; std::filesystem::is_directory(tszOut, cIgnored)) {
         std::string sTime;
         for (const char c : _rstData.stMachine.sTime.substr(0, 16)) { // to the minute
@@ -89,12 +89,12 @@ std::filesystem::path PathOf(const Arguments& _rArguments, const ReportData& _rs
     return tszOut;
 }
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunReport(Tool& _rTool, const Arguments& _rArguments)
 {
     const bool bJson = _rTool.stOptions.bJson;
-    const bool bForce = _rArguments.Has(g_stForce);
-    if (!bForce && ZkCommon::Storage::File::Exists(_rArguments.Path(g_stOut))) {
-        throw UsageError(Quoted(_rArguments.Text(g_stOut)) + " exists; --force replaces it");
+    const bool bForce = _rArguments.Has(g_stReportForce);
+    if (!bForce && ZkCommon::Storage::File::Exists(_rArguments.Path(g_stReportOut))) {
+        throw UsageError(Quoted(_rArguments.Text(g_stReportOut)) + " exists; --force replaces it");
     }
     const ReportData stData = Collect(_rTool);
     const std::filesystem::path tszOut = PathOf(_rArguments, stData, bJson);
@@ -121,7 +121,7 @@ constinit const Command g_stReport{
     .szExample = "vrnt report configuration.html\nvrnt report --json before.json",
     .szNote = "The page holds no key and needs no other file and no script. What is missing or cannot be read is said "
               "on it; the status is that of writing it.",
-    .aArgument = g_apArgument,
-    .pfnRun = &Run};
+    .aArgument = g_apReportArgument,
+    .pfnRun = &RunReport};
 
 } // namespace Vrnt

@@ -12,23 +12,24 @@ namespace Vrnt {
 
 namespace {
 
-constexpr Argument g_stFolder{
+constexpr Argument g_stSampleFolder{
     .szName = "FOLDER", .szHelp = "Where the product is laid out: a new or empty folder", .bRequired = true};
 constexpr Argument g_stRegister{.szName = "--register", .szHelp = "Register it as the installed product"};
-constexpr Argument g_stReplace{.szName = "--replace",
-                               .szHelp = "Register it although another product is registered, which --remove restores"};
+constexpr Argument g_stSampleReplace{
+    .szName = "--replace", .szHelp = "Register it although another product is registered, which --remove restores"};
 constexpr Argument g_stRemove{.szName = "--remove", .szHelp = "Take all of it back"};
-constexpr const Argument* g_apArgument[] = {&g_stFolder, &g_stRegister, &g_stReplace, &g_stRemove};
+constexpr const Argument* g_apSampleArgument[] = {&g_stSampleFolder, &g_stRegister, &g_stSampleReplace, &g_stRemove};
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunSample(Tool& _rTool, const Arguments& _rArguments)
 {
-    const std::filesystem::path tszFolder = std::filesystem::path(_rArguments.Path(g_stFolder)).lexically_normal();
-    const std::string sFolder = Quoted(_rArguments.Text(g_stFolder));
+    const std::filesystem::path tszFolder =
+        std::filesystem::path(_rArguments.Path(g_stSampleFolder)).lexically_normal();
+    const std::string sFolder = Quoted(_rArguments.Text(g_stSampleFolder));
     if (_rArguments.Has(g_stRemove)) {
         RemoveSample(tszFolder);
         PrintText(_rTool, "The sample product in " + sFolder + " is removed.\n");
     } else {
-        const bool bReplace = _rArguments.Has(g_stReplace);
+        const bool bReplace = _rArguments.Has(g_stSampleReplace);
         const bool bRegister = _rArguments.Has(g_stRegister) || bReplace;
         if (bRegister && !bReplace) {
             RefuseOtherProduct();
@@ -45,7 +46,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
             PrintText(_rTool, "The sample product is in " + sFolder +
                                   ". Try:\n"
                                   "    vrnt check --document policy " +
-                                  Quoted(_rArguments.Text(g_stFolder) + "\\FwPolicy.xen") +
+                                  Quoted(_rArguments.Text(g_stSampleFolder) + "\\FwPolicy.xen") +
                                   "\n"
                                   "    vrnt direct alias --dir " +
                                   sFolder +
@@ -63,7 +64,7 @@ void Run(Tool& _rTool, const Arguments& _rArguments)
 constinit const Command g_stSample{.szName = "sample",
                                    .szHelp = "Lay out a sample product to try things on, and register it",
                                    .szExample = "vrnt sample C:\\Sample --register\nvrnt sample C:\\Sample --remove",
-                                   .aArgument = g_apArgument,
-                                   .pfnRun = &Run};
+                                   .aArgument = g_apSampleArgument,
+                                   .pfnRun = &RunSample};
 
 } // namespace Vrnt

@@ -15,9 +15,9 @@ constexpr Argument g_stCatalog{.szName = "--catalog",
                                .szHelp =
                                    "Print an XML catalog instead, by which urn:varnhelt:D is the file D.xsd beside it",
                                .pExcludes = &g_stDocumentKind};
-constexpr const Argument* g_apArgument[] = {&g_stDocumentKind, &g_stCatalog};
+constexpr const Argument* g_apSchemaArgument[] = {&g_stDocumentKind, &g_stCatalog};
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunSchema(Tool& _rTool, const Arguments& _rArguments)
 {
     const Varnhelt::Document* pDocument = DocumentKind(_rArguments);
     if (pDocument == nullptr && !_rArguments.Has(g_stCatalog)) {
@@ -37,7 +37,7 @@ constinit const Command g_stSchema{.szName = "schema",
                                    .szHelp =
                                        "Print an XML Schema by which an editor completes and validates a document",
                                    .szExample = "vrnt schema --document policy > FwPolicy.xsd",
-                                   .aArgument = g_apArgument,
-                                   .pfnRun = &Run};
+                                   .aArgument = g_apSchemaArgument,
+                                   .pfnRun = &RunSchema};
 
 } // namespace Vrnt

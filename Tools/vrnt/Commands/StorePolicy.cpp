@@ -13,7 +13,7 @@ namespace {
 using SrvFrwk::PolicyController;
 using SrvFrwk::PolicyProvider;
 
-constexpr const Argument* g_apArgument[] = {&g_stInput};
+constexpr const Argument* g_apStorePolicyArgument[] = {&g_stInput};
 
 /** The providers that a policy does not have: a store passes over them. */
 std::vector<PolicyProvider> MissingFrom(const std::vector<PolicyController>& _rvecPolicy,
@@ -43,7 +43,7 @@ std::size_t CountProviders(const std::vector<PolicyController>& _rvecController)
     return uCount;
 }
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunStorePolicy(Tool& _rTool, const Arguments& _rArguments)
 {
     auto vecController =
         ReadRecords<std::vector<PolicyController>>(_rArguments, Varnhelt::Documents::g_stPolicyController);
@@ -77,7 +77,7 @@ constinit const Command g_stStorePolicy{
     .szExample = "vrnt store policy --input policy.json",
     .szNote = "A provider that the policy does not have is passed over and named. A controller that it does not have "
               "is a failure, and nothing is stored.",
-    .aArgument = g_apArgument,
-    .pfnRun = &Run};
+    .aArgument = g_apStorePolicyArgument,
+    .pfnRun = &RunStorePolicy};
 
 } // namespace Vrnt

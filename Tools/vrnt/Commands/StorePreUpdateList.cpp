@@ -9,9 +9,9 @@ namespace Vrnt {
 namespace {
 
 constexpr Argument g_stRequest{.szName = "--document", .szHelp = "The request", .szValue = "PATH", .bRequired = true};
-constexpr const Argument* g_apArgument[] = {&g_stRequest, &g_stInput};
+constexpr const Argument* g_apStorePreUpdateListArgument[] = {&g_stRequest, &g_stInput};
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunStorePreUpdateList(Tool& _rTool, const Arguments& _rArguments)
 {
     SrvFrwk::PreUpdateList stList{_rArguments.Path(g_stRequest),
                                   ReadRecords<std::vector<SrvFrwk::CompatibilityComponent>>(
@@ -27,7 +27,7 @@ constinit const Command g_stStorePreUpdateList{
     .szHelp = "Write the components of an update request",
     .szExample = "vrnt store pre-update-list --document C:\\Setup\\request.xml --input components.json",
     .szNote = "The components are an array as \"components\" of query compatibility is.",
-    .aArgument = g_apArgument,
-    .pfnRun = &Run};
+    .aArgument = g_apStorePreUpdateListArgument,
+    .pfnRun = &RunStorePreUpdateList};
 
 } // namespace Vrnt

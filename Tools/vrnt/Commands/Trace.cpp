@@ -56,20 +56,20 @@ bool EditSettings(Tool& _rTool, const TEdit& _fnEdit)
     return true;
 }
 
-constexpr Argument g_stLevel{.szName = "--level",
-                             .szHelp =
-                                 "Mask of what is written: 1 detail, 16 notices, 256 errors (default: 0x111, all)",
-                             .szValue = "MASK"};
-constexpr Argument g_stFolder{
+constexpr Argument g_stTraceLevel{.szName = "--level",
+                                  .szHelp =
+                                      "Mask of what is written: 1 detail, 16 notices, 256 errors (default: 0x111, all)",
+                                  .szValue = "MASK"};
+constexpr Argument g_stTraceFolder{
     .szName = "--folder", .szHelp = "Folder of the trace files (default: that of each process)", .szValue = "DIR"};
-constexpr const Argument* g_apOnArgument[] = {&g_stLevel, &g_stFolder};
+constexpr const Argument* g_apOnArgument[] = {&g_stTraceLevel, &g_stTraceFolder};
 
 /** @throws UsageError when there is no such folder: a slip of the pen would lose all lines */
 std::wstring ExistingFolder(const Arguments& _rArguments)
 {
-    std::wstring tszFolder = _rArguments.Path(g_stFolder);
+    std::wstring tszFolder = _rArguments.Path(g_stTraceFolder);
     if (!ZkCommon::Storage::File::IsFolder(tszFolder)) {
-        throw UsageError("--folder: there is no folder " + Quoted(_rArguments.Text(g_stFolder)));
+        throw UsageError("--folder: there is no folder " + Quoted(_rArguments.Text(g_stTraceFolder)));
     }
     return tszFolder;
 }
@@ -77,8 +77,8 @@ std::wstring ExistingFolder(const Arguments& _rArguments)
 void TurnOn(Tool& _rTool, const Arguments& _rArguments)
 {
     const std::uint32_t ulLevel =
-        _rArguments.Has(g_stLevel) ? _rArguments.Number(g_stLevel) : ZkCommon::g_ulAllTraceLevels;
-    const std::wstring tszFolder = _rArguments.Has(g_stFolder) ? ExistingFolder(_rArguments) : std::wstring();
+        _rArguments.Has(g_stTraceLevel) ? _rArguments.Number(g_stTraceLevel) : ZkCommon::g_ulAllTraceLevels;
+    const std::wstring tszFolder = _rArguments.Has(g_stTraceFolder) ? ExistingFolder(_rArguments) : std::wstring();
     const bool bDone = EditSettings(_rTool, [&](Registry& _rRegistry, const TraceSession& _rstSession) {
         _rRegistry.WriteNumber(L"Level", ulLevel);
         _rRegistry.WriteString(L"LogFolder", tszFolder);
@@ -115,13 +115,13 @@ constexpr Command g_stOff{.szName = "off",
                           .pfnRun = &TurnOff};
 constexpr Command g_stStatus{
     .szName = "status", .szHelp = "Show the trace settings", .szExample = "vrnt trace status", .pfnRun = &ShowStatus};
-constexpr const Command* g_apCommand[] = {&g_stOn, &g_stOff, &g_stStatus, &g_stTraceShow, &g_stTraceRecord};
+constexpr const Command* g_apTraceCommand[] = {&g_stOn, &g_stOff, &g_stStatus, &g_stTraceShow, &g_stTraceRecord};
 
 } // namespace
 
 constinit const Command g_stTrace{.szName = "trace",
                                   .szHelp = "Turn the trace log on and off, and read it",
                                   .szExample = "vrnt trace show C:\\Logs\\vqxVarnhelt.log --errors",
-                                  .aCommand = g_apCommand};
+                                  .aCommand = g_apTraceCommand};
 
 } // namespace Vrnt

@@ -18,7 +18,7 @@ namespace Vrnt {
 
 namespace {
 
-constexpr Argument g_stFile{.szName = "FILE", .szHelp = "The trace file", .bRequired = true};
+constexpr Argument g_stTraceShowFile{.szName = "FILE", .szHelp = "The trace file", .bRequired = true};
 constexpr Argument g_stErrors{.szName = "--errors", .szHelp = "Only lines of the error level"};
 constexpr Argument g_stGrep{.szName = "--grep", .szHelp = "Only lines whose text contains this", .szValue = "TEXT"};
 constexpr Argument g_stIgnoreCase{.szName = "-i", .szHelp = "--grep minds no case"};
@@ -27,8 +27,8 @@ constexpr Argument g_stSince{
     .szHelp = "Only lines of this last period (10m, 2h, 3d), or since a date (2026-11-24, \"2026-11-24 23:25\")",
     .szValue = "WHEN"};
 constexpr Argument g_stFollow{.szName = "--follow", .szHelp = "Go on with the lines that are written from now on"};
-constexpr const Argument* g_apArgument[] = {&g_stFile,       &g_stErrors, &g_stGrep,
-                                            &g_stIgnoreCase, &g_stSince,  &g_stFollow};
+constexpr const Argument* g_apTraceShowArgument[] = {&g_stTraceShowFile, &g_stErrors, &g_stGrep,
+                                                     &g_stIgnoreCase,    &g_stSince,  &g_stFollow};
 
 /** "YYYYMMDD hh:mm:ss.mmm" of a line's time, which sorts as the time does. */
 std::string SortableOf(std::string_view _svTime)
@@ -230,7 +230,7 @@ void Show(Tool& _rTool, const Arguments& _rArguments)
     if (_rArguments.Has(g_stFollow) && _rTool.stOptions.bJson) {
         throw UsageError("--follow prints line by line and cannot be given together with --json");
     }
-    const std::string& rsFile = _rArguments.Text(g_stFile);
+    const std::string& rsFile = _rArguments.Text(g_stTraceShowFile);
     const Filter cFilter(_rArguments);
     ZkCommon::FileHandle hFile = TryOpenTraceFile(rsFile);
     LARGE_INTEGER stSize{};
@@ -268,7 +268,7 @@ void Show(Tool& _rTool, const Arguments& _rArguments)
 constinit const Command g_stTraceShow{.szName = "show",
                                       .szHelp = "Print a trace file as a table",
                                       .szExample = "vrnt trace show C:\\Logs\\vqxVarnhelt.log --errors --since 10m",
-                                      .aArgument = g_apArgument,
+                                      .aArgument = g_apTraceShowArgument,
                                       .pfnRun = &Show};
 
 } // namespace Vrnt

@@ -31,10 +31,10 @@ constexpr Argument g_stUndo{.szName = "--undo",
                             .szHelp = "First write a description that undoes the update",
                             .szValue = "FILE",
                             .pExcludes = &g_stDryRun};
-constexpr Argument g_stReplace{.szName = "--replace", .szHelp = "Write over the FILE of --undo where it exists"};
+constexpr Argument g_stUpdateReplace{.szName = "--replace", .szHelp = "Write over the FILE of --undo where it exists"};
 constexpr Argument g_stStrict{.szName = "--strict",
                               .szHelp = "Fail unless everything that is meant for this machine is done, or would be"};
-constexpr const Argument* g_apArgument[] = {&g_stPath, &g_stDryRun, &g_stUndo, &g_stReplace, &g_stStrict};
+constexpr const Argument* g_apUpdateArgument[] = {&g_stPath, &g_stDryRun, &g_stUndo, &g_stUpdateReplace, &g_stStrict};
 
 struct UpdateOptions
 {
@@ -199,11 +199,11 @@ void Update(Tool& _rTool, const UpdateOptions& _rstOptions)
     }
 }
 
-void Run(Tool& _rTool, const Arguments& _rArguments)
+void RunUpdate(Tool& _rTool, const Arguments& _rArguments)
 {
     Update(_rTool, {.sPath = _rArguments.Text(g_stPath),
                     .sUndo = _rArguments.Text(g_stUndo),
-                    .bReplace = _rArguments.Has(g_stReplace),
+                    .bReplace = _rArguments.Has(g_stUpdateReplace),
                     .bDryRun = _rArguments.Has(g_stDryRun),
                     .bStrict = _rArguments.Has(g_stStrict)});
 }
@@ -215,7 +215,7 @@ constinit const Command g_stUpdate{
     .szHelp = "Carry out a local update description",
     .szExample = "vrnt update --dry-run qmr-17.2.xml\nvrnt update --undo back.xml qmr-17.2.xml",
     .szNote = "A single entry that fails is reported and does not fail the update; with --strict it does.",
-    .aArgument = g_apArgument,
-    .pfnRun = &Run};
+    .aArgument = g_apUpdateArgument,
+    .pfnRun = &RunUpdate};
 
 } // namespace Vrnt

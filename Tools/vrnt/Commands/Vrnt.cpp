@@ -6,9 +6,9 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Command* g_apCommand[] = {&g_stQuery,  &g_stStore,  &g_stDirect,    &g_stUpdate,    &g_stXen,
-                                          &g_stCheck,  &g_stDiff,   &g_stSchema,    &g_stDocuments, &g_stTrace,
-                                          &g_stReport, &g_stSample, &g_stCompletion};
+constexpr const Command* g_apVrntCommand[] = {&g_stQuery,  &g_stStore,  &g_stDirect,    &g_stUpdate,    &g_stXen,
+                                              &g_stCheck,  &g_stDiff,   &g_stSchema,    &g_stDocuments, &g_stTrace,
+                                              &g_stReport, &g_stSample, &g_stCompletion};
 
 } // namespace
 
@@ -18,6 +18,6 @@ constinit const Command g_stVrnt{
     .szExample = "vrnt documents",
     .szNote = "Exit status: 0 success, 1 a failure code, 2 a usage error or an input file that cannot be read. "
               "vrnt --version prints the version.",
-    .aCommand = g_apCommand};
+    .aCommand = g_apVrntCommand};
 
 } // namespace Vrnt

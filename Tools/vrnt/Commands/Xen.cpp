@@ -44,10 +44,11 @@ constexpr Argument g_stDocument{.szName = "--document",
 constexpr Argument g_stKey{
     .szName = "--key", .szHelp = "The key itself, 16 characters", .szValue = "KEY16", .pExcludes = &g_stDocument};
 constexpr Argument g_stIn{.szName = "IN", .szHelp = "The file to read; - is standard input", .bRequired = true};
-constexpr Argument g_stOut{.szName = "OUT",
-                           .szHelp = "The file to write, - is standard output; an existing file is replaced as a whole",
-                           .bRequired = true};
-constexpr const Argument* g_apArgument[] = {&g_stDocument, &g_stKey, &g_stIn, &g_stOut};
+constexpr Argument g_stXenOut{.szName = "OUT",
+                              .szHelp =
+                                  "The file to write, - is standard output; an existing file is replaced as a whole",
+                              .bRequired = true};
+constexpr const Argument* g_apXenArgument[] = {&g_stDocument, &g_stKey, &g_stIn, &g_stXenOut};
 
 std::string KeyOf(const Arguments& _rArguments)
 {
@@ -89,7 +90,7 @@ public:
         : m_bEncrypts(_enDirection == File::Conversion::Direction::Encrypt),
           m_sKey(KeyOf(_rArguments)),
           m_sIn(_rArguments.Text(g_stIn)),
-          m_sOut(_rArguments.Text(g_stOut)),
+          m_sOut(_rArguments.Text(g_stXenOut)),
           m_cConversion(_enDirection)
     {
         if (_rArguments.Has(g_stDocument)) {
@@ -180,7 +181,7 @@ private:
 
 void Convert(Tool& _rTool, File::Conversion::Direction _enDirection, const Arguments& _rArguments)
 {
-    const bool bToStream = _rArguments.Text(g_stOut) == g_szStream;
+    const bool bToStream = _rArguments.Text(g_stXenOut) == g_szStream;
     if (bToStream && _rTool.stOptions.bJson) {
         throw UsageError("--json and - as OUT would both write to standard output");
     }
@@ -192,7 +193,7 @@ void Convert(Tool& _rTool, File::Conversion::Direction _enDirection, const Argum
         }
         Write(jsAnswer.ToText() + "\n");
     } else if (sWhy.empty() && !bToStream) {
-        Write(Quoted(_rArguments.Text(g_stOut)) + " is written.\n");
+        Write(Quoted(_rArguments.Text(g_stXenOut)) + " is written.\n");
     }
     if (!sWhy.empty()) {
         _rTool.iExitStatus = ExitFailure;
@@ -203,24 +204,24 @@ void Convert(Tool& _rTool, File::Conversion::Direction _enDirection, const Argum
 constexpr Command g_stEncrypt{.szName = "encrypt",
                               .szHelp = "Encrypt a plain document",
                               .szExample = "vrnt xen encrypt --document policy FwPolicy.xml FwPolicy.xen",
-                              .aArgument = g_apArgument,
+                              .aArgument = g_apXenArgument,
                               .pfnRun = [](Tool& _rTool, const Arguments& _rArguments) {
                                   Convert(_rTool, File::Conversion::Direction::Encrypt, _rArguments);
                               }};
 constexpr Command g_stDecrypt{.szName = "decrypt",
                               .szHelp = "Decrypt a document",
                               .szExample = "vrnt xen decrypt --document policy FwPolicy.xen FwPolicy.xml",
-                              .aArgument = g_apArgument,
+                              .aArgument = g_apXenArgument,
                               .pfnRun = [](Tool& _rTool, const Arguments& _rArguments) {
                                   Convert(_rTool, File::Conversion::Direction::Decrypt, _rArguments);
                               }};
-constexpr const Command* g_apCommand[] = {&g_stEncrypt, &g_stDecrypt};
+constexpr const Command* g_apXenCommand[] = {&g_stEncrypt, &g_stDecrypt};
 
 } // namespace
 
 constinit const Command g_stXen{.szName = "xen",
                                 .szHelp = "Encrypt and decrypt documents",
                                 .szExample = "vrnt xen encrypt --document policy FwPolicy.xml FwPolicy.xen",
-                                .aCommand = g_apCommand};
+                                .aCommand = g_apXenCommand};
 
 } // namespace Vrnt

@@ -136,7 +136,7 @@ std::string ShortResult(std::uint32_t _ulResult)
     return uCause == std::string::npos ? sWords : sWords.substr(0, uCause) + ")";
 }
 
-const std::string& Plain(std::string& _rsText)
+const std::string& WithoutStars(std::string& _rsText)
 {
     if (_rsText.starts_with("*** ")) {
         _rsText.erase(0, 4);
@@ -162,7 +162,7 @@ std::vector<std::string> ReasonsOf(const std::vector<std::wstring>& _rvecMessage
             }
         }
         if (!sText.empty()) {
-            (bInWords ? vecInWords : vecOther).push_back(Plain(sText));
+            (bInWords ? vecInWords : vecOther).push_back(WithoutStars(sText));
         }
     }
     // Lines in words name causes; the others mostly say how the failure went up.

@@ -22,7 +22,7 @@ bool IsNumber(const std::string& _rsText)
     return std::all_of(_rsText.begin(), _rsText.end(), [](unsigned char _c) { return std::isdigit(_c) != 0; });
 }
 
-struct Column
+struct TableColumn
 {
     std::string sHeading;
     std::vector<std::string> vecCell;
@@ -48,7 +48,7 @@ std::vector<std::string> BreakAt(const std::string& _rsText, std::size_t _uWidth
 }
 
 /** Breaks a heading so that it fits its column, which it widens only when it would need too many lines. */
-void BreakHeading(Column& _rstColumn)
+void BreakHeading(TableColumn& _rstColumn)
 {
     std::vector<std::string>& rvecLine = _rstColumn.vecHeadingLine;
     rvecLine = BreakAt(_rstColumn.sHeading, _rstColumn.uWidth);
@@ -60,9 +60,9 @@ void BreakHeading(Column& _rstColumn)
     }
 }
 
-Column ColumnOf(const Table& _rTable, std::size_t _uColumn, bool _bWhole)
+TableColumn ColumnOf(const Table& _rTable, std::size_t _uColumn, bool _bWhole)
 {
-    Column stColumn{_rTable.Heading()[_uColumn], {}};
+    TableColumn stColumn{_rTable.Heading()[_uColumn], {}};
     for (const std::vector<std::string>& rvecCell : _rTable.Rows()) {
         const std::string& rsCell = rvecCell[_uColumn];
         stColumn.bNumbers = stColumn.bNumbers && IsNumber(rsCell);
@@ -76,21 +76,20 @@ Column ColumnOf(const Table& _rTable, std::size_t _uColumn, bool _bWhole)
     return stColumn;
 }
 
-std::size_t TotalWidth(const std::vector<Column>& _rvecColumn)
+std::size_t TotalWidth(const std::vector<TableColumn>& _rvecColumn)
 {
     return std::accumulate(_rvecColumn.begin(), _rvecColumn.end(), std::size_t{0},
-                           [](std::size_t _uSum, const Column& _rstColumn) {
+                           [](std::size_t _uSum, const TableColumn& _rstColumn) {
                                return _uSum + (_uSum == 0 ? 0 : g_uGap) + _rstColumn.uWidth;
                            });
 }
 
 /** Cuts the cells of the widest column so that the table fits, or as far as a column may be cut. False: none may. */
-bool CutWidest(std::vector<Column>& _rvecColumn, std::size_t _uWidth)
+bool CutWidest(std::vector<TableColumn>& _rvecColumn, std::size_t _uWidth)
 {
-    const auto itWidest =
-        std::max_element(_rvecColumn.begin(), _rvecColumn.end(), [](const Column& _rstLeft, const Column& _rstRight) {
-            return _rstLeft.uWidth < _rstRight.uWidth;
-        });
+    const auto itWidest = std::max_element(
+        _rvecColumn.begin(), _rvecColumn.end(),
+        [](const TableColumn& _rstLeft, const TableColumn& _rstRight) { return _rstLeft.uWidth < _rstRight.uWidth; });
     if (itWidest->uWidth <= g_uNarrowestColumn) {
         return false;
     }
@@ -104,7 +103,7 @@ bool CutWidest(std::vector<Column>& _rvecColumn, std::size_t _uWidth)
 }
 
 /** Makes a table fit. @return the headings of the columns that were left out */
-std::vector<std::string> Fit(std::vector<Column>& _rvecColumn, std::size_t _uWidth)
+std::vector<std::string> Fit(std::vector<TableColumn>& _rvecColumn, std::size_t _uWidth)
 {
     std::vector<std::string> vecLeftOut;
     const auto LeaveOut = [&](std::size_t _uColumn) {
@@ -112,9 +111,10 @@ std::vector<std::string> Fit(std::vector<Column>& _rvecColumn, std::size_t _uWid
         _rvecColumn.erase(_rvecColumn.begin() + static_cast<std::ptrdiff_t>(_uColumn));
     };
     const auto Least = [&] { // of two that say as little, the later one; the first column stays
-        const auto itLeast = std::min_element(
-            _rvecColumn.rbegin(), std::prev(_rvecColumn.rend()),
-            [](const Column& _rstLeft, const Column& _rstRight) { return _rstLeft.uDistinct < _rstRight.uDistinct; });
+        const auto itLeast = std::min_element(_rvecColumn.rbegin(), std::prev(_rvecColumn.rend()),
+                                              [](const TableColumn& _rstLeft, const TableColumn& _rstRight) {
+                                                  return _rstLeft.uDistinct < _rstRight.uDistinct;
+                                              });
         return static_cast<std::size_t>(std::prev(itLeast.base()) - _rvecColumn.begin());
     };
     const auto TooWide = [&] { return _rvecColumn.size() > 1 && TotalWidth(_rvecColumn) > _uWidth; };
@@ -129,7 +129,7 @@ std::vector<std::string> Fit(std::vector<Column>& _rvecColumn, std::size_t _uWid
     return vecLeftOut;
 }
 
-void AppendCell(std::string& _rsLine, const std::string& _rsCell, const Column& _rstColumn)
+void AppendCell(std::string& _rsLine, const std::string& _rsCell, const TableColumn& _rstColumn)
 {
     const std::string sPadding(_rstColumn.uWidth - WidthOf(_rsCell), ' ');
     if (!_rsLine.empty()) {
@@ -144,17 +144,17 @@ void AppendLine(std::string& _rsText, std::string _sLine)
     _rsText += _sLine + "\n";
 }
 
-void AppendHeadings(std::string& _rsText, const std::vector<Column>& _rvecColumn)
+void AppendHeadings(std::string& _rsText, const std::vector<TableColumn>& _rvecColumn)
 {
     std::size_t uLines = 0;
     std::string sRule;
-    for (const Column& stColumn : _rvecColumn) {
+    for (const TableColumn& stColumn : _rvecColumn) {
         uLines = std::max(uLines, stColumn.vecHeadingLine.size());
         AppendCell(sRule, std::string(stColumn.uWidth, '-'), stColumn);
     }
     for (std::size_t uLine = 0; uLine < uLines; ++uLine) {
         std::string sLine;
-        for (const Column& stColumn : _rvecColumn) {
+        for (const TableColumn& stColumn : _rvecColumn) {
             // Headings are at the rule: a short one leaves its upper lines empty.
             const std::size_t uFirst = uLines - stColumn.vecHeadingLine.size();
             AppendCell(sLine, uLine < uFirst ? std::string() : stColumn.vecHeadingLine[uLine - uFirst], stColumn);
@@ -172,7 +172,7 @@ std::string Table::ToText(const Extent& _rstExtent) const
     if (m_vecHeading.empty()) {
         return sText;
     }
-    std::vector<Column> vecColumn;
+    std::vector<TableColumn> vecColumn;
     for (std::size_t i = 0; i < m_vecHeading.size(); ++i) {
         vecColumn.push_back(ColumnOf(*this, i, _rstExtent.bWhole));
     }
@@ -183,7 +183,7 @@ std::string Table::ToText(const Extent& _rstExtent) const
     AppendHeadings(sText, vecColumn);
     for (std::size_t uRow = 0; uRow < m_vecRow.size(); ++uRow) {
         std::string sLine;
-        for (const Column& stColumn : vecColumn) {
+        for (const TableColumn& stColumn : vecColumn) {
             AppendCell(sLine, stColumn.vecCell[uRow], stColumn);
         }
         AppendLine(sText, sLine);

@@ -33,17 +33,17 @@ std::string Threat(std::size_t _uIndex, const std::string& _rsContent)
     return "    <Threat id=\"" + std::to_string(g_uFirstThreat + _uIndex) + "\">" + _rsContent + "</Threat>\n";
 }
 
-std::string Element(const char* _szName, const std::string& _rsText)
+std::string TextElement(const char* _szName, const std::string& _rsText)
 {
     return std::string("<") + _szName + ">" + _rsText + "</" + _szName + ">";
 }
 
-std::string Document(const std::string& _rsRoot, const std::string& _rsContent)
+std::string WholeDocument(const std::string& _rsRoot, const std::string& _rsContent)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<" + _rsRoot + ">\n" + _rsContent + "</" + _rsRoot + ">\n";
 }
 
-struct Kind
+struct SpywareKind
 {
     const char* szName;
     const char* szDoes;
@@ -51,14 +51,14 @@ struct Kind
 
 constexpr std::array g_aVirusKind = {"Trojan", "Worm", "Virus", "Backdoor", "Script", "Macro", "Downloader", "Rootkit"};
 constexpr std::array g_aSpywareKind = {
-    Kind{"Adware", "shows advertisements that the user did not ask for"},
-    Kind{"Spyware", "reports the pages that the user visits to its maker"},
-    Kind{"Dialer", "dials numbers at the user\u2019s expense"},
-    Kind{"Browser helper", "changes the browser\u2019s start page &amp; search settings"},
-    Kind{"Keylogger", "records what is typed and keeps it in a hidden file"},
-    Kind{"Cookie", "is left by the sites of an advertising network"},
-    Kind{"Joke program", "frightens the user without doing harm"},
-    Kind{"Password tool", "shows the passwords that other programs have stored"}};
+    SpywareKind{"Adware", "shows advertisements that the user did not ask for"},
+    SpywareKind{"Spyware", "reports the pages that the user visits to its maker"},
+    SpywareKind{"Dialer", "dials numbers at the user\u2019s expense"},
+    SpywareKind{"Browser helper", "changes the browser\u2019s start page &amp; search settings"},
+    SpywareKind{"Keylogger", "records what is typed and keeps it in a hidden file"},
+    SpywareKind{"Cookie", "is left by the sites of an advertising network"},
+    SpywareKind{"Joke program", "frightens the user without doing harm"},
+    SpywareKind{"Password tool", "shows the passwords that other programs have stored"}};
 constexpr std::array g_aSuite = {"Antivirus", "Security Suite", "Complete Guard",
                                  "Firewall",  "Antispyware",    "Mail Guard"};
 
@@ -99,9 +99,9 @@ std::string SampleVirusNames()
 {
     std::string sThreats;
     for (std::size_t i = 0; i < g_uViruses; ++i) {
-        sThreats += Threat(i, Element("Name", g_aVirusKind[i % g_aVirusKind.size()] + ("." + Word(i))));
+        sThreats += Threat(i, TextElement("Name", g_aVirusKind[i % g_aVirusKind.size()] + ("." + Word(i))));
     }
-    return Document("Quillmar", "  <Threats>\n" + sThreats + "  </Threats>\n");
+    return WholeDocument("Quillmar", "  <Threats>\n" + sThreats + "  </Threats>\n");
 }
 
 std::string SampleSpyware()
@@ -109,23 +109,24 @@ std::string SampleSpyware()
     std::string sScanners;
     for (std::size_t i = 0; i < g_aSpywareKind.size(); ++i) {
         sScanners += "    <Scanner id=\"" + std::to_string(i + 1) + "\">" +
-                     Element("Name", std::string(g_aSpywareKind[i].szName) + " scanner") +
-                     Element("Desc", std::string("Looks for what ") + g_aSpywareKind[i].szDoes + ".") + "</Scanner>\n";
+                     TextElement("Name", std::string(g_aSpywareKind[i].szName) + " scanner") +
+                     TextElement("Desc", std::string("Looks for what ") + g_aSpywareKind[i].szDoes + ".") +
+                     "</Scanner>\n";
     }
     std::string sThreats;
     for (std::size_t i = 0; i < g_uSpyware; ++i) {
-        const Kind& rstKind = g_aSpywareKind[i % g_aSpywareKind.size()];
-        sThreats +=
-            Threat(i, "\n      " + Element("Name", std::string(rstKind.szName) + "." + Word(i)) + "\n      " +
-                          Element("Description", Word(i) + " comes with free programs or from web pages. It " +
-                                                     rstKind.szDoes + ". It starts together with Windows.") +
-                          "\n      " +
-                          Element("Recommendation",
-                                  "Remove it. Close all browser windows first, and restart the computer afterwards.") +
-                          "\n    ");
+        const SpywareKind& rstKind = g_aSpywareKind[i % g_aSpywareKind.size()];
+        sThreats += Threat(
+            i, "\n      " + TextElement("Name", std::string(rstKind.szName) + "." + Word(i)) + "\n      " +
+                   TextElement("Description", Word(i) + " comes with free programs or from web pages. It " +
+                                                  rstKind.szDoes + ". It starts together with Windows.") +
+                   "\n      " +
+                   TextElement("Recommendation",
+                               "Remove it. Close all browser windows first, and restart the computer afterwards.") +
+                   "\n    ");
     }
-    return Document("Quillmar",
-                    "  <Scanners>\n" + sScanners + "  </Scanners>\n  <Threats>\n" + sThreats + "  </Threats>\n");
+    return WholeDocument("Quillmar",
+                         "  <Scanners>\n" + sScanners + "  </Scanners>\n  <Threats>\n" + sThreats + "  </Threats>\n");
 }
 
 std::string SampleCompetitorActions()
@@ -139,7 +140,7 @@ std::string SampleCompetitorActions()
         return "    " + _rstProduct.Tag() + Action(_rstProduct.uSuite < 4, "uninstall", "lessOrEqual") +
                Action(_rstProduct.uSuite < 3, "block", "greater") + "    </Product>\n";
     });
-    return Document("CompetitorAction", "  <Sequence>\n" + sProducts + "  </Sequence>\n");
+    return WholeDocument("CompetitorAction", "  <Sequence>\n" + sProducts + "  </Sequence>\n");
 }
 
 std::string SampleCompetitorPatterns()
@@ -159,7 +160,7 @@ std::string SampleCompetitorPatterns()
                "\" url=\"http://support." + _rstProduct.Family() + ".example/remove/" + _rstProduct.Number() +
                "\">Remove " + sName + " in the Control Panel.</Information>\n  </Product>\n";
     });
-    return Document("CompetitorDetection", sProducts);
+    return WholeDocument("CompetitorDetection", sProducts);
 }
 
 } // namespace Vrnt
