@@ -6,9 +6,9 @@
 #include "Documents/ServiceUnits.h"
 #include "Output/Output.h"
 #include "Records/RecordRows.h"
+#include "Records/ReportParts.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 namespace Vrnt {
@@ -19,13 +19,13 @@ namespace {
 RecordRows RowsOfPart(std::string_view _svKey)
 {
     namespace Documents = Varnhelt::Documents;
-    if (_svKey == "service-units") {
+    if (_svKey == ReportPart::g_szServiceUnits) {
         return RowsOf(Documents::g_stServiceUnit);
     }
-    if (_svKey == "policy") {
+    if (_svKey == ReportPart::g_szPolicy) {
         return RowsOf(Documents::g_stPolicyController);
     }
-    return _svKey == "enforce-data" ? RowsOf(Documents::g_stDataController) : RecordRows();
+    return _svKey == ReportPart::g_szEnforceData ? RowsOf(Documents::g_stDataController) : RecordRows();
 }
 
 const FieldRow* FindRow(const RecordRows& _rvecRow, const std::string& _rsKey)
@@ -75,7 +75,7 @@ void AddRecords(const Json::Elements& _rElements, const std::string& _rsKind, co
                 stInner.sIdentity += sValue + "\n";
                 vecTitle.push_back(sValue);
             } else if (sKey == svFile) {
-                stInner.sIdentity = _rsKind == "documents" ? sValue : std::string();
+                stInner.sIdentity = _rsKind == ReportPart::g_szDocuments ? sValue : std::string();
                 vecTitle.push_back(sValue);
             }
         }
@@ -102,14 +102,13 @@ void AddMembers(const Json::Members& _rMembers, const RecordRows& _rvecRow, Diff
 DiffRecord RecordsOfReport(const Json& _rjsReport, const std::string& _rsName)
 {
     const auto* pMembers = _rjsReport.As<Json::Members>();
-    if (pMembers == nullptr || _rjsReport.Find("versions") == nullptr || _rjsReport.Find("policy") == nullptr) {
+    if (pMembers == nullptr || _rjsReport.Find(ReportPart::g_szVersions) == nullptr ||
+        _rjsReport.Find(ReportPart::g_szPolicy) == nullptr) {
         throw UsageError(Quoted(_rsName) + " is JSON, but not what vrnt report --json writes");
     }
-    constexpr std::array aPart = {"versions",     "documents", "service-units", "policy",     "pu-ids",
-                                  "enforce-data", "failures",  "findings",      "traceErrors"};
     DiffRecord stReport{{}, {}};
     for (const auto& [sKey, jsValue] : *pMembers) {
-        if (std::ranges::find(aPart, std::string_view(sKey)) == aPart.end()) {
+        if (!ReportPart::IsPart(sKey)) {
             if (sKey != "made") { // two reports differ in that anyway
                 stReport.Add(sKey, TextOf(jsValue, nullptr));
             }

@@ -5,6 +5,7 @@
 #include "Documents/ServiceUnits.h"
 #include "Output/Output.h"
 #include "Records/RecordJson.h"
+#include "Records/ReportParts.h"
 #include "Report/ReportSections.h"
 
 #include <optional>
@@ -89,18 +90,18 @@ Json ReportJson(const ReportData& _rstData)
             {"user", _rstData.stMachine.sUser},
             {"elevated", _rstData.stMachine.bElevated},
             {"productFolder", _rstData.stDocuments.tszFolder.empty() ? Json() : Json(_rstData.stDocuments.tszFolder)},
-            {"versions", jsVersions},
-            {"documents", DocumentsToJson(_rstData.stDocuments)},
-            {"service-units", AnswerToJson(_rstData.stServiceUnits, Documents::g_stServiceUnit)},
-            {"policy", AnswerToJson(_rstData.stPolicy, Documents::g_stPolicyController)},
-            {"enforce-data", AnswerToJson(_rstData.stEnforceData, Documents::g_stDataController)},
-            {"pu-ids", _rstData.stPuIds.IsFailure() ? Json()
-                                                    : Json{{"pattern", rstPuIds.vecPattern},
-                                                           {"engine", rstPuIds.vecEngine},
-                                                           {"product", rstPuIds.vecProduct}}},
-            {"failures", FailuresToJson(_rstData)},
-            {"findings", FindingsToJson(_rstData.vecChecked)},
-            {"traceErrors", TraceErrorsToJson(_rstData.vecTraceError)}};
+            {ReportPart::g_szVersions, jsVersions},
+            {ReportPart::g_szDocuments, DocumentsToJson(_rstData.stDocuments)},
+            {ReportPart::g_szServiceUnits, AnswerToJson(_rstData.stServiceUnits, Documents::g_stServiceUnit)},
+            {ReportPart::g_szPolicy, AnswerToJson(_rstData.stPolicy, Documents::g_stPolicyController)},
+            {ReportPart::g_szEnforceData, AnswerToJson(_rstData.stEnforceData, Documents::g_stDataController)},
+            {ReportPart::g_szPuIds, _rstData.stPuIds.IsFailure() ? Json()
+                                                                 : Json{{"pattern", rstPuIds.vecPattern},
+                                                                        {"engine", rstPuIds.vecEngine},
+                                                                        {"product", rstPuIds.vecProduct}}},
+            {ReportPart::g_szFailures, FailuresToJson(_rstData)},
+            {ReportPart::g_szFindings, FindingsToJson(_rstData.vecChecked)},
+            {ReportPart::g_szTraceErrors, TraceErrorsToJson(_rstData.vecTraceError)}};
 }
 
 } // namespace Vrnt
