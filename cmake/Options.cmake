@@ -40,9 +40,11 @@ else()
             execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-libgcc-file-name OUTPUT_VARIABLE libgcc)
             cmake_path(GET libgcc PARENT_PATH libgcc_dir)
             # Both the compiler's library and clang define an operator of std::type_info.
-            string(REPLACE "<CMAKE_CXX_COMPILER>"
-                "${VARNHELT_CLANG} --target=x86_64-w64-mingw32 -fuse-ld=lld -Wl,--allow-multiple-definition -L${libgcc_dir}"
-                CMAKE_CXX_LINK_EXECUTABLE "${CMAKE_CXX_LINK_EXECUTABLE} -lpthread")
+            set(lld
+                "${VARNHELT_CLANG} --target=x86_64-w64-mingw32 -fuse-ld=lld -Wl,--allow-multiple-definition -L${libgcc_dir}")
+            foreach(kind LINK_EXECUTABLE CREATE_SHARED_LIBRARY CREATE_SHARED_MODULE)
+                string(REPLACE "<CMAKE_CXX_COMPILER>" "${lld}" CMAKE_CXX_${kind} "${CMAKE_CXX_${kind}} -lpthread")
+            endforeach()
         endif()
     endif()
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
