@@ -158,7 +158,7 @@ inline std::string Entries(const Texts& _rvecText, const std::string& _rsOpening
     return sEntries;
 }
 
-inline std::string Key(const Texts& _rvecEntry, const std::string& _rsPath = "@K@", const std::string& _rsRoot = "HKLM",
+inline std::string Reg(const Texts& _rvecEntry, const std::string& _rsPath = "@K@", const std::string& _rsRoot = "HKLM",
                        const std::string& _rsMode = "")
 {
     return "<registry><Root>" + _rsRoot + "</Root><Path>" + _rsPath + "</Path><AccessMode>" + _rsMode +

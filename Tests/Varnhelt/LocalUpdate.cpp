@@ -19,9 +19,9 @@ using testing::IsEmpty;
 namespace {
 
 /** What the machine has before: a key with a value of each type and keys below it, and an ini file. */
-const std::string g_sFurniture = Key({"create+no", "create Sub+no+over", "write s string text", "write d uint32 5",
+const std::string g_sFurniture = Reg({"create+no", "create Sub+no+over", "write s string text", "write d uint32 5",
                                       "write q uint64 0x1FFFFFFFF", "write b binary 0aFF"}) +
-                                 Key({"write x string below+no"}, "@K@\\Sub\\Deep") +
+                                 Reg({"write x string below+no"}, "@K@\\Sub\\Deep") +
                                  Ini({"write k string v", "write n uint32 12"}) +
                                  Ini({"write o string \" quoted \""}, "B");
 
@@ -30,25 +30,25 @@ TEST_F(LocalUpdate, EveryActionDoesWhatItsRehearsalSaysAndIsUndone)
     const std::wstring tszText = L"64 s \"text\"";
     const std::wstring tszDeep = L"64\\Sub\\Deep";
     const std::tuple<int, std::string, std::vector<std::wstring>> aRow[] = {
-        {__LINE__, Key({"create New+no", "create New+no+over"}), {L"-c", L"64\\New"}},
-        {__LINE__, Key({"create+Yes"}, "@K@\\N") + Key({"create+no"}, "@K@\\N\\M"), {L"-c", L"64\\N", L"64\\N\\M"}},
-        {__LINE__, Key({"create+no"}, "@K@\\N", "HKLM", "eMode32bit"), {L"c", L"64\\N"}},
-        {__LINE__, Key({"create+yes"}, "@K@\\N", "HKLM", "eMode32bit"), {L"c", L"32", L"32\\N"}},
-        {__LINE__, Key({"create+no"}, "@K@", "HKCU") + Key({"create+no"}, "@K@", "hklm"), {L"c", L"user"}},
-        {__LINE__, Key({"write s string new+Over", "write S string ab+over"}), {L"-w", L"64 s \"ab\"", tszText}},
+        {__LINE__, Reg({"create New+no", "create New+no+over"}), {L"-c", L"64\\New"}},
+        {__LINE__, Reg({"create+Yes"}, "@K@\\N") + Reg({"create+no"}, "@K@\\N\\M"), {L"-c", L"64\\N", L"64\\N\\M"}},
+        {__LINE__, Reg({"create+no"}, "@K@\\N", "HKLM", "eMode32bit"), {L"c", L"64\\N"}},
+        {__LINE__, Reg({"create+yes"}, "@K@\\N", "HKLM", "eMode32bit"), {L"c", L"32", L"32\\N"}},
+        {__LINE__, Reg({"create+no"}, "@K@", "HKCU") + Reg({"create+no"}, "@K@", "hklm"), {L"c", L"user"}},
+        {__LINE__, Reg({"write s string new+Over", "write S string ab+over"}), {L"-w", L"64 s \"ab\"", tszText}},
         // A value of another type is as none.
-        {__LINE__, Key({"write s uint32 010"}), {L"w", L"64 s 4: 8 0 0 0", tszText}},
-        {__LINE__, Key({"write m uint64 0xffffffffffffffff"}), {L"w", L"64 m 11: 255 255 255 255 255 255 255 255"}},
-        {__LINE__, Key({"write m binary fFa", "append f binary 34"}), {L"wa", L"64 m 3: 255", L"64 f 3: 52"}},
-        {__LINE__, Key({"append s string !", "append s string !+over"}), {L"-a", L"64 s \"text!\"", tszText}},
-        {__LINE__, Key({"append b binary 123+over"}), {L"a", L"64 b 3: 10 255 18", L"64 b 3: 10 255"}},
-        {__LINE__, Key({"append d uint32 1+over", "append d string 1+over"}), {L"!!"}},
-        {__LINE__, Key({"remove d", "remove d", "remove no"}), {L"r!!", L"64 d 4: 5 0 0 0"}},
+        {__LINE__, Reg({"write s uint32 010"}), {L"w", L"64 s 4: 8 0 0 0", tszText}},
+        {__LINE__, Reg({"write m uint64 0xffffffffffffffff"}), {L"w", L"64 m 11: 255 255 255 255 255 255 255 255"}},
+        {__LINE__, Reg({"write m binary fFa", "append f binary 34"}), {L"wa", L"64 m 3: 255", L"64 f 3: 52"}},
+        {__LINE__, Reg({"append s string !", "append s string !+over"}), {L"-a", L"64 s \"text!\"", tszText}},
+        {__LINE__, Reg({"append b binary 123+over"}), {L"a", L"64 b 3: 10 255 18", L"64 b 3: 10 255"}},
+        {__LINE__, Reg({"append d uint32 1+over", "append d string 1+over"}), {L"!!"}},
+        {__LINE__, Reg({"remove d", "remove d", "remove no"}), {L"r!!", L"64 d 4: 5 0 0 0"}},
         // The rehearsal sees what it did before: a key that goes and comes back is empty.
-        {__LINE__, Key({"remove", "remove"}, "@K@\\Sub"), {L"r-", L"64\\Sub", tszDeep, tszDeep + L" x \"below\""}},
+        {__LINE__, Reg({"remove", "remove"}, "@K@\\Sub"), {L"r-", L"64\\Sub", tszDeep, tszDeep + L" x \"below\""}},
         {__LINE__,
-         Key({"remove", "write y uint32 1+no"}, "@K@\\Sub") +
-             Key({"write y uint32 2"}, "@K@\\Sub", "HKLM", "eMode64bit"),
+         Reg({"remove", "write y uint32 1+no"}, "@K@\\Sub") +
+             Reg({"write y uint32 2"}, "@K@\\Sub", "HKLM", "eMode64bit"),
          {L"rw-", L"64\\Sub y 4: 1 0 0 0", tszDeep, tszDeep + L" x \"below\""}},
         {__LINE__, Ini({"write k string w", "write K binary w+over"}), {L"-w", L"[A] k \"w\"", L"[A] k \"v\""}},
         {__LINE__, Ini({"write k text w+over", "write  string w"}), {L"!!"}},
@@ -72,8 +72,8 @@ TEST_F(LocalUpdate, TheSampleIsCarriedOutAndUndone)
     m_cBench.Folder().Write(L"service.ini", "[Legacy]\na=\"1\"\nb=\n[Service]\nLogLevel=1\nRestartDelay=5\n");
     m_cBench.Folder().Write(L"pattern.ini", std::string("\xFF\xFE[\0P\0]\0\r\0\n\0k\0=\0\x2D\x4E\r\0\n\0", 22));
     m_cBench.Folder().Write(L"pelto17.ini", "[Setup]\r\nInstalledBy=17.1\r\n");
-    ASSERT_EQ(m_cBench.Apply(Key({"write old uint64 16+yes"}, "@K@\\16\\Deep", "HKLM", "eMode32bit") +
-                             Key({"write PendingMigration binary 00+no"}, "@K@\\17\\Setup")),
+    ASSERT_EQ(m_cBench.Apply(Reg({"write old uint64 16+yes"}, "@K@\\16\\Deep", "HKLM", "eMode32bit") +
+                             Reg({"write PendingMigration binary 00+no"}, "@K@\\17\\Setup")),
               Result::g_ulSuccess);
     std::ifstream cFile(std::filesystem::path(SAMPLES_FOLDER) / "updates/settings-17.2.xml", std::ios::binary);
     const std::vector<std::wstring> vecOutcome =
@@ -102,7 +102,7 @@ TEST_F(LocalUpdate, WhatADescriptionCannotSayIsNamedAndTheRestIsUndone)
         vecLeft.push_back(L"the value \"" + tszName + L"\"" + tszOf + L" is not what it was");
     }
     vecLeft.push_back(L"the file " + m_cBench.Folder().File(L"new.ini") + L" stays");
-    RoundTrip(m_cBench.Describe(Key(vecEntry) + Ini({"create"}, "A", "@F@\\new.ini")));
+    RoundTrip(m_cBench.Describe(Reg(vecEntry) + Ini({"create"}, "A", "@F@\\new.ini")));
     EXPECT_EQ(m_vecLeft, vecLeft);
     EXPECT_EQ(cKey.ReadString(L"plain"), L" p\t\r\n ");
     EXPECT_EQ(cKey.Find(L"new"), std::nullopt);
@@ -110,12 +110,12 @@ TEST_F(LocalUpdate, WhatADescriptionCannotSayIsNamedAndTheRestIsUndone)
 
 TEST_F(LocalUpdate, AnAllAccessKeyGetsItsAccessListBackFromAnUndo)
 {
-    ASSERT_EQ(m_cBench.Apply(Key({"create+yes"})), Result::g_ulSuccess);
+    ASSERT_EQ(m_cBench.Apply(Reg({"create+yes"})), Result::g_ulSuccess);
     for (int i = 0; i < 2; ++i) { // the second time it is the key from the undo
-        RoundTrip(m_cBench.Describe(Key({"remove"})));
+        RoundTrip(m_cBench.Describe(Reg({"remove"})));
         EXPECT_THAT(m_vecLeft, IsEmpty());
     }
-    RoundTrip(m_cBench.Describe(Key({"remove", "create+no"})));
+    RoundTrip(m_cBench.Describe(Reg({"remove", "create+no"})));
     EXPECT_THAT(m_vecLeft, ElementsAre(L"the key HKLM\\" + m_cBench.Key() + L" has another access list"));
 }
 
@@ -129,15 +129,15 @@ void SetAccessList(const RegKey& _rhKey, const wchar_t* _pszList)
 
 TEST_F(LocalUpdate, ARemovalThatFailsHalfWayIsRehearsedAndUndone)
 {
-    ASSERT_EQ(m_cBench.Apply(Key({"write x uint32 1+no"}, "@K@\\_x") +
-                             Key({"create child+no+over", "create+no"}, "@K@\\A") +
-                             Key({"write y string z+no"}, "@K@\\b")),
+    ASSERT_EQ(m_cBench.Apply(Reg({"write x uint32 1+no"}, "@K@\\_x") +
+                             Reg({"create child+no+over", "create+no"}, "@K@\\A") +
+                             Reg({"write y string z+no"}, "@K@\\b")),
               Result::g_ulSuccess);
     for (const wchar_t* pszDenied : {L"\\A", L"\\b"}) {
         RegKey hDenied;
         ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, (m_cBench.Key() + pszDenied).c_str(), 0, WRITE_DAC, hDenied.Receive());
         SetAccessList(hDenied, L"D:(A;CI;0x20019;;;WD)");
-        EXPECT_GE(RoundTrip(m_cBench.Describe(Key({"remove"}))).size(), 2U); // refused, and yet something went
+        EXPECT_GE(RoundTrip(m_cBench.Describe(Reg({"remove"}))).size(), 2U); // refused, and yet something went
         SetAccessList(hDenied, L"D:(A;CI;0xf003f;;;WD)");
     }
 }
@@ -146,8 +146,8 @@ TEST_F(LocalUpdate, AKeyThatIsNotThereYetIsMadeAndUndoneWhereItsViewPutsIt)
 {
     const std::wstring tszName = m_cBench.Key().substr(m_cBench.Key().rfind(L'\\') + 1);
     const std::wstring tszPath =
-        m_cBench.Describe(Key({"create+yes"}, String::ToUtf8(tszName), "HKCR", "eMode32bit") +
-                          Key({"create+yes"}, String::ToUtf8(tszName) + "\\B", "HKCR", "eMode64bit"));
+        m_cBench.Describe(Reg({"create+yes"}, String::ToUtf8(tszName), "HKCR", "eMode32bit") +
+                          Reg({"create+yes"}, String::ToUtf8(tszName) + "\\B", "HKCR", "eMode64bit"));
     RoundTrip(tszPath);
     EXPECT_THAT(m_vecLeft, IsEmpty());
     Storage::Registry cKey;
@@ -175,28 +175,28 @@ TEST_F(LocalUpdate, ABadEntryFailsWithItsCodeAndTheNextItemGoesOn)
     }
     const Texts vecWrite = {"write v uint32 1+no"};
     const std::tuple<int, std::string, std::uint32_t> aRow[] = {
-        {__LINE__, Key({"write v uint32 4294967296"}), ERROR_INVALID_DATA},
-        {__LINE__, Key({"write v uint64 0x10000000000000000"}), ERROR_INVALID_DATA},
-        {__LINE__, Key({"write v binary a"}), ERROR_INVALID_DATA},
-        {__LINE__, Key({"write v binary 0g"}), ERROR_INVALID_DATA},
-        {__LINE__, Key({"write v dword 1"}), ERROR_INVALID_PARAMETER},
-        {__LINE__, Key({"write " + sLong + " string 1"}), ERROR_INVALID_PARAMETER},
-        {__LINE__, Key(vecWrite, ""), ERROR_BAD_ARGUMENTS},
-        {__LINE__, Key(vecWrite, "\\Software\\" + sLong), ERROR_FILENAME_EXCED_RANGE},
-        {__LINE__, Key(vecWrite, "\\Software"), ERROR_BAD_PATHNAME},
-        {__LINE__, Key(vecWrite, "@K@\\" + sLong.substr(0, 300)), ERROR_INVALID_PARAMETER},
-        {__LINE__, Key(vecWrite, sDeep), ERROR_FILENAME_EXCED_RANGE},
-        {__LINE__, Key({"write v uint32 1"}, "@K@\\none"), ERROR_FILE_NOT_FOUND},
-        {__LINE__, Key({"write v uint32 1"}, "@K@\\Sub"), ERROR_ACCESS_DENIED},
-        {__LINE__, Key({"write v uint32 1+yes"}, "@K@\\Sub"), ERROR_ACCESS_DENIED},
-        {__LINE__, Key({"remove"}, "@K@\\Sub"), ERROR_ACCESS_DENIED},
-        {__LINE__, Key({"fly"}), 0},
+        {__LINE__, Reg({"write v uint32 4294967296"}), ERROR_INVALID_DATA},
+        {__LINE__, Reg({"write v uint64 0x10000000000000000"}), ERROR_INVALID_DATA},
+        {__LINE__, Reg({"write v binary a"}), ERROR_INVALID_DATA},
+        {__LINE__, Reg({"write v binary 0g"}), ERROR_INVALID_DATA},
+        {__LINE__, Reg({"write v dword 1"}), ERROR_INVALID_PARAMETER},
+        {__LINE__, Reg({"write " + sLong + " string 1"}), ERROR_INVALID_PARAMETER},
+        {__LINE__, Reg(vecWrite, ""), ERROR_BAD_ARGUMENTS},
+        {__LINE__, Reg(vecWrite, "\\Software\\" + sLong), ERROR_FILENAME_EXCED_RANGE},
+        {__LINE__, Reg(vecWrite, "\\Software"), ERROR_BAD_PATHNAME},
+        {__LINE__, Reg(vecWrite, "@K@\\" + sLong.substr(0, 300)), ERROR_INVALID_PARAMETER},
+        {__LINE__, Reg(vecWrite, sDeep), ERROR_FILENAME_EXCED_RANGE},
+        {__LINE__, Reg({"write v uint32 1"}, "@K@\\none"), ERROR_FILE_NOT_FOUND},
+        {__LINE__, Reg({"write v uint32 1"}, "@K@\\Sub"), ERROR_ACCESS_DENIED},
+        {__LINE__, Reg({"write v uint32 1+yes"}, "@K@\\Sub"), ERROR_ACCESS_DENIED},
+        {__LINE__, Reg({"remove"}, "@K@\\Sub"), ERROR_ACCESS_DENIED},
+        {__LINE__, Reg({"fly"}), 0},
         {__LINE__, Ini(vecWrite, "A", "@F@\\readonly.ini"), ERROR_ACCESS_DENIED},
         {__LINE__, Ini(vecWrite, "A", "@F@"), 0},
         {__LINE__, Ini(vecWrite, "A", "C:\\" + sLong), ERROR_FILENAME_EXCED_RANGE},
         {__LINE__, Ini(vecWrite, "A", "@F@\\no folder\\x.ini"), 0},
     };
-    ASSERT_EQ(m_cBench.Apply(g_sFurniture + Key({"create+no"}, "@K@", "HKCU")), Result::g_ulSuccess);
+    ASSERT_EQ(m_cBench.Apply(g_sFurniture + Reg({"create+no"}, "@K@", "HKCU")), Result::g_ulSuccess);
     m_cBench.Folder().Write(L"readonly.ini", "[A]\r\n");
     ::SetFileAttributesW(m_cBench.Folder().File(L"readonly.ini").c_str(), FILE_ATTRIBUTE_READONLY);
     RegKey hSub;
@@ -205,7 +205,7 @@ TEST_F(LocalUpdate, ABadEntryFailsWithItsCodeAndTheNextItemGoesOn)
     const std::vector<std::wstring> vecBefore = m_cBench.Snapshot();
     for (const auto& [iLine, sItem, ulError] : aRow) {
         const testing::ScopedTrace cRow(__FILE__, iLine, "row");
-        const std::wstring tszPath = m_cBench.Describe(sItem + Key({"write next uint32 1"}, "@K@", "HKCU"));
+        const std::wstring tszPath = m_cBench.Describe(sItem + Reg({"write next uint32 1"}, "@K@", "HKCU"));
         RecordingStorage cRecord;
         SystemStorage cSystem;
         Decisions cRehearsed;
@@ -217,7 +217,7 @@ TEST_F(LocalUpdate, ABadEntryFailsWithItsCodeAndTheNextItemGoesOn)
         const std::uint32_t ulSeen = std::ranges::max(cDone.vecError);
         EXPECT_TRUE(ulError == 0 || (ulSeen == ulError && cRehearsed.vecError == cDone.vecError)) << ulSeen;
         EXPECT_EQ(m_cBench.Snapshot(&cRecord), m_cBench.Snapshot());
-        m_cBench.Apply(Key({"remove next"}, "@K@", "HKCU"));
+        m_cBench.Apply(Reg({"remove next"}, "@K@", "HKCU"));
         EXPECT_EQ(m_cBench.Snapshot(), vecBefore);
     }
     SetAccessList(hSub, L"D:(A;CI;0xf003f;;;WD)");

@@ -95,7 +95,7 @@ TEST_F(LocalUpdate, WhatIsMissingOrCannotBeLookedForOrReadIsToldApart)
 
 TEST_F(LocalUpdate, ADescriptionThatSomebodyElseHasOpenStaysAndNothingIsApplied)
 {
-    const std::string sItems = Key({"create+no"}, "@K@", "HKCU");
+    const std::string sItems = Reg({"create+no"}, "@K@", "HKCU");
     constexpr DWORD aHolder[][2] = {{GENERIC_WRITE, 0},
                                     {GENERIC_WRITE, FILE_SHARE_READ},
                                     {GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE},

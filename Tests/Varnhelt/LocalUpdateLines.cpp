@@ -15,7 +15,7 @@ namespace {
 TEST_F(LocalUpdate, AFailedEntryIsLoggedByItsCode)
 {
     const TraceRecorder cTrace(0x100);
-    ASSERT_EQ(m_cBench.Apply(Key({"create+no", "remove absent"}) + Ini({"erase n string v"})), Result::g_ulSuccess);
+    ASSERT_EQ(m_cBench.Apply(Reg({"create+no", "remove absent"}) + Ini({"erase n string v"})), Result::g_ulSuccess);
     const std::wstring tszAgent = L"!!! *** CLocalUpdateAgentKey::";
     const std::wstring tszItem =
         L"!!! *** CLocalUpdateManager::DoActionKeyConfig() - pAgent->DoAction failed(). tszTargetType ";
@@ -32,7 +32,7 @@ TEST_F(LocalUpdate, AFailedEntryIsLoggedByItsCode)
 TEST_F(LocalUpdate, ASuccessfulUpdateTellsEachStep)
 {
     const std::wstring tszPath =
-        m_cBench.Describe(Key({"create Sub+no", "remove+no"}, "@K@", "HKCU") + Ini({"write n string v"}));
+        m_cBench.Describe(Reg({"create Sub+no", "remove+no"}, "@K@", "HKCU") + Ini({"write n string v"}));
     const TraceRecorder cTrace;
     ASSERT_EQ(DoActionAsLocalUpdate(m_stWorker, &tszPath), Result::g_ulSuccess);
 
