@@ -17,6 +17,8 @@ namespace {
 
 /** Longest property value, with its terminator. */
 constexpr std::size_t g_uPropertySize = 260;
+/** A document type that declares more attributes is refused. */
+constexpr std::size_t g_uMostDeclared = 100;
 
 /** Turns a document's events into nodes: of the whole document, or of the first element at a path. */
 class TreeBuilder
@@ -49,8 +51,8 @@ private:
 
     Handlers Seeking() noexcept
     {
-        return {this, &XmlEvent<&TreeBuilder::PassStart>::Handle, &XmlEvent<&TreeBuilder::PassEnd>::Handle, nullptr,
-                nullptr};
+        return {this,    &XmlEvent<&TreeBuilder::PassStart>::Handle,  &XmlEvent<&TreeBuilder::PassEnd>::Handle, nullptr,
+                nullptr, &XmlEvent<&TreeBuilder::Declaration>::Handle};
     }
     Handlers Choosing() noexcept
     {
@@ -59,8 +61,20 @@ private:
     }
     Handlers Building() noexcept
     {
-        return {this, &XmlEvent<&TreeBuilder::Start>::Handle, &XmlEvent<&TreeBuilder::End>::Handle,
-                &XmlEvent<&TreeBuilder::Text>::Handle, &XmlEvent<&TreeBuilder::Comment>::Handle};
+        return {this,
+                &XmlEvent<&TreeBuilder::Start>::Handle,
+                &XmlEvent<&TreeBuilder::End>::Handle,
+                &XmlEvent<&TreeBuilder::Text>::Handle,
+                &XmlEvent<&TreeBuilder::Comment>::Handle,
+                &XmlEvent<&TreeBuilder::Declaration>::Handle};
+    }
+
+    /** Each element looks at all attributes that are declared for it: many of them would make a small document costly. */
+    void Declaration(const char*, const char*, const char*, const char*, int)
+    {
+        if (++m_uDeclared > g_uMostDeclared) {
+            m_rSource.Stop(XML_ERROR_AMPLIFICATION_LIMIT_BREACH);
+        }
     }
 
     void PassStart(const char* _szName, const char** _pszAttributes)
@@ -252,6 +266,7 @@ private:
     XmlTree& m_rTree;
     XmlParserSaxBase& m_rSource;
     std::vector<std::string> m_vecPath;
+    std::size_t m_uDeclared = 0;
     std::size_t m_uDepth = 0;   // elements open while the path is sought
     std::size_t m_uMatched = 0; // names of the path that the open elements match
     const XmlChoice* m_pChoice;

@@ -76,6 +76,8 @@ bool Expat::Bind(bool _bBind, std::uint32_t& _rulError) noexcept
         {"XML_ExpatVersionInfo", ExpatVersionInfo.Slot()},
         {"XML_GetFeatureList", GetFeatureList.Slot()},
     };
+    *SetAttlistDeclHandler.Slot() =
+        _bBind && IsLoaded() ? ::GetProcAddress(m_hModule.Get(), "XML_SetAttlistDeclHandler") : nullptr;
     return BindAll(aBindings, std::size(aBindings), _bBind, _rulError);
 }
 
@@ -165,6 +167,9 @@ void XmlParserExpatBase::SetHandlers(const Handlers& _stHandlers) noexcept
     m_expat->SetElementHandler(m_pParser, _stHandlers.pfnStart, _stHandlers.pfnEnd);
     m_expat->SetCharacterDataHandler(m_pParser, _stHandlers.pfnText);
     m_expat->SetCommentHandler(m_pParser, _stHandlers.pfnComment);
+    if (m_expat->SetAttlistDeclHandler) {
+        m_expat->SetAttlistDeclHandler(m_pParser, _stHandlers.pfnDeclaration);
+    }
 }
 
 void XmlParserExpatBase::Stop(XML_Error _enReason) noexcept

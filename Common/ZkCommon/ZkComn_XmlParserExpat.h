@@ -18,6 +18,7 @@ class EntryPoint
 {
 public:
     FARPROC* Slot() noexcept { return &m_pfnEntry; }
+    explicit operator bool() const noexcept { return m_pfnEntry != nullptr; }
 
     template <class... TArgs>
     auto operator()(TArgs&&... _args) const
@@ -77,6 +78,7 @@ public:
     EntryPoint<decltype(XML_ExpatVersion)> ExpatVersion;
     EntryPoint<decltype(XML_ExpatVersionInfo)> ExpatVersionInfo;
     EntryPoint<decltype(XML_GetFeatureList)> GetFeatureList;
+    EntryPoint<decltype(XML_SetAttlistDeclHandler)> SetAttlistDeclHandler; // the only one that may be missing
 };
 
 } // namespace ZkCommon::Library
@@ -110,6 +112,8 @@ public:
         /** Part of a text; one text may come in many parts. */
         void (*pfnText)(void* _pTarget, const char* _pText, int _iLength) = nullptr;
         void (*pfnComment)(void* _pTarget, const char* _szText) = nullptr;
+        /** The document type declares an attribute, with a default or none. */
+        XML_AttlistDeclHandler pfnDeclaration = nullptr;
     };
 
     XmlParserSaxBase() = default;

@@ -54,15 +54,18 @@ std::string Shape(const std::string& _sShape, std::size_t _uBytes)
         sText += "/>";
     } else if (_sShape == "text") {
         sText += "<InstallPuId><PuId>" + std::string(_uBytes, '1') + "</PuId></InstallPuId>";
-    } else if (_sShape == "defaults") {
-        sText = "<!DOCTYPE InstallPuIds [<!ATTLIST InstallPuId";
-        for (std::size_t uName = 0; sText.size() < _uBytes / 2; ++uName) {
+    } else if (_sShape == "defaults" || _sShape == "declarations") { // as many as are accepted, and more
+        sText = "<!DOCTYPE InstallPuIds [<!ATTLIST n";
+        const std::size_t uMost = _sShape == "defaults" ? 100 : _uBytes;
+        for (std::size_t uName = 0; uName < uMost && sText.size() < _uBytes / 2; ++uName) {
             sText += " a" + std::to_string(uName) + " CDATA 'v'";
         }
-        sText += ">]><InstallPuIds>";
+        sText += ">]><x>";
         while (sText.size() < _uBytes) {
-            sText += "<InstallPuId/>";
+            sText += "<n/>";
         }
+        sText += "</x>";
+        return sText;
     } else if (_sShape == "records") {
         while (sText.size() < _uBytes) {
             sText += sItem;

@@ -95,15 +95,18 @@ TEST(XmlHostile, WhatADocumentDeclaresCannotMakeItTakeMoreThanItsSizeAllows)
         sDocument += "<!ENTITY e" + std::to_string(i) + " '" + Repeat("&e" + std::to_string(i - 1) + ";", 10) + "'>";
     }
     sDocument += "]><r>&e10;</r>";
-    const std::string sDefaults =
-        "<!DOCTYPE r [<!ATTLIST a " + Numbered("a", " CDATA 'v' ", 20'000) + ">]><r>" + Repeat("<a/>\n", 2000) + "</r>";
-    const std::string sHonest =
-        "<!DOCTYPE r [<!ATTLIST a a CDATA 'v' b CDATA 'v'>]><r>" + Repeat("<a/>", 200'000) + "</r>";
+    const auto declaring = [](std::size_t _uAttributes, std::size_t _uElements) {
+        return "<!DOCTYPE r [<!ATTLIST a " + Numbered("a", " CDATA 'v' ", _uAttributes) + ">]><r>" +
+               Repeat("<a/>", _uElements) + "</r>";
+    };
+    const std::string sHonest = declaring(100, 2'000), sLarge = declaring(100, 10'000), sMany = declaring(101, 1);
     const std::tuple<const std::string*, const wchar_t*, std::uint32_t> aRows[] = {
         {&sDocument, L"/r", XML_ERROR_AMPLIFICATION_LIMIT_BREACH},
         {&sDocument, L"/other", XML_ERROR_AMPLIFICATION_LIMIT_BREACH},
-        {&sDefaults, L"/r", XML_ERROR_AMPLIFICATION_LIMIT_BREACH},
         {&sHonest, L"/r", 0},
+        {&sLarge, L"/r", XML_ERROR_AMPLIFICATION_LIMIT_BREACH},
+        {&sLarge, L"/other", 0},
+        {&sMany, L"/other", XML_ERROR_AMPLIFICATION_LIMIT_BREACH},
     };
     for (const auto& [psDocument, pszPath, ulCode] : aRows) {
         XmlParser parser;
