@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Every sample is clean to `vrnt check` and valid by the schema of its kind, to a validator that is not ours; and no longer
-# valid when it is spoilt. Schemas say what names mean, and the catalog leads to them. Exit status 77 (skipped) where there
-# is no release yet.
+# valid when it is spoilt. Schemas say what names and words mean, and the catalog leads to them. Exit status 77 (skipped)
+# where there is no release yet.
 . "$(dirname "$0")/../../scripts/lib.sh"
 
 vrnt=build/release/bin/vrnt.exe
@@ -46,14 +46,19 @@ threats               StrVirus.xml                        s/<Name>/<Name kind="x
 threats               antispy.xml                         s/Recommendation/Recomendation/
 local-update          Samples/updates/settings-17.2.xml   s/eMode64bit/eMode64/
 END
-# What the page for authors says is in the schemas: of the document, and of nearly all of its names.
+# What the page for authors says is in the schemas: of the document, of nearly all of its names, and of every word.
 scripts/wine $vrnt schema --catalog >"$work/catalog.xml"
+said() {
+    xmllint --xpath "count(//*[local-name()='$1'][$2])" "$schema"
+}
 for schema in "$work"/*.xsd; do
     kind=$(basename "$schema" .xsd)
     [[ $(xmlcatalog "$work/catalog.xml" "urn:varnhelt:$kind") == *"/$kind.xsd" ]] || fault "the catalog has no $kind"
-    said=$(grep -c '<xs:documentation>' "$schema")
+    names=$(said documentation "not(ancestor::*[local-name()='enumeration'])")
     bare=$(grep -cE '<xs:documentation>(Default|Needed|Else|Used|With|If|Applies)' "$schema") || true
-    [ "$said" -gt 1 ] && [ $(((bare - 1) * 5)) -le "$said" ] || fault "the schema of $kind does not say what $bare of $said names mean"
+    [ "$names" -gt 1 ] && [ $(((bare - 1) * 5)) -le "$names" ] || fault "the schema of $kind does not say what $bare of $names names mean"
+    words=$(said enumeration "@value != '' and not(.//text()[normalize-space()])")
+    [ "$words" = 0 ] || fault "the schema of $kind does not say what $words words mean"
 done
 [ $checked -ge 16 ] || fault "only $checked samples were looked at"
 [ $faults = 0 ]

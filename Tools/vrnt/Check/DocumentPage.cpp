@@ -56,33 +56,56 @@ DocumentPage::DocumentPage(std::string_view _svPage, std::string_view _svKind)
         TakeUpTo(svLinks, "](#");
         AddRows(SectionOf(_svPage, TakeUpTo(svLinks, ")")));
     }
+    AddRows(SectionOf(_svPage, "What holds for all"));
 }
 
 void DocumentPage::AddRows(std::string_view _svSection)
 {
+    std::string sOwners; // of all words of a table, as its head names them
     while (!_svSection.empty()) {
         std::string_view svLine = TakeUpTo(_svSection, "\n");
-        if (svLine.starts_with("| `")) {
+        if (svLine.empty()) {
+            sOwners.clear();
+        } else if (svLine.starts_with("| word of ")) {
+            sOwners = svLine.substr(0, svLine.find('|', 1));
+        } else if (svLine.starts_with("| `")) {
             TakeUpTo(svLine, "|");
             const std::string sNames(TakeUpTo(svLine, "|"));
-            const std::string sWhere(TakeUpTo(svLine, "|"));
+            const std::string sWhere(sOwners.empty() ? TakeUpTo(svLine, "|") : sOwners);
             m_vecRow.push_back({sNames, sWhere, PlainText(TakeUpTo(svLine, "|"))});
         }
     }
 }
 
+template <class... TTests>
+std::string DocumentPage::FirstOf(std::string_view _svName, const TTests&... _fnIsWhere) const
+{
+    std::string sFound;
+    const auto Find = [&](const auto& _fnTest) {
+        const auto itRow = std::ranges::find_if(
+            m_vecRow, [&](const Row& _rstRow) { return HasName(_rstRow.sNames, _svName) && _fnTest(_rstRow.sWhere); });
+        sFound = itRow == m_vecRow.end() ? "" : itRow->sMeaning;
+        return !sFound.empty();
+    };
+    (Find(_fnIsWhere) || ...);
+    return sFound;
+}
+
 std::string DocumentPage::Meaning(std::string_view _svElement, std::string_view _svName) const
 {
-    const auto Find = [&](const auto& _fnIsWhere) {
-        const auto itRow = std::ranges::find_if(m_vecRow, [&](const Row& _rstRow) {
-            return HasName(_rstRow.sNames, _svName) && _fnIsWhere(_rstRow.sWhere);
-        });
-        return itRow == m_vecRow.end() ? std::string() : itRow->sMeaning;
-    };
-    const std::string sOfElement = Find([&](const std::string& _rsWhere) { return HasName(_rsWhere, _svElement); });
-    return !sOfElement.empty()
-               ? sOfElement
-               : Find([](const std::string& _rsWhere) { return _rsWhere.find('`') == std::string::npos; });
+    return FirstOf(
+        _svName, [&](const std::string& _rsWhere) { return HasName(_rsWhere, _svElement); },
+        [](const std::string& _rsWhere) { return _rsWhere.find('`') == std::string::npos; });
+}
+
+std::string DocumentPage::WordMeaning(std::string_view _svElement, std::string_view _svName,
+                                      std::string_view _svWord) const
+{
+    return FirstOf(
+        _svWord,
+        [&](const std::string& _rsWhere) { return HasName(_rsWhere, _svName) && HasName(_rsWhere, _svElement); },
+        [&](const std::string& _rsWhere) { return HasName(_rsWhere, _svName); },
+        [](const std::string& _rsWhere) { return _rsWhere == "| word of a flag "; });
 }
 
 } // namespace Vrnt

@@ -8,7 +8,7 @@ namespace Vrnt {
 
 /**
  * What the page for authors of documents, docs/documents.md, says of a kind of document: its first sentence, and the rows
- * of its table of names. So what a name means is said once.
+ * of its tables of names and of words. So what a name or a word means is said once.
  */
 class DocumentPage
 {
@@ -25,13 +25,20 @@ public:
     /** What an attribute or child of an element is: "text, for the trace log only"; empty likewise. */
     std::string Meaning(std::string_view _svElement, std::string_view _svName) const;
 
+    /** What a word is as the text of an attribute or child of an element: "may not run; the default"; empty likewise. */
+    std::string WordMeaning(std::string_view _svElement, std::string_view _svName, std::string_view _svWord) const;
+
 private:
     struct Row
     {
-        std::string sNames; // with their marks
-        std::string sWhere; // likewise
+        std::string sNames; // or words, with their marks
+        std::string sWhere; // likewise: what has them
         std::string sMeaning;
     };
+
+    /** The meaning in the first row of a name whose place satisfies the first of the tests that any row satisfies. */
+    template <class... TTests>
+    std::string FirstOf(std::string_view _svName, const TTests&... _fnIsWhere) const;
 
     void AddRows(std::string_view _svSection);
 

@@ -119,14 +119,17 @@ std::wstring AnyCase(std::wstring_view _svWord)
     return tszPattern;
 }
 
-Node Restriction(const wchar_t* _pszFacet, const std::vector<std::wstring>& _vecValue)
+/** Texts of which each value satisfies the facet. */
+Node Restriction(std::vector<Node> _vecFacet)
 {
     Node stType = Xs(L"simpleType");
-    Node& rstRestriction = stType.Add(Xs(L"restriction")).With(L"base", L"xs:string");
-    for (const std::wstring& tszValue : _vecValue) {
-        rstRestriction.Add(Xs(_pszFacet)).With(L"value", tszValue);
-    }
+    stType.Add(Xs(L"restriction")).With(L"base", L"xs:string").vecChild = std::move(_vecFacet);
     return stType;
+}
+
+Node Facet(const wchar_t* _pszName, std::wstring_view _svValue)
+{
+    return Xs(_pszName).With(L"value", _svValue);
 }
 
 /** Builds a schema; sets of words and forms of numbers become types with a name, as often as they are used. */
@@ -171,18 +174,19 @@ private:
             AddForeign(stType, true);
             stElement.Add(std::move(stType));
         } else if (bLeaf && !_rstShape.vecText.empty()) {
-            stElement.With(L"type", TypeOf(_rstShape.svName, _rstShape.vecText.front()));
+            stElement.With(L"type", TypeOf(_svOwner, _rstShape.svName, _rstShape.vecText.front()));
         } else {
-            stElement.Add(ComplexType(_rstShape));
+            stElement.Add(ComplexType(_rstShape, _svOwner));
         }
         return stElement;
     }
 
-    Node ComplexType(const ElementShape& _rstShape)
+    Node ComplexType(const ElementShape& _rstShape, std::wstring_view _svOwner)
     {
         Node stType = Xs(L"complexType");
         if (!_rstShape.vecText.empty()) { // no document has an element with both a text and elements
-            Node stExtension = Xs(L"extension").With(L"base", TypeOf(_rstShape.svName, _rstShape.vecText.front()));
+            Node stExtension =
+                Xs(L"extension").With(L"base", TypeOf(_svOwner, _rstShape.svName, _rstShape.vecText.front()));
             AddAttributes(stExtension, _rstShape);
             stType.Add(Xs(L"simpleContent")).Add(std::move(stExtension));
             return stType;
@@ -230,7 +234,7 @@ private:
         for (const AttributeShape& stAttribute : _rstShape.vecAttribute) {
             Node& rstAttribute = _rstType.Add(Xs(L"attribute"))
                                      .With(L"name", stAttribute.svName)
-                                     .With(L"type", TypeOf(stAttribute.svName, stAttribute.stText));
+                                     .With(L"type", TypeOf(_rstShape.svName, stAttribute.svName, stAttribute.stText));
             if (IsNeeded(stAttribute.stText)) {
                 rstAttribute.With(L"use", L"required");
             }
@@ -268,12 +272,12 @@ private:
         }
     }
 
-    /** The name of the type of the text under a name. */
-    std::wstring TypeOf(std::wstring_view _svName, const TextShape& _rstText)
+    /** The name of the type of the text that an owner has under a name. */
+    std::wstring TypeOf(std::wstring_view _svOwner, std::wstring_view _svName, const TextShape& _rstText)
     {
         switch (_rstText.enKind) {
         case Kind::Word:
-            return WordType(_svName, _rstText);
+            return WordType(_svOwner, _svName, _rstText);
         case Kind::Number:
             return NumberType(L"number", {L"0[xX]0*[0-9A-Fa-f]{1,8}", L"0[0-7]*", L"[1-9][0-9]{0,8}", L"[1-3][0-9]{9}",
                                           L"4[01][0-9]{8}", L"42[0-8][0-9]{7}", L"429[0-3][0-9]{6}",
@@ -288,40 +292,57 @@ private:
 
     std::wstring NumberType(const wchar_t* _pszName, const std::vector<std::wstring>& _vecPattern)
     {
-        Node stType = Restriction(L"pattern", _vecPattern);
+        std::vector<Node> vecPattern;
+        for (const std::wstring& tszPattern : _vecPattern) {
+            vecPattern.push_back(Facet(L"pattern", tszPattern));
+        }
+        Node stType = Restriction(std::move(vecPattern));
         stType.vecAttribute = {{L"name", _pszName}};
         AddGlobal(std::move(stType));
         return _pszName;
     }
 
-    /** A set of words is named after what uses it first. One that may be empty has the empty text besides. */
-    std::wstring WordType(std::wstring_view _svName, const TextShape& _rstText)
+    /** A set of words, with what each means to a name of an owner. One that may be empty has the empty text besides. */
+    Node WordSet(std::wstring_view _svOwner, std::wstring_view _svName, const TextShape& _rstText) const
     {
+        using namespace ZkCommon::String;
         const Frwk::WordTable& rstTable = *_rstText.pWords;
-        const auto [itName, bNew] = m_mapWords.try_emplace({&rstTable, _rstText.bOptional});
+        std::vector<Node> vecWord;
+        std::vector<Node> vecAnyCase;
+        for (const Frwk::Word& stWord : rstTable.aWord) {
+            Node& rstWord = vecWord.emplace_back(Facet(L"enumeration", stWord.svText));
+            if (const std::string sMeaning =
+                    m_rPage.WordMeaning(ToUtf8(_svOwner), ToUtf8(_svName), ToUtf8(stWord.svText));
+                !sMeaning.empty()) {
+                rstWord.Add(Documentation(FromUtf8(sMeaning)));
+            }
+            vecAnyCase.push_back(Facet(L"pattern", AnyCase(stWord.svText)));
+        }
+        if (_rstText.bOptional && Frwk::Utility::FindWord(rstTable, {}) == nullptr) {
+            vecWord.push_back(Facet(L"enumeration", {}));
+        }
+        Node stType = Restriction(std::move(vecWord));
+        if (rstTable.bAnyCase) { // editors complete by the first, and validate by either
+            Node stUnion = Xs(L"simpleType");
+            Node& rstUnion = stUnion.Add(Xs(L"union"));
+            rstUnion.Add(std::move(stType));
+            rstUnion.Add(Restriction(std::move(vecAnyCase)));
+            stType = std::move(stUnion);
+        }
+        return stType;
+    }
+
+    /** Sets that are equal are one type, which is named after what uses it first. */
+    std::wstring WordType(std::wstring_view _svOwner, std::wstring_view _svName, const TextShape& _rstText)
+    {
+        Node stType = WordSet(_svOwner, _svName, _rstText);
+        const auto [itName, bNew] = m_mapWords.try_emplace(Printed(stType));
         if (bNew) {
             std::wstring tszName = std::wstring(_svName) + L"Word";
             while (std::ranges::any_of(m_mapWords, [&](const auto& _rPair) { return _rPair.second == tszName; })) {
                 tszName += L's';
             }
             itName->second = std::move(tszName);
-            std::vector<std::wstring> vecWord;
-            std::vector<std::wstring> vecAnyCase;
-            for (const Frwk::Word& stWord : rstTable.aWord) {
-                vecWord.emplace_back(stWord.svText);
-                vecAnyCase.push_back(AnyCase(stWord.svText));
-            }
-            if (_rstText.bOptional && Frwk::Utility::FindWord(rstTable, {}) == nullptr) {
-                vecWord.emplace_back();
-            }
-            Node stType = Restriction(L"enumeration", vecWord);
-            if (rstTable.bAnyCase) { // editors complete by the first, and validate by either
-                Node stUnion = Xs(L"simpleType");
-                Node& rstUnion = stUnion.Add(Xs(L"union"));
-                rstUnion.Add(std::move(stType));
-                rstUnion.Add(Restriction(L"pattern", vecAnyCase));
-                stType = std::move(stUnion);
-            }
             stType.vecAttribute = {{L"name", itName->second}};
             AddGlobal(std::move(stType));
         }
@@ -330,7 +351,7 @@ private:
 
     const DocumentPage& m_rPage;
     std::vector<Node> m_vecGlobal;
-    std::map<std::pair<const Frwk::WordTable*, bool>, std::wstring> m_mapWords;
+    std::map<std::string, std::wstring> m_mapWords; // the names of sets of words, by the type without its name
 };
 
 } // namespace
