@@ -11,6 +11,7 @@
 #include "Floor.h"
 #include "FunctionXml.h"
 #include "Measure.h"
+#include "Sample/SampleTables.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
@@ -37,10 +38,11 @@ constexpr unsigned g_ulMore = 100;
 struct Sample
 {
     DocumentId enDocument;
-    const char* szFile;                 // full path of the plain text
+    const char* szFile;                 // full path of the plain text, or the name of one that is made
     std::string_view svRecords;         // the element whose content is repeated
     std::string_view svIdentifier{};    // an attribute whose values stay distinct, with its equals sign and quote
     const wchar_t* pszStored = nullptr; // where the document has no fixed name
+    std::string (*pfnText)() = nullptr; // makes the plain text
 };
 
 constexpr Sample g_stServiceUnits{DocumentId::ServiceUnits, SAMPLES_FOLDER "/FwSvUnit.xml", "BaseFramework"};
@@ -48,9 +50,11 @@ constexpr Sample g_stPolicy{DocumentId::Policy, SAMPLES_FOLDER "/FwPolicy.xml", 
 constexpr Sample g_stEnforceData{DocumentId::EnforceData, SAMPLES_FOLDER "/FwEnfDat.xml", "DataControllers"};
 constexpr Sample g_stPuIds{DocumentId::PuIds, SAMPLES_FOLDER "/FwCompId.xml", "InstallPuIds"};
 constexpr Sample g_stVersionInfo{DocumentId::VersionInfo, SAMPLES_FOLDER "/CmpVerIf.xml", "QmrVersionInfo"};
-constexpr Sample g_stCompetitorActions{DocumentId::CompetitorActions, TABLES_FOLDER "/rivalact.xml", "Sequence"};
-constexpr Sample g_stCompetitorDetections{DocumentId::CompetitorDetections, TABLES_FOLDER "/rivaldet.xml",
-                                          "CompetitorDetection"};
+constexpr Sample g_stCompetitorActions{DocumentId::CompetitorActions, "rivalact.xml", "Sequence", {}, nullptr,
+                                       &Vrnt::SampleCompetitorActions};
+constexpr Sample g_stCompetitorDetections{
+    DocumentId::CompetitorDetections, "rivaldet.xml", "CompetitorDetection", {}, nullptr,
+    &Vrnt::SampleCompetitorPatterns};
 constexpr Sample g_stCompatibility{DocumentId::Compatibility, SAMPLES_FOLDER "/compatck.xml", "Platforms"};
 constexpr Sample g_stPreUpdateList{
     DocumentId::PreUpdateList, SAMPLES_FOLDER "/PrePuReq.xml", "components", {}, L"PrePuReq.xml"};
@@ -59,14 +63,18 @@ constexpr Sample g_stComponent{DocumentId::Component, SAMPLES_FOLDER "/DepComp.x
 constexpr Sample g_stKeyConfig{DocumentId::KeyConfig, SAMPLES_FOLDER "/regkycfg.xml", "Config"};
 constexpr Sample g_stRegistryData{
     DocumentId::RegistryData, SAMPLES_FOLDER "/RegData.xml", "Quillmar", {}, L"RegData.xml"};
-constexpr Sample g_stThreatsOrkap{DocumentId::ThreatsOrkap, TABLES_FOLDER "/StrVirus.xml", "Threats", "id=\""};
-constexpr Sample g_stThreatsElmap{DocumentId::ThreatsElmap, TABLES_FOLDER "/antispy.xml", "Threats", "id=\""};
+constexpr Sample g_stThreatsOrkap{DocumentId::ThreatsOrkap, "StrVirus.xml", "Threats", "id=\"", nullptr,
+                                  &Vrnt::SampleVirusNames};
+constexpr Sample g_stThreatsElmap{DocumentId::ThreatsElmap, "antispy.xml", "Threats", "id=\"", nullptr,
+                                  &Vrnt::SampleSpyware};
 
 const std::string& TextOf(const Sample& _rstSample)
 {
     static std::map<std::string, std::string> mapText;
     std::string& rsText = mapText[_rstSample.szFile];
-    if (rsText.empty()) {
+    if (rsText.empty() && _rstSample.pfnText != nullptr) {
+        rsText = _rstSample.pfnText();
+    } else if (rsText.empty()) {
         std::ifstream cFile(_rstSample.szFile, std::ios::binary);
         rsText.assign(std::istreambuf_iterator<char>(cFile), {});
     }

@@ -160,20 +160,10 @@ wine_ready() {
     step "Wine prefix" scripts/wine --start
 }
 
-# product_documents FOLDER: lays out the product's documents there from the plain ones of Samples/documents/.
+# product_documents FOLDER: lays out the sample product there; the folder must be empty or missing.
 product_documents() {
-    local folder=$1 plain stored document
-    mkdir -p "$folder"
-    while read -r plain stored document; do
-        if [ "$document" = - ]; then
-            cp "Samples/documents/$plain" "$folder/$stored"
-        else
-            scripts/wine build/release/bin/vrnt.exe xen encrypt --document "$document" \
-                "Samples/documents/$plain" "$(windows_path "$folder/$stored")"
-        fi
-    done < <(grep -v '^#' Samples/documents/LIST)
-    scripts/sample-tables "$folder"
-    cp build/release/bin/libexpat.dll "$folder/"
+    scripts/wine build/release/bin/vrnt.exe sample "$(windows_path "$1")" >/dev/null
+    cp build/release/bin/libexpat.dll "$1/"
 }
 
 # windows_path PATH: how a program under Wine names this absolute path.

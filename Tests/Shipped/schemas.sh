@@ -9,7 +9,7 @@ vrnt=build/release/bin/vrnt.exe
 work=$root/build/schemas
 rm -rf "$work"
 mkdir -p "$work"
-scripts/sample-tables "$work"
+scripts/wine $vrnt sample "$(windows_path "$work/product")" >/dev/null
 faults=0
 checked=0
 fault() {
@@ -19,7 +19,7 @@ fault() {
 
 # A kind of document, a sample of it, and what spoils the sample.
 while read -r kind sample spoil; do
-    [ -e "$sample" ] || sample=$work/$sample
+    [ -e "$sample" ] || sample=$work/product/$sample
     scripts/wine $vrnt schema --document "$kind" >"$work/$kind.xsd" || fault "no schema for $kind"
     told=$(scripts/wine $vrnt check "$(windows_path "$(realpath "$sample")")") ||
         fault "$sample is not clean: $(head -n 3 <<<"$told")"
