@@ -1,6 +1,7 @@
 #include "ZkComn_String.h"
 
 #include "ZkComn_Exception.h"
+#include "ZkComn_HexDigit.h"
 
 #include <limits>
 #include <memory>
@@ -34,15 +35,6 @@ bool IsBlank(wchar_t _c) noexcept
     return _c == L' ' || (_c >= L'\t' && _c <= L'\r');
 }
 
-unsigned DigitOf(wchar_t _c) noexcept
-{
-    if (_c >= L'0' && _c <= L'9') {
-        return static_cast<unsigned>(_c - L'0');
-    }
-    const wchar_t cLower = static_cast<wchar_t>(_c | 0x20);
-    return cLower >= L'a' && cLower <= L'f' ? static_cast<unsigned>(cLower - L'a') + 10 : 16;
-}
-
 /** What the front of a text holds, read as an unsigned number in automatic base. */
 template <class T>
 struct Reading
@@ -61,7 +53,7 @@ Reading<T> ReadDigits(std::wstring_view _svText, std::size_t _uStart) noexcept
     std::size_t uAt = _uStart;
     if (uAt < _svText.size() && _svText[uAt] == L'0') {
         uBase = 8;
-        if (uAt + 2 < _svText.size() && (_svText[uAt + 1] | 0x20) == L'x' && DigitOf(_svText[uAt + 2]) < 16) {
+        if (uAt + 2 < _svText.size() && (_svText[uAt + 1] | 0x20) == L'x' && DigitOf(_svText[uAt + 2]) != g_uNoDigit) {
             uBase = 16;
             uAt += 2;
         }

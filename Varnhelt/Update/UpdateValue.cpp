@@ -1,5 +1,6 @@
 #include "Update/UpdateValue.h"
 
+#include "ZkComn_HexDigit.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>
@@ -33,26 +34,17 @@ std::wstring HexadecimalOf(const std::vector<std::uint8_t>& _rvecBytes)
     return tszText;
 }
 
-std::optional<std::uint8_t> DigitOf(wchar_t _c)
-{
-    if (_c >= L'0' && _c <= L'9') {
-        return static_cast<std::uint8_t>(_c - L'0');
-    }
-    const wchar_t c = static_cast<wchar_t>(_c | 0x20);
-    return c >= L'a' && c <= L'f' ? std::optional(static_cast<std::uint8_t>(c - L'a' + 10)) : std::nullopt;
-}
-
 /** An odd last digit is ignored; there must be a byte. */
 std::optional<Value> BytesOf(const std::wstring& _rtszHex)
 {
     std::vector<std::uint8_t> vecBytes(_rtszHex.size() / 2);
     for (std::size_t i = 0; i < vecBytes.size(); ++i) {
-        const auto ucHigh = DigitOf(_rtszHex[2 * i]);
-        const auto ucLow = DigitOf(_rtszHex[2 * i + 1]);
-        if (!ucHigh || !ucLow) {
+        const unsigned uHigh = String::DigitOf(_rtszHex[2 * i]);
+        const unsigned uLow = String::DigitOf(_rtszHex[2 * i + 1]);
+        if (uHigh == String::g_uNoDigit || uLow == String::g_uNoDigit) {
             return std::nullopt;
         }
-        vecBytes[i] = static_cast<std::uint8_t>(*ucHigh << 4 | *ucLow);
+        vecBytes[i] = static_cast<std::uint8_t>(uHigh << 4 | uLow);
     }
     return vecBytes.empty() ? std::nullopt : std::optional(Value::Of(std::move(vecBytes)));
 }
