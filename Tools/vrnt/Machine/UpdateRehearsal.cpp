@@ -7,6 +7,7 @@
 #include "Update/LocalUpdateAgentKey.h"
 #include "Update/LocalUpdateManager.h"
 #include "Update/SystemKey.h"
+#include "ZkComn_Exception.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>
@@ -147,7 +148,31 @@ void UpdateRehearsal::OnItem(const LocalUpdateKey& _rstItem, UpdateReason _enRea
 void UpdateRehearsal::OnEntry(const UpdatePlace& _rstPlace, const LocalUpdateEntry& _rstEntry,
                               const UpdateDecision& _rstDecision)
 {
-    m_vecItem.back().vecEntry.push_back({&_rstEntry, _rstPlace, _rstDecision});
+    Entry stEntry{&_rstEntry, _rstPlace, _rstDecision};
+    UpdateDecision& rstDecision = stEntry.stDecision;
+    if (Documents::IsAction(_rstEntry, UpdateWords::ActionRemove) &&
+        rstDecision.enReason == UpdateReason::SystemError &&
+        rstDecision.ulError == ERROR_FILE_NOT_FOUND) { // the library fails for it; the machine is as it should be
+        rstDecision.enEffect = UpdateEffect::Skip;
+        rstDecision.enReason = UpdateReason::PlaceAbsent;
+    }
+    const bool bIdleCreate =
+        Documents::IsAction(_rstEntry, UpdateWords::ActionCreate) &&
+        (rstDecision.enReason == UpdateReason::PlacePresent || rstDecision.enReason == UpdateReason::NoAllAccess);
+    stEntry.bLeftUndone = bIdleCreate && !IsThere(stEntry);
+    m_vecItem.back().vecEntry.push_back(std::move(stEntry));
+}
+
+/** Whether the key or section that an entry is to create is there. */
+bool UpdateRehearsal::IsThere(const Entry& _rstEntry)
+{
+    try {
+        return m_cStorage.Of(_rstEntry.stPlace)
+            .Exists(CLocalUpdateAgentKey::NewPlaceOf(_rstEntry.stPlace, *_rstEntry.pEntry));
+    } catch (ZkCommon::Exception::Base* pError) { // the name is that of no key
+        const ZkCommon::Exception::Caught pCaught(pError);
+        return false;
+    }
 }
 
 void UpdateRehearsal::CompareWithMachine()
@@ -168,7 +193,7 @@ void UpdateRehearsal::CompareWithMachine()
 bool UpdateRehearsal::IsRefused(const Entry& _rstEntry) const
 {
     const UpdateDecision& rstDecision = _rstEntry.stDecision;
-    return rstDecision.enEffect == UpdateEffect::Refuse || rstDecision.enReason == UpdateReason::NoAllAccess ||
+    return rstDecision.enEffect == UpdateEffect::Refuse || _rstEntry.bLeftUndone ||
            (m_bCompared && IsDoing(rstDecision.enEffect) && !_rstEntry.bApplied);
 }
 
@@ -241,6 +266,9 @@ std::string UpdateRehearsal::WhyNot(const Entry& _rstEntry) const
     const UpdateDecision& rstDecision = _rstEntry.stDecision;
     if (m_bCompared && IsDoing(rstDecision.enEffect) && !_rstEntry.bApplied) {
         return "the machine is not as it should be afterwards; the trace log has the cause";
+    }
+    if (_rstEntry.bLeftUndone && rstDecision.enReason == UpdateReason::PlacePresent) {
+        return R"(it is not there, and only with "OverWrite" an existing key gets it)";
     }
     return Why(*_rstEntry.pEntry, rstDecision.enReason, rstDecision.ulError) +
            (rstDecision.bInPart ? InPart(*_rstEntry.pEntry) : "");

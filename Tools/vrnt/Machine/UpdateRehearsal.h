@@ -45,6 +45,7 @@ private:
         const Varnhelt::LocalUpdateEntry* pEntry = nullptr;
         Varnhelt::UpdatePlace stPlace; // of the item
         Varnhelt::UpdateDecision stDecision;
+        bool bLeftUndone = false; // it is skipped, and the key that it is to create is not there
         bool bApplied = false;
     };
     struct Item
@@ -62,6 +63,7 @@ private:
     std::string WhyNot(const Item& _rstItem) const;
     std::string WhyNot(const Entry& _rstEntry) const;
 
+    bool IsThere(const Entry& _rstEntry);
     bool IsRefused(const Entry& _rstEntry) const;
     Json ItemToJson(const Item& _rstItem) const;
 
