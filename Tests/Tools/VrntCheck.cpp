@@ -220,7 +220,7 @@ TEST(VrntCheck, UnknownWordsOfTheCommandLineAreToldWithTheNearest)
 {
     const std::pair<std::vector<std::wstring>, const char*> aRow[] = {
         {{L"chekc"}, "did you mean check?\n"},
-        {{L"query", L"polcy"}, "did you mean policy?\n"},
+        {{L"help", L"query", L"polcy"}, "did you mean policy?\n"},
         {{L"schema", L"--documnt", L"policy"}, "unknown option --documnt; did you mean --document?\n"},
         {{L"schema", L"--document", L"polcy"}, "policy"},
     };

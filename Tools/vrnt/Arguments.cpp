@@ -19,6 +19,9 @@ std::wstring ToFullPath(const std::string& _rsUtf8)
     if (_rsUtf8.empty()) {
         throw UsageError("an empty path names no file");
     }
+    if (_rsUtf8 == "-") {
+        throw UsageError("a file or folder is needed here: - stands for a stream only where the help says so");
+    }
     if (_rsUtf8.find('"') != std::string::npos) {
         throw UsageError("a quotation mark is in the path \"" + _rsUtf8 +
                          "\": leave out the backslash before the closing quotation mark");

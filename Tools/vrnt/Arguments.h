@@ -17,7 +17,10 @@ public:
 /** An argument of the command line as text. */
 std::wstring ToWide(const std::string& _rsUtf8);
 
-/** An argument that names a file: absolute, as the library needs it. @throws UsageError when it is empty or holds a quotation mark */
+/**
+ * An argument that names a file: absolute, as the library needs it.
+ * @throws UsageError when it is empty or "-", or holds a quotation mark
+ */
 std::wstring ToFullPath(const std::string& _rsUtf8);
 
 /**

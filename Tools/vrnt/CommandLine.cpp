@@ -191,6 +191,9 @@ int RunCommand(const Parsed& _rstParsed)
     const Arguments& rArguments = _rstParsed.cArguments;
     stTool.stOptions = {rArguments.Text(g_stModule), rArguments.Has(g_stJson), rArguments.Has(g_stPlain),
                         rArguments.Has(g_stWide)};
+    if (rArguments.Has(g_stModule)) {
+        ToFullPath(stTool.stOptions.sModule); // refuses what names no file
+    }
     if (stTool.stOptions.bJson && stTool.stOptions.bPlain) {
         throw UsageError("--json and --plain cannot be given together");
     }
@@ -220,7 +223,10 @@ int Run(std::vector<std::string> _vecArgument)
         std::vector<std::string> vecLeft = vecArgument;
         cApp.parse(vecLeft);
         return RunCommand(stParsed);
-    } catch (const CLI::CallForHelp&) {
+    } catch (const CLI::CallForHelp& rHelp) {
+        if (stParsed.pCommand->pfnRun == nullptr && cApp.remaining_size(true) != 0) { // help on an unknown command
+            return Complain(Explain(cApp, stParsed, rHelp));
+        }
         Write(HelpOf(*stParsed.pCommand, stParsed.sPath));
         return ExitSuccess;
     } catch (const CLI::CallForVersion& rVersion) {
