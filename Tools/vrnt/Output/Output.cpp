@@ -170,7 +170,7 @@ void PrintNotice(const Tool& _rTool, const std::string& _rsText)
     if (_rTool.pNotices != nullptr) {
         _rTool.pNotices->push_back(_rsText);
     } else {
-        WriteError("vrnt: " + _rsText + "\n");
+        WriteError("vrnt: " + OneLine(_rsText) + "\n");
     }
 }
 
