@@ -130,7 +130,9 @@ TEST_F(VrntTrace, ShowFiltersByTimeAndCaseAndRefusesWhatIsNoTrace)
         vecArgument.insert(vecArgument.end(), vecOption.begin(), vecOption.end());
         EXPECT_EQ(Data(vecArgument).size(), uExpected) << iLine;
     }
-    EXPECT_EQ(RunVrnt({L"trace", L"show", tszFile, L"--since", L"soon"}).iExitStatus, 2);
+    for (const wchar_t* pszWhen : {L"soon", L"2026-02-30", L"2026-02-28T24:00", L""}) {
+        EXPECT_EQ(RunVrnt({L"trace", L"show", tszFile, L"--since", pszWhen}).iExitStatus, 2);
+    }
     EXPECT_EQ(RunVrnt({L"trace", L"show", m_cLogs.File(L"other.log")}).iExitStatus, 2);
     EXPECT_EQ(Data({L"trace", L"show", m_cLogs.File(L"empty.log")}), Json::array());
 }

@@ -69,12 +69,32 @@ std::optional<std::uint64_t> SecondsOf(std::string_view _svText)
                                                                                : std::optional(ulCount * pUnit->second);
 }
 
+/** Whether the calendar has a moment that is written as a trace file's. */
+bool IsMoment(std::string_view _svTime)
+{
+    if (!IsTraceTime(_svTime)) {
+        return false;
+    }
+    const auto Part = [&](std::size_t _uAt, std::size_t _uDigits) {
+        WORD usPart = 0;
+        std::from_chars(_svTime.data() + _uAt, _svTime.data() + _uAt + _uDigits, usPart);
+        return usPart;
+    };
+    const SYSTEMTIME stTime{.wYear = Part(6, 4),
+                            .wMonth = Part(3, 2),
+                            .wDayOfWeek = 0,
+                            .wDay = Part(0, 2),
+                            .wHour = Part(11, 2),
+                            .wMinute = Part(14, 2),
+                            .wSecond = Part(17, 2),
+                            .wMilliseconds = Part(20, 3)};
+    FILETIME stIgnored{};
+    return ::SystemTimeToFileTime(&stTime, &stIgnored) != FALSE;
+}
+
 /** The earliest time that --since asks for. @throws UsageError for what is neither a period nor a date */
 std::string EarliestOf(const std::string& _rsSince)
 {
-    if (_rsSince.empty()) {
-        return {};
-    }
     if (const auto ullSeconds = SecondsOf(_rsSince)) {
         return SortableBefore(*ullSeconds);
     }
@@ -91,7 +111,7 @@ std::string EarliestOf(const std::string& _rsSince)
         uTime == 0 || uTime == 6 || uTime == 9 || uTime == svTimeForm.size()) {
         sText.append(svTimeForm.substr(uTime));
     }
-    if (!IsTraceTime(sText)) {
+    if (!IsMoment(sText)) {
         throw UsageError("--since: \"" + _rsSince +
                          "\" is neither a period (10m, 2h, 3d) nor a date (2026-11-24, 2026-11-24 23:25)");
     }
@@ -106,7 +126,7 @@ public:
         : m_bErrors(_rArguments.Has(g_stErrors)),
           m_bIgnoreCase(_rArguments.Has(g_stIgnoreCase)),
           m_sGrep(Folded(_rArguments.Text(g_stGrep))),
-          m_sEarliest(EarliestOf(_rArguments.Text(g_stSince)))
+          m_sEarliest(_rArguments.Has(g_stSince) ? EarliestOf(_rArguments.Text(g_stSince)) : std::string())
     {}
 
     bool Shows(const TraceFileLine& _rstLine) const
