@@ -115,6 +115,7 @@ TEST(VrntSample, EveryDocumentIsCleanAndTheRegistrationIsPutBack)
     EXPECT_EQ(StartVrnt({L"sample", tszFolder}).iExitStatus, 2); // it is not empty
     EXPECT_EQ(StartVrnt({L"sample", tszFolder, L"--remove"}).iExitStatus, 0);
     EXPECT_FALSE(std::filesystem::exists(tszFolder));
+    EXPECT_EQ(RunVrnt({L"sample", cProduct.Folder().Path().wstring(), L"--remove"}).iExitStatus, 2); // it is no sample
     EXPECT_THAT(RunVrnt({L"documents"}).sOutput,
                 HasSubstr(ZkCommon::String::ToUtf8(cProduct.Folder().Path().wstring())));
 }

@@ -26,6 +26,7 @@ using ZkCommon::Storage::Registry;
 using ZkCommon::String::ToUtf8;
 
 constexpr const wchar_t* g_szBeforeFile = L"registered-before.json";
+constexpr const wchar_t* g_szOnlyInSamples = L"firewall-off.json";
 
 /** A document in the program's resources. */
 std::string Resource(const std::string& _rsName)
@@ -167,6 +168,9 @@ void RegisterSample(const std::filesystem::path& _rtszFolder)
 
 void RemoveSample(const std::filesystem::path& _rtszFolder)
 {
+    if (!File::Exists((_rtszFolder / g_szOnlyInSamples).wstring())) { // a product's own documents have the same names
+        throw UsageError("there is no sample product in " + Quoted(std::wstring_view(_rtszFolder.native())));
+    }
     const std::filesystem::path tszBefore = _rtszFolder / g_szBeforeFile;
     if (File::Exists(tszBefore.wstring())) {
         const Json jsBefore = ParseJson(ReadInputFile(ToUtf8(tszBefore.wstring())));
@@ -180,7 +184,7 @@ void RemoveSample(const std::filesystem::path& _rtszFolder)
         }
     }
     std::error_code cIgnored;
-    for (const SampleFile& stFile : SampleFiles()) {
+    for (const SampleFile& stFile : SampleFiles()) { // the last one is the one that is in samples only
         std::filesystem::remove(_rtszFolder / stFile.tszName, cIgnored);
     }
     std::filesystem::remove(tszBefore, cIgnored);

@@ -14,7 +14,10 @@ void RefuseOtherProduct();
 /** Registers the folder as the installed product, and keeps in it what was registered before. */
 void RegisterSample(const std::filesystem::path& _rtszFolder);
 
-/** Takes back the registration and the files; what others put into the folder stays. */
+/**
+ * Takes back the registration and the files; what others put into the folder stays.
+ * @throws UsageError when there is no sample product in it
+ */
 void RemoveSample(const std::filesystem::path& _rtszFolder);
 
 } // namespace Vrnt
