@@ -64,60 +64,102 @@ std::uint32_t Checked(const TCall& _fnCall)
     return ulResult;
 }
 
-/** @return the record or container of the value type, which has no request. @throws Failure */
+/** What a query gave: its result code, and the record or container as it is then; what was read before a failure stays. */
 template <std::uint32_t t_ulValueType>
-requires std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request>
-typename SrvFrwk::CallsOf<t_ulValueType>::Answer Query(SrvFrwk::Interface::IFunctionProvider& _rFunction)
+struct Answer
 {
-    typename SrvFrwk::CallsOf<t_ulValueType>::Answer cAnswer{};
-    Checked([&] { return _rFunction.QueryValue(0, t_ulValueType, 0, &cAnswer, 0, nullptr); });
-    return cAnswer;
+    std::uint32_t ulResult = SrvFrwk::Result::g_ulMissingObject; // one of SrvFrwk::Result
+    typename SrvFrwk::CallsOf<t_ulValueType>::Answer cValue{};
+};
+
+/** Queries the value type, which has no request. A failure is a result code, not an exception. */
+template <std::uint32_t t_ulValueType>
+requires std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request> Answer<t_ulValueType>
+TryQuery(SrvFrwk::Interface::IFunctionProvider& _rFunction)
+{
+    Answer<t_ulValueType> stAnswer;
+    stAnswer.ulResult = _rFunction.QueryValue(0, t_ulValueType, 0, &stAnswer.cValue, 0, nullptr);
+    return stAnswer;
 }
 
-/**
- * @param _rRequest  the request record, which is only read; or the number that is looked up
- * @return the record or container of the value type
- * @throws Failure; what was read before it is lost: QueryValue itself leaves it in the container
- */
+/** The same with a request record, which is only read; or with the number that is looked up. */
 template <std::uint32_t t_ulValueType>
-requires(!std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request>)
-    typename SrvFrwk::CallsOf<t_ulValueType>::Answer
-    Query(SrvFrwk::Interface::IFunctionProvider& _rFunction,
-          const typename SrvFrwk::CallsOf<t_ulValueType>::Request& _rRequest)
+requires(!std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request>) Answer<t_ulValueType> TryQuery(
+    SrvFrwk::Interface::IFunctionProvider& _rFunction,
+    const typename SrvFrwk::CallsOf<t_ulValueType>::Request& _rRequest)
 {
     using Calls = SrvFrwk::CallsOf<t_ulValueType>;
-    typename Calls::Answer cAnswer{};
+    Answer<t_ulValueType> stAnswer;
     void* pOption = nullptr;
     if constexpr (requires { Calls::pulKey; }) {
-        cAnswer.*Calls::pulKey = _rRequest;
+        stAnswer.cValue.*Calls::pulKey = _rRequest;
     } else {
         pOption = const_cast<typename Calls::Request*>(&_rRequest); // NOLINT(*-const-cast): the interface has one type
     }
-    Checked([&] { return _rFunction.QueryValue(0, t_ulValueType, 0, &cAnswer, 0, pOption); });
-    return cAnswer;
+    stAnswer.ulResult = _rFunction.QueryValue(0, t_ulValueType, 0, &stAnswer.cValue, 0, pOption);
+    return stAnswer;
 }
 
-/** Stores the record or container, which is only read. @throws Failure */
+/** Stores the record or container, which is only read. @return one of SrvFrwk::Result */
 template <std::uint32_t t_ulValueType>
-void Store(SrvFrwk::Interface::IFunctionProvider& _rFunction,
-           const typename SrvFrwk::CallsOf<t_ulValueType>::Stored& _rStored)
+std::uint32_t TryStore(SrvFrwk::Interface::IFunctionProvider& _rFunction,
+                       const typename SrvFrwk::CallsOf<t_ulValueType>::Stored& _rStored)
 {
     auto* const pStored =
         const_cast<typename SrvFrwk::CallsOf<t_ulValueType>::Stored*>(&_rStored); // NOLINT(*-const-cast)
-    Checked([&] { return _rFunction.StoreValue(0, t_ulValueType, 0, pStored, 0, nullptr); });
+    return _rFunction.StoreValue(0, t_ulValueType, 0, pStored, 0, nullptr);
 }
 
 /**
  * Carries out a local update.
  * @param _tszPath  the full path of its description, which is deleted unless it asks to stay
- * @return false when nothing was applied: the description is missing, or cannot be deleted
- * @throws Failure
+ * @return one of SrvFrwk::Result; g_ulPartialSuccess when nothing was applied: the description is missing, or cannot be
+ *         deleted
  */
+inline std::uint32_t TryUpdate(SrvFrwk::Interface::IFunctionProvider& _rFunction, std::wstring _tszPath)
+{
+    return _rFunction.SendMessage(SrvFrwk::MessageType::g_ulLocalUpdate, 0, 0, &_tszPath, 0, 0, nullptr);
+}
+
+/** The value of the answer that a call gives. @throws Failure when there is none; what was read before it is lost */
+template <class TAsk>
+auto ValueOf(const TAsk& _fnAsk)
+{
+    std::invoke_result_t<TAsk> stAnswer;
+    Checked([&] {
+        stAnswer = _fnAsk();
+        return stAnswer.ulResult;
+    });
+    return std::move(stAnswer.cValue);
+}
+
+/** As TryQuery. @return the record or container of the value type @throws Failure */
+template <std::uint32_t t_ulValueType>
+requires std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request>
+auto Query(SrvFrwk::Interface::IFunctionProvider& _rFunction)
+{
+    return ValueOf([&] { return TryQuery<t_ulValueType>(_rFunction); });
+}
+template <std::uint32_t t_ulValueType>
+requires(!std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request>) auto Query(
+    SrvFrwk::Interface::IFunctionProvider& _rFunction,
+    const typename SrvFrwk::CallsOf<t_ulValueType>::Request& _rRequest)
+{
+    return ValueOf([&] { return TryQuery<t_ulValueType>(_rFunction, _rRequest); });
+}
+
+/** As TryStore. @throws Failure */
+template <std::uint32_t t_ulValueType>
+void Store(SrvFrwk::Interface::IFunctionProvider& _rFunction,
+           const typename SrvFrwk::CallsOf<t_ulValueType>::Stored& _rStored)
+{
+    Checked([&] { return TryStore<t_ulValueType>(_rFunction, _rStored); });
+}
+
+/** As TryUpdate. @return false when nothing was applied @throws Failure */
 inline bool Update(SrvFrwk::Interface::IFunctionProvider& _rFunction, std::wstring _tszPath)
 {
-    return Checked([&] {
-               return _rFunction.SendMessage(SrvFrwk::MessageType::g_ulLocalUpdate, 0, 0, &_tszPath, 0, 0, nullptr);
-           }) == SrvFrwk::Result::g_ulSuccess;
+    return Checked([&] { return TryUpdate(_rFunction, std::move(_tszPath)); }) == SrvFrwk::Result::g_ulSuccess;
 }
 
 } // namespace Varnhelt

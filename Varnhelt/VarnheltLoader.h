@@ -76,26 +76,78 @@ public:
      */
     template <std::uint32_t t_ulValueType>
     requires std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request>
-    auto Query() const { return Varnhelt::Query<t_ulValueType>(*RequireFunction()); }
+    auto Query() const
+    {
+        return ValueOf([&] { return TryQuery<t_ulValueType>(); });
+    }
     template <std::uint32_t t_ulValueType>
     requires(!std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request>) auto Query(
         const typename SrvFrwk::CallsOf<t_ulValueType>::Request& _rRequest) const
     {
-        return Varnhelt::Query<t_ulValueType>(*RequireFunction(), _rRequest);
+        return ValueOf([&] { return TryQuery<t_ulValueType>(_rRequest); });
     }
     template <std::uint32_t t_ulValueType>
     void Store(const typename SrvFrwk::CallsOf<t_ulValueType>::Stored& _rStored) const
     {
-        Varnhelt::Store<t_ulValueType>(*RequireFunction(), _rStored);
+        Checked([&] { return TryStore<t_ulValueType>(_rStored); });
     }
-    bool Update(std::wstring _tszPath) const { return Varnhelt::Update(*RequireFunction(), std::move(_tszPath)); }
+    bool Update(std::wstring _tszPath) const
+    {
+        return Checked([&] { return TryUpdate(std::move(_tszPath)); }) == SrvFrwk::Result::g_ulSuccess;
+    }
+
+    /** The same without exceptions for failures: `module.TryQuery<ValueType::g_ulServiceUnit>().ulResult`. */
+    template <std::uint32_t t_ulValueType>
+    requires std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request> Answer<t_ulValueType> TryQuery()
+    const
+    {
+        return AnswerBy<t_ulValueType>([](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
+            return Varnhelt::TryQuery<t_ulValueType>(_rFunction);
+        });
+    }
+    template <std::uint32_t t_ulValueType>
+    requires(!std::is_void_v<typename SrvFrwk::CallsOf<t_ulValueType>::Request>) Answer<t_ulValueType> TryQuery(
+        const typename SrvFrwk::CallsOf<t_ulValueType>::Request& _rRequest)
+    const
+    {
+        return AnswerBy<t_ulValueType>([&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
+            return Varnhelt::TryQuery<t_ulValueType>(_rFunction, _rRequest);
+        });
+    }
+    template <std::uint32_t t_ulValueType>
+    std::uint32_t TryStore(const typename SrvFrwk::CallsOf<t_ulValueType>::Stored& _rStored) const
+    {
+        return WithFunction([&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
+            return Varnhelt::TryStore<t_ulValueType>(_rFunction, _rStored);
+        });
+    }
+    std::uint32_t TryUpdate(std::wstring _tszPath) const
+    {
+        return WithFunction([&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
+            return Varnhelt::TryUpdate(_rFunction, std::move(_tszPath));
+        });
+    }
 
 private:
-    Function RequireFunction() const
+    /** @return the call's result, or that of making a function object for it */
+    template <class TCall>
+    std::uint32_t WithFunction(const TCall& _fnCall) const
     {
         SrvFrwk::Interface::IFunctionProvider* pFunction = nullptr;
-        Checked([&] { return m_pfnCreateFunction(&pFunction, 0, nullptr); });
-        return Function(pFunction, Free{m_pfnFreeFunction});
+        const std::uint32_t ulResult = m_pfnCreateFunction(&pFunction, 0, nullptr);
+        const Function pOwner(pFunction, Free{m_pfnFreeFunction});
+        return SrvFrwk::Result::IsFailure(ulResult) ? ulResult : _fnCall(*pOwner);
+    }
+
+    template <std::uint32_t t_ulValueType, class TAsk>
+    Answer<t_ulValueType> AnswerBy(const TAsk& _fnAsk) const
+    {
+        Answer<t_ulValueType> stAnswer;
+        stAnswer.ulResult = WithFunction([&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
+            stAnswer = _fnAsk(_rFunction);
+            return stAnswer.ulResult;
+        });
+        return stAnswer;
     }
 
     [[noreturn]] void Fail(const char* _szWhat)

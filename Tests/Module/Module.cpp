@@ -103,6 +103,8 @@ TEST_F(Module, TypedCallsAnswerLookUpAndStoreAndAFailureHasItsCodeAndReason)
         EXPECT_EQ(rFailure.Reason(), L"No <Threat>: 7");
         EXPECT_STREQ(rFailure.what(), "0x80040201: No <Threat>: 7");
     }
+    const auto stAnswer = cModule.TryQuery<ValueType::g_ulThreatDescription>(7);
+    EXPECT_EQ(std::pair(stAnswer.ulResult, stAnswer.cValue.ulIdentifier), std::pair(Result::g_ulFailed, 7U));
     EXPECT_THROW(cModule.Store<ValueType::g_ulEnforcePolicy>(std::vector<PolicyController>(1)), Varnhelt::Failure);
 }
 
