@@ -96,13 +96,21 @@ int StatusOf(const CheckTotals& _rstTotals, const std::string& _rsFailOn)
 
 void PrintRules(Tool& _rTool)
 {
-    Json jsRules = Json::Array();
-    Table cTable({"rule", "meaning"});
-    for (const RuleRow& stRule : Rules()) {
-        jsRules.Add({{"rule", stRule.szId}, {"meaning", stRule.szMeaning}});
-        cTable.Add({stRule.szId, stRule.szMeaning});
-    }
-    PrintAnswer(_rTool, SrvFrwk::Result::g_ulSuccess, jsRules, cTable);
+    const auto ToJson = [] {
+        Json jsRules = Json::Array();
+        for (const RuleRow& stRule : Rules()) {
+            jsRules.Add({{"rule", stRule.szId}, {"meaning", stRule.szMeaning}});
+        }
+        return jsRules;
+    };
+    const auto ToTable = [] {
+        Table cTable({"rule", "meaning"});
+        for (const RuleRow& stRule : Rules()) {
+            cTable.Add({stRule.szId, stRule.szMeaning});
+        }
+        return cTable;
+    };
+    PrintAnswer(_rTool, SrvFrwk::Result::g_ulSuccess, ToJson, ToTable);
 }
 
 void RunCheck(Tool& _rTool, const Arguments& _rArguments)

@@ -15,8 +15,9 @@ void RunDirectAlias(Tool& _rTool, const Arguments& _rArguments)
     SrvFrwk::DeployAliasConfig lstAlias;
     SrvFrwk::XmlPathConfig stPath = ToPathConfig(_rArguments);
     const std::uint32_t ulResult = QueryDirectly(_rTool, SrvFrwk::ValueType::g_ulDeployAlias, &lstAlias, &stPath);
-    PrintAnswer(_rTool, ulResult, RecordsToJson(lstAlias, Varnhelt::Documents::g_stDeployAlias),
-                RecordsToTable(lstAlias, Varnhelt::Documents::g_stDeployAlias));
+    PrintAnswer(
+        _rTool, ulResult, [&] { return RecordsToJson(lstAlias, Varnhelt::Documents::g_stDeployAlias); },
+        [&] { return RecordsToTable(lstAlias, Varnhelt::Documents::g_stDeployAlias); });
 }
 
 } // namespace

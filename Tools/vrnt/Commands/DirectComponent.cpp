@@ -67,8 +67,9 @@ void RunDirectComponent(Tool& _rTool, const Arguments& _rArguments)
                                         : SrvFrwk::ComponentSection::g_ulUninstall;
     const std::uint32_t ulResult = QueryDirectly(_rTool, SrvFrwk::ValueType::g_ulDeployComponent, &lstComponent,
                                                  &stPath, ulSection, _rArguments.Number(g_stRunMode));
-    PrintAnswer(_rTool, ulResult, RecordsToJson(lstComponent, Documents::g_stDeployComponent),
-                ComponentTable(lstComponent));
+    PrintAnswer(
+        _rTool, ulResult, [&] { return RecordsToJson(lstComponent, Documents::g_stDeployComponent); },
+        [&] { return ComponentTable(lstComponent); });
 }
 
 } // namespace

@@ -15,8 +15,9 @@ void RunDirectVersionInfo(Tool& _rTool, const Arguments& _rArguments)
     std::vector<SrvFrwk::VersionInformation> vecEntry;
     SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
     const std::uint32_t ulResult = QueryDirectly(_rTool, SrvFrwk::ValueType::g_ulVersionInfo, &vecEntry, &stDirectory);
-    PrintAnswer(_rTool, ulResult, RecordsToJson(vecEntry, Varnhelt::Documents::g_stVersionInformation),
-                RecordsToTable(vecEntry, Varnhelt::Documents::g_stVersionInformation));
+    PrintAnswer(
+        _rTool, ulResult, [&] { return RecordsToJson(vecEntry, Varnhelt::Documents::g_stVersionInformation); },
+        [&] { return RecordsToTable(vecEntry, Varnhelt::Documents::g_stVersionInformation); });
 }
 
 } // namespace

@@ -10,27 +10,40 @@ namespace Vrnt {
 
 namespace {
 
-void RunDocuments(Tool& _rTool, const Arguments&)
+Json InstalledToJson(const InstalledDocuments& _rstInstalled)
 {
-    const InstalledDocuments stInstalled = FindInstalledDocuments();
     Json jsDocuments = Json::Array();
-    Table cTable({"document", "file", "location", "encrypted", "value types", "present", "size"});
-    for (const DocumentState& stState : stInstalled.vecDocument) {
-        const std::string sName = ZkCommon::String::ToUtf8(stState.pDocument->svName);
-        const bool bEncrypted = stState.pDocument->szKey != nullptr;
-        jsDocuments.Add({{"document", sName},
+    for (const DocumentState& stState : _rstInstalled.vecDocument) {
+        jsDocuments.Add({{"document", std::wstring(stState.pDocument->svName)},
                          {"file", stState.pDocument->pszFile == nullptr ? Json() : Json(stState.FileText())},
                          {"location", stState.LocationText()},
-                         {"encrypted", bEncrypted},
+                         {"encrypted", stState.pDocument->szKey != nullptr},
                          {"valueTypes", stState.vecValueType},
                          {"present", stState.uSize.has_value()},
                          {"size", stState.uSize ? Json(*stState.uSize) : Json()}});
-        cTable.Add({sName, stState.FileText(), stState.LocationText(), bEncrypted ? "yes" : "no",
-                    Joined(stState.vecValueType, " "), stState.uSize ? "yes" : (stState.IsInstalled() ? "no" : "-"),
+    }
+    return jsDocuments;
+}
+
+Table InstalledToTable(const InstalledDocuments& _rstInstalled)
+{
+    Table cTable({"document", "file", "location", "encrypted", "value types", "present", "size"});
+    for (const DocumentState& stState : _rstInstalled.vecDocument) {
+        cTable.Add({ZkCommon::String::ToUtf8(stState.pDocument->svName), stState.FileText(), stState.LocationText(),
+                    stState.pDocument->szKey != nullptr ? "yes" : "no", Joined(stState.vecValueType, " "),
+                    stState.uSize ? "yes" : (stState.IsInstalled() ? "no" : "-"),
                     stState.uSize ? std::to_string(*stState.uSize) : ""});
     }
+    return cTable;
+}
+
+void RunDocuments(Tool& _rTool, const Arguments&)
+{
+    const InstalledDocuments stInstalled = FindInstalledDocuments();
     PrintText(_rTool, "Installed folder: " + stInstalled.FolderText() + "\n\n");
-    PrintAnswer(_rTool, SrvFrwk::Result::g_ulSuccess, jsDocuments, cTable);
+    PrintAnswer(
+        _rTool, SrvFrwk::Result::g_ulSuccess, [&] { return InstalledToJson(stInstalled); },
+        [&] { return InstalledToTable(stInstalled); });
 }
 
 } // namespace

@@ -12,13 +12,11 @@ constexpr const Argument* g_apQueryCompatibilityArgument[] = {&g_stDirectory};
 
 void RunQueryCompatibility(Tool& _rTool, const Arguments& _rArguments)
 {
-    std::vector<SrvFrwk::CompatibilityPlatform> vecPlatform;
-    SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
-    const std::uint32_t ulResult =
-        Query(_rTool, SrvFrwk::ValueType::g_ulCompatibilityCheck, &vecPlatform, &stDirectory);
+    const auto stAnswer = Query<SrvFrwk::ValueType::g_ulCompatibilityCheck>(_rTool, ToDirectoryConfig(_rArguments));
     const auto& rstPlatform = Varnhelt::Documents::g_stCompatibilityPlatform;
-    PrintAnswer(_rTool, ulResult, RecordsToJson(vecPlatform, rstPlatform),
-                NestedToTable(vecPlatform, rstPlatform, "products"));
+    PrintAnswer(
+        _rTool, stAnswer.ulResult, [&] { return RecordsToJson(stAnswer.cValue, rstPlatform); },
+        [&] { return NestedToTable(stAnswer.cValue, rstPlatform, "products"); });
 }
 
 } // namespace

@@ -12,12 +12,11 @@ constexpr const Argument* g_apQueryCompetitorActionsArgument[] = {&g_stDirectory
 
 void RunQueryCompetitorActions(Tool& _rTool, const Arguments& _rArguments)
 {
-    std::vector<SrvFrwk::CompetitorAction> vecProduct;
-    SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
-    const std::uint32_t ulResult = Query(_rTool, SrvFrwk::ValueType::g_ulCompetitorAction, &vecProduct, &stDirectory);
+    const auto stAnswer = Query<SrvFrwk::ValueType::g_ulCompetitorAction>(_rTool, ToDirectoryConfig(_rArguments));
     const auto& rstProduct = Varnhelt::Documents::g_stCompetitorAction;
-    PrintAnswer(_rTool, ulResult, RecordsToJson(vecProduct, rstProduct),
-                NestedToTable(vecProduct, rstProduct, "actions"));
+    PrintAnswer(
+        _rTool, stAnswer.ulResult, [&] { return RecordsToJson(stAnswer.cValue, rstProduct); },
+        [&] { return NestedToTable(stAnswer.cValue, rstProduct, "actions"); });
 }
 
 } // namespace

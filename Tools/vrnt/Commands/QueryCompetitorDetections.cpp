@@ -49,12 +49,11 @@ Table DetectionTable(const std::vector<SrvFrwk::CompetitorDetection>& _rvecProdu
 
 void RunQueryCompetitorDetections(Tool& _rTool, const Arguments& _rArguments)
 {
-    std::vector<SrvFrwk::CompetitorDetection> vecProduct;
-    SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
-    const std::uint32_t ulResult =
-        Query(_rTool, SrvFrwk::ValueType::g_ulCompetitorDetection, &vecProduct, &stDirectory);
-    PrintAnswer(_rTool, ulResult, RecordsToJson(vecProduct, Varnhelt::Documents::g_stCompetitorDetection),
-                DetectionTable(vecProduct));
+    const auto stAnswer = Query<SrvFrwk::ValueType::g_ulCompetitorDetection>(_rTool, ToDirectoryConfig(_rArguments));
+    PrintAnswer(
+        _rTool, stAnswer.ulResult,
+        [&] { return RecordsToJson(stAnswer.cValue, Varnhelt::Documents::g_stCompetitorDetection); },
+        [&] { return DetectionTable(stAnswer.cValue); });
 }
 
 } // namespace

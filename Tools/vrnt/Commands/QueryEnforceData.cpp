@@ -47,10 +47,11 @@ Table DataTable(const std::vector<SrvFrwk::DataController>& _rvecController)
 
 void RunQueryEnforceData(Tool& _rTool, const Arguments&)
 {
-    std::vector<SrvFrwk::DataController> vecController;
-    const std::uint32_t ulResult = Query(_rTool, SrvFrwk::ValueType::g_ulEnforceData, &vecController, nullptr);
-    PrintAnswer(_rTool, ulResult, RecordsToJson(vecController, Varnhelt::Documents::g_stDataController),
-                DataTable(vecController));
+    const auto stAnswer = Query<SrvFrwk::ValueType::g_ulEnforceData>(_rTool);
+    PrintAnswer(
+        _rTool, stAnswer.ulResult,
+        [&] { return RecordsToJson(stAnswer.cValue, Varnhelt::Documents::g_stDataController); },
+        [&] { return DataTable(stAnswer.cValue); });
 }
 
 } // namespace

@@ -12,8 +12,8 @@ constexpr const Argument* g_apQueryKeyConfigArgument[] = {&g_stDirectory};
 
 void RunQueryKeyConfig(Tool& _rTool, const Arguments& _rArguments)
 {
-    SrvFrwk::XmlDirectoryConfig stDirectory = ToDirectoryConfig(_rArguments);
-    QueryList(_rTool, SrvFrwk::ValueType::g_ulKeyConfig, Varnhelt::Documents::g_stDeployKey, &stDirectory);
+    QueryList<SrvFrwk::ValueType::g_ulKeyConfig>(_rTool, Varnhelt::Documents::g_stDeployKey,
+                                                 ToDirectoryConfig(_rArguments));
 }
 
 } // namespace

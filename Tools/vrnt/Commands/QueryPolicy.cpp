@@ -56,20 +56,21 @@ Table PolicyTable(const std::vector<SrvFrwk::PolicyController>& _rvecController)
 
 void QueryWhole(Tool& _rTool)
 {
-    std::vector<SrvFrwk::PolicyController> vecController;
-    const std::uint32_t ulResult = Query(_rTool, SrvFrwk::ValueType::g_ulEnforcePolicy, &vecController, nullptr);
-    PrintAnswer(_rTool, ulResult, RecordsToJson(vecController, Varnhelt::Documents::g_stPolicyController),
-                PolicyTable(vecController));
+    const auto stAnswer = Query<SrvFrwk::ValueType::g_ulEnforcePolicy>(_rTool);
+    PrintAnswer(
+        _rTool, stAnswer.ulResult,
+        [&] { return RecordsToJson(stAnswer.cValue, Varnhelt::Documents::g_stPolicyController); },
+        [&] { return PolicyTable(stAnswer.cValue); });
 }
 
 void QueryOne(Tool& _rTool, std::uint32_t _ulController)
 {
-    SrvFrwk::PolicyController stController;
-    stController.ulControllerType = _ulController;
-    const std::uint32_t ulResult = Query(_rTool, SrvFrwk::ValueType::g_ulSpecificEnforcePolicy, &stController, nullptr);
+    const auto stAnswer = Query<SrvFrwk::ValueType::g_ulSpecificEnforcePolicy>(_rTool, _ulController);
     // What was asked is no answer: after a failure there is none to show.
-    PrintAnswer(_rTool, ulResult, RecordToJson(stController, Varnhelt::Documents::g_stPolicyController),
-                SrvFrwk::Result::IsFailure(ulResult) ? Table() : PolicyTable({stController}));
+    PrintAnswer(
+        _rTool, stAnswer.ulResult,
+        [&] { return RecordToJson(stAnswer.cValue, Varnhelt::Documents::g_stPolicyController); },
+        [&] { return SrvFrwk::Result::IsFailure(stAnswer.ulResult) ? Table() : PolicyTable({stAnswer.cValue}); });
 }
 
 void RunQueryPolicy(Tool& _rTool, const Arguments& _rArguments)

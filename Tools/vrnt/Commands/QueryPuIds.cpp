@@ -20,17 +20,24 @@ void RunQueryPuIds(Tool& _rTool, const Arguments&)
         {"engine", &SrvFrwk::InstallPuIds::vecEngine},
         {"product", &SrvFrwk::InstallPuIds::vecProduct},
     };
-    SrvFrwk::InstallPuIds stPuIds;
-    const std::uint32_t ulResult = Query(_rTool, SrvFrwk::ValueType::g_ulInstallPuIds, &stPuIds, nullptr);
-    Json jsData = Json::Object();
-    Table cTable({"component", "number", "hexadecimal"});
-    for (const List& stList : aList) {
-        jsData.Set(stList.szKey, stPuIds.*stList.pMember);
-        for (const std::uint32_t ulPuId : stPuIds.*stList.pMember) {
-            cTable.Add({stList.szKey, std::to_string(ulPuId), Hexadecimal(ulPuId)});
+    const auto stAnswer = Query<SrvFrwk::ValueType::g_ulInstallPuIds>(_rTool);
+    const auto ToJson = [&] {
+        Json jsData = Json::Object();
+        for (const List& stList : aList) {
+            jsData.Set(stList.szKey, stAnswer.cValue.*stList.pMember);
         }
-    }
-    PrintAnswer(_rTool, ulResult, jsData, cTable);
+        return jsData;
+    };
+    const auto ToTable = [&] {
+        Table cTable({"component", "number", "hexadecimal"});
+        for (const List& stList : aList) {
+            for (const std::uint32_t ulPuId : stAnswer.cValue.*stList.pMember) {
+                cTable.Add({stList.szKey, std::to_string(ulPuId), Hexadecimal(ulPuId)});
+            }
+        }
+        return cTable;
+    };
+    PrintAnswer(_rTool, stAnswer.ulResult, ToJson, ToTable);
 }
 
 } // namespace

@@ -24,7 +24,7 @@ void RunQueryRegistryData(Tool& _rTool, const Arguments& _rArguments)
     for (const std::string& sLabel : _rArguments.Texts(g_stLabel)) {
         stRequest.vecLabel.push_back(ToWide(sLabel));
     }
-    QueryList(_rTool, SrvFrwk::ValueType::g_ulRegistryData, Varnhelt::Documents::g_stRegistryData, &stRequest);
+    QueryList<SrvFrwk::ValueType::g_ulRegistryData>(_rTool, Varnhelt::Documents::g_stRegistryData, stRequest);
 }
 
 } // namespace

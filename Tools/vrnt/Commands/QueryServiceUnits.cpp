@@ -9,7 +9,7 @@ namespace {
 
 void RunQueryServiceUnits(Tool& _rTool, const Arguments&)
 {
-    QueryList(_rTool, SrvFrwk::ValueType::g_ulServiceUnit, Varnhelt::Documents::g_stServiceUnit, nullptr);
+    QueryList<SrvFrwk::ValueType::g_ulServiceUnit>(_rTool, Varnhelt::Documents::g_stServiceUnit);
 }
 
 } // namespace

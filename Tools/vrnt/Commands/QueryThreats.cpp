@@ -25,44 +25,44 @@ constexpr Argument g_stId{
 constexpr const Argument* g_apNameArgument[] = {&g_stEngine, &g_stId};
 constexpr const Argument* g_apQueryThreatsArgument[] = {&g_stId};
 
-void QueryText(Tool& _rTool, const Arguments& _rArguments, std::uint32_t _ulValueType, bool _bSecondText = false)
+template <std::uint32_t t_ulValueType>
+void QueryText(Tool& _rTool, const Arguments& _rArguments)
 {
-    SrvFrwk::ThreatText stText;
-    stText.ulIdentifier = _rArguments.Number(g_stId);
-    const std::uint32_t ulResult = Query(_rTool, _ulValueType, &stText, nullptr);
-    Json jsData{{"id", stText.ulIdentifier}, {"text", stText.tszText}};
-    std::vector<std::string> vecHeading = {"id", "text"};
-    std::vector<std::string> vecCell = {std::to_string(stText.ulIdentifier), ZkCommon::String::ToUtf8(stText.tszText)};
-    if (_bSecondText) {
-        jsData.Set("secondText", stText.tszSecondText);
-        vecHeading.emplace_back("second text");
-        vecCell.push_back(ZkCommon::String::ToUtf8(stText.tszSecondText));
-    }
-    Table cTable(std::move(vecHeading));
-    cTable.Add(std::move(vecCell));
-    PrintAnswer(_rTool, ulResult, jsData, SrvFrwk::Result::IsFailure(ulResult) ? Table() : cTable);
+    constexpr bool bSecondText = t_ulValueType == SrvFrwk::ValueType::g_ulScannerTitle;
+    const auto stAnswer = Query<t_ulValueType>(_rTool, _rArguments.Number(g_stId));
+    const SrvFrwk::ThreatText& rstText = stAnswer.cValue;
+    const auto ToJson = [&] {
+        Json jsData{{"id", rstText.ulIdentifier}, {"text", rstText.tszText}};
+        if (bSecondText) {
+            jsData.Set("secondText", rstText.tszSecondText);
+        }
+        return jsData;
+    };
+    const auto ToTable = [&] {
+        if (SrvFrwk::Result::IsFailure(stAnswer.ulResult)) {
+            return Table();
+        }
+        std::vector<std::string> vecHeading = {"id", "text"};
+        std::vector<std::string> vecCell = {std::to_string(rstText.ulIdentifier),
+                                            ZkCommon::String::ToUtf8(rstText.tszText)};
+        if (bSecondText) {
+            vecHeading.emplace_back("second text");
+            vecCell.push_back(ZkCommon::String::ToUtf8(rstText.tszSecondText));
+        }
+        Table cTable(std::move(vecHeading));
+        cTable.Add(std::move(vecCell));
+        return cTable;
+    };
+    PrintAnswer(_rTool, stAnswer.ulResult, ToJson, ToTable);
 }
 
 void RunName(Tool& _rTool, const Arguments& _rArguments)
 {
-    QueryText(_rTool, _rArguments,
-              _rArguments.Text(g_stEngine) == "orkap" ? SrvFrwk::ValueType::g_ulThreatNameOrkap
-                                                      : SrvFrwk::ValueType::g_ulThreatNameElmap);
-}
-
-void RunDescription(Tool& _rTool, const Arguments& _rArguments)
-{
-    QueryText(_rTool, _rArguments, SrvFrwk::ValueType::g_ulThreatDescription);
-}
-
-void RunRecommendation(Tool& _rTool, const Arguments& _rArguments)
-{
-    QueryText(_rTool, _rArguments, SrvFrwk::ValueType::g_ulThreatRecommendation);
-}
-
-void RunScannerTitle(Tool& _rTool, const Arguments& _rArguments)
-{
-    QueryText(_rTool, _rArguments, SrvFrwk::ValueType::g_ulScannerTitle, true);
+    if (_rArguments.Text(g_stEngine) == "orkap") {
+        QueryText<SrvFrwk::ValueType::g_ulThreatNameOrkap>(_rTool, _rArguments);
+    } else {
+        QueryText<SrvFrwk::ValueType::g_ulThreatNameElmap>(_rTool, _rArguments);
+    }
 }
 
 } // namespace
@@ -77,18 +77,19 @@ constinit const Command g_stQueryThreatDescription{.szName = "threat-description
                                                    .szHelp = "A threat's description",
                                                    .szExample = "vrnt query threat-description --id 1024",
                                                    .aArgument = g_apQueryThreatsArgument,
-                                                   .pfnRun = &RunDescription};
+                                                   .pfnRun = &QueryText<SrvFrwk::ValueType::g_ulThreatDescription>};
 
 constinit const Command g_stQueryThreatRecommendation{.szName = "threat-recommendation",
                                                       .szHelp = "What to do about a threat",
                                                       .szExample = "vrnt query threat-recommendation --id 1024",
                                                       .aArgument = g_apQueryThreatsArgument,
-                                                      .pfnRun = &RunRecommendation};
+                                                      .pfnRun =
+                                                          &QueryText<SrvFrwk::ValueType::g_ulThreatRecommendation>};
 
 constinit const Command g_stQueryScannerTitle{.szName = "scanner-title",
                                               .szHelp = "A scanner's name and description",
                                               .szExample = "vrnt query scanner-title --id 3",
                                               .aArgument = g_apQueryThreatsArgument,
-                                              .pfnRun = &RunScannerTitle};
+                                              .pfnRun = &QueryText<SrvFrwk::ValueType::g_ulScannerTitle>};
 
 } // namespace Vrnt

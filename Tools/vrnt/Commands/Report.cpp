@@ -41,12 +41,14 @@ CheckedDocument Check(const DocumentState& _rstState)
     return stChecked;
 }
 
-template <class TValue>
-void Ask(Tool& _rTool, SrvFrwk::Interface::IFunctionProvider& _rFunction, std::uint32_t _ulValueType,
-         Answer<TValue>& _rstAnswer)
+template <std::uint32_t t_ulValueType, class TValue>
+void Ask(Tool& _rTool, const Varnhelt::Module& _rModule, Answer<TValue>& _rstAnswer)
 {
-    const std::uint32_t ulResult =
-        WithReasons(_rTool, [&] { return _rFunction.QueryValue(0, _ulValueType, 0, &_rstAnswer.value, 0, nullptr); });
+    const std::uint32_t ulResult = WithReasons(_rTool, [&] {
+        auto stAnswer = _rModule.TryQuery<t_ulValueType>();
+        _rstAnswer.value = std::move(stAnswer.cValue);
+        return stAnswer.ulResult;
+    });
     _rstAnswer.sFailure = !SrvFrwk::Result::IsFailure(ulResult) ? ""
                           : _rTool.vecWhy.empty()               ? ResultText(ulResult)
                                                                 : Hexadecimal(ulResult) + ": " + _rTool.vecWhy.front();
@@ -57,11 +59,11 @@ ReportData Collect(Tool& _rTool)
     ReportData stData;
     stData.stMachine = FindMachine();
     stData.vecTraceError = LastTraceErrors();
-    ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
-        Ask(_rTool, _rFunction, SrvFrwk::ValueType::g_ulServiceUnit, stData.stServiceUnits);
-        Ask(_rTool, _rFunction, SrvFrwk::ValueType::g_ulEnforcePolicy, stData.stPolicy);
-        Ask(_rTool, _rFunction, SrvFrwk::ValueType::g_ulEnforceData, stData.stEnforceData);
-        Ask(_rTool, _rFunction, SrvFrwk::ValueType::g_ulInstallPuIds, stData.stPuIds);
+    ThroughModule(_rTool, [&](const Varnhelt::Module& _rModule) {
+        Ask<SrvFrwk::ValueType::g_ulServiceUnit>(_rTool, _rModule, stData.stServiceUnits);
+        Ask<SrvFrwk::ValueType::g_ulEnforcePolicy>(_rTool, _rModule, stData.stPolicy);
+        Ask<SrvFrwk::ValueType::g_ulEnforceData>(_rTool, _rModule, stData.stEnforceData);
+        Ask<SrvFrwk::ValueType::g_ulInstallPuIds>(_rTool, _rModule, stData.stPuIds);
         return SrvFrwk::Result::g_ulSuccess;
     });
     stData.stDocuments = FindInstalledDocuments();

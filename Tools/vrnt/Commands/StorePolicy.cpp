@@ -45,12 +45,12 @@ std::size_t CountProviders(const std::vector<PolicyController>& _rvecController)
 
 void RunStorePolicy(Tool& _rTool, const Arguments& _rArguments)
 {
-    auto vecController =
+    const auto vecController =
         ReadRecords<std::vector<PolicyController>>(_rArguments, Varnhelt::Documents::g_stPolicyController);
     std::vector<PolicyController> vecPolicy;
-    const std::uint32_t ulResult = ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
-        _rFunction.QueryValue(0, SrvFrwk::ValueType::g_ulEnforcePolicy, 0, &vecPolicy, 0, nullptr);
-        return _rFunction.StoreValue(0, SrvFrwk::ValueType::g_ulEnforcePolicy, 0, &vecController, 0, nullptr);
+    const std::uint32_t ulResult = ThroughModule(_rTool, [&](const Varnhelt::Module& _rModule) {
+        vecPolicy = _rModule.TryQuery<SrvFrwk::ValueType::g_ulEnforcePolicy>().cValue;
+        return _rModule.TryStore<SrvFrwk::ValueType::g_ulEnforcePolicy>(vecController);
     });
     if (SrvFrwk::Result::IsFailure(ulResult)) {
         PrintAnswer(_rTool, ulResult, nullptr, {});
@@ -66,7 +66,7 @@ void RunStorePolicy(Tool& _rTool, const Arguments& _rArguments)
     }
     PrintText(_rTool, Count(vecController.size(), "controller") + " and " +
                           Count(CountProviders(vecController) - vecMissing.size(), "provider") + " stored.\n");
-    PrintAnswer(_rTool, ulResult, vecMissing.empty() ? Json() : Json{{"passedOver", jsPassedOver}}, {});
+    PrintAnswer(_rTool, ulResult, [&] { return vecMissing.empty() ? Json() : Json{{"passedOver", jsPassedOver}}; }, {});
 }
 
 } // namespace

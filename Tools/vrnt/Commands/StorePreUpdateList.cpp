@@ -13,11 +13,13 @@ constexpr const Argument* g_apStorePreUpdateListArgument[] = {&g_stRequest, &g_s
 
 void RunStorePreUpdateList(Tool& _rTool, const Arguments& _rArguments)
 {
-    SrvFrwk::PreUpdateList stList{_rArguments.Path(g_stRequest),
-                                  ReadRecords<std::vector<SrvFrwk::CompatibilityComponent>>(
-                                      _rArguments, Varnhelt::Documents::g_stCompatibilityComponent)};
-    PrintStored(_rTool, Store(_rTool, SrvFrwk::ValueType::g_ulPreUpdateList, &stList, nullptr),
-                Count(stList.vecComponent.size(), "component"));
+    const SrvFrwk::PreUpdateList stList{_rArguments.Path(g_stRequest),
+                                        ReadRecords<std::vector<SrvFrwk::CompatibilityComponent>>(
+                                            _rArguments, Varnhelt::Documents::g_stCompatibilityComponent)};
+    const std::uint32_t ulResult = ThroughModule(_rTool, [&](const Varnhelt::Module& _rModule) {
+        return _rModule.TryStore<SrvFrwk::ValueType::g_ulPreUpdateList>(stList);
+    });
+    PrintStored(_rTool, ulResult, Count(stList.vecComponent.size(), "component"));
 }
 
 } // namespace

@@ -17,7 +17,7 @@ namespace {
 using ZkCommon::Storage::Registry;
 
 /** The settings of both sessions as they are now. */
-void PrintSettings(Tool& _rTool, std::uint32_t _ulResult, const std::string& _rsWhy = {})
+Json TraceSettingsToJson()
 {
     Json jsSessions = Json::Object();
     for (const TraceSession& stSession : g_aTraceSession) {
@@ -33,7 +33,12 @@ void PrintSettings(Tool& _rTool, std::uint32_t _ulResult, const std::string& _rs
                                           {"debugger", stSettings.ulDebugger != 0},
                                           {"fault", sFault.empty() ? Json() : Json(sFault)}});
     }
-    PrintAnswer(_rTool, _ulResult, jsSessions, TraceSettingsToTable(), _rsWhy);
+    return jsSessions;
+}
+
+void PrintSettings(Tool& _rTool, std::uint32_t _ulResult, const std::string& _rsWhy = {})
+{
+    PrintAnswer(_rTool, _ulResult, &TraceSettingsToJson, &TraceSettingsToTable, _rsWhy);
 }
 
 /** Carries out an edit of both sessions' settings, then shows them. @return whether it could be done */

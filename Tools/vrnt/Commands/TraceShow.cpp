@@ -277,7 +277,8 @@ void Show(Tool& _rTool, const Arguments& _rArguments)
     if (ullRead != 0 && !bAny) {
         throw UsageError(Quoted(rsFile) + " is not a trace file: no line begins with a date and a time");
     }
-    PrintAnswer(_rTool, SrvFrwk::Result::g_ulSuccess, jsLines, cTable);
+    PrintAnswer(
+        _rTool, SrvFrwk::Result::g_ulSuccess, [&] { return std::move(jsLines); }, [&] { return std::move(cTable); });
     if (_rArguments.Has(g_stFollow)) {
         Follow(std::move(hFile), rsFile, cFilter);
     }

@@ -17,6 +17,7 @@
 
 #include <expat.h>
 #include <filesystem>
+#include <functional>
 #include <system_error>
 
 namespace Vrnt {
@@ -110,11 +111,11 @@ void RefuseUndoFile(const UpdateOptions& _rstOptions)
 }
 
 /** Reports the result of an update or of a rehearsal, with what was not done in words. */
-void ReportUpdate(Tool& _rTool, const UpdateOptions& _rstOptions, std::uint32_t _ulResult, const Json& _rjsData,
-                  const std::string& _rsText)
+void ReportUpdate(Tool& _rTool, const UpdateOptions& _rstOptions, std::uint32_t _ulResult,
+                  const std::function<Json()>& _fnData, const std::function<std::string()>& _fnText)
 {
-    if (!_rTool.stOptions.bJson) {
-        Write(_rsText);
+    if (!_rTool.stOptions.bJson && _fnText) {
+        Write(_fnText());
     }
     if (_ulResult == SrvFrwk::Result::g_ulPartialSuccess) {
         const std::wstring tszPath = ToFullPath(_rstOptions.sPath);
@@ -123,7 +124,7 @@ void ReportUpdate(Tool& _rTool, const UpdateOptions& _rstOptions, std::uint32_t 
                                                                        : "does not exist";
         PrintNotice(_rTool, "nothing was applied: \"" + _rstOptions.sPath + "\" " + szWhy);
     }
-    PrintAnswer(_rTool, _ulResult, _rjsData, {});
+    PrintAnswer(_rTool, _ulResult, _fnData, {});
 }
 
 /** A rehearsal that went wrong is no ground to go on. @throws UsageError */
@@ -152,23 +153,26 @@ void WriteUndo(const Tool& _rTool, const UpdateOptions& _rstOptions, const std::
 }
 
 /** Carries the description out, and looks whether each entry was applied. @return whether all was done */
-bool CarryOut(Tool& _rTool, const UpdateOptions& _rstOptions, std::wstring _tszPath, UpdateRehearsal& _rRehearsal)
+bool CarryOut(Tool& _rTool, const UpdateOptions& _rstOptions, const std::wstring& _rtszPath,
+              UpdateRehearsal& _rRehearsal)
 {
-    const std::uint32_t ulResult = ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
-        return _rFunction.SendMessage(SrvFrwk::MessageType::g_ulLocalUpdate, 0, 0, &_tszPath, 0, 0, nullptr);
-    });
+    const std::uint32_t ulResult =
+        ThroughModule(_rTool, [&](const Varnhelt::Module& _rModule) { return _rModule.TryUpdate(_rtszPath); });
     const bool bCarriedOut = ulResult == SrvFrwk::Result::g_ulSuccess;
     if (bCarriedOut && _rRehearsal.Failure() != ERROR_SUCCESS) {
-        ReportUpdate(_rTool, _rstOptions, ulResult, nullptr,
-                     "The update was carried out. What it did is not known: it could not be rehearsed.\n");
+        ReportUpdate(_rTool, _rstOptions, ulResult, nullptr, [] {
+            return "The update was carried out. What it did is not known: it could not be rehearsed.\n";
+        });
         return false;
     }
-    if (bCarriedOut) {
-        _rRehearsal.CompareWithMachine();
+    if (!bCarriedOut) {
+        ReportUpdate(_rTool, _rstOptions, ulResult, nullptr, nullptr);
+        return false;
     }
-    ReportUpdate(_rTool, _rstOptions, ulResult, bCarriedOut ? _rRehearsal.ToJson() : Json(),
-                 bCarriedOut ? _rRehearsal.Summary() : std::string());
-    return bCarriedOut && _rRehearsal.IsAllDone();
+    _rRehearsal.CompareWithMachine();
+    ReportUpdate(
+        _rTool, _rstOptions, ulResult, [&] { return _rRehearsal.ToJson(); }, [&] { return _rRehearsal.Summary(); });
+    return _rRehearsal.IsAllDone();
 }
 
 void Update(Tool& _rTool, const UpdateOptions& _rstOptions)
@@ -183,10 +187,12 @@ void Update(Tool& _rTool, const UpdateOptions& _rstOptions)
     bool bAllDone = false;
     if (_rstOptions.bDryRun) {
         RefuseFailedRehearsal(cRehearsal);
-        ReportUpdate(_rTool, _rstOptions, cRehearsal.Result(), cRehearsal.ToJson(), cRehearsal.ToText());
+        ReportUpdate(
+            _rTool, _rstOptions, cRehearsal.Result(), [&] { return cRehearsal.ToJson(); },
+            [&] { return cRehearsal.ToText(); });
         bAllDone = cRehearsal.IsAllDone();
     } else if (!_rstOptions.sUndo.empty() && !bSuccess) { // an update without a way back is not begun
-        ReportUpdate(_rTool, _rstOptions, cRehearsal.Result(), nullptr, {});
+        ReportUpdate(_rTool, _rstOptions, cRehearsal.Result(), nullptr, nullptr);
     } else {
         if (!_rstOptions.sUndo.empty()) {
             RefuseFailedRehearsal(cRehearsal);

@@ -11,9 +11,8 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <vector>
 
-/** The tool as a host: it loads the library and drives a function object. */
+/** The tool as a host: it loads the library and makes typed calls. */
 namespace Vrnt {
 
 /** The path of the library that the command line names. */
@@ -29,41 +28,36 @@ public:
 /** Loads the library that the command line names. @throws ModuleError when that fails */
 Varnhelt::Module LoadModule(const GlobalOptions& _rstOptions);
 
-/** Loads the library, and has a function object of it carry out the call. @return the call's result */
+/** Loads the library for the calls that are made on it. @return their result */
 template <class TCall>
-std::uint32_t ThroughFunction(Tool& _rTool, const TCall& _fnCall)
+std::uint32_t ThroughModule(Tool& _rTool, const TCall& _fnCall)
 {
     return WithReasons(_rTool, [&] {
         const Varnhelt::Module cModule = LoadModule(_rTool.stOptions);
-        const Varnhelt::Module::Function pFunction = cModule.CreateFunction();
-        return pFunction == nullptr ? SrvFrwk::Result::g_ulMissingObject : _fnCall(*pFunction);
+        return _fnCall(cModule);
     });
 }
 
-/** Queries a value. */
-inline std::uint32_t Query(Tool& _rTool, std::uint32_t _ulValueType, void* _pValueData, void* _pOptionData)
+/** Queries a value type, with its request where it has one. */
+template <std::uint32_t t_ulValueType, class... TRequest>
+Varnhelt::Answer<t_ulValueType> Query(Tool& _rTool, const TRequest&... _rRequest)
 {
-    return ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
-        return _rFunction.QueryValue(0, _ulValueType, 0, _pValueData, 0, _pOptionData);
+    Varnhelt::Answer<t_ulValueType> stAnswer;
+    ThroughModule(_rTool, [&](const Varnhelt::Module& _rModule) {
+        stAnswer = _rModule.TryQuery<t_ulValueType>(_rRequest...);
+        return stAnswer.ulResult;
     });
-}
-
-/** Stores a value. */
-inline std::uint32_t Store(Tool& _rTool, std::uint32_t _ulValueType, void* _pValueData, void* _pOptionData)
-{
-    return ThroughFunction(_rTool, [&](SrvFrwk::Interface::IFunctionProvider& _rFunction) {
-        return _rFunction.StoreValue(0, _ulValueType, 0, _pValueData, 0, _pOptionData);
-    });
+    return stAnswer;
 }
 
 /** Queries a list of records and prints it. */
-template <class TDescription>
-void QueryList(Tool& _rTool, std::uint32_t _ulValueType, const TDescription& _rstDescription, void* _pOptionData)
+template <std::uint32_t t_ulValueType, class TDescription, class... TRequest>
+void QueryList(Tool& _rTool, const TDescription& _rstDescription, const TRequest&... _rRequest)
 {
-    std::vector<typename TDescription::Record> vecRecord;
-    const std::uint32_t ulResult = Query(_rTool, _ulValueType, &vecRecord, _pOptionData);
-    PrintAnswer(_rTool, ulResult, RecordsToJson(vecRecord, _rstDescription),
-                RecordsToTable(vecRecord, _rstDescription));
+    const auto stAnswer = Query<t_ulValueType>(_rTool, _rRequest...);
+    PrintAnswer(
+        _rTool, stAnswer.ulResult, [&] { return RecordsToJson(stAnswer.cValue, _rstDescription); },
+        [&] { return RecordsToTable(stAnswer.cValue, _rstDescription); });
 }
 
 } // namespace Vrnt

@@ -192,8 +192,8 @@ std::string JsonAnswer(std::uint32_t _ulResult, const Json& _rjsData, const std:
     return jsAnswer.ToText() + "\n";
 }
 
-void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
-                 const std::string& _rsWhy)
+void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const std::function<Json()>& _fnData,
+                 const std::function<Table()>& _fnTable, const std::string& _rsWhy)
 {
     const bool bFailure = SrvFrwk::Result::IsFailure(_ulResult);
     _rTool.iExitStatus = bFailure ? ExitFailure : ExitSuccess;
@@ -205,10 +205,10 @@ void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, co
                                          : _rTool.vecWhy;
     }
     if (_rTool.stOptions.bJson) {
-        Write(JsonAnswer(_ulResult, _rjsData, vecWhy,
+        Write(JsonAnswer(_ulResult, _fnData ? _fnData() : Json(), vecWhy,
                          _rTool.pNotices != nullptr ? *_rTool.pNotices : std::vector<std::string>()));
-    } else if (!bFailure || !_rTable.IsEmpty()) {
-        PrintTable(_rTool, _rTable);
+    } else if (const Table cTable = _fnTable ? _fnTable() : Table(); !bFailure || !cTable.IsEmpty()) {
+        PrintTable(_rTool, cTable);
     }
     if (bFailure) {
         const bool bOfCall = _rsWhy.empty() && !_rTool.vecWhy.empty();

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -79,9 +80,10 @@ std::string JsonAnswer(std::uint32_t _ulResult, const Json& _rjsData, const std:
 
 /**
  * Prints what a command was answered, as JSON or as a table, explains a failure on stderr, and sets the exit status.
+ * @param _fnData, _fnTable  make what is printed, and are called only then; none: null, and no table
  * @param _rsWhy  the explanation; empty: the reasons of the last call, or the result code in words without any
  */
-void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const Json& _rjsData, const Table& _rTable,
-                 const std::string& _rsWhy = {});
+void PrintAnswer(Tool& _rTool, std::uint32_t _ulResult, const std::function<Json()>& _fnData,
+                 const std::function<Table()>& _fnTable, const std::string& _rsWhy = {});
 
 } // namespace Vrnt
