@@ -11,8 +11,8 @@ namespace ZkCommon::Storage {
 
 namespace {
 
-constexpr std::wstring_view g_svDeclaration = L"<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
-constexpr std::wstring_view g_svLineEnd = L"\r\n";
+constexpr std::string_view g_svDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+constexpr std::string_view g_svLineEnd = "\r\n";
 
 /** No document that means anything is nested deeper, and tabs without end would make the output grow as the square. */
 constexpr std::uint32_t g_ulDeepestIndentation = 128;
@@ -31,38 +31,47 @@ constexpr std::uint64_t BitsOf(std::string_view _svCharacters)
 constexpr std::uint64_t g_ullEscapedInAttribute = BitsOf("<&>\"'\t\n\r");
 constexpr std::uint64_t g_ullEscapedInText = BitsOf("<&>\"'\r");
 
-std::wstring_view ReferenceTo(wchar_t _c) noexcept
+std::string_view ReferenceTo(wchar_t _c) noexcept
 {
     switch (_c) {
     case L'<':
-        return L"&lt;";
+        return "&lt;";
     case L'&':
-        return L"&amp;";
+        return "&amp;";
     case L'>':
-        return L"&gt;";
+        return "&gt;";
     case L'"':
-        return L"&quot;";
+        return "&quot;";
     case L'\'':
-        return L"&apos;";
+        return "&apos;";
     case L'\t':
-        return L"&#9;";
+        return "&#9;";
     case L'\n':
-        return L"&#10;";
+        return "&#10;";
     default:
-        return L"&#13;";
+        return "&#13;";
     }
 }
 
-void AppendUtf8(std::string& _rsOutput, std::wstring_view _svLine)
+void AppendUtf8(std::string& _rsOutput, std::wstring_view _svText)
 {
-    if (_svLine.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+    const std::size_t uBefore = _rsOutput.size();
+    _rsOutput.resize(uBefore + _svText.size());
+    unsigned uAll = 0;
+    std::ranges::transform(_svText, _rsOutput.data() + uBefore, [&](wchar_t _c) {
+        uAll |= _c;
+        return static_cast<char>(_c);
+    });
+    if (uAll < 0x80) { // plain ASCII, as most texts: each byte is its character
+        return;
+    }
+    if (_svText.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
         throw new XmlException(ZkCommon::Exception::g_ulNoSystemError);
     }
-    const int iLength = static_cast<int>(_svLine.size());
-    const int iBytes = ::WideCharToMultiByte(CP_UTF8, 0, _svLine.data(), iLength, nullptr, 0, nullptr, nullptr);
-    const std::size_t uBefore = _rsOutput.size();
+    const int iLength = static_cast<int>(_svText.size());
+    const int iBytes = ::WideCharToMultiByte(CP_UTF8, 0, _svText.data(), iLength, nullptr, 0, nullptr, nullptr);
     _rsOutput.resize(uBefore + static_cast<std::size_t>(iBytes));
-    if (iBytes == 0 || ::WideCharToMultiByte(CP_UTF8, 0, _svLine.data(), iLength, _rsOutput.data() + uBefore, iBytes,
+    if (iBytes == 0 || ::WideCharToMultiByte(CP_UTF8, 0, _svText.data(), iLength, _rsOutput.data() + uBefore, iBytes,
                                              nullptr, nullptr) != iBytes) {
         throw new XmlException(ERROR_INVALID_DATA);
     }
@@ -77,7 +86,7 @@ bool XmlWriter::Write(const XmlElement& _rRoot)
     }
     try {
         if (m_bDeclaration) {
-            m_tszLine = g_svDeclaration;
+            m_sOutput += g_svDeclaration;
             EndLine();
         }
         if (!_rRoot.Name().empty() || _rRoot.IsComment()) {
@@ -120,21 +129,26 @@ bool XmlWriter::WriteStart(const XmlElement& _rElement)
     const bool bChildren = static_cast<bool>(_rElement.FirstNode());
     StartLine();
     if (_rElement.IsComment()) {
-        m_tszLine.append(L"<!--").append(_rElement.Text()).append(L"-->");
+        m_sOutput += "<!--";
+        AppendUtf8(m_sOutput, _rElement.Text());
+        m_sOutput += "-->";
     } else {
-        m_tszLine.append(L"<").append(_rElement.Name());
+        m_sOutput += '<';
+        AppendUtf8(m_sOutput, _rElement.Name());
         for (const XmlAttribute& stAttribute : _rElement.Attributes()) {
-            m_tszLine.append(L" ").append(stAttribute.svName).append(L"=\"");
+            m_sOutput += ' ';
+            AppendUtf8(m_sOutput, stAttribute.svName);
+            m_sOutput += "=\"";
             AppendEscaped(stAttribute.svValue, g_ullEscapedInAttribute);
-            m_tszLine.append(L"\"");
+            m_sOutput += '"';
         }
         if (!bChildren && _rElement.Text().empty()) {
-            m_tszLine.append(L"/>");
+            m_sOutput += "/>";
         } else {
-            m_tszLine.append(L">");
+            m_sOutput += '>';
             AppendEscaped(_rElement.Text(), g_ullEscapedInText);
             if (!bChildren) {
-                m_tszLine.append(L"</").append(_rElement.Name()).append(L">");
+                AppendEndTag(_rElement);
             }
         }
     }
@@ -145,21 +159,25 @@ bool XmlWriter::WriteStart(const XmlElement& _rElement)
 void XmlWriter::WriteEnd(const XmlElement& _rElement)
 {
     StartLine();
-    m_tszLine.append(L"</").append(_rElement.Name()).append(L">");
+    AppendEndTag(_rElement);
     EndLine();
 }
 
 void XmlWriter::StartLine()
 {
-    m_tszLine.assign(std::min(m_ulDepth, g_ulDeepestIndentation), L'\t');
+    m_sOutput.append(std::min(m_ulDepth, g_ulDeepestIndentation), '\t');
 }
 
 void XmlWriter::EndLine()
 {
-    if (!m_tszLine.ends_with(g_svLineEnd)) {
-        m_tszLine.append(g_svLineEnd);
-    }
-    AppendUtf8(m_sOutput, m_tszLine);
+    m_sOutput += g_svLineEnd;
+}
+
+void XmlWriter::AppendEndTag(const XmlElement& _rElement)
+{
+    m_sOutput += "</";
+    AppendUtf8(m_sOutput, _rElement.Name());
+    m_sOutput += '>';
 }
 
 void XmlWriter::AppendEscaped(std::wstring_view _svText, std::uint64_t _ullEscaped)
@@ -167,11 +185,12 @@ void XmlWriter::AppendEscaped(std::wstring_view _svText, std::uint64_t _ullEscap
     auto itPlain = _svText.begin();
     for (auto it = itPlain; it != _svText.end(); ++it) {
         if (*it < 64 && (_ullEscaped >> *it & 1) != 0) {
-            m_tszLine.append(itPlain, it).append(ReferenceTo(*it));
+            AppendUtf8(m_sOutput, {itPlain, it});
+            m_sOutput += ReferenceTo(*it);
             itPlain = it + 1;
         }
     }
-    m_tszLine.append(itPlain, _svText.end());
+    AppendUtf8(m_sOutput, {itPlain, _svText.end()});
 }
 
 } // namespace ZkCommon::Storage

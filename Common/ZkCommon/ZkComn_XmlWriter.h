@@ -44,10 +44,10 @@ private:
     void WriteEnd(const XmlElement& _rElement);
     void StartLine();
     void EndLine();
+    void AppendEndTag(const XmlElement& _rElement);
     void AppendEscaped(std::wstring_view _svText, std::uint64_t _ullEscaped);
 
     std::string m_sOutput;
-    std::wstring m_tszLine;
     std::wstring m_tszEncoding = L"UTF8";
     std::uint32_t m_ulDepth = 0;
     bool m_bDeclaration;
