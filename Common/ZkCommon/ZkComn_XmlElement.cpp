@@ -261,6 +261,9 @@ void XmlElement::SetAttribute(std::wstring_view _svName, std::wstring_view _svVa
         while (*ppLink != nullptr && (*ppLink)->ulName != ulName) {
             ppLink = &(*ppLink)->pNext;
         }
+        if (*ppLink != nullptr && (*ppLink)->stValue.View() == _svValue) {
+            return; // and views of it stay
+        }
         XmlAttributeNode* pNew = m_pTree->NewAttribute(ulName, _svValue);
         pNew->pNext = *ppLink != nullptr ? (*ppLink)->pNext : nullptr;
         *ppLink = pNew;
@@ -269,7 +272,7 @@ void XmlElement::SetAttribute(std::wstring_view _svName, std::wstring_view _svVa
 
 void XmlElement::SetText(std::wstring_view _svText)
 {
-    if (m_pNode != nullptr) {
+    if (m_pNode != nullptr && m_pNode->Text() != _svText) {
         Edit(*m_pTree, [&] { m_pTree->SetText(m_pNode, _svText.empty() ? nullptr : m_pTree->NewText(_svText)); });
     }
 }
