@@ -5,9 +5,10 @@
 #include "Files/DocumentFile.h"
 #include "SrvFrwk_ResultCode.h"
 
+#include <cstddef>
+#include <iterator>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 using namespace ZkCommon;
 using namespace SrvFrwk;
@@ -15,21 +16,15 @@ using namespace Varnhelt;
 
 namespace {
 
-using Elements = std::vector<Storage::XmlElement>;
+using Elements = std::unordered_multimap<std::wstring_view, Storage::XmlElement>;
 
-/** The elements of each identifier among the aliases, found in one walk over the document. */
-std::unordered_map<std::wstring_view, Elements> IndexById(const Storage::XmlElement& _rRoot,
-                                                          const DeployAliasConfig& _rlstAlias)
+/** The aliases of the document by their identifiers. */
+Elements IndexById(const Storage::XmlElement& _rRoot, std::size_t _uExpected)
 {
-    std::unordered_map<std::wstring_view, Elements> mapElement(_rlstAlias.size());
-    for (const DeployAlias& stAlias : _rlstAlias) {
-        mapElement[stAlias.strId];
-    }
+    Elements mapElement(_uExpected);
     const Storage::XmlName id = _rRoot.FindName(L"Id");
     for (auto cAlias = _rRoot.FirstChild(L"Alias"); cAlias; cAlias = cAlias.NextNamesake()) {
-        if (const auto itFound = mapElement.find(cAlias.Attribute(id)); itFound != mapElement.end()) {
-            itFound->second.push_back(cAlias);
-        }
+        mapElement.emplace(cAlias.Attribute(id), cAlias);
     }
     return mapElement;
 }
@@ -47,18 +42,19 @@ void SetDeployAliasConfig(Storage::XmlElement _cAlias, const DeployAlias& _rstAl
 /** Updates all elements of each alias, or appends one. @return false when there is nothing to append to */
 bool SetAliases(Storage::XmlElement _cRoot, const DeployAliasConfig& _rlstAlias)
 {
-    auto mapElement = IndexById(_cRoot, _rlstAlias);
+    Elements mapElement = IndexById(_cRoot, _rlstAlias.size());
     for (const DeployAlias& stAlias : _rlstAlias) {
-        Elements& rvecElement = mapElement[stAlias.strId];
-        if (rvecElement.empty()) {
+        auto [itFirst, itEnd] = mapElement.equal_range(stAlias.strId);
+        if (itFirst == itEnd) {
             const Storage::XmlElement cNew = _cRoot.AddChild(Documents::g_stDeployAlias.svElement);
             if (!cNew) {
                 return false;
             }
-            rvecElement.push_back(cNew);
+            itFirst = mapElement.emplace(stAlias.strId, cNew);
+            itEnd = std::next(itFirst);
         }
-        for (const Storage::XmlElement& cAlias : rvecElement) {
-            SetDeployAliasConfig(cAlias, stAlias);
+        for (; itFirst != itEnd; ++itFirst) {
+            SetDeployAliasConfig(itFirst->second, stAlias);
         }
     }
     return true;
