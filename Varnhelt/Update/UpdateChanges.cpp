@@ -4,7 +4,6 @@
 #include "ZkComn_IniFile.h"
 #include "ZkComn_String.h"
 
-#include <algorithm>
 #include <iterator>
 #include <map>
 #include <set>
@@ -103,7 +102,7 @@ void AddSectionChanges(const UpdatePlace& _rstBefore, const UpdatePlace& _rstAft
             _rvecChange.push_back({UpdateChange::Kind::Value, _rstBefore, tszName});
         }
     }
-    if (!std::ranges::includes(stAfter.setOther, stBefore.setOther)) {
+    if (stBefore.setOther != stAfter.setOther) {
         _rvecChange.push_back({UpdateChange::Kind::Lines, _rstBefore, {}});
     }
 }

@@ -167,7 +167,7 @@ std::wstring WordsFor(const UpdateChange& _rstChange)
     case UpdateChange::Kind::AccessList:
         return tszPlace + L" has another access list";
     case UpdateChange::Kind::Lines:
-        return L"lines of " + tszPlace + L" that are no entries, or repeat one, do not come back";
+        return L"lines of " + tszPlace + L" that are no entries, or repeat one, are not what they were";
     case UpdateChange::Kind::File:
         return L"the file " + rstPlace.tszPath + L" stays";
     default:
