@@ -28,9 +28,14 @@ void RefuseBadPath(const std::wstring& _rtszPath, SourcePlace _stPlace = SourceP
 }
 
 /** A key's path as the system is asked for it, without backslashes at its end: with them it may answer otherwise. */
+std::wstring_view WithoutBackslash(std::wstring_view _svPath) noexcept
+{
+    return _svPath.substr(0, _svPath.find_last_not_of(L'\\') + 1);
+}
+
 std::wstring KeyPath(const std::wstring& _rtszPath, SourcePlace _stPlace = SourcePlace::Here())
 {
-    std::wstring tszPath(_rtszPath, 0, _rtszPath.find_last_not_of(L'\\') + 1);
+    std::wstring tszPath(WithoutBackslash(_rtszPath));
     RefuseBadPath(tszPath, _stPlace);
     return tszPath;
 }
@@ -128,6 +133,22 @@ const std::vector<std::uint8_t>& Registry::Value::Binary() const
 {
     ThrowOn<RegException>(ulType == REG_BINARY ? ERROR_SUCCESS : ERROR_INVALID_DATATYPE);
     return vecData;
+}
+
+bool Registry::IsPath(std::wstring_view _svPath) noexcept
+{
+    std::wstring_view svRest = WithoutBackslash(_svPath);
+    if (svRest.empty() || svRest.size() >= g_uTooLong || svRest.front() == L'\\') {
+        return false;
+    }
+    while (!svRest.empty()) {
+        const std::size_t uName = std::min(svRest.find(L'\\'), svRest.size());
+        if (uName > g_uLongestKeyName) {
+            return false;
+        }
+        svRest.remove_prefix(std::min(uName + 1, svRest.size()));
+    }
+    return true;
 }
 
 void Registry::OpenWith(HKEY _hRoot, const std::wstring& _rtszPath, RegistryView _enView, REGSAM _ulAccess)

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -71,6 +72,13 @@ public:
 
         friend bool operator==(const Value&, const Value&) = default;
     };
+
+    /** The most characters of a key's name, between backslashes, and of a value's: a longer one is an invalid parameter. */
+    static constexpr std::size_t g_uLongestKeyName = 255;
+    static constexpr std::size_t g_uLongestValueName = 16383;
+
+    /** Whether the system takes a path for that of a key. Several backslashes are as one, and at the end as none. */
+    static bool IsPath(std::wstring_view _svPath) noexcept;
 
     Registry() = default;
     /** Opens the key for reading. */

@@ -199,6 +199,14 @@ std::vector<Text> Spoilt(const Place& _rstPlace)
     const std::wstring tszText = _rstPlace.pText->value_or(L"text");
     std::vector<Text> vecText{Text(), L""};
     // Any path, value or program is meant, but not all of them are this machine's.
+    const std::wstring_view svElement = _rstPlace.pNode->pShape->svName;
+    const bool bKeyPath = svElement == L"registry" && _rstPlace.svName == L"Path";
+    if (bKeyPath || (svElement == L"Key" && _rstPlace.svName == L"Name")) {
+        for (const std::size_t uLength : {255U, 256U, 16383U, 16384U, 0x7FFFU}) {
+            vecText.emplace_back((bKeyPath ? tszText + L"\\\\x\\" : L"") + std::wstring(uLength, L'x'));
+        }
+        vecText.emplace_back(L'\\' + tszText);
+    }
     if (_rstPlace.svName == L"Path" || _rstPlace.svName == L"Section" || _rstPlace.svName == L"Name" ||
         _rstPlace.svName == L"Assign") {
         return vecText;

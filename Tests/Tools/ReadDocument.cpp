@@ -129,9 +129,11 @@ public:
 
 private:
     void OnItem(const LocalUpdateKey&, UpdateReason) override {}
-    void OnEntry(const UpdatePlace&, const LocalUpdateEntry&, const UpdateDecision& _rstDecision) override
+    void OnEntry(const UpdatePlace&, const LocalUpdateEntry& _rstEntry, const UpdateDecision& _rstDecision) override
     {
-        const bool bIdle = _rstDecision.enEffect == UpdateEffect::Skip && IsIdle(_rstDecision.enReason);
+        const bool bGone = Documents::IsAction(_rstEntry, UpdateWords::ActionRemove) &&
+                           _rstDecision.ulError == ERROR_FILE_NOT_FOUND; // the value
+        const bool bIdle = bGone || (_rstDecision.enEffect == UpdateEffect::Skip && IsIdle(_rstDecision.enReason));
         m_stReading.mapRecord[L""] += bIdle || _rstDecision.enReason == UpdateReason::None ? 1 : 0;
     }
     static bool IsIdle(UpdateReason _enReason)

@@ -5,6 +5,7 @@
 #include "Documents/UpdateVersion.h"
 #include "Documents/UpdateWords.h"
 #include "Request.h"
+#include "ZkComn_Registry.h"
 
 #include <cstdint>
 #include <list>
@@ -90,6 +91,13 @@ struct VersionText : Text
 {
     static constexpr const char* g_szForm = "version";
     static bool Accepts(std::wstring_view _svText) { return CompareVersion(_svText, _svText).has_value(); }
+};
+
+/** The path of a registry key, as the system takes it. */
+struct KeyPathText : Text
+{
+    static constexpr const char* g_szForm = "path of a registry key";
+    static bool Accepts(std::wstring_view _svText) { return ZkCommon::Storage::Registry::IsPath(_svText); }
 };
 
 /** The conditions of an item and of an entry. Where the description asks for them, all are needed. */
@@ -201,7 +209,7 @@ inline constexpr auto g_stLocalUpdateIniEntry = DescribeUpdateEntry(
 inline constexpr auto g_stLocalUpdateRegistry = DescribeWithConditions<LocalUpdateKey>(
     g_szRegistryKind,
     Child(L"Root", &LocalUpdateKey::tszRoot, WordText(g_stUpdateRoot)).OnStrange(Strange::Drop).Key("root"),
-    Child(L"Path", &LocalUpdateKey::tszPath, FilledText()).OnStrange(Strange::Drop).Key("path"),
+    Child(L"Path", &LocalUpdateKey::tszPath, KeyPathText()).OnStrange(Strange::Drop).Key("path"),
     Child(L"AccessMode", &LocalUpdateKey::tszAccessMode, WordText(UpdateWords::g_stView)).Key("accessMode"),
     Children(L"", &LocalUpdateKey::lstEntry, g_stLocalUpdateValue).Key("entries"));
 

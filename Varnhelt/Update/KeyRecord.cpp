@@ -14,10 +14,6 @@ using namespace ZkCommon;
 
 namespace {
 
-// What the system accepts: a longer name is an invalid parameter.
-constexpr std::size_t g_uKeyName = 255;
-constexpr std::size_t g_uValueName = 16383;
-
 std::wstring ParentOf(const std::wstring& _rtszPath)
 {
     const std::size_t uBackslash = _rtszPath.rfind(L'\\');
@@ -177,7 +173,7 @@ void KeyRecord::Create(const UpdatePlace& _rstPlace, bool _bAllAccess)
     }
     std::vector<std::wstring> vecMissing;
     do {
-        if (stReal.tszPath.size() - (stReal.tszPath.rfind(L'\\') + 1) > g_uKeyName) {
+        if (stReal.tszPath.size() - (stReal.tszPath.rfind(L'\\') + 1) > Storage::Registry::g_uLongestKeyName) {
             Exception::ThrowOn<Storage::RegException>(ERROR_INVALID_PARAMETER);
         }
         vecMissing.push_back(KeyNameOf(stReal));
@@ -193,7 +189,7 @@ void KeyRecord::Write(const UpdatePlace& _rstPlace, const std::wstring& _rtszNam
 {
     const UpdatePlace& rstReal = RealKey(_rstPlace);
     CheckRight(rstReal, KEY_SET_VALUE);
-    if (_rtszName.size() > g_uValueName) {
+    if (_rtszName.size() > Storage::Registry::g_uLongestValueName) {
         Exception::ThrowOn<Storage::RegException>(ERROR_INVALID_PARAMETER);
     }
     m_mapKey[KeyNameOf(rstReal)].mapValue[_rtszName] = _rstValue;

@@ -53,10 +53,23 @@ const char* FormOf(UpdateWords::Type _enType)
     }
 }
 
+/** Whether the registry takes the name of what an entry makes: a key below the item's, or a value. */
+bool IsNameTaken(const Varnhelt::LocalUpdateEntry& _rstEntry)
+{
+    using ZkCommon::Storage::Registry;
+    if (Documents::IsAction(_rstEntry, UpdateWords::ActionCreate)) {
+        return Registry::IsPath(L"Path\\" + _rstEntry.tszName);
+    }
+    return !Documents::IsStoring(_rstEntry) || _rstEntry.tszName.size() <= Registry::g_uLongestValueName;
+}
+
 /** The registry holds what the type says. */
 void CheckRegistryEntry(const XmlElement& _rEntry, const OnFinding& _fnFinding)
 {
     const auto stEntry = FieldsOf(_rEntry, Documents::g_stLocalUpdateValue);
+    if (!IsNameTaken(stEntry)) {
+        _fnFinding(Strange::Drop, "the registry takes no name as long as " + Cited(stEntry.tszName));
+    }
     const Varnhelt::UpdateValueType* pType = StoredType(stEntry);
     if (pType == nullptr) {
         return;
