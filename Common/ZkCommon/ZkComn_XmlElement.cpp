@@ -100,6 +100,16 @@ std::uint32_t XmlElement::Column() const noexcept
     return m_pNode != nullptr ? m_pTree->PlaceOf(m_pNode).ulColumn : 0;
 }
 
+std::uint32_t XmlElement::TextLine() const noexcept
+{
+    return m_pNode != nullptr ? m_pTree->PlaceOf(m_pNode).ulTextLine : 0;
+}
+
+std::uint32_t XmlElement::TextColumn() const noexcept
+{
+    return m_pNode != nullptr ? m_pTree->PlaceOf(m_pNode).ulTextColumn : 0;
+}
+
 XmlName XmlElement::FindName(std::wstring_view _svName) const noexcept
 {
     return m_pTree != nullptr ? m_pTree->Find(_svName) : XmlName();

@@ -58,6 +58,9 @@ public:
     std::uint32_t Line() const noexcept;
     /** Its column, likewise. */
     std::uint32_t Column() const noexcept;
+    /** Where its text begins, likewise: the first character that is no blank; 0 when there is none. */
+    std::uint32_t TextLine() const noexcept;
+    std::uint32_t TextColumn() const noexcept;
 
     /** This document's form of a name; the name of nothing when the document does not use it. */
     XmlName FindName(std::wstring_view _svName) const noexcept;

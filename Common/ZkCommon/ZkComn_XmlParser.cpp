@@ -6,6 +6,7 @@
 #include "ZkComn_XmlComparison.h"
 #include "ZkComn_XmlTree.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <limits>
@@ -148,6 +149,9 @@ private:
     void Text(const char* _pText, int _iLength)
     {
         const char* pEnd = _pText + _iLength;
+        if (m_bLines) {
+            KeepTextPlace(_pText, pEnd);
+        }
         if (m_uRun == 0 && m_pLast != nullptr && m_uRunBegin == m_vecPiece.size()) { // layout at a run's beginning
             while (_pText != pEnd && IsXmlBlank(static_cast<wchar_t>(static_cast<unsigned char>(*_pText)))) {
                 ++_pText;
@@ -159,6 +163,17 @@ private:
         const std::size_t uLength = static_cast<std::size_t>(pEnd - _pText);
         m_pRun = m_rTree.Arena().Top<XmlText>(m_uRun != 0 ? SizeOfText(m_uRun) : 0, SizeOfText(m_uRun + uLength));
         m_uRun = static_cast<std::size_t>(WidenUtf8(m_pRun->Chars() + m_uRun, _pText, uLength) - m_pRun->Chars());
+    }
+
+    /** A piece of text ends with its line at the latest. */
+    void KeepTextPlace(const char* _pText, const char* _pEnd)
+    {
+        const auto IsBlank = [](char _c) { return IsXmlBlank(static_cast<wchar_t>(static_cast<unsigned char>(_c))); };
+        const char* pFirst = std::find_if_not(_pText, _pEnd, IsBlank);
+        if (pFirst != _pEnd && m_rTree.PlaceOf(m_pOpen).ulTextLine == 0) {
+            const auto ulBlanks = static_cast<std::uint32_t>(pFirst - _pText);
+            m_rTree.KeepTextPlace(m_pOpen, m_rSource.Line(), m_rSource.Column() + ulBlanks);
+        }
     }
 
     void Comment(const char* _szText)

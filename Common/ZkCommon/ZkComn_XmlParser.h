@@ -50,7 +50,7 @@ public:
     {
         KeepSelected = 0,
         KeepWhole = 1, // all elements and comments, from Load on
-        KeepLines = 2, // the line of each element; costs a second look at the text
+        KeepLines = 2, // the line of each element and of its text; costs a second look at the text
     };
 
     /** _pMemory, when given, provides the memory of elements and parser library, and outlives this object. */

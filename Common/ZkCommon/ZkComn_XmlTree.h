@@ -200,16 +200,25 @@ public:
 
     XmlArena& Arena() noexcept { return m_arena; }
 
-    /** Where an element begins, counted from 1; zeros where that is not kept. */
+    /** Where an element and its text begin, counted from 1; zeros where that is not kept, or there is none. */
     struct Place
     {
         std::uint32_t ulLine = 0;
         std::uint32_t ulColumn = 0;
+        std::uint32_t ulTextLine = 0;
+        std::uint32_t ulTextColumn = 0;
     };
     void KeepPlace(XmlNode* _pNode, std::uint32_t _ulLine, std::uint32_t _ulColumn)
     {
         m_vecPlace.push_back({_ulLine, _ulColumn});
         _pNode->ulPlace = static_cast<std::uint32_t>(m_vecPlace.size());
+    }
+    /** Of a node whose place is kept. */
+    void KeepTextPlace(const XmlNode* _pNode, std::uint32_t _ulLine, std::uint32_t _ulColumn) noexcept
+    {
+        Place& rstPlace = m_vecPlace[_pNode->ulPlace - 1];
+        rstPlace.ulTextLine = _ulLine;
+        rstPlace.ulTextColumn = _ulColumn;
     }
     Place PlaceOf(const XmlNode* _pNode) const noexcept
     {

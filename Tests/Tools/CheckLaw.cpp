@@ -98,6 +98,7 @@ public:
         Collect(m_stRoot);
     }
     std::vector<Place>& Places() { return m_vecPlace; }
+    const std::vector<Node*>& Nodes() const { return m_vecNode; }
     /** Sets an attribute of the root, where it has one of the name. */
     void Set(std::wstring_view _svName, const std::wstring& _rtszText)
     {
@@ -133,6 +134,7 @@ private:
 
     void Collect(Node& _rstNode)
     {
+        m_vecNode.push_back(&_rstNode);
         for (std::size_t i = 0; i < _rstNode.vecAttribute.size(); ++i) {
             const AttributeShape& stShape = _rstNode.pShape->vecAttribute[i];
             m_vecPlace.push_back({&_rstNode, stShape.svName, {&stShape.stText}, &_rstNode.vecAttribute[i]});
@@ -183,6 +185,7 @@ private:
     const std::wstring& m_rtszKey;
     Node m_stRoot;
     std::vector<Place> m_vecPlace;
+    std::vector<Node*> m_vecNode;
 };
 
 std::wstring OtherCase(std::wstring _tszText)
@@ -344,6 +347,32 @@ protected:
         }
     }
 
+    /** A text where no reader looks for one changes nothing that is read, and is told where it is. */
+    void HoldStrayTexts(LawDocument& _rDocument)
+    {
+        const auto [stBase, vecBaseFinding] = Look(_rDocument);
+        // Then an element may be in one that is told as a whole.
+        const bool bPassedOver = std::ranges::any_of(
+            vecBaseFinding, [](const Finding& _rstFinding) { return _rstFinding.enRule == Rule::Unread; });
+        for (Node* pNode : _rDocument.Nodes()) {
+            if (!pNode->pShape->vecText.empty()) {
+                continue;
+            }
+            pNode->tszText = L"\n stray";
+            const auto [stReading, vecFinding] = Look(_rDocument);
+            const std::string sXml = _rDocument.Xml();
+            pNode->tszText.reset();
+            const auto lLine = std::ranges::count(sXml.substr(0, sXml.find("stray")), '\n') + 1;
+            const auto lTold = std::ranges::count_if(vecFinding, [&](const Finding& _rstFinding) {
+                return _rstFinding.enRule == Rule::StrayText && _rstFinding.ulLine == lLine &&
+                       _rstFinding.ulColumn == 2;
+            });
+            EXPECT_EQ(stReading, stBase) << sXml;
+            EXPECT_EQ(lTold, pNode->pShape->bUnread || (bPassedOver && lTold == 0) ? 0 : 1) << sXml;
+            EXPECT_EQ(std::ranges::ssize(vecFinding), std::ranges::ssize(vecBaseFinding) + lTold) << sXml;
+        }
+    }
+
     DocumentReader m_cReader;
     Reading m_stWhole; // of the document as it is meant
     std::size_t m_uTried = 0;
@@ -372,6 +401,7 @@ TEST_P(CheckLaw, SaysWhatReadingShows)
         ASSERT_NE(m_stWhole.Records({}), 0U) << cDocument.Xml();
         Hold(cDocument, cDocument.Places(), {});
         HoldDependent(cDocument);
+        HoldStrayTexts(cDocument);
     }
     EXPECT_NE(m_uTried, 0U);
 }

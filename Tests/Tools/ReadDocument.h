@@ -16,6 +16,8 @@ struct Reading
     std::map<std::wstring_view, std::size_t> mapRecord{}; // how many of each element; of an update what would be done
     std::vector<std::string> vecValue{};                  // "key=value", in order
 
+    friend bool operator==(const Reading&, const Reading&) = default;
+
     /** How many records there are of an element; of all where it is no record's. */
     std::size_t Records(std::wstring_view _svElement) const;
 };

@@ -160,7 +160,7 @@ TEST(VrntCheck, ReportsManyFilesByKindRuleAndStatus)
     const TempFolder folder;
     const std::string sShared = "<!-- <A> --><Quillmar check='no'>";
     std::filesystem::create_directory(folder.Path() / "sub");
-    folder.Write(L"a.xml", "<Aliases>\n \xC3\xA4<Alias Id='1'/></Aliases>");
+    folder.Write(L"a.xml", "<Aliases>\n<!--\xC3\xA4--><Alias Id='1'/></Aliases>");
     folder.Write(L"plain.xml", "<Components><Install/><Uninstall/></Components>");
     folder.Write(L"antispy.XML", sShared + "</Quillmar>");
     folder.Write(L"sub\\update.xml", sShared + "<REG/></Quillmar>");
@@ -184,7 +184,7 @@ TEST(VrntCheck, ReportsManyFilesByKindRuleAndStatus)
 
     const std::wstring tszAlias = folder.File(L"a.xml");
     EXPECT_EQ(Json::parse(RunVrnt({L"check", tszAlias, L"--json"}).sOutput)["data"],
-              Json::parse(R"([{"line": 2, "column": 3, "severity": "warning", "rule": "missing",
+              Json::parse(R"([{"line": 2, "column": 9, "severity": "warning", "rule": "missing",
                   "element": "/Aliases/Alias", "text": "attribute \"Property\" is missing: read as empty"}])"));
     struct
     {

@@ -125,7 +125,7 @@ TEST(XmlParser, RefusesADocumentThatIsNotWellFormedAnywhereAndTellsWhere)
 TEST(XmlParser, SelectsAgainKeepsWhatItSelectedAndNoticesAPathThatMatchesNothing)
 {
     const TempFolder folder;
-    folder.Write(L"a.xml", "<?xml version='1.0'?>\n<A>\r\n\xC3\xA4<B>1\n</B><C\nx='1'/>\n</A>");
+    folder.Write(L"a.xml", "<?xml version='1.0'?>\n<A>\r\n\xC3\xA4<B>\t1\n</B><C\nx='1'/>\n</A>");
     for (const std::uint32_t ulOptions : {XmlParser::KeepSelected, XmlParser::KeepWhole, XmlParser::KeepLines}) {
         const TraceRecorder trace(TraceNotice);
         XmlParser parser;
@@ -135,11 +135,13 @@ TEST(XmlParser, SelectsAgainKeepsWhatItSelectedAndNoticesAPathThatMatchesNothing
         EXPECT_TRUE(parser.Select(L"/A/B", b) && parser.Select(L"/A/C", c));
         XmlElement none = b;
         EXPECT_FALSE(parser.Select(L"/A/D", none) || none);
-        EXPECT_EQ(Short(b) + Short(c), "B(1\n)C[x=1]");
+        EXPECT_EQ(Short(b) + Short(c), "B(\t1\n)C[x=1]");
         EXPECT_EQ(static_cast<bool>(b.Parent()), ulOptions == XmlParser::KeepWhole);
         const bool bLines = ulOptions == XmlParser::KeepLines;
         EXPECT_EQ(std::pair(b.Line(), c.Line()), bLines ? std::pair(3U, 4U) : std::pair(0U, 0U));
         EXPECT_EQ(std::pair(b.Column(), c.Column()), bLines ? std::pair(2U, 5U) : std::pair(0U, 0U));
+        EXPECT_EQ(std::tuple(b.TextLine(), b.TextColumn(), c.TextLine()),
+                  std::tuple(bLines ? 3U : 0U, bLines ? 6U : 0U, 0U));
         EXPECT_THAT(trace.Messages(), ElementsAre(L"*** XmlParser::Select() - [/A/D] was not found in [" +
                                                   folder.File(L"a.xml") + L"]."));
         EXPECT_EQ(CodeOf([&] { parser.Select(L"/", b); }), 160U);

@@ -86,6 +86,7 @@ private:
             for (const TextShape& stText : _rstShape.vecText) {
                 CheckText(_rElement, _rOwner, "the text", _rElement.Text(), stText);
             }
+            CheckStrayText(_rElement, _rstShape);
             if (_rstShape.fnRule) {
                 _rstShape.fnRule(_rElement, [&](Strange _enStrange, const std::string& _rsText) {
                     TellStrange(_rElement, _enStrange, Rule::DroppedEntry, _rsText);
@@ -96,6 +97,16 @@ private:
         }
         m_bDropped = bAround;
         m_vecPath.pop_back();
+    }
+
+    void CheckStrayText(const XmlElement& _rElement, const ElementShape& _rstShape)
+    {
+        if (_rstShape.vecText.empty() && !_rstShape.bForeign && _rElement.TextLine() != 0) {
+            Tell(_rElement, Severity::Warning, Rule::StrayText,
+                 "no reader looks at the text " + Cited(_rElement.Text()));
+            m_vecFinding.back().ulLine = _rElement.TextLine();
+            m_vecFinding.back().ulColumn = _rElement.TextColumn();
+        }
     }
 
     void CheckAttributes(const XmlElement& _rElement, const ElementShape& _rstShape)

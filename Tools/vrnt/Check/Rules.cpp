@@ -15,6 +15,7 @@ constexpr RuleRow g_aRule[] = {
     {Rule::Missing, "missing", "An attribute or a child element is missing."},
     {Rule::DroppedEntry, "dropped-entry", "The reader passes the entry over, or what it asks for cannot be done."},
     {Rule::UnknownName, "unknown-name", "No reader looks at an attribute or element of this name."},
+    {Rule::StrayText, "stray-text", "No reader looks at a text that is in an element or between its children."},
     {Rule::Repeated, "repeated", "Only the first of several is used."},
     {Rule::Unread, "unread", "The reader does not look at the element here, because of another text."},
     {Rule::NotStored, "not-stored", "A store does not keep it."},

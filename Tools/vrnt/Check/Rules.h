@@ -16,6 +16,7 @@ enum class Rule : std::uint8_t
     Missing,
     DroppedEntry,
     UnknownName,
+    StrayText,
     Repeated,
     Unread,
     NotStored,
