@@ -1,13 +1,16 @@
 #include "Verbs.h"
 
+#include "Edges.h"
 #include "Footprint.h"
 #include "SrvFrwk_ResultCode.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <random>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Proof {
@@ -34,17 +37,16 @@ Range Pick(const std::string& _sText, char _cFirst, char _cLast, std::mt19937& _
     return uEnd == std::string::npos ? Range{0, 0} : Range{uBegin, uEnd + 1 - uBegin};
 }
 
-/** An element from its start tag to the next end tag of its name. */
-Range PickElement(const std::string& _sText, std::mt19937& _rGenerator)
+/** The element of a start tag, up to the next end tag of its name; other markup alone. */
+Range ElementOf(const std::string& _sText, Range _stTag)
 {
-    const Range stTag = Pick(_sText, '<', '>', _rGenerator);
-    if (stTag.uLength < 3 || _sText[stTag.uBegin + 1] == '/' || _sText[stTag.uBegin + stTag.uLength - 2] == '/') {
-        return stTag;
+    if (_stTag.uLength < 3 || _sText[_stTag.uBegin + 1] == '/' || _sText[_stTag.uBegin + _stTag.uLength - 2] == '/') {
+        return _stTag;
     }
-    const std::size_t uName = _sText.find_first_of(" \t\r\n/>", stTag.uBegin);
-    const std::string sEnd = "</" + _sText.substr(stTag.uBegin + 1, uName - stTag.uBegin - 1) + ">";
+    const std::size_t uName = _sText.find_first_of(" \t\r\n/>", _stTag.uBegin);
+    const std::string sEnd = "</" + _sText.substr(_stTag.uBegin + 1, uName - _stTag.uBegin - 1) + ">";
     const std::size_t uEnd = _sText.find(sEnd, uName);
-    return uEnd == std::string::npos ? stTag : Range{stTag.uBegin, uEnd + sEnd.size() - stTag.uBegin};
+    return uEnd == std::string::npos ? _stTag : Range{_stTag.uBegin, uEnd + sEnd.size() - _stTag.uBegin};
 }
 
 void Step(std::string& _rsText, std::mt19937& _rGenerator)
@@ -58,7 +60,7 @@ void Step(std::string& _rsText, std::mt19937& _rGenerator)
         "4294967296",   "-1",
         "\xff",         "\xc0\x80",
         "\xef\xbf\xbe", "<!DOCTYPE a [<!ENTITY b 'c'><!ATTLIST a d CDATA 'e'>]>"};
-    const Range stElement = PickElement(_rsText, _rGenerator);
+    const Range stElement = ElementOf(_rsText, Pick(_rsText, '<', '>', _rGenerator));
     const std::string sElement = _rsText.substr(stElement.uBegin, stElement.uLength);
     const std::size_t uAnywhere = Below(_rGenerator, _rsText.size());
     switch (_rGenerator() % 9) {
@@ -117,47 +119,135 @@ std::string Mutant(const std::string& _sDocument, std::mt19937& _rGenerator)
     return sMutant;
 }
 
+std::wstring Wide(const std::string& _sText)
+{
+    return {_sText.begin(), _sText.end()};
+}
+
+/** Mutants of documents of every kind, and of what was found on the way: texts that reach edges which none before reached. */
+class Search
+{
+public:
+    /** @param _tszKept  folder for what is found, with a backslash; empty to look for nothing */
+    Search(Host& _rHost, unsigned _ulSeed, std::wstring _tszKept)
+        : m_rHost(_rHost), m_cGenerator(_ulSeed), m_tszKept(std::move(_tszKept))
+    {
+        for (const Operation& rstOperation : Operations()) {
+            m_vecKind.push_back({PlainText(m_rHost.FileOf(rstOperation), rstOperation.enDocument)});
+        }
+        for (std::size_t uKind = 0; uKind < m_vecKind.size(); ++uKind) { // what a first use keeps is there then
+            Run(uKind, m_vecKind[uKind].front());
+            m_cEdges.TakeNew();
+        }
+    }
+
+    void Round()
+    {
+        for (std::size_t uKind = 0; uKind < m_vecKind.size(); ++uKind) {
+            const std::vector<std::string>& rvecText = m_vecKind[uKind];
+            const std::size_t uBase = Below(m_cGenerator, 2) == 0 ? 0 : Below(m_cGenerator, rvecText.size());
+            Try(uKind, Mutant(rvecText[uBase], m_cGenerator));
+        }
+    }
+
+    /** Runs what an earlier search kept in this folder, in files of an operation's name and a number. */
+    void Replay(const std::wstring& _tszFolder)
+    {
+        for (const auto& rEntry : std::filesystem::directory_iterator(_tszFolder)) {
+            const Operation& rstOperation = OperationOf(rEntry.path().stem().string());
+            Try(static_cast<std::size_t>(&rstOperation - Operations().data()), Contents(rEntry.path().wstring()));
+        }
+    }
+
+    int m_iRuns = 0, m_iAccepted = 0, m_iKept = 0;
+    double m_dSlowest = 0;
+    EdgeMap m_cEdges;
+
+private:
+    void Run(std::size_t _uKind, const std::string& _sText)
+    {
+        const Operation& rstOperation = Operations()[_uKind];
+        Put(m_rHost.stDesk.tszFolder + L"mutant", _sText); // for whoever finds a crash
+        PutDocument(m_rHost.FileOf(rstOperation), rstOperation.enDocument, _sText);
+        EdgeMap::Begin();
+        const Clock::time_point tStart = Clock::now();
+        m_iAccepted += SrvFrwk::Result::IsFailure(m_rHost.Run(rstOperation)) ? 0 : 1;
+        m_dSlowest = std::max(m_dSlowest, SecondsSince(tStart));
+        ++m_iRuns;
+    }
+
+    void Try(std::size_t _uKind, const std::string& _sText)
+    {
+        Run(_uKind, _sText);
+        Edges vecNew = m_cEdges.TakeNew();
+        if (m_tszKept.empty() || vecNew.empty()) {
+            return;
+        }
+        Run(_uKind, _sText); // some edges depend on an address or a random name
+        std::erase_if(vecNew, [](std::uint16_t _usEdge) { return !EdgeMap::Reached({_usEdge}); });
+        if (!vecNew.empty()) {
+            m_vecKind[_uKind].push_back(Shrunk(_uKind, _sText, vecNew));
+            Put(m_tszKept + Wide(std::string(Operations()[_uKind].svName)) + L"." + std::to_wstring(++m_iKept),
+                m_vecKind[_uKind].back());
+        }
+    }
+
+    /** Without elements, and texts before them, that the edges do not need. */
+    std::string Shrunk(std::size_t _uKind, std::string _sText, const Edges& _vecEdge)
+    {
+        std::size_t uTag = _sText.find('<');
+        for (int iTries = 200; uTag != std::string::npos && iTries > 0; --iTries) {
+            const std::size_t uText = uTag == 0 ? 0 : _sText.rfind('>', uTag - 1) + 1;
+            const std::size_t uEnd = std::min(_sText.find('>', uTag), _sText.size() - 1);
+            const Range stElement = ElementOf(_sText, {uTag, uEnd + 1 - uTag});
+            const std::string sLess = std::string(_sText).erase(uText, uTag + stElement.uLength - uText);
+            Run(_uKind, sLess);
+            if (EdgeMap::Reached(_vecEdge)) {
+                _sText = sLess;
+                uTag = _sText.find('<', uText);
+            } else {
+                uTag = _sText.find('<', uTag + 1);
+            }
+        }
+        return _sText;
+    }
+
+    Host& m_rHost;
+    std::mt19937 m_cGenerator;
+    std::wstring m_tszKept;
+    std::vector<std::vector<std::string>> m_vecKind; // for each operation the document, and what was found
+};
+
 } // namespace
 
-/** mutants SEED SECONDS: of the documents of every kind in turn; crash and hang are the caller's to see. */
+/**
+ * mutants SEED SECONDS FINDS [KEPT]: first what is kept in the folder FINDS, then mutants of every kind in turn; with KEPT
+ * of what is new among them too, which is kept there. Crash and hang are the caller's to see.
+ */
 int Mutants(Host& _rHost, const Arguments& _vecArgument)
 {
-    std::mt19937 cGenerator(static_cast<unsigned>(std::stoul(_vecArgument.at(0))));
     const double dSeconds = std::stod(_vecArgument.at(1));
-    std::vector<std::string> vecPlain;
-    for (const Operation& rstOperation : Operations()) {
-        vecPlain.push_back(PlainText(_rHost.FileOf(rstOperation), rstOperation.enDocument));
-        _rHost.Run(rstOperation); // once, so that what the process keeps of a first use is there
-    }
-    int iMutants = 0, iAccepted = 0;
-    double dSlowest = 0;
-    const auto round = [&] {
-        for (std::size_t uOperation = 0; uOperation < vecPlain.size(); ++uOperation) {
-            const Operation& rstOperation = Operations()[uOperation];
-            const std::wstring tszFile = _rHost.FileOf(rstOperation);
-            const std::string sMutant = Mutant(vecPlain[uOperation], cGenerator);
-            Put(_rHost.stDesk.tszFolder + L"mutant", sMutant); // for whoever finds a crash
-            PutDocument(tszFile, rstOperation.enDocument, sMutant);
-            const Clock::time_point tStart = Clock::now();
-            const std::uint32_t ulResult = _rHost.Run(rstOperation);
-            dSlowest = std::max(dSlowest, SecondsSince(tStart));
-            ++iMutants;
-            iAccepted += SrvFrwk::Result::IsFailure(ulResult) ? 0 : 1;
-            PutDocument(tszFile, rstOperation.enDocument, vecPlain[uOperation]);
-        }
-    };
+    const bool bKeeps = _vecArgument.size() > 3;
+    Search cSearch(_rHost, static_cast<unsigned>(std::stoul(_vecArgument[0])), Wide(bKeeps ? _vecArgument[3] : ""));
+    cSearch.Replay(Wide(_vecArgument.at(2)));
     for (int iFirst = 0; iFirst < 5; ++iFirst) { // what the system keeps of a first failure is there then
-        round();
+        cSearch.Round();
     }
     const Clock::time_point tBegin = Clock::now();
     const Footprint stBefore = Footprint::Now();
     while (SecondsSince(tBegin) < dSeconds) {
-        round();
+        cSearch.Round();
     }
     const Footprint stAfter = Footprint::Now();
-    std::printf("mutants %d, accepted %d; slowest %.2f s; handles %lu -> %lu; heap %zu -> %zu\n", iMutants, iAccepted,
-                dSlowest, stBefore.ulHandles, stAfter.ulHandles, stBefore.uHeapBytes, stAfter.uHeapBytes);
-    return dSlowest < 20 && stAfter.ulHandles <= stBefore.ulHandles && stAfter.uHeapBytes < stBefore.uHeapBytes + 65536
+    std::printf("mutants %d, accepted %d; slowest %.2f s; handles %lu -> %lu; heap %zu -> %zu", cSearch.m_iRuns,
+                cSearch.m_iAccepted, cSearch.m_dSlowest, stBefore.ulHandles, stAfter.ulHandles, stBefore.uHeapBytes,
+                stAfter.uHeapBytes);
+    if (cSearch.m_cEdges.Known() > 0) {
+        std::printf("; edges %zu, finds %d", cSearch.m_cEdges.Known(), cSearch.m_iKept);
+    }
+    std::puts("");
+    return cSearch.m_dSlowest < 20 && stAfter.ulHandles <= stBefore.ulHandles &&
+                   (bKeeps || stAfter.uHeapBytes < stBefore.uHeapBytes + 65536)
                ? 0
                : 1;
 }
@@ -165,9 +255,8 @@ int Mutants(Host& _rHost, const Arguments& _vecArgument)
 /** mutate FILE SEED TARGET: for the tool, whose inputs are files. */
 int Mutate(Host&, const Arguments& _vecArgument)
 {
-    const auto wide = [](const std::string& _sText) { return std::wstring(_sText.begin(), _sText.end()); };
     std::mt19937 cGenerator(static_cast<unsigned>(std::stoul(_vecArgument.at(1))));
-    return Put(wide(_vecArgument.at(2)), Mutant(Contents(wide(_vecArgument[0])), cGenerator)) ? 0 : 1;
+    return Put(Wide(_vecArgument.at(2)), Mutant(Contents(Wide(_vecArgument[0])), cGenerator)) ? 0 : 1;
 }
 
 } // namespace Proof
