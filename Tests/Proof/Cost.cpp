@@ -13,7 +13,9 @@ namespace {
 /** Processor time of this process: what the machine does besides is not in it. */
 double ProcessorSeconds()
 {
-    FILETIME stIgnored = {}, stKernel = {}, stUser = {};
+    FILETIME stIgnored = {};
+    FILETIME stKernel = {};
+    FILETIME stUser = {};
     ::GetProcessTimes(::GetCurrentProcess(), &stIgnored, &stIgnored, &stKernel, &stUser);
     const auto seconds = [](const FILETIME& _rstTime) {
         return (static_cast<double>(_rstTime.dwHighDateTime) * 4294967296.0 + _rstTime.dwLowDateTime) / 1e7;

@@ -45,14 +45,14 @@ int wmain(int _iCount, wchar_t** _ppArgument)
     }
     const auto* pVerb = std::ranges::find(g_aVerb, vecArgument.empty() ? "" : vecArgument[0], &Verb::svName);
     if (_iCount < 4 || pVerb == std::end(g_aVerb)) {
-        std::fputs("usage: prove VERB VARNHELT.DLL FOLDER [ARGUMENT ...]\n", stderr);
+        (void)std::fputs("usage: prove VERB VARNHELT.DLL FOLDER [ARGUMENT ...]\n", stderr);
         return 2;
     }
     try {
         Host cHost(_ppArgument[2], _ppArgument[3]);
         return pVerb->pRun(cHost, Arguments(vecArgument.begin() + 3, vecArgument.end()));
     } catch (const std::exception& rError) {
-        std::fprintf(stderr, "prove: %s\n", rError.what());
+        (void)std::fprintf(stderr, "prove: %s\n", rError.what());
         return 2;
     }
 }

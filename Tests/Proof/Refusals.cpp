@@ -19,8 +19,8 @@ namespace {
 /** An import, and what it answers when it is refused. */
 struct Import
 {
-    const char* szName;
-    std::uintptr_t uRefusal;
+    const char* szName = nullptr;
+    std::uintptr_t uRefusal = 0;
     void* pReal = nullptr;
 };
 
@@ -172,7 +172,7 @@ public:
           m_sBefore(Contents(m_tszFile))
     {
         Run(0, 0);
-        m_uCalls = g_uCalls;
+        m_uCalls = g_uCalls; // NOLINT(cppcoreguidelines-prefer-member-initializer): after the run
         m_sAfter = Contents(m_tszFile);
     }
     ~Runs() { Put(m_tszFile, m_sBefore); }
@@ -185,7 +185,7 @@ public:
         std::size_t uFirstHeap = 0;
         for (unsigned uFirst = 1; uFirst <= m_uCalls; uFirst += _uStep, ++m_iRuns) {
             Put(m_tszFile, m_sBefore);
-            std::fprintf(stderr, "call %u %s\n", uFirst, _uCount == 1 ? "alone" : "and all after it");
+            (void)std::fprintf(stderr, "call %u %s\n", uFirst, _uCount == 1 ? "alone" : "and all after it");
             Judge(Run(uFirst, _uCount));
             uFirstHeap = uFirst == 1 ? Footprint::Now().uHeapBytes : uFirstHeap;
         }
@@ -224,8 +224,8 @@ private:
         m_iLost += bWhole ? 0 : 1;
         m_iFalse += bFalse ? 1 : 0;
         if (!bWhole || bFalse) {
-            std::fprintf(stderr, "  %s: 0x%08x, %s\n", g_szLast, static_cast<unsigned>(_ulResult),
-                         bWhole ? "success without the change" : "neither old nor new");
+            (void)std::fprintf(stderr, "  %s: 0x%08x, %s\n", g_szLast, static_cast<unsigned>(_ulResult),
+                               bWhole ? "success without the change" : "neither old nor new");
         }
     }
 

@@ -31,7 +31,7 @@ int Store(Host& _rHost, const Arguments& _vecArgument)
         }
         if (ulRound == 0) {
             std::puts("storing");
-            std::fflush(stdout);
+            (void)std::fflush(stdout);
         }
     }
 }
@@ -53,7 +53,9 @@ int Crowd(Host& _rHost, const Arguments& _vecArgument)
     const double dSeconds = std::stod(_vecArgument.at(0));
     const int iWriters = std::stoi(_vecArgument.at(1));
     const int iReaders = std::stoi(_vecArgument.at(2));
-    std::atomic<int> aiCount[2] = {}, aiFailed[2] = {}, iTorn = 0;
+    std::atomic<int> aiCount[2] = {};
+    std::atomic<int> aiFailed[2] = {};
+    std::atomic<int> iTorn = 0;
     const auto work = [&](std::size_t _uWrites) {
         const Clock::time_point tBegin = Clock::now();
         for (std::uint32_t ulRound = 0; SecondsSince(tBegin) < dSeconds / 2; ++ulRound) {
@@ -89,7 +91,9 @@ int Changes(Host& _rHost, const Arguments& _vecArgument)
     const double dSeconds = std::stod(_vecArgument.at(0));
     const std::size_t uFirst = std::stoul(_vecArgument.at(1));
     const Clock::time_point tBegin = Clock::now();
-    std::atomic<int> iStores = 0, iFailed = 0, iLost = 0;
+    std::atomic<int> iStores = 0;
+    std::atomic<int> iFailed = 0;
+    std::atomic<int> iLost = 0;
     const auto work = [&](std::size_t _uController) {
         for (std::uint32_t ulRound = 0; SecondsSince(tBegin) < dSeconds; ++ulRound) {
             const std::uint32_t ulPermission = ulRound % 2 == 0 ? Frwk::PermissionAllow : Frwk::PermissionDeny;
