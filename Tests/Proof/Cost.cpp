@@ -8,9 +8,6 @@
 
 namespace Proof {
 
-namespace {
-
-/** Processor time of this process: what the machine does besides is not in it. */
 double ProcessorSeconds()
 {
     FILETIME stIgnored = {};
@@ -22,6 +19,8 @@ double ProcessorSeconds()
     };
     return seconds(stKernel) + seconds(stUser);
 }
+
+namespace {
 
 std::size_t PeakBytes()
 {

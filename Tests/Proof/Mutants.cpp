@@ -170,9 +170,9 @@ private:
         Put(m_rHost.stDesk.tszFolder + L"mutant", _sText); // for whoever finds a crash
         PutDocument(m_rHost.FileOf(rstOperation), rstOperation.enDocument, _sText);
         EdgeMap::Begin();
-        const Clock::time_point tStart = Clock::now();
+        const double dStart = ProcessorSeconds();
         m_iAccepted += SrvFrwk::Result::IsFailure(m_rHost.Run(rstOperation)) ? 0 : 1;
-        m_dSlowest = std::max(m_dSlowest, SecondsSince(tStart));
+        m_dSlowest = std::max(m_dSlowest, ProcessorSeconds() - dStart);
         ++m_iRuns;
     }
 

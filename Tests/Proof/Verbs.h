@@ -34,6 +34,9 @@ inline double SecondsSince(Clock::time_point _tBegin)
     return std::chrono::duration<double>(Clock::now() - _tBegin).count();
 }
 
+/** Processor time of this process: what the machine does besides is not in it. */
+double ProcessorSeconds();
+
 /** Each gives the exit status: 0, or 1 when something was lost. */
 int Store(Host& _rHost, const Arguments& _vecArgument);
 int Look(Host& _rHost, const Arguments& _vecArgument);
