@@ -11,7 +11,7 @@ namespace ZkCommon::Storage {
 
 namespace {
 
-constexpr std::string_view g_svDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+constexpr std::string_view g_svDeclaration = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 constexpr std::string_view g_svLineEnd = "\r\n";
 
 /** No document that means anything is nested deeper, and tabs without end would make the output grow as the square. */
