@@ -293,6 +293,7 @@ private:
     std::wstring NumberType(const wchar_t* _pszName, const std::vector<std::wstring>& _vecPattern)
     {
         std::vector<Node> vecPattern;
+        vecPattern.reserve(_vecPattern.size());
         for (const std::wstring& tszPattern : _vecPattern) {
             vecPattern.push_back(Facet(L"pattern", tszPattern));
         }

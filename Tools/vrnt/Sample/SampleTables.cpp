@@ -110,7 +110,7 @@ struct Product
     /** The start tag, which both databases share. */
     std::string Tag() const
     {
-        return Filled("<Product ID=\"%1\" category=\"%2\" vendor=\"%3\" cpu=\"%4\" registered=\"%5\">",
+        return Filled(R"(<Product ID="%1" category="%2" vendor="%3" cpu="%4" registered="%5">)",
                       {Number(),
                        uSuite == 3  ? "firewall"
                        : uSuite < 3 ? "suite"
