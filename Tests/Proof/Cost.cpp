@@ -20,6 +20,15 @@ double ProcessorSeconds()
     return seconds(stKernel) + seconds(stUser);
 }
 
+std::string Repeated(std::string_view _svText, std::size_t _uTimes)
+{
+    std::string sText;
+    while (_uTimes-- > 0) {
+        sText += _svText;
+    }
+    return sText;
+}
+
 namespace {
 
 std::size_t PeakBytes()
@@ -29,52 +38,31 @@ std::size_t PeakBytes()
     return stCounters.PeakWorkingSetSize;
 }
 
+/** "before" + number + "behind" for each number, up to so many bytes. */
+std::string Numbered(const char* _szBefore, const char* _szBehind, std::size_t _uBytes)
+{
+    std::string sText;
+    for (std::size_t uNumber = 0; sText.size() < _uBytes; ++uNumber) {
+        sText += _szBefore + std::to_string(uNumber) + _szBehind;
+    }
+    return sText;
+}
+
 /** A list of component numbers in one of many forms, of about so many bytes. */
 std::string Shape(const std::string& _sShape, std::size_t _uBytes)
 {
-    const std::string sItem =
-        "<InstallPuId><Component>ePattern</Component><PuId>1</PuId><Platform>eBoth32And64bit</Platform></InstallPuId>";
-    std::string sText = "<InstallPuIds>";
-    if (_sShape == "nesting") {
-        const std::size_t uDepth = _uBytes / 7;
-        for (std::size_t uLevel = 0; uLevel < uDepth; ++uLevel) {
-            sText += "<n>";
-        }
-        for (std::size_t uLevel = 0; uLevel < uDepth; ++uLevel) {
-            sText += "</n>";
-        }
-    } else if (_sShape == "names") {
-        for (std::size_t uName = 0; sText.size() < _uBytes; ++uName) {
-            sText += "<n" + std::to_string(uName) + "/>";
-        }
-    } else if (_sShape == "attributes") {
-        sText += "<InstallPuId";
-        for (std::size_t uName = 0; sText.size() < _uBytes; ++uName) {
-            sText += " a" + std::to_string(uName) + "='v'";
-        }
-        sText += "/>";
-    } else if (_sShape == "text") {
-        sText += "<InstallPuId><PuId>" + std::string(_uBytes, '1') + "</PuId></InstallPuId>";
-    } else if (_sShape == "defaults" || _sShape == "declarations") { // as many as are accepted, and more
-        sText = "<!DOCTYPE InstallPuIds [<!ATTLIST n";
-        const std::size_t uMost = _sShape == "defaults" ? 100 : _uBytes;
-        for (std::size_t uName = 0; uName < uMost && sText.size() < _uBytes / 2; ++uName) {
-            sText += " a" + std::to_string(uName) + " CDATA 'v'";
-        }
-        sText += ">]><x>";
-        while (sText.size() < _uBytes) {
-            sText += "<n/>";
-        }
-        sText += "</x>";
-        return sText;
-    } else if (_sShape == "records") {
-        while (sText.size() < _uBytes) {
-            sText += sItem;
-        }
-    } else {
-        throw std::runtime_error("no such shape: " + _sShape);
+    if (_sShape == "defaults" || _sShape == "declarations") { // 94, which are accepted, or very many
+        return "<!DOCTYPE x [<!ATTLIST n" + Numbered(" a", " CDATA 'v'", _sShape == "defaults" ? 1300 : _uBytes / 2) +
+               ">]><x>" + Repeated("<n/>", _uBytes / 8) + "</x>";
     }
-    return sText + "</InstallPuIds>";
+    const std::string sContent =
+        _sShape == "nesting"      ? Repeated("<n>", _uBytes / 7) + Repeated("</n>", _uBytes / 7)
+        : _sShape == "names"      ? Numbered("<n", "/>", _uBytes)
+        : _sShape == "attributes" ? "<InstallPuId" + Numbered(" a", "='v'", _uBytes) + "/>"
+        : _sShape == "text"       ? "<InstallPuId><PuId>" + std::string(_uBytes, '1') + "</PuId></InstallPuId>"
+        : _sShape == "records"    ? Repeated("<InstallPuId><PuId>1</PuId></InstallPuId>", _uBytes / 41)
+                                  : throw std::runtime_error("no such shape: " + _sShape);
+    return "<InstallPuIds>" + sContent + "</InstallPuIds>";
 }
 
 } // namespace

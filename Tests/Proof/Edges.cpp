@@ -1,15 +1,14 @@
 #include "Edges.h"
 
 #include <algorithm>
-#include <iterator>
+#include <bitset>
 #include <windows.h>
 
 // The program and the library have this file's function each, and both count in the program's map.
-extern "C" __declspec(dllexport) bool g_abEdge[65536]; // NOLINT(modernize-avoid-c-arrays): exported
-extern "C" void __sanitizer_cov_trace_pc();
-
+extern "C" __declspec(dllexport) bool g_abEdge[65536];
 bool g_abEdge[65536] = {};
 
+extern "C" void __sanitizer_cov_trace_pc();
 void __sanitizer_cov_trace_pc()
 {
     static bool* s_pbEdge = nullptr;
@@ -23,29 +22,30 @@ void __sanitizer_cov_trace_pc()
     s_uBefore = uHere;
 }
 
-namespace Proof {
+namespace {
 
-void EdgeMap::Begin() noexcept
+std::bitset<std::size(g_abEdge)> g_cKnown;
+
+} // namespace
+
+void Proof::BeginRun() noexcept
 {
     std::ranges::fill(g_abEdge, false);
 }
 
-Edges EdgeMap::TakeNew()
+Proof::Edges Proof::NewEdges()
 {
     Edges vecNew;
-    for (std::size_t uEdge = 0; uEdge < m_vecKnown.size(); ++uEdge) {
-        if (g_abEdge[uEdge] && !m_vecKnown[uEdge]) {
-            m_vecKnown[uEdge] = true;
+    for (std::size_t uEdge = 0; uEdge < g_cKnown.size(); ++uEdge) {
+        if (g_abEdge[uEdge] && !g_cKnown[uEdge]) {
+            g_cKnown.set(uEdge);
             vecNew.push_back(static_cast<std::uint16_t>(uEdge));
         }
     }
-    m_uKnown += vecNew.size();
     return vecNew;
 }
 
-bool EdgeMap::Reached(const Edges& _vecEdge) noexcept
+bool Proof::Reached(const Edges& _vecEdge) noexcept
 {
     return std::ranges::all_of(_vecEdge, [](std::uint16_t _usEdge) { return g_abEdge[_usEdge]; });
 }
-
-} // namespace Proof

@@ -68,13 +68,11 @@ void Step(std::string& _rsText, std::mt19937& _rGenerator)
         _rsText.erase(stElement.uBegin, stElement.uLength);
         break;
     case 1: // many of it, some of them very many
-        for (std::size_t uCopies = std::size_t{1} << Below(_rGenerator, 9); uCopies > 0 && _rsText.size() < 4000000;
-             --uCopies) {
-            _rsText.insert(stElement.uBegin, sElement);
-        }
+        _rsText.insert(stElement.uBegin, Repeated(sElement, std::min(std::size_t{1} << Below(_rGenerator, 9),
+                                                                     4000000 / (sElement.size() + 1))));
         break;
     case 2: // into another one
-        _rsText.insert(Pick(_rsText, '>', '<', _rGenerator).uBegin + 1, sElement);
+        _rsText.insert(std::min(Pick(_rsText, '>', '<', _rGenerator).uBegin + 1, _rsText.size()), sElement);
         break;
     case 3:
         if (const Range stValue = Pick(_rsText, '"', '"', _rGenerator); stValue.uLength >= 2) {
@@ -91,14 +89,10 @@ void Step(std::string& _rsText, std::mt19937& _rGenerator)
         _rsText.insert(uAnywhere, aInsert[Below(_rGenerator, aInsert.size())]);
         break;
     case 6: // nested
-        for (std::size_t uDepth = Below(_rGenerator, 2000); uDepth > 0; --uDepth) {
-            _rsText.insert(stElement.uBegin, "<n>");
-        }
+        _rsText.insert(stElement.uBegin, Repeated("<n>", Below(_rGenerator, 2000)));
         break;
     case 7:
-        if (!_rsText.empty()) {
-            _rsText[uAnywhere] = static_cast<char>(_rGenerator());
-        }
+        _rsText.replace(uAnywhere, 1, 1, static_cast<char>(_rGenerator()));
         break;
     default:
         _rsText.resize(uAnywhere);
@@ -137,7 +131,7 @@ public:
         }
         for (std::size_t uKind = 0; uKind < m_vecKind.size(); ++uKind) { // what a first use keeps is there then
             Run(uKind, m_vecKind[uKind].front());
-            m_cEdges.TakeNew();
+            NewEdges();
         }
     }
 
@@ -160,8 +154,8 @@ public:
     }
 
     int m_iRuns = 0, m_iAccepted = 0, m_iKept = 0;
+    std::size_t m_uEdges = 0; // which the documents themselves do not reach
     double m_dSlowest = 0;
-    EdgeMap m_cEdges;
 
 private:
     void Run(std::size_t _uKind, const std::string& _sText)
@@ -169,7 +163,7 @@ private:
         const Operation& rstOperation = Operations()[_uKind];
         Put(m_rHost.stDesk.tszFolder + L"mutant", _sText); // for whoever finds a crash
         PutDocument(m_rHost.FileOf(rstOperation), rstOperation.enDocument, _sText);
-        EdgeMap::Begin();
+        BeginRun();
         const double dStart = ProcessorSeconds();
         m_iAccepted += SrvFrwk::Result::IsFailure(m_rHost.Run(rstOperation)) ? 0 : 1;
         m_dSlowest = std::max(m_dSlowest, ProcessorSeconds() - dStart);
@@ -179,12 +173,13 @@ private:
     void Try(std::size_t _uKind, const std::string& _sText)
     {
         Run(_uKind, _sText);
-        Edges vecNew = m_cEdges.TakeNew();
+        Edges vecNew = NewEdges();
+        m_uEdges += vecNew.size();
         if (m_tszKept.empty() || vecNew.empty()) {
             return;
         }
         Run(_uKind, _sText); // some edges depend on an address or a random name
-        std::erase_if(vecNew, [](std::uint16_t _usEdge) { return !EdgeMap::Reached({_usEdge}); });
+        std::erase_if(vecNew, [](std::uint16_t _usEdge) { return !Reached({_usEdge}); });
         if (!vecNew.empty()) {
             m_vecKind[_uKind].push_back(Shrunk(_uKind, _sText, vecNew));
             Put(m_tszKept + Wide(std::string(Operations()[_uKind].svName)) + L"." + std::to_wstring(++m_iKept),
@@ -202,7 +197,7 @@ private:
             const Range stElement = ElementOf(_sText, {uTag, uEnd + 1 - uTag});
             const std::string sLess = std::string(_sText).erase(uText, uTag + stElement.uLength - uText);
             Run(_uKind, sLess);
-            if (EdgeMap::Reached(_vecEdge)) {
+            if (Reached(_vecEdge)) {
                 _sText = sLess;
                 uTag = _sText.find('<', uText);
             } else {
@@ -239,13 +234,10 @@ int Mutants(Host& _rHost, const Arguments& _vecArgument)
         cSearch.Round();
     }
     const Footprint stAfter = Footprint::Now();
-    std::printf("mutants %d, accepted %d; slowest %.2f s; handles %lu -> %lu; heap %zu -> %zu", cSearch.m_iRuns,
-                cSearch.m_iAccepted, cSearch.m_dSlowest, stBefore.ulHandles, stAfter.ulHandles, stBefore.uHeapBytes,
-                stAfter.uHeapBytes);
-    if (cSearch.m_cEdges.Known() > 0) {
-        std::printf("; edges %zu, finds %d", cSearch.m_cEdges.Known(), cSearch.m_iKept);
-    }
-    std::puts("");
+    std::printf(
+        "mutants %d, accepted %d; new edges %zu, finds %d; slowest %.2f s; handles %lu -> %lu; heap %zu -> %zu\n",
+        cSearch.m_iRuns, cSearch.m_iAccepted, cSearch.m_uEdges, cSearch.m_iKept, cSearch.m_dSlowest, stBefore.ulHandles,
+        stAfter.ulHandles, stBefore.uHeapBytes, stAfter.uHeapBytes);
     return cSearch.m_dSlowest < 20 && stAfter.ulHandles <= stBefore.ulHandles &&
                    (bKeeps || stAfter.uHeapBytes < stBefore.uHeapBytes + 65536)
                ? 0

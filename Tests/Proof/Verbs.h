@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /** What the driver can be asked to do; see each verb's own comment for its arguments and figures. */
@@ -34,6 +35,7 @@ inline double SecondsSince(Clock::time_point _tBegin)
     return std::chrono::duration<double>(Clock::now() - _tBegin).count();
 }
 
+std::string Repeated(std::string_view _svText, std::size_t _uTimes);
 /** Processor time of this process: what the machine does besides is not in it. */
 double ProcessorSeconds();
 
