@@ -22,12 +22,6 @@ void __sanitizer_cov_trace_pc()
     s_uBefore = uHere;
 }
 
-namespace {
-
-std::bitset<std::size(g_abEdge)> g_cKnown;
-
-} // namespace
-
 void Proof::BeginRun() noexcept
 {
     std::ranges::fill(g_abEdge, false);
@@ -35,10 +29,11 @@ void Proof::BeginRun() noexcept
 
 Proof::Edges Proof::NewEdges()
 {
+    static std::bitset<std::size(g_abEdge)> s_cKnown;
     Edges vecNew;
-    for (std::size_t uEdge = 0; uEdge < g_cKnown.size(); ++uEdge) {
-        if (g_abEdge[uEdge] && !g_cKnown[uEdge]) {
-            g_cKnown.set(uEdge);
+    for (std::size_t uEdge = 0; uEdge < s_cKnown.size(); ++uEdge) {
+        if (g_abEdge[uEdge] && !s_cKnown[uEdge]) {
+            s_cKnown.set(uEdge);
             vecNew.push_back(static_cast<std::uint16_t>(uEdge));
         }
     }

@@ -128,9 +128,7 @@ public:
     {
         for (const Operation& rstOperation : Operations()) {
             m_vecKind.push_back({PlainText(m_rHost.FileOf(rstOperation), rstOperation.enDocument)});
-        }
-        for (std::size_t uKind = 0; uKind < m_vecKind.size(); ++uKind) { // what a first use keeps is there then
-            Run(uKind, m_vecKind[uKind].front());
+            Run(m_vecKind.size() - 1, m_vecKind.back().front()); // what a first use keeps is there then
             NewEdges();
         }
     }
@@ -153,8 +151,7 @@ public:
         }
     }
 
-    int m_iRuns = 0, m_iAccepted = 0, m_iKept = 0;
-    std::size_t m_uEdges = 0; // which the documents themselves do not reach
+    int m_iRuns = 0, m_iAccepted = 0, m_iKept = 0, m_iEdges = 0; // edges which the documents themselves do not reach
     double m_dSlowest = 0;
 
 private:
@@ -174,7 +171,7 @@ private:
     {
         Run(_uKind, _sText);
         Edges vecNew = NewEdges();
-        m_uEdges += vecNew.size();
+        m_iEdges += static_cast<int>(vecNew.size());
         if (m_tszKept.empty() || vecNew.empty()) {
             return;
         }
@@ -197,12 +194,9 @@ private:
             const Range stElement = ElementOf(_sText, {uTag, uEnd + 1 - uTag});
             const std::string sLess = std::string(_sText).erase(uText, uTag + stElement.uLength - uText);
             Run(_uKind, sLess);
-            if (Reached(_vecEdge)) {
-                _sText = sLess;
-                uTag = _sText.find('<', uText);
-            } else {
-                uTag = _sText.find('<', uTag + 1);
-            }
+            const bool bLess = Reached(_vecEdge);
+            _sText = bLess ? sLess : _sText;
+            uTag = _sText.find('<', bLess ? uText : uTag + 1);
         }
         return _sText;
     }
@@ -235,13 +229,12 @@ int Mutants(Host& _rHost, const Arguments& _vecArgument)
     }
     const Footprint stAfter = Footprint::Now();
     std::printf(
-        "mutants %d, accepted %d; new edges %zu, finds %d; slowest %.2f s; handles %lu -> %lu; heap %zu -> %zu\n",
-        cSearch.m_iRuns, cSearch.m_iAccepted, cSearch.m_uEdges, cSearch.m_iKept, cSearch.m_dSlowest, stBefore.ulHandles,
+        "mutants %d, accepted %d; new edges %d, finds %d; slowest %.2f s; handles %lu -> %lu; heap %zu -> %zu\n",
+        cSearch.m_iRuns, cSearch.m_iAccepted, cSearch.m_iEdges, cSearch.m_iKept, cSearch.m_dSlowest, stBefore.ulHandles,
         stAfter.ulHandles, stBefore.uHeapBytes, stAfter.uHeapBytes);
-    return cSearch.m_dSlowest < 20 && stAfter.ulHandles <= stBefore.ulHandles &&
-                   (bKeeps || stAfter.uHeapBytes < stBefore.uHeapBytes + 65536)
-               ? 0
-               : 1;
+    const bool bFlat =
+        stAfter.ulHandles <= stBefore.ulHandles && (bKeeps || stAfter.uHeapBytes < stBefore.uHeapBytes + 65536);
+    return cSearch.m_dSlowest < 20 && bFlat ? 0 : 1;
 }
 
 /** mutate FILE SEED TARGET: for the tool, whose inputs are files. */

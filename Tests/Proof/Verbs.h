@@ -5,7 +5,6 @@
 
 #include <chrono>
 #include <string>
-#include <string_view>
 #include <vector>
 
 /** What the driver can be asked to do; see each verb's own comment for its arguments and figures. */
