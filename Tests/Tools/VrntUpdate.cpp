@@ -50,6 +50,9 @@ TEST(VrntUpdate, TheRehearsalTellsEveryItemTheUpdateCarriesThemOutAndItsWayBackL
     const ProgramRun stText = RunVrnt({L"update", L"--dry-run", tszPath});
     EXPECT_THAT(stText.sOutput, HasSubstr("version 17.1.1040, product qmrpro, language de"));
     EXPECT_THAT(stText.sOutput, HasSubstr("not updated, the root is none of"));
+    EXPECT_THAT(RunVrnt({L"update", L"--dry-run", L"--plain", tszPath}).sOutput,
+                HasSubstr("\nregistry\t\tP\t\tno\tthe root is none of HKCR, HKCU, HKLM, HKU\n"
+                          "registry\t\tP\tM\t\t\t\tskip\tthe item is not updated\n"));
     EXPECT_THAT(cBench.Snapshot(), IsEmpty());
 
     const std::wstring tszUndo = cBench.Folder().File(L"back.xml");

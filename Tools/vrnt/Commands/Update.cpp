@@ -112,9 +112,9 @@ void RefuseUndoFile(const UpdateOptions& _rstOptions)
 
 /** Reports the result of an update or of a rehearsal, with what was not done in words. */
 void ReportUpdate(Tool& _rTool, const UpdateOptions& _rstOptions, std::uint32_t _ulResult,
-                  const std::function<Json()>& _fnData, const std::function<std::string()>& _fnText)
+                  const UpdateRehearsal* _pRehearsal, const std::function<std::string()>& _fnText)
 {
-    if (!_rTool.stOptions.bJson && _fnText) {
+    if (!_rTool.stOptions.bJson && !_rTool.stOptions.bPlain && _fnText) {
         Write(_fnText());
     }
     if (_ulResult == SrvFrwk::Result::g_ulPartialSuccess) {
@@ -124,7 +124,13 @@ void ReportUpdate(Tool& _rTool, const UpdateOptions& _rstOptions, std::uint32_t 
                                                                        : "does not exist";
         PrintNotice(_rTool, "nothing was applied: \"" + _rstOptions.sPath + "\" " + szWhy);
     }
-    PrintAnswer(_rTool, _ulResult, _fnData, {});
+    if (_pRehearsal == nullptr) {
+        PrintAnswer(_rTool, _ulResult, nullptr, nullptr);
+        return;
+    }
+    PrintAnswer(
+        _rTool, _ulResult, [&] { return _pRehearsal->ToJson(); },
+        [&] { return _rTool.stOptions.bPlain ? _pRehearsal->ToTable() : Table(); });
 }
 
 /** A rehearsal that went wrong is no ground to go on. @throws UsageError */
@@ -170,8 +176,7 @@ bool CarryOut(Tool& _rTool, const UpdateOptions& _rstOptions, const std::wstring
         return false;
     }
     _rRehearsal.CompareWithMachine();
-    ReportUpdate(
-        _rTool, _rstOptions, ulResult, [&] { return _rRehearsal.ToJson(); }, [&] { return _rRehearsal.Summary(); });
+    ReportUpdate(_rTool, _rstOptions, ulResult, &_rRehearsal, [&] { return _rRehearsal.Summary(); });
     return _rRehearsal.IsAllDone();
 }
 
@@ -187,9 +192,7 @@ void Update(Tool& _rTool, const UpdateOptions& _rstOptions)
     bool bAllDone = false;
     if (_rstOptions.bDryRun) {
         RefuseFailedRehearsal(cRehearsal);
-        ReportUpdate(
-            _rTool, _rstOptions, cRehearsal.Result(), [&] { return cRehearsal.ToJson(); },
-            [&] { return cRehearsal.ToText(); });
+        ReportUpdate(_rTool, _rstOptions, cRehearsal.Result(), &cRehearsal, [&] { return cRehearsal.ToText(); });
         bAllDone = cRehearsal.IsAllDone();
     } else if (!_rstOptions.sUndo.empty() && !bSuccess) { // an update without a way back is not begun
         ReportUpdate(_rTool, _rstOptions, cRehearsal.Result(), nullptr, nullptr);

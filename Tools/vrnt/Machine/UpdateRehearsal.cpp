@@ -361,6 +361,35 @@ std::string UpdateRehearsal::ToText() const
     return sText;
 }
 
+Table UpdateRehearsal::ToTable() const
+{
+    const auto AddCells = [](std::vector<std::string>& _rvecCell, const Json& _rjsRecord) {
+        for (const auto& [sKey, jsValue] : *_rjsRecord.As<Json::Members>()) {
+            if (const bool* pbValue = jsValue.As<bool>()) {
+                _rvecCell.emplace_back(*pbValue ? "yes" : "no");
+            } else if (!jsValue.Is<Json::Elements>()) {
+                const auto* psText = jsValue.As<std::string>();
+                _rvecCell.push_back(psText != nullptr ? *psText : std::string());
+            }
+        }
+    };
+    Table cTable;
+    const Json jsData = ToJson();
+    const Json* pItems = jsData.Find("items");
+    for (const Json& jsItem : pItems != nullptr ? *pItems->As<Json::Elements>() : Json::Elements()) {
+        std::vector<std::string> vecItem;
+        AddCells(vecItem, jsItem);
+        cTable.Add(vecItem);
+        vecItem.resize(3); // kind, root and path
+        for (const Json& jsEntry : *jsItem.Find("entries")->As<Json::Elements>()) {
+            std::vector<std::string> vecEntry = vecItem;
+            AddCells(vecEntry, jsEntry);
+            cTable.Add(std::move(vecEntry));
+        }
+    }
+    return cTable;
+}
+
 std::string UpdateRehearsal::Summary() const
 {
     std::size_t uEntries = 0;

@@ -36,6 +36,8 @@ public:
     Json ToJson() const;
     /** What would be done, item by item. */
     std::string ToText() const;
+    /** The same for other programs: a row for each item and, behind the item's kind, root and path, for each entry. */
+    Table ToTable() const;
     /** After CompareWithMachine: how many entries were applied, and what was not, with its reason. */
     std::string Summary() const;
 
