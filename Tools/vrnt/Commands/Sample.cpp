@@ -27,7 +27,9 @@ void RunSample(Tool& _rTool, const Arguments& _rArguments)
     const std::string sFolder = Quoted(_rArguments.Text(g_stSampleFolder));
     if (_rArguments.Has(g_stRemove)) {
         RemoveSample(tszFolder);
-        PrintText(_rTool, "The sample product in " + sFolder + " is removed.\n");
+        const bool bOthers = std::filesystem::exists(tszFolder); // what was made there since
+        PrintText(_rTool, "The sample product in " + sFolder + " is removed" +
+                              (bOthers ? "; the folder stays, since other files are in it.\n" : ".\n"));
     } else {
         const bool bReplace = _rArguments.Has(g_stSampleReplace);
         const bool bRegister = _rArguments.Has(g_stRegister) || bReplace;
