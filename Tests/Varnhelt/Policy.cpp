@@ -1,5 +1,6 @@
 // The enforcement policy, read and stored.
 
+#include "ApiFault.h"
 #include "DocumentTest.h"
 #include "Frwk_DataTypesUtility.h"
 #include "ZkComn_File.h"
@@ -148,9 +149,26 @@ TEST_F(Policy, AStoreWritesWhatRecordsNameAndKeepsAllElse)
     EXPECT_EQ(Stored(), sStored) << "the same records again change nothing";
 }
 
-TEST_F(Policy, AStoreWithAControllerThatIsNotThereLeavesTheDocument)
+TEST_F(Policy, AStoreThatFailsLeavesTheDocumentByteForByte)
 {
     const std::string sStored = Stored();
+    // The first write is the copy that is read, the second the new document in plain.
+    const std::tuple<int, std::shared_ptr<void> (*)(DWORD, int), int, const wchar_t*> aRow[] = {
+        {__LINE__, &MakeFault<API(WriteFile)>, 1, L"tszXmlFile is empty"},
+        {__LINE__, &MakeFault<API(WriteFile)>, 2, L"CEncFile::Encrypt() failed"},
+        {__LINE__, &MakeFault<API(MoveFileExW)>, 1, L"CEncFile::Encrypt() failed"},
+    };
+    for (const auto& [iLine, pfnFault, iCall, pszLast] : aRow) {
+        const testing::ScopedTrace cRow(__FILE__, iLine, "row");
+        m_cTrace.Clear();
+        {
+            const std::shared_ptr<void> pFault = pfnFault(ERROR_DISK_FULL, iCall);
+            EXPECT_EQ(Store({Firewall(1)}), Result::g_ulFailed);
+        }
+        EXPECT_EQ(m_cTrace.Messages().back(),
+                  std::wstring(L"*** CFunctionXml::StoreValueAsEnforcePolicy() - ") + pszLast);
+        EXPECT_EQ(Stored(), sStored);
+    }
     EXPECT_EQ(Store({Firewall(1), {8, 1, true, {}}}), Result::g_ulFailed);
     EXPECT_EQ(m_cTrace.Messages().back(),
               L"*** CFunctionXml::StoreValueAsEnforcePolicy() - <PolicyController> was not found.");
