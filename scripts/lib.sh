@@ -162,7 +162,8 @@ wine_ready() {
 
 # product_documents FOLDER: lays out the sample product there; the folder must be empty or missing.
 product_documents() {
-    scripts/wine build/release/bin/vrnt.exe sample "$(windows_path "$1")" >/dev/null
+    scripts/wine build/release/bin/vrnt.exe sample "$(windows_path "$1")" >/dev/null ||
+        die "no sample product could be laid out in $1"
     cp build/release/bin/libexpat.dll "$1/"
 }
 

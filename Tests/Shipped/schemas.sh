@@ -9,7 +9,7 @@ vrnt=build/release/bin/vrnt.exe
 work=$root/build/schemas
 rm -rf "$work"
 mkdir -p "$work"
-scripts/wine $vrnt sample "$(windows_path "$work/product")" >/dev/null
+scripts/wine $vrnt sample "$(windows_path "$work/product")" >/dev/null || die "no sample product could be laid out"
 faults=0
 checked=0
 fault() {
