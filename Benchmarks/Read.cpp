@@ -58,7 +58,7 @@ Units Read(const std::wstring& _rtszFile, const XmlMemory* _pMemory = nullptr)
     Units vecUnit;
     XmlParser parser(_pMemory);
     XmlElement root;
-    parser.Load(_rtszFile);
+    parser.Load(_rtszFile, XmlParser::OneByOne);
     parser.Select(L"/BaseFramework", root);
     Varnhelt::Documents::ReadRecords(root, Varnhelt::Documents::g_stServiceUnit, vecUnit);
     return vecUnit;

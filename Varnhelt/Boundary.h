@@ -40,6 +40,19 @@ std::uint32_t AtBoundary(const FailureTexts& _rstTexts, TBody&& _fnBody) noexcep
     }
 }
 
+/** Runs the body of a query on its output: emptied first, and again when the document cannot be read to its end. */
+template <class TOutput, class TBody>
+std::uint32_t OnEmptied(TOutput& _rOutput, TBody&& _fnBody)
+{
+    _rOutput = TOutput();
+    try {
+        return _fnBody();
+    } catch (const ZkCommon::Storage::XmlException*) {
+        _rOutput = TOutput();
+        throw;
+    }
+}
+
 /**
  * Runs the body of a query on the caller's output, which is emptied first: _fnBody(const MethodTrace&, TOutput&). The
  * query has an entry line, and a leave line when it succeeds.
@@ -55,8 +68,7 @@ std::uint32_t AtQueryBoundary(const FailureTexts& _rstTexts, void* _pOutput, con
             return SrvFrwk::Result::g_ulMissingObject;
         }
         TOutput& rOutput = *static_cast<TOutput*>(_pOutput);
-        rOutput = TOutput();
-        const std::uint32_t ulResult = _fnBody(cTrace, rOutput);
+        const std::uint32_t ulResult = OnEmptied(rOutput, [&] { return _fnBody(cTrace, rOutput); });
         return SrvFrwk::Result::IsFailure(ulResult) ? ulResult : cTrace.Leave(ulResult);
     });
 }

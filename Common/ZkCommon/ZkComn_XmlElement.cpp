@@ -7,24 +7,15 @@ namespace ZkCommon::Storage {
 
 namespace {
 
-/** Turns a refused allocation within an edit into the library's own exception. */
-template <class TEdit>
-auto Edit(XmlTree& _rTree, TEdit&& _fnEdit)
+/** Turns a refused allocation into the library's own exception. */
+template <class TBody>
+auto WithMemory(TBody&& _fnBody)
 {
-    _rTree.KeepAll();
     try {
-        return _fnEdit();
+        return _fnBody();
     } catch (const std::bad_alloc&) {
         throw new XmlException(ZkCommon::Exception::g_ulNoSystemError);
     }
-}
-
-XmlNode* FirstElement(XmlNode* _pNode) noexcept
-{
-    while (_pNode != nullptr && _pNode->ulName == XmlTree::g_ulNoName) {
-        _pNode = _pNode->Next();
-    }
-    return _pNode;
 }
 
 XmlNode* FirstNamed(XmlNode* _pNode, std::uint32_t _ulName) noexcept
@@ -110,7 +101,15 @@ std::uint32_t XmlElement::TextColumn() const noexcept
     return m_pNode != nullptr ? m_pTree->PlaceOf(m_pNode).ulTextColumn : 0;
 }
 
-XmlName XmlElement::FindName(std::wstring_view _svName) const noexcept
+XmlName XmlElement::FindName(std::wstring_view _svName) const
+{
+    if (m_pTree == nullptr || m_pTree->Source() == nullptr) {
+        return KnownName(_svName);
+    }
+    return WithMemory([&] { return XmlName(m_pTree->Intern(_svName)); }); // the document may still use it
+}
+
+XmlName XmlElement::KnownName(std::wstring_view _svName) const noexcept
 {
     return m_pTree != nullptr ? m_pTree->Find(_svName) : XmlName();
 }
@@ -122,12 +121,12 @@ bool XmlElement::Is(XmlName _name) const noexcept
 
 XmlElement XmlElement::FirstChild() const noexcept
 {
-    return m_pNode != nullptr ? At(FirstElement(m_pNode->FirstChild())) : XmlElement();
+    return m_pNode != nullptr ? At(XmlTree::FirstElement(m_pNode->FirstChild())) : XmlElement();
 }
 
 XmlElement XmlElement::FirstChild(std::wstring_view _svName) const noexcept
 {
-    return FirstChild(FindName(_svName));
+    return FirstChild(KnownName(_svName));
 }
 
 XmlElement XmlElement::FirstChild(XmlName _name) const noexcept
@@ -137,12 +136,12 @@ XmlElement XmlElement::FirstChild(XmlName _name) const noexcept
 
 XmlElement XmlElement::NextSibling() const noexcept
 {
-    return m_pNode != nullptr ? At(FirstElement(m_pNode->Next())) : XmlElement();
+    return m_pNode != nullptr ? At(XmlTree::FirstElement(m_pNode->Next())) : XmlElement();
 }
 
 XmlElement XmlElement::NextSibling(std::wstring_view _svName) const noexcept
 {
-    return NextSibling(FindName(_svName));
+    return NextSibling(KnownName(_svName));
 }
 
 XmlElement XmlElement::NextSibling(XmlName _name) const noexcept
@@ -155,11 +154,18 @@ XmlElement XmlElement::NextNamesake() const noexcept
     return m_pNode != nullptr ? At(FirstNamed(m_pNode->Next(), m_pNode->ulName)) : XmlElement();
 }
 
-void XmlElement::ForgetBefore(XmlElement _child) noexcept
+XmlElement XmlElement::NextChild(XmlElement _passed) const
 {
-    if (m_pNode != nullptr && _child.m_pNode != nullptr) {
-        m_pTree->ForgetBefore(m_pNode, _child.m_pNode);
+    if (XmlChildSource* pSource = m_pNode != nullptr ? m_pTree->SourceOf(m_pNode) : nullptr; pSource != nullptr) {
+        return At(pSource->NextChild(_passed.m_pNode));
     }
+    return _passed ? _passed.NextSibling() : FirstChild();
+}
+
+double XmlElement::Share() const noexcept
+{
+    const XmlChildSource* pSource = m_pTree != nullptr ? m_pTree->Source() : nullptr;
+    return pSource != nullptr ? pSource->Share() : 1;
 }
 
 void XmlElement::Charge(std::size_t _uBytes) const
@@ -224,12 +230,12 @@ std::wstring_view XmlElement::ChildText(XmlName _name, std::wstring_view _svDefa
 
 bool XmlElement::HasAttribute(std::wstring_view _svName) const noexcept
 {
-    return FindAttribute(m_pNode, FindName(_svName)) != nullptr;
+    return FindAttribute(m_pNode, KnownName(_svName)) != nullptr;
 }
 
 std::wstring_view XmlElement::Attribute(std::wstring_view _svName, std::wstring_view _svDefault) const noexcept
 {
-    return Attribute(FindName(_svName), _svDefault);
+    return Attribute(KnownName(_svName), _svDefault);
 }
 
 std::wstring_view XmlElement::Attribute(XmlName _name, std::wstring_view _svDefault) const noexcept
@@ -265,7 +271,7 @@ void XmlElement::SetAttribute(std::wstring_view _svName, std::wstring_view _svVa
     if (m_pNode == nullptr || _svName.empty()) {
         return;
     }
-    Edit(*m_pTree, [&] {
+    WithMemory([&] {
         const std::uint32_t ulName = m_pTree->Intern(_svName);
         XmlAttributeNode** ppLink = &m_pTree->ExtrasOf(m_pNode).pFirstAttribute;
         while (*ppLink != nullptr && (*ppLink)->ulName != ulName) {
@@ -283,7 +289,7 @@ void XmlElement::SetAttribute(std::wstring_view _svName, std::wstring_view _svVa
 void XmlElement::SetText(std::wstring_view _svText)
 {
     if (m_pNode != nullptr && m_pNode->Text() != _svText) {
-        Edit(*m_pTree, [&] { m_pTree->SetText(m_pNode, _svText.empty() ? nullptr : m_pTree->NewText(_svText)); });
+        WithMemory([&] { m_pTree->SetText(m_pNode, _svText.empty() ? nullptr : m_pTree->NewText(_svText)); });
     }
 }
 
@@ -292,7 +298,7 @@ XmlElement XmlElement::AddChild(std::wstring_view _svName)
     if (m_pNode == nullptr || IsComment() || _svName.empty()) {
         return {};
     }
-    return Edit(*m_pTree, [&] {
+    return WithMemory([&] {
         XmlNode* pNode = m_pTree->NewNode(m_pTree->Intern(_svName));
         m_pTree->Append(m_pNode, pNode);
         return XmlElement(m_pTree, pNode);
@@ -304,7 +310,7 @@ XmlElement XmlElement::AddComment(std::wstring_view _svText)
     if (m_pNode == nullptr || IsComment() || _svText.empty()) {
         return {};
     }
-    return Edit(*m_pTree, [&] {
+    return WithMemory([&] {
         XmlNode* pNode = m_pTree->NewNode(XmlTree::g_ulNoName);
         m_pTree->SetText(pNode, m_pTree->NewText(_svText));
         m_pTree->Append(m_pNode, pNode);

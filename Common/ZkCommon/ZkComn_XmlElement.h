@@ -62,8 +62,11 @@ public:
     std::uint32_t TextLine() const noexcept;
     std::uint32_t TextColumn() const noexcept;
 
-    /** This document's form of a name; the name of nothing when the document does not use it. */
-    XmlName FindName(std::wstring_view _svName) const noexcept;
+    /**
+     * This document's form of a name; the name of nothing when the document does not use it.
+     * @throws XmlException* code 6 when memory runs out, only while the document is still read
+     */
+    XmlName FindName(std::wstring_view _svName) const;
     bool Is(XmlName _name) const noexcept;
 
     /** Children that are elements, in document order. */
@@ -77,10 +80,13 @@ public:
     XmlElement NextNamesake() const noexcept;
 
     /**
-     * Ends this element's text and its children before one of them, and gives their memory back as far as that can be
-     * had: for a reader that looks at each child once. Nothing ends in a document that was loaded whole, or edited.
+     * The first child, or the one after _passed: for a reader that looks at each child once. Of the element that was
+     * selected with XmlParser::OneByOne it is parsed now, and _passed ends.
+     * @throws XmlException* there only, when the document turns out not to be well-formed or cannot be read
      */
-    void ForgetBefore(XmlElement _child) noexcept;
+    XmlElement NextChild(XmlElement _passed = {}) const;
+    /** How much of the document is parsed, from 0 to 1, for a guess at how many children will come. */
+    double Share() const noexcept;
 
     /**
      * Accounts for memory of a reader that copies a text of this document more often than the document has it.
@@ -119,6 +125,7 @@ public:
 
 private:
     XmlElement At(XmlNode* _pNode) const noexcept;
+    XmlName KnownName(std::wstring_view _svName) const noexcept;
 
     XmlTree* m_pTree = nullptr;
     XmlNode* m_pNode = nullptr;

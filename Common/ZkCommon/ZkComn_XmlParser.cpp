@@ -18,11 +18,13 @@ namespace {
 
 /** Longest property value, with its terminator. */
 constexpr std::size_t g_uPropertySize = 260;
+/** Children that are read one by one are parsed together until they take so many bytes, which stay in the processor's cache. */
+constexpr std::ptrdiff_t g_lReadTogether = 16 << 10;
 /** A document type that declares more attributes is refused. */
 constexpr std::size_t g_uMostDeclared = 100;
 
 /** Turns a document's events into nodes: of the whole document, or of the first element at a path. */
-class TreeBuilder
+class TreeBuilder final : public XmlChildSource
 {
 public:
     /**
@@ -30,18 +32,37 @@ public:
      * @param _vecPath  names from the root to the element to build, as UTF-8; empty for the whole document
      * @param _pChoice  picks one of that element's children; null to build them all
      */
-    TreeBuilder(XmlTree& _rTree, XmlParserSaxBase& _rSource, XmlNode* _pTop, std::vector<std::string> _vecPath,
-                const XmlChoice* _pChoice, bool _bLines)
+    TreeBuilder(XmlTree& _rTree, XmlParserExpat& _rSource, XmlNode* _pTop, std::vector<std::string> _vecPath,
+                const XmlChoice* _pChoice, std::uint32_t _ulOptions)
         : m_rTree(_rTree),
           m_rSource(_rSource),
           m_vecPath(std::move(_vecPath)),
           m_pChoice(_pChoice),
-          m_bLines(_bLines),
+          m_bLines((_ulOptions & XmlParser::KeepLines) != 0),
+          m_bOneByOne((_ulOptions & XmlParser::OneByOne) != 0 && _pChoice == nullptr && !m_vecPath.empty()),
           m_pTop(_pTop),
           m_pOpen(_pTop)
     {}
 
-    XmlParserSaxBase::Handlers FirstHandlers() noexcept { return m_vecPath.empty() ? Building() : Seeking(); }
+    /** Parses the document; one by one, until the selected element has begun. */
+    void Begin(const std::wstring& _tszFolder, const char* _szEncoding)
+    {
+        m_rSource.Begin(_tszFolder, _szEncoding, m_vecPath.empty() ? Building() : Seeking());
+        Advance();
+    }
+
+    XmlNode* NextChild(const XmlNode* _pPassed) override
+    {
+        if (XmlNode* pNext = _pPassed != nullptr ? XmlTree::FirstElement(_pPassed->Next()) : nullptr;
+            pNext != nullptr) {
+            return pNext;
+        }
+        m_rTree.DropChildren(m_pSelected, m_stMark);
+        m_pLast = nullptr;
+        Advance();
+        return XmlTree::FirstElement(m_pSelected->FirstChild());
+    }
+    double Share() const noexcept override { return m_rSource.Share(); }
 
     XmlParserSaxBase& Source() noexcept { return m_rSource; }
 
@@ -70,6 +91,17 @@ private:
                 &XmlEvent<&TreeBuilder::Declaration>::Handle};
     }
 
+    /** Parses on until there are children to read, or to the document's end. */
+    void Advance()
+    {
+        while (m_rSource.Advance()) {
+            if (m_rSource.IsSuspended()) {
+                return;
+            }
+        }
+        m_rTree.SetSource(nullptr, nullptr);
+    }
+
     /** Each element looks at all attributes that are declared for it: many of them would make a small document costly. */
     void Declaration(const char*, const char*, const char*, const char*, int)
     {
@@ -84,6 +116,12 @@ private:
             Start(_szName, _pszAttributes);
             m_pTop = m_pChoice != nullptr ? m_pOpen : m_pTop;
             m_rSource.SetHandlers(m_pChoice != nullptr ? Choosing() : Building());
+            if (m_bOneByOne) {
+                m_pSelected = m_pOpen;
+                m_stMark = m_rTree.Arena().Here();
+                m_rTree.SetSource(this, m_pSelected);
+                m_rSource.Suspend();
+            }
             return;
         }
         ++m_uDepth;
@@ -133,7 +171,7 @@ private:
 
     void End(const char*)
     {
-        if (m_pLast != nullptr) {
+        if (m_pLast != nullptr || m_pOpen == m_pSelected) {
             EndRun();
             JoinPieces();
         } else if (m_uRun != 0) { // no children: the text is exactly what was written
@@ -141,7 +179,11 @@ private:
         }
         m_pLast = m_pOpen;
         m_pOpen = m_pOpen->ParentOfLast();
-        if (m_pOpen == m_pTop && !m_vecPath.empty()) {
+        if (m_pOpen == m_pSelected) {
+            if (m_rTree.Arena().Has(g_lReadTogether, m_stMark)) {
+                m_rSource.Suspend();
+            }
+        } else if (m_pOpen == m_pTop && !m_vecPath.empty()) {
             m_rSource.SetHandlers({}); // the rest is only checked
         }
     }
@@ -224,7 +266,9 @@ private:
     /** A comment divides the text between two tags into pieces, which belong together all the same. */
     void EndPiece()
     {
-        if (m_uRun != 0) {
+        if (m_pOpen == m_pSelected) { // it would end with the next child
+            m_uRun = 0;
+        } else if (m_uRun != 0) {
             m_vecPiece.push_back({m_pOpen, {m_pRun->Chars(), m_uRun}});
             CommitText();
         }
@@ -279,7 +323,7 @@ private:
     };
 
     XmlTree& m_rTree;
-    XmlParserSaxBase& m_rSource;
+    XmlParserExpat& m_rSource;
     std::vector<std::string> m_vecPath;
     std::size_t m_uDeclared = 0;
     std::size_t m_uDepth = 0;   // elements open while the path is sought
@@ -287,6 +331,9 @@ private:
     const XmlChoice* m_pChoice;
     std::size_t m_uPassed = 0; // elements open while one is chosen
     bool m_bLines;
+    bool m_bOneByOne;
+    XmlNode* m_pSelected = nullptr; // whose children are given one by one
+    XmlArena::Mark m_stMark{};      // before them
 
     XmlNode* m_pTop;
     XmlNode* m_pOpen;              // the innermost open element; always the last child of its parent
@@ -376,7 +423,6 @@ void XmlParser::Load()
     m_pTree = std::make_unique<XmlTree>(m_pMemory);
     m_pTree->Arena().Expect(m_source.Size());
     if ((m_ulOptions & KeepWhole) != 0) {
-        m_pTree->KeepAll();
         m_pDocument = Build({}, nullptr);
     }
 }
@@ -410,8 +456,11 @@ XmlNode* XmlParser::Build(std::wstring_view _svPath, const XmlChoice* _pChoice)
 {
     try {
         XmlNode* pTop = m_pTree->NewNode(XmlTree::g_ulNoName);
-        TreeBuilder builder(*m_pTree, m_source, pTop, NamesOf(_svPath), _pChoice, (m_ulOptions & KeepLines) != 0);
-        m_source.Parse(m_tszPathOfDll, EncodingOf(m_tszEncoding), builder.FirstHandlers());
+        auto pBuilder =
+            std::make_unique<TreeBuilder>(*m_pTree, m_source, pTop, NamesOf(_svPath), _pChoice, m_ulOptions);
+        TreeBuilder& rBuilder = *pBuilder;
+        m_pSource = std::move(pBuilder); // the tree asks it for children
+        rBuilder.Begin(m_tszPathOfDll, EncodingOf(m_tszEncoding));
         return pTop;
     } catch (const std::bad_alloc&) {
         throw new XmlException(ZkCommon::Exception::g_ulNoSystemError, 0, 0, String::ToAnsi(m_tszFile));
@@ -439,6 +488,7 @@ void XmlParser::Close() noexcept
 {
     m_pDocument = nullptr;
     m_pTree.reset();
+    m_pSource.reset();
     m_source.Close();
     m_source.Unload();
     m_tszFile.clear();

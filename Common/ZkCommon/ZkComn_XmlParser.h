@@ -10,6 +10,8 @@
 
 namespace ZkCommon::Storage {
 
+class XmlChildSource;
+
 /** Picks an element by its start tag. */
 class XmlChoice
 {
@@ -51,6 +53,7 @@ public:
         KeepSelected = 0,
         KeepWhole = 1, // all elements and comments, from Load on
         KeepLines = 2, // the line of each element and of its text; costs a second look at the text
+        OneByOne = 4,  // of the selected element, the present child only: see Select
     };
 
     /** _pMemory, when given, provides the memory of elements and parser library, and outlives this object. */
@@ -80,6 +83,10 @@ public:
      * document is parsed, each time; what was selected before stays valid.
      * @param _pChoice  of the element's children, the first that it wants is kept and no other, nor any text: looking
      *                  one up in a table costs hardly more than checking the document. Not with KeepWhole: code 160
+     *
+     * With OneByOne and no choice, Select parses up to the element, and XmlElement::NextChild from child to child, and
+     * after the last one to the document's end: until it has returned an empty element, what was read may be of a
+     * document that is not well-formed.
      * @return whether it was found; _rElement is empty when not, as after a failure, and a notice says so
      */
     bool Select(std::wstring_view _svPath, XmlElement& _rElement, const XmlChoice* _pChoice = nullptr);
@@ -111,6 +118,7 @@ private:
 
     XmlParserExpat m_source;
     std::unique_ptr<XmlTree> m_pTree;
+    std::unique_ptr<XmlChildSource> m_pSource; // of the last Select
     XmlNode* m_pDocument = nullptr;
     std::wstring m_tszFile;
     std::wstring m_tszEncoding;

@@ -138,28 +138,22 @@ int XMLCALL RefuseOtherDeclarations(void*)
 
 } // namespace
 
-class XmlParserExpatBase::Session
+XmlParserExpatBase::Session::Session(XmlParserExpatBase& _rOwner, const char* _szEncoding) : m_rOwner(_rOwner)
 {
-public:
-    Session(XmlParserExpatBase& _rOwner, const char* _szEncoding) : m_rOwner(_rOwner)
-    {
-        const Library::Expat& rExpat = *m_rOwner.m_expat;
-        m_rOwner.m_pParser = rExpat.ParserCreateMM(_szEncoding, m_rOwner.m_pMemory, nullptr);
-        if (m_rOwner.m_pParser == nullptr) {
-            throw new XmlException(ZkCommon::Exception::g_ulNoSystemError, XML_ERROR_NO_MEMORY, 0,
-                                   m_rOwner.m_sDocument);
-        }
-        m_rOwner.m_enStopped = XML_ERROR_NONE;
-        rExpat.SetExternalEntityRefHandler(m_rOwner.m_pParser, &RefuseExternalEntity);
-        rExpat.SetNotStandaloneHandler(m_rOwner.m_pParser, &RefuseOtherDeclarations);
+    const Library::Expat& rExpat = *m_rOwner.m_expat;
+    m_rOwner.m_pParser = rExpat.ParserCreateMM(_szEncoding, m_rOwner.m_pMemory, nullptr);
+    if (m_rOwner.m_pParser == nullptr) {
+        throw new XmlException(ZkCommon::Exception::g_ulNoSystemError, XML_ERROR_NO_MEMORY, 0, m_rOwner.m_sDocument);
     }
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-    ~Session() { m_rOwner.m_expat->ParserFree(std::exchange(m_rOwner.m_pParser, nullptr)); }
+    m_rOwner.m_enStopped = XML_ERROR_NONE;
+    rExpat.SetExternalEntityRefHandler(m_rOwner.m_pParser, &RefuseExternalEntity);
+    rExpat.SetNotStandaloneHandler(m_rOwner.m_pParser, &RefuseOtherDeclarations);
+}
 
-private:
-    XmlParserExpatBase& m_rOwner;
-};
+XmlParserExpatBase::Session::~Session()
+{
+    m_rOwner.m_expat->ParserFree(std::exchange(m_rOwner.m_pParser, nullptr));
+}
 
 void XmlParserExpatBase::SetHandlers(const Handlers& _stHandlers) noexcept
 {
@@ -236,6 +230,7 @@ void XmlParserExpat::Open(std::string_view _svText) noexcept
 
 void XmlParserExpat::Close() noexcept
 {
+    m_session.reset();
     m_file.Reset();
     m_svText = {};
     m_ullRead = 0;
@@ -244,36 +239,62 @@ void XmlParserExpat::Close() noexcept
 
 void XmlParserExpat::Parse(const std::wstring& _tszFolder, const char* _szEncoding, const Handlers& _stHandlers)
 {
+    Begin(_tszFolder, _szEncoding, _stHandlers);
+    while (Advance()) {
+    }
+}
+
+void XmlParserExpat::Begin(const std::wstring& _tszFolder, const char* _szEncoding, const Handlers& _stHandlers)
+{
+    m_session.reset();
     BringLibrary(_tszFolder);
     if (m_file && m_ullRead != 0 && !::SetFilePointerEx(m_file.Get(), {}, nullptr, FILE_BEGIN)) {
         throw new XmlException(::GetLastError(), 0, 0, m_sDocument);
     }
     m_ullRead = 0;
-
-    const Session session(*this, _szEncoding);
+    m_uPiece = UsualPiece();
+    m_bSuspended = false;
+    m_session.emplace(*this, _szEncoding);
     SetHandlers(_stHandlers);
-    const std::size_t uUsual = m_uPieceSize != 0           ? m_uPieceSize
-                               : m_ullSize <= g_ullOneCall ? std::max<std::size_t>(1, m_ullSize)
-                                                           : g_uPiece;
-    std::size_t uPiece = uUsual;
-    for (;;) {
-        void* pBuffer = m_expat->GetBuffer(m_pParser, static_cast<int>(uPiece));
-        if (pBuffer == nullptr) {
-            ThrowFailure();
-        }
-        const std::size_t uRead = Read(pBuffer, uPiece);
-        const bool bLast = uRead < uPiece || m_ullRead >= m_ullSize;
-        const XML_Index before = m_expat->GetCurrentByteIndex(m_pParser);
-        if (m_expat->ParseBuffer(m_pParser, static_cast<int>(uRead), bLast) != XML_STATUS_OK) {
-            ThrowFailure();
-        }
-        if (bLast) {
-            return;
-        }
-        // A token that is longer than a piece is looked at from its beginning with each: growing pieces keep that linear.
-        const bool bConsumed = m_expat->GetCurrentByteIndex(m_pParser) != before;
-        uPiece = bConsumed ? uUsual : std::min(2 * uPiece, g_uLargestPiece);
+}
+
+bool XmlParserExpat::Advance()
+{
+    const XML_Status enStatus = m_bSuspended ? m_expat->ResumeParser(m_pParser) : ParsePiece();
+    if (enStatus == XML_STATUS_ERROR) {
+        ThrowFailure();
     }
+    m_bSuspended = enStatus == XML_STATUS_SUSPENDED;
+    if (m_bSuspended) {
+        return true;
+    }
+    if (m_bLast) {
+        m_session.reset();
+        return false;
+    }
+    // A token that is longer than a piece is looked at from its beginning with each: growing pieces keep that linear.
+    const bool bConsumed = m_expat->GetCurrentByteIndex(m_pParser) != m_begin;
+    m_uPiece = bConsumed ? UsualPiece() : std::min(2 * m_uPiece, g_uLargestPiece);
+    return true;
+}
+
+XML_Status XmlParserExpat::ParsePiece()
+{
+    void* pBuffer = m_expat->GetBuffer(m_pParser, static_cast<int>(m_uPiece));
+    if (pBuffer == nullptr) {
+        return XML_STATUS_ERROR;
+    }
+    const std::size_t uRead = Read(pBuffer, m_uPiece);
+    m_bLast = uRead < m_uPiece || m_ullRead >= m_ullSize;
+    m_begin = m_expat->GetCurrentByteIndex(m_pParser);
+    return m_expat->ParseBuffer(m_pParser, static_cast<int>(uRead), m_bLast);
+}
+
+std::size_t XmlParserExpat::UsualPiece() const noexcept
+{
+    return m_uPieceSize != 0           ? m_uPieceSize
+           : m_ullSize <= g_ullOneCall ? std::max<std::size_t>(1, m_ullSize)
+                                       : g_uPiece;
 }
 
 /** Fills the buffer as far as the document reaches. */

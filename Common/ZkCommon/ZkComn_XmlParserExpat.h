@@ -155,7 +155,17 @@ public:
 
 protected:
     /** Owns expat's parser object for the length of one parse. */
-    class Session;
+    class Session
+    {
+    public:
+        Session(XmlParserExpatBase& _rOwner, const char* _szEncoding);
+        Session(const Session&) = delete;
+        Session& operator=(const Session&) = delete;
+        ~Session();
+
+    private:
+        XmlParserExpatBase& m_rOwner;
+    };
 
     /**
      * Makes sure that the library is loaded: from the folder when it holds one, else from beside the module that
@@ -192,6 +202,11 @@ public:
     bool IsOpen() const noexcept { return m_file || m_svText.data() != nullptr; }
     /** Bytes of the document when it was opened. */
     std::uint64_t Size() const noexcept { return m_ullSize; }
+    /** How much of the document is parsed, from 0 to 1; during a parse only. */
+    double Share() const noexcept
+    {
+        return static_cast<double>(m_expat->GetCurrentByteIndex(m_pParser)) / static_cast<double>(m_ullSize);
+    }
     /** See XmlParser::SetPieceSize. */
     void SetPieceSize(std::size_t _uSize) noexcept { m_uPieceSize = _uSize; }
 
@@ -204,7 +219,18 @@ public:
      */
     void Parse(const std::wstring& _tszFolder, const char* _szEncoding, const Handlers& _stHandlers);
 
+    /** Begins such a parse, which each Advance takes on by a piece; the next Begin, and Close, end it as well. */
+    void Begin(const std::wstring& _tszFolder, const char* _szEncoding, const Handlers& _stHandlers);
+    /** @return false when the document is parsed to its end @throws XmlException* as Parse */
+    bool Advance();
+    /** Whether Suspend ended the last one. */
+    bool IsSuspended() const noexcept { return m_bSuspended; }
+    /** Ends the present Advance, from within a handler; the next one goes on from there. */
+    void Suspend() noexcept { m_expat->StopParser(m_pParser, XML_TRUE); }
+
 private:
+    std::size_t UsualPiece() const noexcept;
+    XML_Status ParsePiece();
     std::size_t Read(void* _pBuffer, std::size_t _uSize);
 
     FileHandle m_file;
@@ -212,6 +238,11 @@ private:
     std::uint64_t m_ullSize = 0;
     std::uint64_t m_ullRead = 0; // so far, by the present or last parse
     std::size_t m_uPieceSize = 0;
+    std::size_t m_uPiece = 0; // of the present parse, the next one
+    XML_Index m_begin = 0;    // where the present piece begins, less what the one before left
+    bool m_bSuspended = false;
+    bool m_bLast = false; // the present piece is the last
+    std::optional<Session> m_session;
 };
 
 } // namespace ZkCommon::Storage

@@ -82,6 +82,12 @@ std::wstring_view TrimXmlBlanks(std::wstring_view _svText, TrimSide _enSide) noe
     return _svText;
 }
 
+struct XmlArena::Chunk
+{
+    Chunk* pOlder;
+    std::size_t uSize;
+};
+
 XmlArena::XmlArena(const XmlMemory* _pMemory) noexcept
     : m_pfnAllocate(_pMemory != nullptr ? _pMemory->malloc_fcn : &std::malloc),
       m_pfnFree(_pMemory != nullptr ? _pMemory->free_fcn : &std::free),
@@ -121,7 +127,7 @@ std::byte* XmlArena::Grow(const std::byte* _pWritten, std::size_t _uKeep, std::s
     if (pMemory == nullptr) {
         throw std::bad_alloc();
     }
-    Chunk* pChunk = new (pMemory) Chunk{m_pChunk, nullptr, uSize};
+    Chunk* pChunk = new (pMemory) Chunk{m_pChunk, uSize};
     std::byte* pFirst = reinterpret_cast<std::byte*>(pChunk + 1);
     if (_uKeep != 0) {
         std::memcpy(pFirst, _pWritten, _uKeep);
@@ -131,9 +137,6 @@ std::byte* XmlArena::Grow(const std::byte* _pWritten, std::size_t _uKeep, std::s
             m_pfnFree(m_pChunk);
         }
     }
-    if (pChunk->pOlder != nullptr) {
-        pChunk->pOlder->pNewer = pChunk;
-    }
     m_pChunk = pChunk;
     m_pTop = pFirst;
     m_pEnd = reinterpret_cast<std::byte*>(pChunk) + uSize;
@@ -142,25 +145,14 @@ std::byte* XmlArena::Grow(const std::byte* _pWritten, std::size_t _uKeep, std::s
     return pFirst;
 }
 
-void XmlArena::KeepTo(const void* _pPlace) noexcept
+void XmlArena::TakeBack(const Mark& _rstMark) noexcept
 {
-    m_pKept = m_pChunk;
-    while (!m_pKept->Holds(_pPlace)) {
-        m_pKept = m_pKept->pOlder;
+    while (m_pChunk != _rstMark.pChunk) {
+        m_uTotal -= m_pChunk->uSize;
+        m_pfnFree(std::exchange(m_pChunk, m_pChunk->pOlder));
     }
-}
-
-void XmlArena::TakeBackTo(const void* _pPlace) noexcept
-{
-    if (m_pKept->Holds(_pPlace)) {
-        return;
-    }
-    while (!m_pKept->pNewer->Holds(_pPlace)) {
-        Chunk* pChunk = std::exchange(m_pKept->pNewer, m_pKept->pNewer->pNewer);
-        m_pKept->pNewer->pOlder = m_pKept;
-        m_uTotal -= pChunk->uSize;
-        m_pfnFree(pChunk);
-    }
+    m_pTop = _rstMark.pTop;
+    m_pEnd = reinterpret_cast<std::byte*>(m_pChunk) + m_pChunk->uSize;
 }
 
 XmlTree::XmlTree(const XmlMemory* _pMemory)
@@ -208,25 +200,6 @@ void XmlTree::Append(XmlNode* _pParent, XmlNode* _pNode)
     m_pAppended = _pNode;
 }
 
-void XmlTree::ForgetBefore(XmlNode* _pParent, XmlNode* _pChild) noexcept
-{
-    if (m_bKeepsAll) {
-        return;
-    }
-    // The chunk of the first child stays: it may hold attributes of the parent.
-    if (_pParent != m_pForgetful) {
-        m_pForgetful = _pParent;
-        m_arena.KeepTo(_pParent->FirstChild());
-    }
-    if (_pParent->Holds(XmlNode::HoldsExtras)) {
-        _pParent->ExtrasRecord()->pFirstChild = _pChild;
-        _pParent->ExtrasRecord()->pText = nullptr; // it may lie among the children
-    } else {
-        _pParent->Hold(_pChild, XmlNode::HoldsChild);
-    }
-    m_arena.TakeBackTo(_pChild);
-}
-
 std::uint32_t XmlTree::InternUnguessed(const char* _szName)
 {
     // The name is widened at the arena's top, and stays there only when it turns out to be new.
@@ -239,12 +212,20 @@ std::uint32_t XmlTree::InternUnguessed(const char* _szName)
     std::uint32_t ulName = m_vecSlot[uSlot];
     if (ulName == 0) {
         m_arenaOfNames.Commit(reinterpret_cast<std::byte*>(pWideEnd));
-        char* szName = m_arenaOfNames.Take<char>(uLength);
-        std::memcpy(szName, _szName, uLength + 1);
-        ulName = Add(szName, svName, ullHash, uSlot);
+        ulName = Add(KeepNarrow(_szName), svName, ullHash, uSlot);
+    } else if (*m_vecName[ulName].szName == '\0') {
+        m_vecName[ulName].szName = KeepNarrow(_szName);
     }
     m_vecName[m_ulBefore].ulFollower = ulName;
     return m_ulBefore = ulName;
+}
+
+const char* XmlTree::KeepNarrow(const char* _szName)
+{
+    const std::size_t uLength = std::strlen(_szName);
+    char* szName = m_arenaOfNames.Take<char>(uLength);
+    std::memcpy(szName, _szName, uLength + 1);
+    return szName;
 }
 
 std::uint32_t XmlTree::Intern(std::wstring_view _svName)
@@ -254,8 +235,9 @@ std::uint32_t XmlTree::Intern(std::wstring_view _svName)
     if (m_vecSlot[uSlot] != 0) {
         return m_vecSlot[uSlot];
     }
-    // It is never guessed, so that it needs no narrow form.
-    return Add("", NewText(_svName)->View(), ullHash, uSlot);
+    wchar_t* pName = m_arenaOfNames.Top<wchar_t>(0, _svName.size() * sizeof(wchar_t));
+    m_arenaOfNames.Commit(reinterpret_cast<std::byte*>(pName + _svName.copy(pName, _svName.size())));
+    return Add("", {pName, _svName.size()}, ullHash, uSlot);
 }
 
 std::uint32_t XmlTree::Add(const char* _szName, std::wstring_view _svName, std::uint64_t _ullHash, std::size_t _uSlot)

@@ -149,24 +149,23 @@ public:
     }
     void Commit(std::byte* _pTop) noexcept { m_pTop = _pTop; }
 
-    /** What was given out up to a place is kept by TakeBackTo. */
-    void KeepTo(const void* _pPlace) noexcept;
-    /** Takes back the chunks that lie wholly between what is kept and a place that was given out later. */
-    void TakeBackTo(const void* _pPlace) noexcept;
+    struct Chunk;
+    /** How much is given out, for TakeBack. */
+    struct Mark
+    {
+        Chunk* pChunk;
+        std::byte* pTop;
+    };
+    Mark Here() const noexcept { return {m_pChunk, m_pTop}; }
+    /** Whether so many bytes were given out since, or a chunk was filled. */
+    bool Has(std::ptrdiff_t _lBytes, const Mark& _rstMark) const noexcept
+    {
+        return m_pChunk != _rstMark.pChunk || m_pTop - _rstMark.pTop >= _lBytes;
+    }
+    /** Takes back what was given out since. */
+    void TakeBack(const Mark& _rstMark) noexcept;
 
 private:
-    struct Chunk
-    {
-        Chunk* pOlder;
-        Chunk* pNewer;
-        std::size_t uSize;
-
-        bool Holds(const void* _pPlace) const noexcept
-        {
-            return reinterpret_cast<std::uintptr_t>(_pPlace) - reinterpret_cast<std::uintptr_t>(this) < uSize;
-        }
-    };
-
     std::byte* Aligned(std::size_t _uAlignment) const noexcept
     {
         const std::uintptr_t uTop = reinterpret_cast<std::uintptr_t>(m_pTop);
@@ -177,13 +176,27 @@ private:
     void* (*m_pfnAllocate)(std::size_t);
     void (*m_pfnFree)(void*);
     Chunk* m_pChunk = nullptr; // the newest
-    Chunk* m_pKept = nullptr;  // the last that is kept when memory is taken back
     std::byte* m_pTop = nullptr;
     std::byte* m_pEnd = nullptr;
     std::size_t m_uNext = 4096; // size of the next chunk
     std::size_t m_uTotal = 0;
     std::uint64_t m_ullCharged = 0;
     std::uint64_t m_ullLimit = std::numeric_limits<std::uint64_t>::max();
+};
+
+/** A parse that gives the children of a selected element one by one. */
+class XmlChildSource
+{
+public:
+    XmlChildSource() = default;
+    XmlChildSource(const XmlChildSource&) = delete;
+    XmlChildSource& operator=(const XmlChildSource&) = delete;
+    virtual ~XmlChildSource() = default;
+
+    /** The child after one, which ends, or the first; null after the last, when the document is parsed to its end. */
+    virtual XmlNode* NextChild(const XmlNode* _pPassed) = 0;
+    /** See XmlElement::Share. */
+    virtual double Share() const noexcept = 0;
 };
 
 /** A document's nodes, names and texts. */
@@ -262,10 +275,37 @@ public:
     /** As above, looking for the last child; quick when a run of children is added to one parent. */
     void Append(XmlNode* _pParent, XmlNode* _pNode);
 
-    /** From now on ForgetBefore does nothing: parts of an element may lie anywhere, or are still to be written. */
-    void KeepAll() noexcept { m_bKeepsAll = true; }
-    /** Ends the children before one of them, and the parent's text. */
-    void ForgetBefore(XmlNode* _pParent, XmlNode* _pChild) noexcept;
+    /** The node or the first sibling after it that is no comment. */
+    static XmlNode* FirstElement(XmlNode* _pNode) noexcept
+    {
+        while (_pNode != nullptr && _pNode->ulName == g_ulNoName) {
+            _pNode = _pNode->Next();
+        }
+        return _pNode;
+    }
+
+    /** Ends the children of a node, and takes back what was given out since. */
+    void DropChildren(XmlNode* _pParent, const XmlArena::Mark& _rstMark) noexcept
+    {
+        if (_pParent->Holds(XmlNode::HoldsExtras)) {
+            _pParent->ExtrasRecord()->pFirstChild = nullptr;
+        } else {
+            _pParent->Hold(nullptr, XmlNode::HoldsChild);
+        }
+        m_arena.TakeBack(_rstMark);
+    }
+
+    /** The parse that still gives children, and the element that they are of; null when there is none. */
+    void SetSource(XmlChildSource* _pSource, const XmlNode* _pParent) noexcept
+    {
+        m_pSource = _pSource;
+        m_pSourceOf = _pParent;
+    }
+    XmlChildSource* Source() const noexcept { return m_pSource; }
+    XmlChildSource* SourceOf(const XmlNode* _pParent) const noexcept
+    {
+        return m_pSourceOf == _pParent ? m_pSource : nullptr;
+    }
 
     /**
      * Number of a name, a new one when it was not known. Documents repeat themselves: what followed the name interned
@@ -286,7 +326,7 @@ public:
 private:
     struct Entry
     {
-        const char* szName; // UTF-8, in the arena
+        const char* szName; // UTF-8, in the arena; empty until the document uses it
         std::wstring_view svName;
         std::uint64_t ullHash;
         std::uint32_t ulFollower;
@@ -305,6 +345,7 @@ private:
         return false;
     }
     std::uint32_t InternUnguessed(const char* _szName);
+    const char* KeepNarrow(const char* _szName);
     std::uint32_t Add(const char* _szName, std::wstring_view _svName, std::uint64_t _ullHash, std::size_t _uSlot);
     std::uint64_t HashOf(std::wstring_view _svName) const noexcept;
     /** Slot of the name, or the free slot where it belongs. */
@@ -312,15 +353,15 @@ private:
     void Rehash();
 
     XmlArena m_arena;
-    XmlArena m_arenaOfNames; // apart, since they stay when elements are forgotten
+    XmlArena m_arenaOfNames; // apart, since they stay when elements end
     std::uint64_t m_ullSalt;
     std::vector<Entry> m_vecName;
     std::vector<std::uint32_t> m_vecSlot; // numbers of names, a power of two of them; 0 is a free slot
     std::uint32_t m_ulBefore = g_ulNoName;
     XmlNode* m_pAppendedTo = nullptr;
     XmlNode* m_pAppended = nullptr;
-    bool m_bKeepsAll = false;
-    XmlNode* m_pForgetful = nullptr; // the parent whose children were forgotten last
+    XmlChildSource* m_pSource = nullptr;
+    const XmlNode* m_pSourceOf = nullptr;
     std::vector<Place> m_vecPlace;
 };
 

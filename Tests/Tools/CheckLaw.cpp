@@ -6,6 +6,7 @@
 #include "Check/DocumentCheck.h"
 #include "Check/DocumentShape.h"
 #include "ReadDocument.h"
+#include "TraceRecorder.h"
 #include "ZkComn_Owner.h"
 #include "ZkComn_String.h"
 #include "ZkComn_XmlParser.h"
@@ -413,6 +414,30 @@ TEST_P(CheckLaw, SaysWhatReadingShows)
         HoldStrayTexts(cDocument);
     }
     EXPECT_NE(m_uTried, 0U);
+}
+
+/** One that is parsed in pieces while its records are read gives those of one that is parsed before, or none. */
+TEST_P(CheckLaw, AndReadingWhileADocumentIsParsedShowsTheSame)
+{
+    const std::string sXml = LawDocument(ShapeOf(GetParam(), XmlElement()), m_cReader.Key()).Xml();
+    const std::size_t uBegin = sXml.find('>') + 1;
+    const std::size_t uEnd = sXml.rfind("</");
+    std::string sLong = sXml.substr(0, uBegin);
+    while (sLong.size() < 200'000) {
+        sLong += sXml.substr(uBegin, uEnd - uBegin);
+    }
+    const auto Read = [&](const std::string& _rsEnd) {
+        m_cReader.Store(GetParam().enId, sLong + _rsEnd);
+        return m_cReader.Read(GetParam().enId);
+    };
+    const std::string sEnd = sXml.substr(uEnd);
+    const Reading stMeanwhile = Read(sEnd);
+    EXPECT_GT(stMeanwhile.Records({}), 0U);
+    for (const std::string& sBroken : {std::string(), sEnd + "&"}) {
+        EXPECT_TRUE(Read(sBroken).vecValue.empty());
+    }
+    const TraceRecorder cTrace; // where lines are written, a document is parsed before it is read
+    EXPECT_EQ(stMeanwhile, Read(sEnd));
 }
 
 std::vector<Document> Readable()

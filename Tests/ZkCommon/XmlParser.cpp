@@ -74,6 +74,8 @@ TEST(XmlParser, SelectsTheSameElementFromPartAndWhole)
             XmlElement element;
             EXPECT_EQ(parser.Select(pszPath, element) ? Short(element) : "", szExpected)
                 << "row of line " << iLine << ", case " << ulCase;
+            EXPECT_EQ(ShortOneByOne(sDocument, pszPath, ulCase / 2), ShortChildren(element))
+                << "row of line " << iLine << ", case " << ulCase;
         }
     }
 }
@@ -104,7 +106,7 @@ TEST(XmlParser, RefusesADocumentThatIsNotWellFormedAnywhereAndTellsWhere)
     const TempFolder folder;
     const std::wstring tszPath = folder.File(L"faulty.xml");
     for (const auto& [iLine, sDocument, ulXmlCode, ulLine, ulColumn] : aRows) {
-        for (const std::uint32_t ulOptions : {XmlParser::KeepSelected, XmlParser::KeepWhole}) {
+        for (const std::uint32_t ulOptions : {XmlParser::KeepSelected, XmlParser::KeepWhole, XmlParser::OneByOne}) {
             SCOPED_TRACE("row of line " + std::to_string(iLine) + ", options " + std::to_string(ulOptions));
             folder.Write(L"faulty.xml", sDocument);
             XmlParser parser;
@@ -113,8 +115,9 @@ TEST(XmlParser, RefusesADocumentThatIsNotWellFormedAnywhereAndTellsWhere)
             const auto pFailure = FailureOf<XmlException>([&] {
                 parser.Load(tszPath, ulOptions);
                 parser.Select(L"/A/B", element);
+                element.NextChild();
             });
-            ASSERT_TRUE(pFailure && !element);
+            ASSERT_TRUE(pFailure && (!element || ulOptions == XmlParser::OneByOne));
             EXPECT_EQ(std::tuple(pFailure->ErrorCode(), pFailure->XmlErrorCode(), pFailure->XmlLine(),
                                  parser.FailurePlace().ulLine, parser.FailurePlace().ulColumn, pFailure->XmlFile()),
                       std::tuple(6U, ulXmlCode, ulLine, ulLine, ulColumn, String::ToAnsi(tszPath)));

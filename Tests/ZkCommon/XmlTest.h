@@ -40,6 +40,31 @@ inline std::string Short(ZkCommon::Storage::XmlElement _element)
     return sResult;
 }
 
+inline std::string ShortChildren(ZkCommon::Storage::XmlElement _element)
+{
+    std::string sResult;
+    for (auto child = _element.FirstChild(); child; child = child.NextSibling()) {
+        sResult += Short(child) + ";";
+    }
+    return sResult;
+}
+
+/** The same of an element that is read while its document is parsed. */
+inline std::string ShortOneByOne(std::string_view _svText, std::wstring_view _svPath, std::size_t _uPieceSize)
+{
+    ZkCommon::Storage::XmlParser parser;
+    parser.SetPieceSize(_uPieceSize);
+    parser.LoadText(_svText, ZkCommon::Storage::XmlParser::OneByOne);
+    ZkCommon::Storage::XmlElement element;
+    std::string sResult;
+    if (parser.Select(_svPath, element)) {
+        for (auto child = element.NextChild(); child; child = element.NextChild(child)) {
+            sResult += Short(child) + ";";
+        }
+    }
+    return sResult;
+}
+
 inline std::string Written(ZkCommon::Storage::XmlElement _element)
 {
     ZkCommon::Storage::XmlWriter writer;

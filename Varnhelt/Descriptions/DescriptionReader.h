@@ -3,6 +3,7 @@
 #include "Descriptions/Description.h"
 #include "ZkComn_XmlParser.h"
 
+#include <algorithm>
 #include <tuple>
 #include <utility>
 
@@ -45,13 +46,6 @@ struct ReadHook
 
 template <class TDescription>
 class Bound;
-
-/** What becomes of an element that was read: the document's own records need it no more, and their memory is used anew. */
-enum class Passed
-{
-    Stays,
-    Ends,
-};
 
 template <class TField>
 struct BoundField;
@@ -175,32 +169,34 @@ public:
 
     /** One record of the element's children that the description is of, in document order, each read in its place. */
     template <class TContainer, class THook>
-    void ReadAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook,
-                 Passed _enPassed = Passed::Stays) const
+    void ReadAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook) const
     {
-        if constexpr (requires { _rRecords.reserve(0); }) {
-            std::size_t uCount = 0;
-            ForEachElement(_rContainer, Passed::Stays, [&](const ZkCommon::Storage::XmlElement&) { ++uCount; });
-            _rRecords.reserve(_rRecords.size() + uCount);
+        Reserve(_rContainer, _rRecords);
+        for (auto cElement = _rContainer.FirstChild(); cElement; cElement = cElement.NextSibling()) {
+            ReadInto(_rRecords, cElement, _rHook);
         }
-        ForEachElement(_rContainer, _enPassed, [&](const ZkCommon::Storage::XmlElement& _rElement) {
-            NewRecord<TContainer> cRecord(_rRecords);
-            if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, cRecord.Record(), _rHook); })) {
-                cRecord.Keep();
-            }
-        });
     }
 
-    /** Hands over the records one by one; elements end as they pass. */
+    /** The same of the document's own records, which may be parsed meanwhile. */
+    template <class TContainer, class THook>
+    void PassAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook) const
+    {
+        for (auto cElement = _rContainer.NextChild(); cElement; cElement = _rContainer.NextChild(cElement)) {
+            ReadInto(_rRecords, cElement, _rHook);
+        }
+    }
+
+    /** Hands them over one by one. */
     template <class TVisit, class THook>
     void ForEach(const ZkCommon::Storage::XmlElement& _rContainer, const TVisit& _fnVisit, const THook& _rHook) const
     {
-        ForEachElement(_rContainer, Passed::Ends, [&](const ZkCommon::Storage::XmlElement& _rElement) {
+        for (auto cElement = _rContainer.NextChild(); cElement; cElement = _rContainer.NextChild(cElement)) {
             TRecord stRecord;
-            if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, stRecord, _rHook); })) {
+            if (IsOf(cElement) &&
+                _rHook.template Around<TRecord>([&] { return ReadOne(cElement, stRecord, _rHook); })) {
                 _fnVisit(std::move(stRecord));
             }
-        });
+        }
     }
 
     /** @return false when the hook or a required field dropped the record, whose lists are then not read */
@@ -235,16 +231,40 @@ private:
         bool m_bKept = false;
     };
 
-    template <class TVisit>
-    void ForEachElement(ZkCommon::Storage::XmlElement _cContainer, Passed _enPassed, const TVisit& _fnVisit) const
+    bool IsOf(const ZkCommon::Storage::XmlElement& _rElement) const noexcept
     {
-        auto cElement = m_bAnyName ? _cContainer.FirstChild() : _cContainer.FirstChild(m_element);
-        while (cElement) {
-            if (_enPassed == Passed::Ends) {
-                _cContainer.ForgetBefore(cElement);
+        return m_bAnyName || _rElement.Is(m_element);
+    }
+
+    /** Makes room for all of them. */
+    template <class TContainer>
+    void Reserve(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords) const
+    {
+        if constexpr (requires { _rRecords.reserve(0); }) {
+            std::size_t uCount = 0;
+            for (auto cElement = _rContainer.FirstChild(); cElement; cElement = cElement.NextSibling()) {
+                uCount += IsOf(cElement) ? 1U : 0U;
             }
-            _fnVisit(cElement);
-            cElement = m_bAnyName ? cElement.NextSibling() : cElement.NextSibling(m_element);
+            _rRecords.reserve(_rRecords.size() + uCount);
+        }
+    }
+
+    template <class TContainer, class THook>
+    void ReadInto(TContainer& _rRecords, const ZkCommon::Storage::XmlElement& _rElement, const THook& _rHook) const
+    {
+        if (!IsOf(_rElement)) {
+            return;
+        }
+        if constexpr (requires { _rRecords.capacity(); }) {
+            if (const std::size_t uSize = _rRecords.size(); uSize == _rRecords.capacity()) {
+                // While the document is parsed: as many as its rest promises by what was read, within bounds.
+                const double dTimes = std::clamp(1.05 / _rElement.Share(), 1.5, 8.0);
+                _rRecords.reserve(static_cast<std::size_t>(static_cast<double>(uSize) * dTimes) + 4);
+            }
+        }
+        NewRecord<TContainer> cRecord(_rRecords);
+        if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, cRecord.Record(), _rHook); })) {
+            cRecord.Keep();
         }
     }
 
@@ -268,13 +288,14 @@ private:
 
 /**
  * Appends one record for each child of the container that the description is of, in document order. What was appended
- * before an exception stays. The container's children end meanwhile, unless its document was loaded whole.
+ * before an exception stays. A document that is loaded with XmlParser::OneByOne is parsed meanwhile, and may turn out not
+ * to be well-formed.
  */
 template <class TDescription, class TContainer, class THook = ReadHook>
 void ReadRecords(const ZkCommon::Storage::XmlElement& _rContainer, const TDescription& _rstDescription,
                  TContainer& _rRecords, const THook& _rHook = {})
 {
-    Bound<TDescription>(_rContainer, _rstDescription).ReadAll(_rContainer, _rRecords, _rHook, Passed::Ends);
+    Bound<TDescription>(_rContainer, _rstDescription).PassAll(_rContainer, _rRecords, _rHook);
 }
 
 /** Reads the same records, and hands each to _fnVisit before it reads the next. */

@@ -31,15 +31,15 @@ std::uint32_t ReadProducts(const Reader& _rstReader, const TDescription& _rstDes
         if (!cTrace.Has(pArray, _rstReader.pszOutput)) {
             return Result::g_ulMissingObject;
         }
-        pArray->clear();
-
-        DocumentFile cDocument(_rWorker, _rstReader.enDocument, Access::Read);
-        if (const std::uint32_t ulResult = cDocument.Open(cTrace, _rstRequest.pOptionData);
-            Result::IsFailure(ulResult)) {
-            return ulResult;
-        }
-        Documents::ReadRecords(_rWorker.cElement, _rstDescription, *pArray);
-        return cTrace.Leave(Result::g_ulSuccess);
+        return OnEmptied(*pArray, [&] {
+            DocumentFile cDocument(_rWorker, _rstReader.enDocument, Access::Read);
+            if (const std::uint32_t ulResult = cDocument.Open(cTrace, _rstRequest.pOptionData);
+                Result::IsFailure(ulResult)) {
+                return ulResult;
+            }
+            Documents::ReadRecords(_rWorker.cElement, _rstDescription, *pArray);
+            return cTrace.Leave(Result::g_ulSuccess);
+        });
     });
 }
 

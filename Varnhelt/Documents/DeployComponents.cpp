@@ -128,7 +128,15 @@ std::uint32_t Documents::QueryValueAsDeployComponentConfig(Worker& _rWorker, con
                 _rTrace.Error(L"_ulValueSubType was invalid. [0x%08x]", _rstRequest.ulValueSubType);
                 return Result::g_ulInvalidArgument;
             }
-            return ReadComponents(_rTrace, cDocument.Select().FirstChild(svSection), _rstRequest.ulValueOption,
-                                  _rlstComponent);
+            const Storage::XmlElement cRoot = cDocument.Select();
+            std::uint32_t ulResult = Result::g_ulSuccess;
+            bool bRead = false;
+            for (auto cSection = cRoot.NextChild(); cSection; cSection = cRoot.NextChild(cSection)) {
+                if (!bRead && cSection.Name() == svSection) {
+                    bRead = true;
+                    ulResult = ReadComponents(_rTrace, cSection, _rstRequest.ulValueOption, _rlstComponent);
+                }
+            }
+            return ulResult;
         });
 }

@@ -71,7 +71,10 @@ std::uint32_t KeyReader::GetKeyConfig(const Storage::XmlElement& _rElement, std:
 {
     _rvecKey.clear();
     DeployKey stPlace; // where the next values lie
-    for (auto cRegistry = _rElement.FirstChild(m_registry); cRegistry; cRegistry = cRegistry.NextSibling(m_registry)) {
+    for (auto cRegistry = _rElement.NextChild(); cRegistry; cRegistry = _rElement.NextChild(cRegistry)) {
+        if (!cRegistry.Is(m_registry)) {
+            continue;
+        }
         if (const HKEY hRoot = RegistryRoot::Read(cRegistry.Attribute(m_root)); hRoot != nullptr) {
             stPlace.hRoot = hRoot;
         }

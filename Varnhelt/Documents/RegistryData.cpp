@@ -121,9 +121,9 @@ std::uint32_t ReadComponents(const MethodLines& _rLines, const Storage::XmlEleme
 {
     const Storage::XmlName label = _rRoot.FindName(Documents::g_svComponentLabel);
     RegistryReader cReader(_rRoot, _rvecData);
-    for (auto cComponent = _rRoot.FirstChild(Documents::g_svRegistryComponent); cComponent;
-         cComponent = cComponent.NextNamesake()) {
-        if (!_rSelection.Has(cComponent.Attribute(label))) {
+    const Storage::XmlName name = _rRoot.FindName(Documents::g_svRegistryComponent);
+    for (auto cComponent = _rRoot.NextChild(); cComponent; cComponent = _rRoot.NextChild(cComponent)) {
+        if (!cComponent.Is(name) || !_rSelection.Has(cComponent.Attribute(label))) {
             continue;
         }
         if (const std::uint32_t ulResult = cReader.GetRegistryComponent(cComponent); Result::IsFailure(ulResult)) {

@@ -33,14 +33,14 @@ std::uint32_t Documents::QueryValueAsVersionInfo(Worker& _rWorker, const Request
         if (!cTrace.Has(pVersionInformation, L"pVersionInformation")) {
             return Result::g_ulMissingObject;
         }
-        pVersionInformation->clear();
-
-        DocumentFile cDocument(_rWorker, DocumentId::VersionInfo, Access::Read);
-        if (const std::uint32_t ulResult = cDocument.Open(cTrace, _rstRequest.pOptionData);
-            Result::IsFailure(ulResult)) {
-            return ulResult;
-        }
-        Documents::ReadRecords(_rWorker.cElement, Documents::g_stVersionInformation, *pVersionInformation);
-        return cTrace.LeaveAs(L"CFunctionXml::QueryValueAsQmrConfig()", Result::g_ulSuccess);
+        return OnEmptied(*pVersionInformation, [&] {
+            DocumentFile cDocument(_rWorker, DocumentId::VersionInfo, Access::Read);
+            if (const std::uint32_t ulResult = cDocument.Open(cTrace, _rstRequest.pOptionData);
+                Result::IsFailure(ulResult)) {
+                return ulResult;
+            }
+            Documents::ReadRecords(_rWorker.cElement, Documents::g_stVersionInformation, *pVersionInformation);
+            return cTrace.LeaveAs(L"CFunctionXml::QueryValueAsQmrConfig()", Result::g_ulSuccess);
+        });
     });
 }

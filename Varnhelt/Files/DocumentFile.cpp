@@ -34,6 +34,17 @@ std::wstring CopyFolder(Access _enAccess, const std::wstring& _rtszFile)
 }
 
 /**
+ * A document that is read while it is parsed may turn out not to be well-formed after lines about its records: where they
+ * are written, it is checked to its end before.
+ */
+std::uint32_t ParserOptions(Access _enAccess) noexcept
+{
+    return _enAccess == Access::Write        ? Storage::XmlParser::KeepWhole
+           : TracePasses(g_ulAllTraceLevels) ? Storage::XmlParser::KeepSelected
+                                             : Storage::XmlParser::OneByOne;
+}
+
+/**
  * Whether this process reads the file for the first time, as far as it remembers. What a system that died left is there
  * from the beginning, and looking through two folders at each reading costs a third of a small query.
  */
@@ -126,8 +137,7 @@ const Storage::XmlElement& DocumentFile::Select(const wchar_t* _pszRoot, const S
     if (!m_stPath.tszDirectory.empty()) { // without the property it is the library beside this module
         m_rWorker.cParser.SetProperty(L"PathOfDll", m_stPath.tszDirectory);
     }
-    m_rWorker.cParser.Load(m_tszPlain, m_enAccess == Access::Write ? Storage::XmlParser::KeepWhole
-                                                                   : Storage::XmlParser::KeepSelected);
+    m_rWorker.cParser.Load(m_tszPlain, ParserOptions(m_enAccess));
     m_rWorker.cElement = {}; // which is what remains when the document has no such element
     m_rWorker.cParser.Select(_pszRoot != nullptr ? _pszRoot : m_rstDocument.pszRoot, m_rWorker.cElement, _pChoice);
     return m_rWorker.cElement;

@@ -13,7 +13,10 @@
 /** The file of a document while a reader or writer works on it. */
 namespace Varnhelt {
 
-/** What becomes of a document: a reader needs its root element only, a writer keeps all of it. */
+/**
+ * What becomes of a document: a reader needs the children of its root element only, one by one, by XmlElement::NextChild;
+ * a writer keeps all of it.
+ */
 enum class Access
 {
     Read,
