@@ -96,10 +96,6 @@ std::vector<std::string> ForParser(std::vector<std::string> _vecArgument)
             rsArgument = "--help";
         }
     }
-    if (!_vecArgument.empty() && _vecArgument.front() == "help") {
-        _vecArgument.erase(_vecArgument.begin());
-        _vecArgument.emplace_back("--help");
-    }
     std::reverse(_vecArgument.begin(), _vecArgument.end());
     return _vecArgument;
 }

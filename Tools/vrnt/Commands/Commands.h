@@ -45,5 +45,6 @@ extern const Command g_stTraceRecord;
 extern const Command g_stReport;
 extern const Command g_stSample;
 extern const Command g_stCompletion;
+extern const Command g_stHelpCommand;
 
 } // namespace Vrnt

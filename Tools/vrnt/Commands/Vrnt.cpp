@@ -6,9 +6,9 @@ namespace Vrnt {
 
 namespace {
 
-constexpr const Command* g_apVrntCommand[] = {&g_stQuery,  &g_stStore,  &g_stDirect,    &g_stUpdate,    &g_stXen,
-                                              &g_stCheck,  &g_stDiff,   &g_stSchema,    &g_stDocuments, &g_stTrace,
-                                              &g_stReport, &g_stSample, &g_stCompletion};
+constexpr const Command* g_apVrntCommand[] = {&g_stQuery,  &g_stStore,  &g_stDirect,     &g_stUpdate,     &g_stXen,
+                                              &g_stCheck,  &g_stDiff,   &g_stSchema,     &g_stDocuments,  &g_stTrace,
+                                              &g_stReport, &g_stSample, &g_stCompletion, &g_stHelpCommand};
 
 } // namespace
 
