@@ -16,10 +16,13 @@
 #include <utility>
 #include <vector>
 
+using namespace SrvFrwk;
+using namespace Varnhelt;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
 /** What tests of local updates share: decisions, the round trip of an update and its undo, and words for descriptions. */
 namespace UpdateTest {
-
-using namespace Varnhelt;
 
 /** What was decided: the items' roots, a letter for each entry's effect, and all reasons. */
 class Decisions : public UpdateObserver
@@ -62,11 +65,10 @@ protected:
         LocalUpdateConfig stConfig;
         bool bStay = false;
         Worker stWorker;
-        ASSERT_EQ(Documents::QueryValueAsLocalUpdate(stWorker, &stConfig, &_rtszPath, &bStay),
-                  SrvFrwk::Result::g_ulSuccess);
+        ASSERT_EQ(Documents::QueryValueAsLocalUpdate(stWorker, &stConfig, &_rtszPath, &bStay), Result::g_ulSuccess);
         CLocalUpdateManager cManager(_rStorages, &_rDecisions);
-        ASSERT_EQ(cManager.Initialize(), SrvFrwk::Result::g_ulSuccess);
-        ASSERT_EQ(cManager.DoActionConfig(stConfig), SrvFrwk::Result::g_ulSuccess);
+        ASSERT_EQ(cManager.Initialize(), Result::g_ulSuccess);
+        ASSERT_EQ(cManager.DoActionConfig(stConfig), Result::g_ulSuccess);
     }
 
     /**
@@ -91,7 +93,7 @@ protected:
         EXPECT_EQ(cDone.vecError, cRehearsed.vecError);
         m_vecAfter = m_cBench.Snapshot();
         EXPECT_EQ(m_vecAfter, vecRehearsed) << "the update did something else than its rehearsal";
-        EXPECT_EQ(UpdateBench::Send(m_cBench.Describe(L"undo.xml", stUndo.sDescription)), SrvFrwk::Result::g_ulSuccess);
+        EXPECT_EQ(UpdateBench::Send(m_cBench.Describe(L"undo.xml", stUndo.sDescription)), Result::g_ulSuccess);
         m_vecLeft = stUndo.vecLeft;
         std::vector<std::wstring> vecNotBack;
         std::ranges::set_symmetric_difference(vecBefore, m_cBench.Snapshot(), std::back_inserter(vecNotBack));
@@ -173,3 +175,5 @@ inline std::string Ini(const Texts& _rvecEntry, const std::string& _rsSection = 
 }
 
 } // namespace UpdateTest
+
+using namespace UpdateTest;

@@ -2,12 +2,6 @@
 
 #include "DocumentTest.h"
 
-using namespace SrvFrwk;
-using testing::ElementsAre;
-using testing::FieldsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 class Compatibility : public DocumentTest<ValueType::g_ulCompatibilityCheck, std::vector<CompatibilityPlatform>>

@@ -2,10 +2,6 @@
 
 #include "DocumentTest.h"
 
-using namespace SrvFrwk;
-using testing::ElementsAre;
-using testing::FieldsAre;
-
 namespace {
 
 using CompetitorActions = DocumentTest<ValueType::g_ulCompetitorAction, std::vector<CompetitorAction>>;
@@ -23,7 +19,7 @@ TEST_F(CompetitorActions, AreReadInTheirOrderAndAProductWithoutThemIsOneToo)
     EXPECT_THAT(m_Records[0].lstAction,
                 ElementsAre(FieldsAre(L"install", L"n1", L"8.0", L"less"), FieldsAre(L"", L"", L"", L"")));
     EXPECT_EQ(m_Records[1].tszId, L"2");
-    EXPECT_THAT(m_Records[1].lstAction, testing::IsEmpty());
+    EXPECT_THAT(m_Records[1].lstAction, IsEmpty());
 }
 
 TEST_F(CompetitorDetections, TakeEveryFieldFromItsChildAndTheDefaultWhereItIsMissingOrWrittenOtherwise)

@@ -2,12 +2,6 @@
 
 #include "DocumentTest.h"
 
-using namespace SrvFrwk;
-using testing::ElementsAre;
-using testing::FieldsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 using Aliases = DocumentTest<ValueType::g_ulDeployAlias, DeployAliasConfig>;

@@ -15,6 +15,11 @@
 /** A reader or writer and its name in the lines. */
 #define METHOD(name) &Varnhelt::Documents::name, L"CFunctionXml::" #name L"()"
 
+using namespace SrvFrwk;
+using testing::ElementsAre;
+using testing::FieldsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
 using Lines = std::vector<std::wstring>;
 
 /** Has one reader or writer carry a request out. */
@@ -78,7 +83,6 @@ protected:
     const wchar_t* m_pszFile = m_rstDocument.pszFile != nullptr ? m_rstDocument.pszFile : L"d";
     TestProduct m_cProduct;
     const std::wstring m_tszFolder = m_cProduct.Folder().Path().wstring() + L"\\";
-    SrvFrwk::XmlPathConfig m_stPath{{{}, m_cProduct.Folder().Path().wstring()},
-                                    m_pszFile}; // begins with the directory's
+    XmlPathConfig m_stPath{{{}, m_cProduct.Folder().Path().wstring()}, m_pszFile}; // begins with the directory's
     TRecords m_Records;
 };

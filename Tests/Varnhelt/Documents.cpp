@@ -16,7 +16,6 @@
 
 #include <utility>
 
-using namespace SrvFrwk;
 using namespace Varnhelt;
 
 namespace {

@@ -104,14 +104,9 @@ TEST_F(EncFile, LeavesNoCopyBehindAFailedWriteAndReportsACopyThatIsGone)
         const ApiFault<API(WriteFile)> cFault(ERROR_DISK_FULL);
         EXPECT_FALSE(cFile.Decrypt());
     }
-    EXPECT_TRUE(cFile.Decrypt());
-    {
-        const ApiFault<API(WriteFile)> cFault(ERROR_DISK_FULL);
-        EXPECT_FALSE(cFile.WritePlain("half"));
-    }
-    EXPECT_TRUE(cFile.Decrypt());
-    {
-        const ApiFault<API(SetEndOfFile)> cFault(ERROR_DISK_FULL);
+    for (const auto pfnFault : {&MakeFault<API(WriteFile)>, &MakeFault<API(SetEndOfFile)>}) {
+        EXPECT_TRUE(cFile.Decrypt());
+        const std::shared_ptr<void> pFault = pfnFault(ERROR_DISK_FULL, 1);
         EXPECT_FALSE(cFile.WritePlain("shorter"));
     }
     EXPECT_EQ(Count(m_cCopies), 0);

@@ -3,10 +3,6 @@
 #include "AllocationFault.h"
 #include "DocumentTest.h"
 
-using namespace SrvFrwk;
-using testing::ElementsAre;
-using testing::FieldsAre;
-
 namespace {
 
 using EnforceData = DocumentTest<ValueType::g_ulEnforceData, std::vector<DataController>>;

@@ -6,11 +6,7 @@
 #include <optional>
 #include <tuple>
 
-using namespace SrvFrwk;
-using namespace UpdateTest;
-using namespace Varnhelt;
 using namespace ZkCommon;
-using testing::ElementsAre;
 
 namespace {
 

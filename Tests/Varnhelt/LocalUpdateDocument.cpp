@@ -8,11 +8,7 @@
 
 #include <filesystem>
 
-using namespace SrvFrwk;
-using namespace UpdateTest;
-using namespace Varnhelt;
 using namespace ZkCommon;
-using testing::ElementsAre;
 
 namespace {
 
@@ -21,21 +17,7 @@ TEST_F(LocalUpdate, ItemsAreKnownByTheLettersTheyHaveAndEntriesByTheirTarget)
     const std::wstring tszPath = m_cBench.Describe(L"all.xml", R"(<Quillmar version="17.2" stay="yes"><!-- nothing -->
 <Reg><Key target="registry"><Value> v </Value></Key><Key target="inifile"/><Key target="Registry"/><Key/>
 <key target="registry"/></Reg><I><Entry target="inifile"/><Entry target="registry"/></I><dir/></Quillmar>)");
-    const TraceRecorder cTrace;
     ASSERT_EQ(Read(tszPath), Result::g_ulSuccess);
-    EXPECT_THAT(cTrace.Lines(),
-                ElementsAre(L".w. [Enter] CFunctionXml::QueryValueAsLocalUpdate()...",
-                            L".w. *** CFunctionXml::SetLocalUpdateRegistry() - clear pConfig->Items.",
-                            L".w. *** CFunctionXml::QueryValueAsLocalUpdate() - Read XmlFile [" + tszPath + L"]",
-                            L".w. [Enter] CFunctionXml::SetLocalUpdateRegistry()...",
-                            L".w. *** CFunctionXml::SetLocalUpdateRegistry() - clear _pstKey->Entries.",
-                            L".w. [Leave] CFunctionXml::SetLocalUpdateKey()...",
-                            L".w. [Enter] CFunctionXml::SetLocalUpdateIniFile()...",
-                            L".w. *** CFunctionXml::SetLocalUpdateIniFile() - clear _pstIniFile->Entries.",
-                            L".w. [Leave] CFunctionXml::SetLocalUpdateKey()...",
-                            L".w. [Enter] CFunctionXml::SetLocalUpdateDirectory()...",
-                            L".w. [Leave] CFunctionXml::SetLocalUpdateDirectory()...",
-                            L".w. [Leave] CFunctionXml::QueryValueAsLocalUpdate()..."));
     EXPECT_EQ(m_stConfig.tszVersion, L"17.2");
     EXPECT_EQ(m_stConfig.lstDirectory.size(), 1U);
     ASSERT_TRUE(m_stConfig.lstRegistry.size() == 1 && m_stConfig.lstIniFile.size() == 1);

@@ -10,8 +10,6 @@
 #include <random>
 #include <string_view>
 
-using namespace UpdateTest;
-using namespace Varnhelt;
 using ZkCommon::String::LessNoCase;
 using Value = UpdateStorage::Value;
 

@@ -4,11 +4,9 @@
 #include "Update/LocalUpdateRequest.h"
 #include "UpdateTest.h"
 
-using namespace SrvFrwk;
-using namespace UpdateTest;
-using namespace Varnhelt;
+#include <regex>
+
 using namespace ZkCommon;
-using testing::ElementsAre;
 
 namespace {
 
@@ -32,11 +30,11 @@ TEST_F(LocalUpdate, AFailedEntryIsLoggedByItsCode)
 TEST_F(LocalUpdate, ASuccessfulUpdateTellsEachStep)
 {
     const std::wstring tszPath =
-        m_cBench.Describe(Reg({"create Sub+no", "remove+no"}, "@K@", "HKCU") + Ini({"write n string v"}));
+        m_cBench.Describe(Reg({"create Sub+no", "remove+no"}, "@K@", "HKCU") + Ini({"write n string v"}) + "<dir/>");
     const TraceRecorder cTrace;
     ASSERT_EQ(DoActionAsLocalUpdate(m_stWorker, &tszPath), Result::g_ulSuccess);
 
-    // ">" and "<" stand for entry and leave lines.
+    // ">" and "<" stand for entry and leave lines, "=" for both without one between them.
     std::wstring tszLines;
     for (const std::wstring& tszLine : cTrace.Lines()) {
         tszLines += tszLine + L"\n";
@@ -49,6 +47,7 @@ TEST_F(LocalUpdate, ASuccessfulUpdateTellsEachStep)
     for (const auto& [tszFrom, tszTo] : aShort) {
         ReplaceAll(tszLines, tszFrom, tszTo);
     }
+    tszLines = std::regex_replace(tszLines, std::wregex(L"> (.*)\n< \\1\n"), L"= $1\n");
     EXPECT_EQ(tszLines, LR"(> CFunctionXml::DoActionAsLocalUpdate
 > CFunctionXml::QueryValueAsLocalUpdate
 .w. *** CFunctionXml::SetLocalUpdateRegistry() - clear pConfig->Items.
@@ -59,20 +58,16 @@ TEST_F(LocalUpdate, ASuccessfulUpdateTellsEachStep)
 > CFunctionXml::SetLocalUpdateIniFile
 .w. *** CFunctionXml::SetLocalUpdateIniFile() - clear _pstIniFile->Entries.
 < CFunctionXml::SetLocalUpdateKey
+= CFunctionXml::SetLocalUpdateDirectory
 < CFunctionXml::QueryValueAsLocalUpdate
 > CLocalUpdateManager::Initialize
-> CLocalUpdateManager::CheckMinimumPlatform
-< CLocalUpdateManager::CheckMinimumPlatform
-> CLocalUpdateManager::SetVersionType
-< CLocalUpdateManager::SetVersionType
-> CLocalUpdateManager::SetProductType
-< CLocalUpdateManager::SetProductType
-> CLocalUpdateManager::SetLanguageType
-< CLocalUpdateManager::SetLanguageType
+= CLocalUpdateManager::CheckMinimumPlatform
+= CLocalUpdateManager::SetVersionType
+= CLocalUpdateManager::SetProductType
+= CLocalUpdateManager::SetLanguageType
 < CLocalUpdateManager::Initialize
 > CLocalUpdateManager::DoActionConfig
-> CLocalUpdateAgent::Initialize
-< CLocalUpdateAgent::Initialize
+= CLocalUpdateAgent::Initialize
 > CLocalUpdateAgentKey::DoAction
 @@@ *** CLocalUpdateAgentKey::DoAction() - bUpdate [1].
 @@@ *** CLocalUpdateAgentKey::CreateKey() - Root[0x80000001]
@@ -80,8 +75,7 @@ TEST_F(LocalUpdate, ASuccessfulUpdateTellsEachStep)
 @@@ *** CLocalUpdateAgentKey::DoAction() - bUpdate [1].
 > CLocalUpdateAgentKey::OnAction
 @@@ *** CLocalUpdateAgentKey::OnAction() - _stKey.tszAction [create]
-> CLocalUpdateAgentKey::Create
-< CLocalUpdateAgentKey::Create
+= CLocalUpdateAgentKey::Create
 < CLocalUpdateAgentKey::OnAction
 @@@ *** CLocalUpdateAgentKey::DoAction() - bUpdate [1].
 > CLocalUpdateAgentKey::OnAction
@@ -95,10 +89,8 @@ TEST_F(LocalUpdate, ASuccessfulUpdateTellsEachStep)
 < CLocalUpdateAgentKey::Remove
 < CLocalUpdateAgentKey::OnAction
 < CLocalUpdateAgentKey::DoAction
-> CLocalUpdateAgent::UnInitialize
-< CLocalUpdateAgent::UnInitialize
-> CLocalUpdateAgent::Initialize
-< CLocalUpdateAgent::Initialize
+= CLocalUpdateAgent::UnInitialize
+= CLocalUpdateAgent::Initialize
 > CLocalUpdateAgentKey::DoAction
 @@@ *** CLocalUpdateAgentKey::DoAction() - bUpdate [1].
 @@@ *** CLocalUpdateAgentKey::ReplacePath() - _tszPath [@F@\test.ini]
@@ -107,15 +99,12 @@ TEST_F(LocalUpdate, ASuccessfulUpdateTellsEachStep)
 @@@ *** CLocalUpdateAgentKey::DoAction() - bUpdate [1].
 > CLocalUpdateAgentKey::OnAction
 @@@ *** CLocalUpdateAgentKey::OnAction() - _stKey.tszAction [write]
-> CLocalUpdateAgentKey::Write
-< CLocalUpdateAgentKey::Write
+= CLocalUpdateAgentKey::Write
 < CLocalUpdateAgentKey::OnAction
 < CLocalUpdateAgentKey::DoAction
-> CLocalUpdateAgent::UnInitialize
-< CLocalUpdateAgent::UnInitialize
+= CLocalUpdateAgent::UnInitialize
 < CLocalUpdateManager::DoActionConfig
-> CLocalUpdateManager::UnInitialize
-< CLocalUpdateManager::UnInitialize
+= CLocalUpdateManager::UnInitialize
 < CFunctionXml::DoActionAsLocalUpdate
 )");
 }

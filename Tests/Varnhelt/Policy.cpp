@@ -8,11 +8,6 @@
 #include <filesystem>
 #include <fstream>
 
-using namespace SrvFrwk;
-using testing::ElementsAre;
-using testing::FieldsAre;
-using testing::IsEmpty;
-
 namespace {
 
 constexpr const char* g_szPolicy = R"(<?xml version="1.0" encoding="UTF-8"?><!-- kept -->

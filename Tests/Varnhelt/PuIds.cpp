@@ -4,11 +4,6 @@
 
 #include "DocumentTest.h"
 
-using namespace SrvFrwk;
-using testing::ElementsAre;
-using testing::FieldsAre;
-using testing::IsEmpty;
-
 namespace {
 
 using PuIds = DocumentTest<ValueType::g_ulInstallPuIds, InstallPuIds>;
@@ -37,39 +32,26 @@ TEST_F(PuIds, EveryEntryIsToldValueByValueAndWhyItDoesNotCount)
         <InstallPuId><Platform>eonly64bit</Platform></InstallPuId></InstallPuIds>)");
     const TraceRecorder cTrace(0x110);
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    const std::wstring tszMethod = L"@@@ *** CFunctionXml::QueryValueAsInstallPuIds() -";
+    const auto Told = [](const Lines& _rvecValue, const Lines& _rvecWhy) {
+        const wchar_t* const aName[] = {L"label]    :", L"version]  :", L"Component]:", L"PuId]     :", L"Platform] :"};
+        Lines vecLine;
+        for (const std::wstring& tszValue : _rvecValue) {
+            vecLine.push_back(L" [" + (aName[vecLine.size()] + tszValue) + L".");
+        }
+        return Behind(L"@@@ *** CFunctionXml::QueryValueAsInstallPuIds() -", Joined({vecLine, _rvecWhy}));
+    };
     const wchar_t* pszRule = L"--------------------------------------------.";
     const wchar_t* pszOtherPlatform = L" This component is not used for this platform. PuId[0x00000000]";
     EXPECT_EQ(
         cTrace.Lines(),
-        Joined({Behind(tszMethod, {L" [label]    :Muster \u00E4.",
-                                   L" [version]  :1.2.",
-                                   L" [Component]:eNone.",
-                                   L" [PuId]     :0x000000ff.",
-                                   L" [Platform] :eOnly64bit.",
-                                   L" eNone was specified for Component Type.",
-                                   pszRule,
-                                   L" [label]    :.",
-                                   L" [version]  :.",
-                                   L" [Component]:epattern.",
-                                   L" [PuId]     :0x00000000.",
-                                   L" [Platform] :eBoth32And64bit.",
-                                   L" Component Type was invalid. [epattern]",
-                                   pszRule,
-                                   L" [label]    :.",
-                                   L" [version]  :.",
-                                   L" [Component]:eEngine.",
-                                   L" [PuId]     :0x00000000.",
-                                   L" [Platform] :eOnly32bit.",
-                                   pszOtherPlatform,
-                                   pszRule,
-                                   L" [label]    :.",
-                                   L" [version]  :.",
-                                   L" [Component]:.",
-                                   L" [PuId]     :0x00000000.",
-                                   L" [Platform] :eonly64bit."}),
+        Joined({Told({L"Muster \u00E4", L"1.2", L"eNone", L"0x000000ff", L"eOnly64bit"},
+                     {L" eNone was specified for Component Type.", pszRule}),
+                Told({L"", L"", L"epattern", L"0x00000000", L"eBoth32And64bit"},
+                     {L" Component Type was invalid. [epattern]", pszRule}),
+                Told({L"", L"", L"eEngine", L"0x00000000", L"eOnly32bit"}, {pszOtherPlatform, pszRule}),
+                Told({L"", L"", L"", L"0x00000000", L"eonly64bit"}, {}),
                 {L"!!! *** CFunctionXml::IsNeedToAddPuIds() - Not support Platform String was specified. [eonly64bit]"},
-                Behind(tszMethod, {pszOtherPlatform, pszRule})}));
+                Told({}, {pszOtherPlatform, pszRule})}));
 }
 
 TEST(PuIdEntries, CountByTheSystemsWidth)

@@ -6,13 +6,6 @@
 
 #include <map>
 
-using namespace SrvFrwk;
-
-using testing::ElementsAre;
-using testing::FieldsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 class KeyConfig : public DocumentTest<ValueType::g_ulKeyConfig, std::vector<DeployKey>>

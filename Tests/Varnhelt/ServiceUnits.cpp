@@ -3,10 +3,6 @@
 #include "DocumentTest.h"
 #include "FunctionProvider.h"
 
-using namespace SrvFrwk;
-using testing::ElementsAre;
-using testing::FieldsAre;
-
 namespace {
 
 using ServiceUnits = DocumentTest<ValueType::g_ulServiceUnit, std::vector<ServiceUnit>>;

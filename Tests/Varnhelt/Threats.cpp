@@ -3,9 +3,6 @@
 #include "Documents/Threats.h"
 #include "DocumentTest.h"
 
-using namespace SrvFrwk;
-using testing::ElementsAre;
-using testing::FieldsAre;
 using Varnhelt::DocumentId;
 
 namespace {

@@ -3,11 +3,6 @@
 #include "DocumentTest.h"
 #include "ZkComn_String.h"
 
-using namespace SrvFrwk;
-using testing::ElementsAre;
-using testing::FieldsAre;
-using testing::IsEmpty;
-
 namespace {
 
 using VersionInfo = DocumentTest<ValueType::g_ulVersionInfo, std::vector<VersionInformation>>;
