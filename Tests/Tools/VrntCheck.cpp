@@ -2,22 +2,11 @@
 
 #include "Check/DocumentCheck.h"
 #include "Files/DocumentTable.h"
-#include "TempFolder.h"
-#include "TestKey.h"
-#include "TestProduct.h"
 #include "VrntTest.h"
 #include "ZkComn_String.h"
 
 #include <filesystem>
-#include <gmock/gmock.h>
 #include <map>
-#include <nlohmann/json.hpp>
-
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::HasSubstr;
-using testing::StartsWith;
-using Json = nlohmann::json;
 
 namespace {
 
@@ -117,7 +106,8 @@ TEST(VrntCheck, TellsWhatEachReaderWouldMakeOfADocument)
     for (const Row& stRow : g_aRow) {
         const testing::ScopedTrace row(__FILE__, stRow.iLine, "");
         folder.Write(L"document.xml", stRow.szText);
-        EXPECT_THAT(Findings(stRow.pszDocument, folder.File(L"document.xml")), ElementsAreArray(stRow.vecFinding));
+        EXPECT_THAT(Findings(stRow.pszDocument, folder.File(L"document.xml")),
+                    testing::ElementsAreArray(stRow.vecFinding));
         EXPECT_EQ(folder.Read(L"document.xml"), stRow.szText);
     }
 }
@@ -130,9 +120,7 @@ TEST(VrntCheck, KnowsTheLineInALongEncryptedDocumentAndSaysItsFindingsForPeople)
         sText += "<Alias Id=\"a" + std::to_string(i) + "\" Property=\"p\">\xC3\xA4</Alias>\n";
     }
     folder.Write(L"a.xml", sText + "</Aliases>");
-    ASSERT_EQ(RunVrnt({L"xen", L"encrypt", L"--document", L"alias", folder.File(L"a.xml"), folder.File(L"a.xen")})
-                  .iExitStatus,
-              0);
+    ASSERT_EQ(Encrypt(L"alias", folder.File(L"a.xml"), folder.File(L"a.xen")), 0);
     const ProgramRun stClean = RunVrnt({L"check", L"--document", L"alias", folder.File(L"a.xen")});
     EXPECT_EQ(stClean.sOutput + stClean.sError, "");
     EXPECT_EQ(stClean.iExitStatus, 0);
@@ -166,10 +154,7 @@ TEST(VrntCheck, ReportsManyFilesByKindRuleAndStatus)
     folder.Write(L"sub\\update.xml", sShared + "<REG/></Quillmar>");
     folder.Write(L"sub\\other.xml", "<project/>");
     folder.Write(L"sub\\notes.txt", "<Aliases>");
-    ASSERT_EQ(RunVrnt({L"xen", L"encrypt", L"--document", L"component", folder.File(L"plain.xml"),
-                       folder.File(L"sub\\c.xen")})
-                  .iExitStatus,
-              0);
+    ASSERT_EQ(Encrypt(L"component", folder.File(L"plain.xml"), folder.File(L"sub\\c.xen")), 0);
     const ProgramRun stAll = RunVrnt({L"check", L"--format", L"json", folder.Path().wstring()});
     EXPECT_EQ(stAll.iExitStatus, 1);
     std::map<std::string, std::string> mapKind;
@@ -183,7 +168,7 @@ TEST(VrntCheck, ReportsManyFilesByKindRuleAndStatus)
                                      std::pair("plain.xml", "component"), std::pair("update.xml", "local-update")));
 
     const std::wstring tszAlias = folder.File(L"a.xml");
-    EXPECT_EQ(Json::parse(RunVrnt({L"check", tszAlias, L"--json"}).sOutput)["data"],
+    EXPECT_EQ(DataOf({L"check", tszAlias}),
               Json::parse(R"([{"line": 2, "column": 9, "severity": "warning", "rule": "missing",
                   "element": "/Aliases/Alias", "text": "attribute \"Property\" is missing: read as empty"}])"));
     struct
@@ -214,22 +199,6 @@ TEST(VrntCheck, ReportsManyFilesByKindRuleAndStatus)
         EXPECT_THAT(stRun.sError,
                     *stRow.szError == '\0' ? testing::Matcher<std::string>("") : HasSubstr(stRow.szError));
     }
-}
-
-TEST(VrntCheck, UnknownWordsOfTheCommandLineAreToldWithTheNearest)
-{
-    const std::pair<std::vector<std::wstring>, const char*> aRow[] = {
-        {{L"chekc"}, "did you mean check?\n"},
-        {{L"help", L"query", L"polcy"}, "did you mean policy?\n"},
-        {{L"schema", L"--documnt", L"policy"}, "unknown option --documnt; did you mean --document?\n"},
-        {{L"schema", L"--document", L"polcy"}, "policy"},
-    };
-    for (const auto& [vecArgument, szExpected] : aRow) {
-        const ProgramRun stRun = RunVrnt(vecArgument);
-        EXPECT_EQ(stRun.iExitStatus, 2);
-        EXPECT_THAT(stRun.sError, HasSubstr(szExpected));
-    }
-    EXPECT_THAT(RunVrnt({L"schema", L"--document", L"policy"}).sOutput, StartsWith("<?xml"));
 }
 
 } // namespace

@@ -1,15 +1,6 @@
 // What changed between two documents, or two reports, as the tool reports it.
 
-#include "TempFolder.h"
-#include "TestProduct.h"
 #include "VrntTest.h"
-#include "ZkComn_String.h"
-
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
-
-using testing::HasSubstr;
-using Json = nlohmann::json;
 
 namespace {
 
@@ -78,9 +69,7 @@ TEST(VrntDiff, ReportsWhatReadersSeeOfADocumentPlainOrEncrypted)
         EXPECT_THAT(stRun.sOutput, testing::StartsWith(stRow.szLines)) << stRun.sError;
         EXPECT_EQ(stRun.iExitStatus, *stRow.szLines != '\0');
         EXPECT_EQ(RunVrnt({L"diff", folder.File(L"old.xml"), folder.File(L"old.xml")}).sOutput, "");
-        const std::vector<std::wstring> vecEncrypt = {
-            L"xen", L"encrypt", L"--document", stRow.pszKind, folder.File(L"old.xml"), folder.File(L"old.xen")};
-        if (RunVrnt(vecEncrypt).iExitStatus == 0) {
+        if (Encrypt(stRow.pszKind, folder.File(L"old.xml"), folder.File(L"old.xen")) == 0) {
             EXPECT_EQ(RunVrnt({L"diff", folder.File(L"old.xen"), folder.File(L"new.xml")}).sOutput, stRun.sOutput);
         }
     }
@@ -89,7 +78,7 @@ TEST(VrntDiff, ReportsWhatReadersSeeOfADocumentPlainOrEncrypted)
 TEST(VrntDiff, ComparesWithTheInstalledOneAndForGitAndSaysWhatCannotBeCompared)
 {
     const TestProduct product;
-    product.Store(Varnhelt::DocumentId::Policy, g_szPolicy);
+    product.Store(DocumentId::Policy, g_szPolicy);
     const TempFolder folder;
     std::string sNew = g_szPolicy;
     sNew.replace(sNew.find("ePartial"), 8, "eDeny");
@@ -99,7 +88,7 @@ TEST(VrntDiff, ComparesWithTheInstalledOneAndForGitAndSaysWhatCannotBeCompared)
     folder.Write(L"other.xml", "<project/>");
     folder.Write(L"other.json", "{}");
     const std::wstring tszNew = folder.File(L"new.xml");
-    EXPECT_EQ(Json::parse(RunVrnt({L"diff", L"installed:policy", tszNew, L"--json"}).sOutput), Json::parse(R"({
+    EXPECT_EQ(JsonOf({L"diff", L"installed:policy", tszNew}), Json::parse(R"({
         "result": "0x80040201", "data": [{"change": "changed", "where": "eFirewall eHomeNetwork",
         "field": "permission", "old": "ePartial", "new": "eDeny"}]})"));
     const ProgramRun stGit =
@@ -110,30 +99,24 @@ TEST(VrntDiff, ComparesWithTheInstalledOneAndForGitAndSaysWhatCannotBeCompared)
     EXPECT_THAT(stBad.sOutput, HasSubstr("is like no kind of document"));
     EXPECT_EQ(stBad.iExitStatus, 0) << "git would stop";
 
-    const std::pair<std::vector<std::wstring>, const char*> aTrouble[] = {
-        {{tszNew, folder.File(L"none.xml")}, "cannot read"},
-        {{tszNew, folder.File(L"alias.xml")}, "is of the kind policy and"},
-        {{folder.File(L"alias.xml"), folder.File(L"bad.xml")}, "is not well-formed in line 2"},
-        {{folder.File(L"other.xml"), tszNew}, "name its kind with --document"},
-        {{L"--document", L"alias", tszNew, folder.File(L"alias.xml")}, "its root is"},
-        {{L"installed:alias", tszNew}, "names no installed document: there are service-units, policy"},
-        {{L"-", L"-"}, "only one of OLD and NEW"},
-        {{folder.File(L"other.json"), folder.File(L"other.json")}, "not what vrnt report --json writes"},
-        {{tszNew, tszNew, tszNew}, "OLD and NEW are all"},
+    const UsageRow aTrouble[] = {
+        {__LINE__, {L"diff", tszNew, folder.File(L"none.xml")}, "cannot read"},
+        {__LINE__, {L"diff", tszNew, folder.File(L"alias.xml")}, "is of the kind policy and"},
+        {__LINE__, {L"diff", folder.File(L"alias.xml"), folder.File(L"bad.xml")}, "is not well-formed in line 2"},
+        {__LINE__, {L"diff", folder.File(L"other.xml"), tszNew}, "name its kind with --document"},
+        {__LINE__, {L"diff", L"--document", L"alias", tszNew, folder.File(L"alias.xml")}, "its root is"},
+        {__LINE__, {L"diff", L"installed:alias", tszNew}, "no installed document: there are service-units, policy"},
+        {__LINE__, {L"diff", L"-", L"-"}, "only one of OLD and NEW"},
+        {__LINE__, {L"diff", folder.File(L"other.json"), folder.File(L"other.json")}, "what vrnt report --json writes"},
+        {__LINE__, {L"diff", tszNew, tszNew, tszNew}, "OLD and NEW are all"},
     };
-    for (const auto& [vecArgument, szError] : aTrouble) {
-        std::vector<std::wstring> vecWhole = {L"diff"};
-        vecWhole.insert(vecWhole.end(), vecArgument.begin(), vecArgument.end());
-        const ProgramRun stRun = RunVrnt(vecWhole);
-        EXPECT_EQ(stRun.iExitStatus, 2);
-        EXPECT_THAT(stRun.sError, HasSubstr(szError));
-    }
+    ExpectUsageErrors(aTrouble);
 }
 
 TEST(VrntDiff, ReportsWhatChangedOnAMachineBetweenTwoReports)
 {
     const TestProduct product;
-    product.Store(Varnhelt::DocumentId::Policy, g_szPolicy);
+    product.Store(DocumentId::Policy, g_szPolicy);
     const TempFolder folder;
     const auto Report = [&](const wchar_t* _pszName) {
         EXPECT_EQ(RunVrnt({L"report", L"--json", folder.File(_pszName)}).iExitStatus, 0);
@@ -142,7 +125,7 @@ TEST(VrntDiff, ReportsWhatChangedOnAMachineBetweenTwoReports)
     const std::wstring tszBefore = Report(L"before.json");
     std::string sNew = g_szPolicy;
     sNew.replace(sNew.find("ePartial"), 8, "eDeny");
-    product.Store(Varnhelt::DocumentId::Policy, sNew);
+    product.Store(DocumentId::Policy, sNew);
     const ProgramRun stRun = RunVrnt({L"diff", tszBefore, Report(L"after.json")});
     EXPECT_EQ(stRun.iExitStatus, 1);
     EXPECT_THAT(stRun.sOutput, HasSubstr("policy eFirewall eHomeNetwork: permission ePartial -> eDeny\n"));

@@ -1,25 +1,51 @@
 #pragma once
 
 #include "RunProgram.h"
+#include "TestProduct.h"
 
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 #include <span>
 #include <string>
 #include <vector>
 
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using Varnhelt::DocumentId;
+using Json = nlohmann::json;
+
 /** Runs the tool's command line within this program. */
 ProgramRun RunVrnt(const std::vector<std::wstring>& _vecArgument);
+
+/** What it prints with --json, and the data in that. */
+Json JsonOf(std::vector<std::wstring> _vecArgument);
+inline Json DataOf(std::vector<std::wstring> _vecArgument)
+{
+    return JsonOf(std::move(_vecArgument))["data"];
+}
+
+/** Encrypts a document of that kind. @return the exit status */
+inline int Encrypt(const wchar_t* _pszKind, const std::wstring& _rtszIn, const std::wstring& _rtszOut)
+{
+    return RunVrnt({L"xen", L"encrypt", L"--document", _pszKind, _rtszIn, _rtszOut}).iExitStatus;
+}
 
 /** Starts vrnt.exe: for what a process is about. */
 ProgramRun StartVrnt(const std::vector<std::wstring>& _vecArgument);
 
-/** A query, and what it prints. */
-struct AnswerRow
+/** One line on stderr, as every error has. */
+MATCHER(IsOneLine, "")
+{
+    return arg.starts_with("vrnt: ") && arg.find('\n') == arg.size() - 1;
+}
+
+/** A command line that is refused, and what its one line must name. */
+struct UsageRow
 {
     int iLine;
     std::vector<std::wstring> vecArgument;
-    std::string sData;   // in JSON
-    const char* szCells; // in the table, an expression
+    const char* szNamed;
 };
-
-/** Expects that each query succeeds and prints its records as JSON and as a table, and that VrntJson.dll answers the same. */
-void ExpectAnswers(std::span<const AnswerRow> _aRow);
+void ExpectUsageErrors(std::span<const UsageRow> _aRow);

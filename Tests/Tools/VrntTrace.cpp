@@ -3,30 +3,16 @@
 #include "Frwk_Settings.h"
 #include "Machine/Reasons.h"
 #include "Machine/TraceFile.h"
-#include "TestProduct.h"
 #include "VrntTest.h"
 #include "ZkComn_Registry.h"
 
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::MatchesRegex;
-using testing::Not;
-using Json = nlohmann::json;
 
 namespace {
 
 class VrntTrace : public testing::Test
 {
 protected:
-    static Json Data(std::vector<std::wstring> _vecArgument)
-    {
-        _vecArgument.insert(_vecArgument.begin(), L"--json");
-        return Json::parse(RunVrnt(_vecArgument).sOutput)["data"];
-    }
-
     TestProduct m_cProduct;
     TempFolder m_cLogs;
 };
@@ -34,7 +20,7 @@ protected:
 TEST_F(VrntTrace, ATracedQueryLeavesAFileThatTraceShowReads)
 {
     ASSERT_EQ(RunVrnt({L"trace", L"on", L"--folder", m_cLogs.Path().wstring()}).iExitStatus, 0);
-    const Json jsOn = Json::parse(RunVrnt({L"--json", L"trace", L"status"}).sOutput)["data"]["interactive"];
+    const Json jsOn = DataOf({L"trace", L"status"})["interactive"];
     EXPECT_EQ(jsOn["enabled"], true);
     EXPECT_EQ(jsOn["level"], 0x111);
     StartVrnt({L"query", L"service-units"});
@@ -47,12 +33,11 @@ TEST_F(VrntTrace, ATracedQueryLeavesAFileThatTraceShowReads)
                                      "<Varnhelt> \\*\\*\\*Varnhelt\\.dll was loaded as process attach\\. - "
                                      "Varnhelt\\(\\d+\\)"));
     const std::wstring tszFile = m_cLogs.File(L"vqxVarnhelt.log");
-    const Json jsAll = Json::parse(RunVrnt({L"--json", L"trace", L"show", tszFile}).sOutput)["data"];
+    const Json jsAll = DataOf({L"trace", L"show", tszFile});
     EXPECT_EQ(jsAll.back()["text"], "***Varnhelt.dll was unloaded as process detach.");
     EXPECT_EQ(jsAll.back()["source"], "Varnhelt");
     EXPECT_EQ(std::count(sLog.begin(), sLog.end(), '\n'), static_cast<std::ptrdiff_t>(jsAll.size()));
-    const Json jsErrors = Json::parse(
-        RunVrnt({L"--json", L"trace", L"show", tszFile, L"--errors", L"--grep", L"tszXmlFile"}).sOutput)["data"];
+    const Json jsErrors = DataOf({L"trace", L"show", tszFile, L"--errors", L"--grep", L"tszXmlFile"});
     ASSERT_EQ(jsErrors.size(), 1U);
     EXPECT_EQ(jsErrors[0]["text"], "*** CFunctionXml::QueryValueAsServiceUnit() - tszXmlFile is empty");
     EXPECT_EQ(jsErrors[0]["level"], "error");
@@ -66,10 +51,10 @@ TEST_F(VrntTrace, SettingsOfAWrongTypeAreNamedAndTraceOnMendsThem)
     cKey.Create(HKEY_LOCAL_MACHINE, tszKey);
     for (const wchar_t* pszText : {L"Level", L"LogUnitType", L"Debugger"}) {
         cKey.WriteString(pszText, L"1");
-        const Json jsOff = Data({L"trace", L"status"})["interactive"];
+        const Json jsOff = DataOf({L"trace", L"status"})["interactive"];
         EXPECT_EQ(jsOff["enabled"], false);
         EXPECT_THAT(jsOff["fault"], HasSubstr(std::string(pszText, pszText + std::wcslen(pszText))));
-        EXPECT_EQ(Data({L"trace", L"on"})["interactive"]["enabled"], true);
+        EXPECT_EQ(DataOf({L"trace", L"on"})["interactive"]["enabled"], true);
     }
     cKey.WriteNumber(L"LogPrefix", 5);
     const ProgramRun stOn = RunVrnt({L"trace", L"on", L"--folder", m_cLogs.Path().wstring()});
@@ -128,13 +113,13 @@ TEST_F(VrntTrace, ShowFiltersByTimeAndCaseAndRefusesWhatIsNoTrace)
     for (const auto& [iLine, vecOption, uExpected] : aRows) {
         std::vector<std::wstring> vecArgument{L"trace", L"show", tszFile};
         vecArgument.insert(vecArgument.end(), vecOption.begin(), vecOption.end());
-        EXPECT_EQ(Data(vecArgument).size(), uExpected) << iLine;
+        EXPECT_EQ(DataOf(vecArgument).size(), uExpected) << iLine;
     }
     for (const wchar_t* pszWhen : {L"soon", L"2026-02-30", L"2026-02-28T24:00", L""}) {
         EXPECT_EQ(RunVrnt({L"trace", L"show", tszFile, L"--since", pszWhen}).iExitStatus, 2);
     }
     EXPECT_EQ(RunVrnt({L"trace", L"show", m_cLogs.File(L"other.log")}).iExitStatus, 2);
-    EXPECT_EQ(Data({L"trace", L"show", m_cLogs.File(L"empty.log")}), Json::array());
+    EXPECT_EQ(DataOf({L"trace", L"show", m_cLogs.File(L"empty.log")}), Json::array());
 }
 
 TEST_F(VrntTrace, RecordKeepsTheLinesOfACommandApartFromTheSettingsAndTheirFile)
@@ -148,7 +133,7 @@ TEST_F(VrntTrace, RecordKeepsTheLinesOfACommandApartFromTheSettingsAndTheirFile)
     EXPECT_EQ(stRun.sOutput, stPlain.sOutput);
     EXPECT_EQ(stRun.sError, stPlain.sError);
     EXPECT_EQ(m_cLogs.Read(L"vqxVarnhelt.log"), sLog);
-    EXPECT_EQ(Data({L"trace", L"status"})["interactive"]["enabled"], true);
+    EXPECT_EQ(DataOf({L"trace", L"status"})["interactive"]["enabled"], true);
     const std::string sRecorded = m_cLogs.Read(tszOut);
     EXPECT_EQ(std::ranges::count(sRecorded, '\n'), std::ranges::count(sLog, '\n')); // line for line
     EXPECT_EQ(StartVrnt({L"trace", L"record", tszOut, L"--", L"documents"}).iExitStatus, 2);
@@ -162,11 +147,11 @@ TEST_F(VrntTrace, RecordKeepsTheLinesOfACommandApartFromTheSettingsAndTheirFile)
 
 TEST_F(VrntTrace, AFailureSaysWhyWhateverTheTraceSettingsSay)
 {
-    m_cProduct.Store(Varnhelt::DocumentId::ThreatsElmap, "<Quillmar><Threats/></Quillmar>");
+    m_cProduct.Store(DocumentId::ThreatsElmap, "<Quillmar><Threats/></Quillmar>");
     const ProgramRun stThreat = StartVrnt({L"query", L"threat-name", L"--engine", L"elmap", L"--id", L"7", L"--json"});
     EXPECT_EQ(stThreat.sError, "vrnt: 0x80040201: antispy.xml has no threat 7\n");
     EXPECT_EQ(Json::parse(stThreat.sOutput)["why"][0], "antispy.xml has no threat 7");
-    EXPECT_FALSE(Json::parse(RunVrnt({L"documents", L"--json"}).sOutput).contains("why"));
+    EXPECT_FALSE(JsonOf({L"documents"}).contains("why"));
 
     m_cProduct.Folder().Write(L"FwPolicy.xen", std::string(4991, 'x'));
     EXPECT_THAT(StartVrnt({L"query", L"policy"}).sError, HasSubstr("cut off: its size is not a multiple of 16"));

@@ -5,12 +5,6 @@
 #include "ZkComn_String.h"
 
 #include <filesystem>
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
-
-using testing::HasSubstr;
-using testing::IsEmpty;
-using Json = nlohmann::json;
 
 namespace {
 
