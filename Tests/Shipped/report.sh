@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The report of the sample product in a browser: its parts are there, nothing is refused to it, and no width of screen has
 # to be scrolled sideways. Exit status 77 (skipped) where there is no release yet, or no browser.
-. "$(dirname "$0")/../../scripts/lib.sh"
+. "$(dirname "$0")/faults.sh"
 
 vrnt=build/release/bin/vrnt.exe
 [ -e $vrnt ] && command -v chromium >/dev/null || exit 77
@@ -19,12 +19,11 @@ browse() {
     timeout 120 chromium --headless --disable-gpu --disable-dev-shm-usage --user-data-dir="$work/browser" --enable-logging=stderr \
         --allow-file-access-from-files ${root_flag-} "$@" 2>>"$work/browser.log"
 }
-faults=0
 # expect COUNT TEXT FILE
 expect() {
     local count
     count=$(grep -oF -- "$2" "$3" | wc -l) || true # none is no failure
-    [ "$count" = "$1" ] || { faults=$((faults + 1)); echo "fault: $2 stands $count times in ${3##*/}, not $1 times"; }
+    [ "$count" = "$1" ] || fault "$2 stands $count times in ${3##*/}, not $1 times"
 }
 
 browse --dump-dom "file://$work/report.html" >"$work/dom"
@@ -42,6 +41,6 @@ done >"$work/widths.html"
 browse --dump-dom "file://$work/widths.html" | tr -d '\n' | sed 's/<iframe[^>]*>//g' >"$work/widths"
 expect 4 fits "$work/widths"
 browse --window-size=390,2000 --screenshot="$work/phone.png" "file://$work/report.html" >>"$work/log"
-[ -s "$work/phone.png" ] || faults=$((faults + 1))
+[ -s "$work/phone.png" ] || fault "there is no picture of it"
 expect 0 CONSOLE "$work/browser.log"
 [ $faults = 0 ]

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Documents in a real repository: what git, pre-commit, a build and code scanning make of the tool. Exit status 77 (skipped)
 # where there is no release yet, or one of these programs is missing.
-. "$(dirname "$0")/../../scripts/lib.sh"
+. "$(dirname "$0")/faults.sh"
 
 [ -e build/release/bin/vrnt.exe ] || exit 77
 for program in git pre-commit npm; do
@@ -16,11 +16,6 @@ printf '#!/bin/sh\nexec %q "$@"\n' "$root/scripts/vrnt" >"$work/bin/vrnt"
 chmod +x "$work/bin/vrnt"
 export PATH=$work/bin:$PATH PRE_COMMIT_HOME=$work/pre-commit GIT_CONFIG_GLOBAL=/dev/null GIT_CONFIG_SYSTEM=/dev/null
 export GIT_{AUTHOR,COMMITTER}_NAME=author GIT_{AUTHOR,COMMITTER}_EMAIL=author@example.invalid
-faults=0
-fault() {
-    echo "fault: $*"
-    faults=$((faults + 1))
-}
 # expect TEXT FILE: the file has the line.
 expect() {
     grep -qxF -- "$1" "$2" || fault "no line \"$1\" in ${2##*/}: $(head -n 20 "$2")"

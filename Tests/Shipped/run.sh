@@ -1,17 +1,12 @@
 #!/usr/bin/env bash
 # What a customer gets: the package of the release, unpacked, looked at from outside and used by a host of its own.
 # Exit status 77 (skipped) where there is no release yet.
-. "$(dirname "$0")/../../scripts/lib.sh"
+. "$(dirname "$0")/faults.sh"
 
 trap 'echo "line $LINENO failed; the log is ${work#"$root"/}.log"' ERR
 [ -e build/release/bin/Varnhelt.dll ] || exit 77
 work=$root/build/shipped
 tree=$work/Varnhelt-$(project_version)-win64
-faults=0
-fault() {
-    echo "fault: $*"
-    faults=$((faults + 1))
-}
 objdump=x86_64-w64-mingw32-objdump
 
 rm -rf "$work"

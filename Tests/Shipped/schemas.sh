@@ -2,7 +2,7 @@
 # Every sample is clean to `vrnt check` and valid by the schema of its kind, to a validator that is not ours; and no longer
 # valid when it is spoilt. Schemas say what names and words mean, and the catalog leads to them. Exit status 77 (skipped)
 # where there is no release yet.
-. "$(dirname "$0")/../../scripts/lib.sh"
+. "$(dirname "$0")/faults.sh"
 
 vrnt=build/release/bin/vrnt.exe
 [ -e $vrnt ] || exit 77
@@ -10,12 +10,7 @@ work=$root/build/schemas
 rm -rf "$work"
 mkdir -p "$work"
 scripts/wine $vrnt sample "$(windows_path "$work/product")" >/dev/null || die "no sample product could be laid out"
-faults=0
 checked=0
-fault() {
-    echo "fault: $*"
-    faults=$((faults + 1))
-}
 
 # A kind of document, a sample of it, and what spoils the sample.
 while read -r kind sample spoil; do
