@@ -26,17 +26,14 @@ protected:
     Module() { m_cProduct.Store(DocumentId::ServiceUnits, g_szOneUnit); }
 
     /** Result of a query; one that succeeds gives the one unit. */
-    static std::uint32_t QueryBy(Interface::IFunctionProvider& _rFunction)
-    {
-        std::vector<ServiceUnit> vecUnit;
-        const std::uint32_t ulResult = _rFunction.QueryValue(0, ValueType::g_ulServiceUnit, 0, &vecUnit, 0, nullptr);
-        EXPECT_TRUE(ulResult != Result::g_ulSuccess || (vecUnit.size() == 1 && vecUnit[0].tszModuleName == L"one.dll"));
-        return ulResult;
-    }
     static std::uint32_t Query()
     {
         const Varnhelt::Module cModule(std::filesystem::path(ProgramFolder()) / L"Varnhelt.dll");
-        return QueryBy(*cModule.CreateFunction());
+        std::vector<ServiceUnit> vecUnit;
+        const std::uint32_t ulResult =
+            cModule.CreateFunction()->QueryValue(0, ValueType::g_ulServiceUnit, 0, &vecUnit, 0, nullptr);
+        EXPECT_TRUE(ulResult != Result::g_ulSuccess || (vecUnit.size() == 1 && vecUnit[0].tszModuleName == L"one.dll"));
+        return ulResult;
     }
 
     TestProduct m_cProduct;

@@ -19,30 +19,22 @@ constexpr std::size_t g_uLarge = 64 * 1024;
 
 } // namespace
 
-TEST(FileCrypt, PadsOnlyALastBlockThatIsNotFull)
+TEST(FileCrypt, PadsOnlyALastBlockThatIsNotFullAndWritesItsStepsToTheTraceLog)
 {
     const TempFolder cFolder;
     for (const std::size_t uSize : {1U, 15U, 16U, 17U, 32U, 100000U}) {
+        const TraceRecorder cTrace(0x111);
         cFolder.Write(L"plain", std::string(uSize, 'x'));
         ASSERT_TRUE(File::EncryptFile(cFolder.File(L"plain"), cFolder.File(L"cipher"), g_aKey) &&
                     File::DecryptFile(cFolder.File(L"cipher"), cFolder.File(L"back"), g_aKey));
         EXPECT_EQ(cFolder.Read(L"cipher").size(), (uSize + 15) / 16 * 16);
         EXPECT_EQ(cFolder.Read(L"back"), std::string(uSize, 'x'));
+        EXPECT_THAT(cTrace.Lines(), ElementsAre(L".w. [Enter] ZkCommon::Storage::File::EncryptFile()...",
+                                                L".w. [Leave] ZkCommon::Storage::File::EncryptFile()...",
+                                                L".w. [Enter] ZkCommon::Storage::File::DecryptFile()...",
+                                                L"@@@ nLenConverted: " + std::to_wstring(uSize),
+                                                L".w. [Leave] ZkCommon::Storage::File::DecryptFile()..."));
     }
-}
-
-TEST(FileCrypt, WritesItsStepsToTheTraceLog)
-{
-    const TempFolder cFolder;
-    cFolder.Write(L"plain", std::string(33, 'x'));
-    const TraceRecorder cTrace(0x111);
-    ASSERT_TRUE(File::EncryptFile(cFolder.File(L"plain"), cFolder.File(L"cipher"), g_aKey));
-    ASSERT_TRUE(File::DecryptFile(cFolder.File(L"cipher"), cFolder.File(L"back"), g_aKey));
-    EXPECT_THAT(cTrace.Lines(),
-                ElementsAre(L".w. [Enter] ZkCommon::Storage::File::EncryptFile()...",
-                            L".w. [Leave] ZkCommon::Storage::File::EncryptFile()...",
-                            L".w. [Enter] ZkCommon::Storage::File::DecryptFile()...", L"@@@ nLenConverted: 33",
-                            L".w. [Leave] ZkCommon::Storage::File::DecryptFile()..."));
 }
 
 TEST(FileCrypt, TellsWhatFailedAndLeavesTheDestinationAlone)

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -188,25 +189,20 @@ TEST(XmlWriter, ReadingBackTellsWhatXmlCannotHold)
 
 TEST(XmlWriter, ComparisonSeesEveryDifference)
 {
-    const auto Same = [](const char* _szLeft, const char* _szRight) { return Whole(_szLeft).ReadsBack(_szRight); };
+    const auto Same = [](std::string_view _svLeft, std::string_view _svRight) {
+        return Whole(_svLeft).ReadsBack(_svRight);
+    };
     EXPECT_TRUE(Same("<A x='1'><B/>t</A>", "<A\nx=\"1\">\n t\n<B></B>\n</A>"));
-    const std::vector<const char*> vecDocument = {"<A/>",
-                                                  "<B/>",
-                                                  "<A x='1'/>",
-                                                  "<A x='2'/>",
-                                                  "<A x='1' y='2'/>",
-                                                  "<A y='2' x='1'/>",
-                                                  "<A>t</A>",
-                                                  "<A>t </A>",
-                                                  "<A><B/></A>",
-                                                  "<A><B/><B/></A>",
-                                                  "<A><B><C/></B></A>",
-                                                  "<A><B/><C/></A>",
-                                                  "<A><!--c--></A>",
-                                                  "<A><!--d--></A>"};
-    for (const char* szLeft : vecDocument) {
-        for (const char* szRight : vecDocument) {
-            EXPECT_EQ(Same(szLeft, szRight), szLeft == szRight) << szLeft << " and " << szRight;
+    std::vector<std::string> vecDocument;
+    std::istringstream cDocuments(
+        "<A/>|<B/>|<A x='1'/>|<A x='2'/>|<A x='1' y='2'/>|<A y='2' x='1'/>|<A>t</A>|<A>t </A>|"
+        "<A><B/></A>|<A><B/><B/></A>|<A><B><C/></B></A>|<A><B/><C/></A>|<A><!--c--></A>|<A><!--d--></A>");
+    while (std::getline(cDocuments, vecDocument.emplace_back(), '|')) {
+    }
+    vecDocument.pop_back();
+    for (const std::string& sLeft : vecDocument) {
+        for (const std::string& sRight : vecDocument) {
+            EXPECT_EQ(Same(sLeft, sRight), sLeft == sRight) << sLeft << " and " << sRight;
         }
     }
 }
