@@ -129,9 +129,18 @@ void SetPermission(SrvFrwk::PolicyController& _rstController, std::uint32_t _ulP
     }
 }
 
-File::KeySpan KeyOf(const char* _szKey)
+/** A document's bytes as they are in its file, or back; the same where it is kept plain. */
+std::string Converted(std::string _sBytes, DocumentId _enDocument, File::Conversion::Direction _enDirection)
 {
-    return File::KeySpan(reinterpret_cast<const std::uint8_t*>(_szKey), File::g_uKeySize);
+    const char* szKey = Varnhelt::DocumentOf(_enDocument).szKey;
+    ZkCommon::ByteArray stBytes;
+    File::Conversion cConversion(_enDirection);
+    if (szKey == nullptr || !stBytes.Assign(std::as_bytes(std::span(_sBytes))) ||
+        !cConversion.Run(std::move(stBytes),
+                         File::KeySpan(reinterpret_cast<const std::uint8_t*>(szKey), File::g_uKeySize))) {
+        return _sBytes;
+    }
+    return {cConversion.Output().begin(), cConversion.Output().end()};
 }
 
 } // namespace
@@ -179,26 +188,12 @@ bool Put(const std::wstring& _tszPath, std::string_view _svBytes)
 
 std::string PlainText(const std::wstring& _tszFile, DocumentId _enDocument)
 {
-    const char* szKey = Varnhelt::DocumentOf(_enDocument).szKey;
-    if (szKey == nullptr) {
-        return Contents(_tszFile);
-    }
-    File::DecryptFile(_tszFile, _tszFile + L".plain", KeyOf(szKey));
-    std::string sText = Contents(_tszFile + L".plain");
-    ::DeleteFileW((_tszFile + L".plain").c_str());
-    return sText;
+    return Converted(Contents(_tszFile), _enDocument, File::Conversion::Direction::Decrypt);
 }
 
-bool PutDocument(const std::wstring& _tszFile, DocumentId _enDocument, std::string_view _svText)
+bool PutDocument(const std::wstring& _tszFile, DocumentId _enDocument, std::string _sText)
 {
-    const char* szKey = Varnhelt::DocumentOf(_enDocument).szKey;
-    if (szKey == nullptr || _svText.empty()) {
-        return Put(_tszFile, _svText);
-    }
-    const bool bOk =
-        Put(_tszFile + L".plain", _svText) && File::EncryptFile(_tszFile + L".plain", _tszFile, KeyOf(szKey));
-    ::DeleteFileW((_tszFile + L".plain").c_str());
-    return bOk;
+    return Put(_tszFile, Converted(std::move(_sText), _enDocument, File::Conversion::Direction::Encrypt));
 }
 
 std::uint32_t StorePolicy(const Desk& _rstDesk, std::uint32_t _ulPermission)

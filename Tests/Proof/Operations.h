@@ -35,7 +35,7 @@ std::string Contents(const std::wstring& _tszPath);
 bool Put(const std::wstring& _tszPath, std::string_view _svBytes);
 /** A document's plain text, from the file as the product keeps it, and back. */
 std::string PlainText(const std::wstring& _tszFile, Varnhelt::DocumentId _enDocument);
-bool PutDocument(const std::wstring& _tszFile, Varnhelt::DocumentId _enDocument, std::string_view _svText);
+bool PutDocument(const std::wstring& _tszFile, Varnhelt::DocumentId _enDocument, std::string _sText);
 
 /** A mixed policy becomes one of one permission, and its aliases' values become those of one letter. */
 std::uint32_t StorePolicy(const Desk& _rstDesk, std::uint32_t _ulPermission);
