@@ -3,7 +3,6 @@
 #include "Edges.h"
 #include "Footprint.h"
 #include "SrvFrwk_ResultCode.h"
-#include "ZkComn_Owner.h"
 
 #include <algorithm>
 #include <array>
@@ -116,16 +115,12 @@ std::string Mutant(const std::string& _sDocument, std::mt19937& _rGenerator)
     return sMutant;
 }
 
-/** Of a large table the first rows and the last ones, which find what all of them do, in much less time. */
+/** Of a large table the first rows and the last one, which find what all of them do, in much less time. */
 std::string Trimmed(std::string _sTable)
 {
-    constexpr std::size_t uLargest = 65536;
-    constexpr std::size_t uKept = 8192;
-    if (_sTable.size() > uLargest) {
-        const std::size_t uTag = _sTable.find("</", uKept);
-        const std::size_t uFirst = _sTable.find('>', uTag) + 1;
-        const std::size_t uLast = _sTable.rfind(_sTable.substr(uTag, uFirst - uTag)) + uFirst - uTag;
-        _sTable.erase(uFirst, uLast - uFirst);
+    if (const std::size_t uTag = _sTable.find("</", 8192); _sTable.size() > 65536) {
+        const std::string sTag = _sTable.substr(uTag, _sTable.find('>', uTag) + 1 - uTag);
+        _sTable.erase(uTag, _sTable.rfind(sTag) - uTag);
     }
     return _sTable;
 }
@@ -141,16 +136,12 @@ class Search
 public:
     /** @param _tszKept  folder for what is found, with a backslash; empty to look for nothing */
     Search(Host& _rHost, unsigned _ulSeed, std::wstring _tszKept)
-        : m_rHost(_rHost),
-          m_cGenerator(_ulSeed),
-          m_tszKept(std::move(_tszKept)),
-          m_hMutant(::CreateFileW((_rHost.stDesk.tszFolder + L"mutant").c_str(), GENERIC_WRITE, FILE_SHARE_READ,
-                                  nullptr, CREATE_ALWAYS, 0, nullptr))
+        : m_rHost(_rHost), m_cGenerator(_ulSeed), m_tszKept(std::move(_tszKept))
     {
         // What each query would load and free again: the parser of both places, and what gives random numbers.
-        for (const std::wstring& rtszLibrary :
-             {L"libexpat.dll"s, _rHost.stDesk.tszFolder + L"libexpat.dll", L"rsaenh.dll"s}) {
-            ::LoadLibraryW(rtszLibrary.c_str());
+        for (const std::wstring& rtszFile :
+             {L"libexpat.dll"s, m_rHost.stDesk.tszFolder + L"libexpat.dll", L"rsaenh.dll"s}) {
+            ::LoadLibraryW(rtszFile.c_str());
         }
         for (const Operation& rstOperation : Operations()) {
             m_vecKind.push_back({Trimmed(PlainText(m_rHost.FileOf(rstOperation), rstOperation.enDocument))});
@@ -184,22 +175,13 @@ private:
     void Run(std::size_t _uKind, const std::string& _sText)
     {
         const Operation& rstOperation = Operations()[_uKind];
-        Note(_sText);
+        Put(m_rHost.stDesk.tszFolder + L"mutant", _sText); // for whoever finds a crash
         PutDocument(m_rHost.FileOf(rstOperation), rstOperation.enDocument, _sText);
         BeginRun();
         const double dStart = ProcessorSeconds();
         m_iAccepted += SrvFrwk::Result::IsFailure(m_rHost.Run(rstOperation)) ? 0 : 1;
         m_dSlowest = std::max(m_dSlowest, ProcessorSeconds() - dStart);
         ++m_iRuns;
-    }
-
-    /** For whoever finds a crash: what is written is there when this process is not. */
-    void Note(const std::string& _sText) const noexcept
-    {
-        DWORD ulWritten = 0;
-        ::SetFilePointer(m_hMutant.Get(), 0, nullptr, FILE_BEGIN);
-        ::WriteFile(m_hMutant.Get(), _sText.data(), static_cast<DWORD>(_sText.size()), &ulWritten, nullptr);
-        ::SetEndOfFile(m_hMutant.Get());
     }
 
     void Try(std::size_t _uKind, const std::string& _sText)
@@ -239,7 +221,6 @@ private:
     Host& m_rHost;
     std::mt19937 m_cGenerator;
     std::wstring m_tszKept;
-    ZkCommon::FileHandle m_hMutant;
     std::vector<std::vector<std::string>> m_vecKind; // for each operation the document, and what was found
 };
 
