@@ -15,7 +15,7 @@ using testing::ElementsAre;
 namespace {
 
 constexpr std::array<std::uint8_t, 16> g_aKey{'k', 'e', 'y'};
-constexpr std::size_t g_uLarge = 64 * 1024;
+constexpr std::size_t g_uLarge = 65536;
 
 } // namespace
 

@@ -22,7 +22,7 @@ std::wstring ListOf(PSECURITY_DESCRIPTOR _pDescriptor)
     wchar_t* pszList = nullptr;
     EXPECT_TRUE(::ConvertSecurityDescriptorToStringSecurityDescriptorW(_pDescriptor, SDDL_REVISION_1,
                                                                        DACL_SECURITY_INFORMATION, &pszList, nullptr));
-    const std::wstring tszList = pszList != nullptr ? pszList : L"";
+    std::wstring tszList = pszList != nullptr ? pszList : L"";
     ::LocalFree(pszList);
     return tszList;
 }
@@ -32,7 +32,7 @@ std::wstring ListOf(const wchar_t* _pszList)
 {
     PSECURITY_DESCRIPTOR pList = nullptr;
     EXPECT_TRUE(::ConvertStringSecurityDescriptorToSecurityDescriptorW(_pszList, SDDL_REVISION_1, &pList, nullptr));
-    const std::wstring tszList = ListOf(pList);
+    std::wstring tszList = ListOf(pList);
     ::LocalFree(pList);
     return tszList;
 }
