@@ -17,8 +17,6 @@ namespace Proof {
 
 namespace {
 
-using namespace std::string_literals;
-
 struct Range
 {
     std::size_t uBegin;
@@ -139,10 +137,9 @@ public:
         : m_rHost(_rHost), m_cGenerator(_ulSeed), m_tszKept(std::move(_tszKept))
     {
         // What each query would load and free again: the parser of both places, and what gives random numbers.
-        for (const std::wstring& rtszFile :
-             {L"libexpat.dll"s, m_rHost.stDesk.tszFolder + L"libexpat.dll", L"rsaenh.dll"s}) {
-            ::LoadLibraryW(rtszFile.c_str());
-        }
+        ::LoadLibraryW(L"libexpat.dll");
+        ::LoadLibraryW((m_rHost.stDesk.tszFolder + L"libexpat.dll").c_str());
+        ::LoadLibraryW(L"rsaenh.dll");
         for (const Operation& rstOperation : Operations()) {
             m_vecKind.push_back({Trimmed(PlainText(m_rHost.FileOf(rstOperation), rstOperation.enDocument))});
             Run(m_vecKind.size() - 1, m_vecKind.back().front()); // what a first use keeps is there then

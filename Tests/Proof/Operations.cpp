@@ -161,17 +161,9 @@ const Operation& OperationOf(std::string_view _svName)
 
 std::string Contents(const std::wstring& _tszPath)
 {
-    constexpr DWORD ulShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const HANDLE hFile = ::CreateFileW(_tszPath.c_str(), GENERIC_READ, ulShare, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (hFile == INVALID_HANDLE_VALUE) {
-        return {};
-    }
-    std::string sBytes(::GetFileSize(hFile, nullptr), '\0');
-    DWORD ulRead = 0;
-    ::ReadFile(hFile, sBytes.data(), static_cast<DWORD>(sBytes.size()), &ulRead, nullptr);
-    ::CloseHandle(hFile);
-    sBytes.resize(ulRead);
-    return sBytes;
+    ZkCommon::ByteArray stBytes;
+    File::Read(_tszPath, stBytes, File::g_ulShareAll);
+    return {stBytes.Bytes().begin(), stBytes.Bytes().end()};
 }
 
 bool Put(const std::wstring& _tszPath, std::string_view _svBytes)
