@@ -19,7 +19,7 @@ namespace {
 /** Longest property value, with its terminator. */
 constexpr std::size_t g_uPropertySize = 260;
 /** Children that are read one by one are parsed together until they take so many bytes, which stay in the processor's cache. */
-constexpr std::ptrdiff_t g_lReadTogether = 16 << 10;
+constexpr std::size_t g_uReadTogether = 16U << 10;
 /** A document type that declares more attributes is refused. */
 constexpr std::size_t g_uMostDeclared = 100;
 
@@ -180,7 +180,8 @@ private:
         m_pLast = m_pOpen;
         m_pOpen = m_pOpen->ParentOfLast();
         if (m_pOpen == m_pSelected) {
-            if (m_rTree.Arena().Has(g_lReadTogether, m_stMark)) {
+            if (const std::size_t uTaken = m_rTree.Arena().Since(m_stMark); uTaken >= g_uReadTogether) {
+                m_rTree.Arena().Charge(uTaken); // records that stay are made of what ends
                 m_rSource.Suspend();
             }
         } else if (m_pOpen == m_pTop && !m_vecPath.empty()) {

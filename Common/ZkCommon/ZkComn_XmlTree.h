@@ -155,12 +155,14 @@ public:
     {
         Chunk* pChunk;
         std::byte* pTop;
+        std::size_t uTotal;
     };
-    Mark Here() const noexcept { return {m_pChunk, m_pTop}; }
-    /** Whether so many bytes were given out since, or a chunk was filled. */
-    bool Has(std::ptrdiff_t _lBytes, const Mark& _rstMark) const noexcept
+    Mark Here() const noexcept { return {m_pChunk, m_pTop, m_uTotal}; }
+    /** Bytes that were given out since, or the chunks that were taken for them. */
+    std::size_t Since(const Mark& _rstMark) const noexcept
     {
-        return m_pChunk != _rstMark.pChunk || m_pTop - _rstMark.pTop >= _lBytes;
+        return m_pChunk == _rstMark.pChunk ? static_cast<std::size_t>(m_pTop - _rstMark.pTop)
+                                           : m_uTotal - _rstMark.uTotal;
     }
     /** Takes back what was given out since. */
     void TakeBack(const Mark& _rstMark) noexcept;
