@@ -162,6 +162,11 @@ XmlElement XmlElement::NextChild(XmlElement _passed) const
     return _passed ? _passed.NextSibling() : FirstChild();
 }
 
+XmlElement XmlElement::NextChild() const
+{
+    return NextChild({});
+}
+
 double XmlElement::Share() const noexcept
 {
     const XmlChildSource* pSource = m_pTree != nullptr ? m_pTree->Source() : nullptr;

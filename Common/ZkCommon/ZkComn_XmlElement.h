@@ -84,7 +84,8 @@ public:
      * selected with XmlParser::OneByOne it is parsed now, and _passed ends.
      * @throws XmlException* there only, when the document turns out not to be well-formed or cannot be read
      */
-    XmlElement NextChild(XmlElement _passed = {}) const;
+    XmlElement NextChild(XmlElement _passed) const;
+    XmlElement NextChild() const;
     /** How much of the document is parsed, from 0 to 1, for a guess at how many children will come. */
     double Share() const noexcept;
 
