@@ -39,7 +39,7 @@ public:
           m_vecPath(std::move(_vecPath)),
           m_pChoice(_pChoice),
           m_bLines((_ulOptions & XmlParser::KeepLines) != 0),
-          m_bOneByOne((_ulOptions & XmlParser::OneByOne) != 0 && _pChoice == nullptr && !m_vecPath.empty()),
+          m_bOneByOne((_ulOptions & XmlParser::OneByOne) != 0 && _pChoice == nullptr && _rSource.IsInPieces()),
           m_pTop(_pTop),
           m_pOpen(_pTop)
     {}

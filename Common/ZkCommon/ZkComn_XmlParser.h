@@ -84,9 +84,9 @@ public:
      * @param _pChoice  of the element's children, the first that it wants is kept and no other, nor any text: looking
      *                  one up in a table costs hardly more than checking the document. Not with KeepWhole: code 160
      *
-     * With OneByOne and no choice, Select parses up to the element, and XmlElement::NextChild from child to child, and
-     * after the last one to the document's end: until it has returned an empty element, what was read may be of a
-     * document that is not well-formed.
+     * With OneByOne and no choice, Select parses a document of more than one piece up to the element. Then
+     * XmlElement::NextChild parses from child to child, and after the last one to the document's end: until it has
+     * returned an empty element, what was read may be of a document that is not well-formed.
      * @return whether it was found; _rElement is empty when not, as after a failure, and a notice says so
      */
     bool Select(std::wstring_view _svPath, XmlElement& _rElement, const XmlChoice* _pChoice = nullptr);

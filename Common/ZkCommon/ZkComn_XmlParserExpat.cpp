@@ -290,11 +290,14 @@ XML_Status XmlParserExpat::ParsePiece()
     return m_expat->ParseBuffer(m_pParser, static_cast<int>(uRead), m_bLast);
 }
 
+bool XmlParserExpat::IsInPieces() const noexcept
+{
+    return m_uPieceSize != 0 || m_ullSize > g_ullOneCall;
+}
+
 std::size_t XmlParserExpat::UsualPiece() const noexcept
 {
-    return m_uPieceSize != 0           ? m_uPieceSize
-           : m_ullSize <= g_ullOneCall ? std::max<std::size_t>(1, m_ullSize)
-                                       : g_uPiece;
+    return !IsInPieces() ? std::max<std::size_t>(1, m_ullSize) : m_uPieceSize != 0 ? m_uPieceSize : g_uPiece;
 }
 
 /** Fills the buffer as far as the document reaches. */

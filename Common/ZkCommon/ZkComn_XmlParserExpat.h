@@ -202,6 +202,8 @@ public:
     bool IsOpen() const noexcept { return m_file || m_svText.data() != nullptr; }
     /** Bytes of the document when it was opened. */
     std::uint64_t Size() const noexcept { return m_ullSize; }
+    /** Whether the document is parsed in more than one piece. */
+    bool IsInPieces() const noexcept;
     /** How much of the document is parsed, from 0 to 1; during a parse only. */
     double Share() const noexcept
     {

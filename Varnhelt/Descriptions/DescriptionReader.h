@@ -181,6 +181,7 @@ public:
     template <class TContainer, class THook>
     void PassAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook) const
     {
+        Reserve(_rContainer, _rRecords);
         for (auto cElement = _rContainer.NextChild(); cElement; cElement = _rContainer.NextChild(cElement)) {
             ReadInto(_rRecords, cElement, _rHook);
         }
@@ -236,7 +237,7 @@ private:
         return m_bAnyName || _rElement.Is(m_element);
     }
 
-    /** Makes room for all of them. */
+    /** Makes room for those that are there. */
     template <class TContainer>
     void Reserve(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords) const
     {
