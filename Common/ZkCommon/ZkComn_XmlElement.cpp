@@ -169,7 +169,7 @@ XmlElement XmlElement::NextChild() const
 
 double XmlElement::Share() const noexcept
 {
-    const XmlChildSource* pSource = m_pTree != nullptr ? m_pTree->Source() : nullptr;
+    const XmlChildSource* pSource = m_pNode != nullptr ? m_pTree->SourceOf(m_pNode) : nullptr;
     return pSource != nullptr ? pSource->Share() : 1;
 }
 

@@ -86,7 +86,7 @@ public:
      */
     XmlElement NextChild(XmlElement _passed) const;
     XmlElement NextChild() const;
-    /** How much of the document is parsed, from 0 to 1, for a guess at how many children will come. */
+    /** In which share of the document are the children so far, from 0 to 1, for a guess at how many will come. */
     double Share() const noexcept;
 
     /**

@@ -42,6 +42,9 @@ struct ReadHook
     {}
 };
 
+/** Memory for records that is reserved on the strength of a document's first ones, in bytes. */
+inline constexpr std::size_t g_uReservedUnseen = 64U << 20;
+
 // A description bound to a document: its names are looked up once, and then compared as numbers.
 
 template <class TDescription>
@@ -173,7 +176,7 @@ public:
     {
         Reserve(_rContainer, _rRecords);
         for (auto cElement = _rContainer.FirstChild(); cElement; cElement = cElement.NextSibling()) {
-            ReadInto(_rRecords, cElement, _rHook);
+            ReadInto(_rRecords, _rContainer, cElement, _rHook);
         }
     }
 
@@ -181,9 +184,10 @@ public:
     template <class TContainer, class THook>
     void PassAll(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords, const THook& _rHook) const
     {
+        auto cElement = _rContainer.NextChild();
         Reserve(_rContainer, _rRecords);
-        for (auto cElement = _rContainer.NextChild(); cElement; cElement = _rContainer.NextChild(cElement)) {
-            ReadInto(_rRecords, cElement, _rHook);
+        for (; cElement; cElement = _rContainer.NextChild(cElement)) {
+            ReadInto(_rRecords, _rContainer, cElement, _rHook);
         }
     }
 
@@ -237,7 +241,7 @@ private:
         return m_bAnyName || _rElement.Is(m_element);
     }
 
-    /** Makes room for those that are there. */
+    /** Makes room for those that are there, and for those that they promise of a document that is parsed meanwhile. */
     template <class TContainer>
     void Reserve(const ZkCommon::Storage::XmlElement& _rContainer, TContainer& _rRecords) const
     {
@@ -246,21 +250,28 @@ private:
             for (auto cElement = _rContainer.FirstChild(); cElement; cElement = cElement.NextSibling()) {
                 uCount += IsOf(cElement) ? 1U : 0U;
             }
-            _rRecords.reserve(_rRecords.size() + uCount);
+            _rRecords.reserve(_rRecords.size() + Promised(uCount, _rContainer.Share()));
         }
     }
 
+    /** How many records there will be when so many are in a share of the document: a guess, within bounds. */
+    static std::size_t Promised(std::size_t _uCount, double _dShare)
+    {
+        const double dPromised = _dShare < 1 ? 1.05 * static_cast<double>(_uCount) / _dShare : 0;
+        const std::size_t uBound = std::max(8 * _uCount, g_uReservedUnseen / sizeof(TRecord));
+        return std::max(_uCount, static_cast<std::size_t>(std::min(dPromised, static_cast<double>(uBound))));
+    }
+
     template <class TContainer, class THook>
-    void ReadInto(TContainer& _rRecords, const ZkCommon::Storage::XmlElement& _rElement, const THook& _rHook) const
+    void ReadInto(TContainer& _rRecords, const ZkCommon::Storage::XmlElement& _rContainer,
+                  const ZkCommon::Storage::XmlElement& _rElement, const THook& _rHook) const
     {
         if (!IsOf(_rElement)) {
             return;
         }
         if constexpr (requires { _rRecords.capacity(); }) {
             if (const std::size_t uSize = _rRecords.size(); uSize == _rRecords.capacity()) {
-                // While the document is parsed: as many as its rest promises by what was read, within bounds.
-                const double dTimes = std::clamp(1.05 / _rElement.Share(), 1.5, 8.0);
-                _rRecords.reserve(static_cast<std::size_t>(static_cast<double>(uSize) * dTimes) + 4);
+                _rRecords.reserve(std::max(uSize + uSize / 2 + 1, Promised(uSize, _rContainer.Share())));
             }
         }
         NewRecord<TContainer> cRecord(_rRecords);
