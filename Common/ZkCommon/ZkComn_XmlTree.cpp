@@ -11,8 +11,7 @@ namespace ZkCommon::Storage {
 namespace {
 
 constexpr std::size_t g_uSmallestChunk = 4096;
-constexpr std::size_t g_uLargestFirstChunk = 64U << 10;
-constexpr std::size_t g_uLargestChunk = 256U << 10;
+constexpr std::size_t g_uLargestChunk = 64U << 10; // larger ones cost the heap much more
 /** What a document may take whatever its size, and the multiple of its bytes that a larger one may take. */
 constexpr std::uint64_t g_ullAlwaysAllowed = 8U << 20;
 constexpr std::uint64_t g_ullTimesAllowed = 100;
@@ -103,7 +102,7 @@ XmlArena::~XmlArena()
 
 void XmlArena::Expect(std::uint64_t _ullDocument) noexcept
 {
-    m_uNext = static_cast<std::size_t>(std::clamp<std::uint64_t>(_ullDocument, g_uSmallestChunk, g_uLargestFirstChunk));
+    m_uNext = static_cast<std::size_t>(std::clamp<std::uint64_t>(_ullDocument, g_uSmallestChunk, g_uLargestChunk));
     m_ullLimit = std::max(g_ullAlwaysAllowed, g_ullTimesAllowed * _ullDocument);
 }
 
