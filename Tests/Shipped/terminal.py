@@ -14,8 +14,10 @@ faults = []
 
 
 def through_pipe(*arguments):
-    return subprocess.run([WINE, VRNT, *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                          encoding="utf-8", check=True).stdout.splitlines()
+    run = subprocess.run([WINE, VRNT, *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, encoding="utf-8")
+    if run.returncode != 0:
+        faults.append(f"{' '.join(arguments)}: status {run.returncode}, output {run.stdout!r}")
+    return run.stdout.splitlines()
 
 
 def in_terminal(columns, *arguments):
