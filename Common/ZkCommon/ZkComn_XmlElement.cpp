@@ -162,7 +162,7 @@ XmlElement XmlElement::NextChild(XmlElement _passed) const
     return _passed ? _passed.NextSibling() : FirstChild();
 }
 
-XmlElement XmlElement::NextChild() const
+XmlElement XmlElement::NextChild() const // no default argument: clang refuses one of a class within itself
 {
     return NextChild({});
 }

@@ -86,7 +86,7 @@ public:
      */
     XmlElement NextChild(XmlElement _passed) const;
     XmlElement NextChild() const;
-    /** In which share of the document are the children so far, from 0 to 1, for a guess at how many will come. */
+    /** The share of the document, from 0 to 1, that the children so far are in: for a guess at how many will come. */
     double Share() const noexcept;
 
     /**

@@ -18,7 +18,10 @@ namespace {
 
 /** Longest property value, with its terminator. */
 constexpr std::size_t g_uPropertySize = 260;
-/** Children that are read one by one are parsed together until they take so many bytes, which stay in the processor's cache. */
+/**
+ * Children that are read one by one are parsed together until they take so many bytes: few enough for the processor's
+ * cache, and enough that stopping the parser costs nothing to speak of.
+ */
 constexpr std::size_t g_uReadTogether = 16U << 10;
 /** A document type that declares more attributes is refused. */
 constexpr std::size_t g_uMostDeclared = 100;

@@ -1,4 +1,4 @@
-# What scripts that go on behind a fault share; they end with: [ $faults = 0 ]
+# What scripts that go on after a fault share; they end with: [ $faults = 0 ]
 . "$(dirname "$0")/../../scripts/lib.sh"
 faults=0
 fault() {
