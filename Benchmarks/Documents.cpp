@@ -3,7 +3,8 @@
 //
 // The parser library stays loaded on both sides. At a product's size most of a query is what every query costs, however
 // little there is to read. The floor of an encrypted document holds what its reader cannot do without: reading the file,
-// decrypting it, a private temporary file.
+// decrypting it, a private temporary file. Many records cost more memory than their text: the least that a reader can take
+// is measured too.
 
 #include "Descriptions/DescriptionReader.h"
 #include "Documents/Compatibility.h"
@@ -22,6 +23,7 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -216,6 +218,28 @@ std::string NameOf(const char* _szName, unsigned _ulTimes)
     return _ulTimes == 1 ? _szName : _szName + ("-" + std::to_string(_ulTimes)) + "x";
 }
 
+/** The least that any reader can take: the same text only parsed, and the records only copied; against the text alone. */
+template <class TRecords>
+void AddLeast(const std::string& _rsName, const Sample& _rstSample, std::uint32_t _ulValueType,
+              const TRecords& _rstAsked)
+{
+    Bench::Add(NameOf(_rsName.c_str(), g_ulMore), [=, &_rstSample] {
+        const auto pBed = std::make_shared<MeasuredBed>(_rstSample, g_ulMore);
+        const auto pRecords = std::make_shared<TRecords>(_rstAsked);
+        const bool bQueried = Query(*pBed, _ulValueType, *pRecords);
+        const auto Scan = [=](Bench::Clock&) { return pBed->Scan(pBed->cKept, &Bench::Expat::ScanInPieces); };
+        return Bench::Ways{[=](Bench::Clock& _rClock) {
+                               const bool bScanned = Scan(_rClock);
+                               std::optional<TRecords> stRecords(*pRecords);
+                               _rClock.Pause();
+                               stRecords.reset();
+                               _rClock.Resume();
+                               return bScanned && bQueried;
+                           },
+                           {Scan}};
+    });
+}
+
 /** @param _stAsked, _stAskedOfMore  what the caller hands in: for a look-up, the last entry */
 template <class TRecords>
 void AddQuery(const char* _szName, const Sample& _rstSample, std::uint32_t _ulValueType, TRecords _stAsked = {},
@@ -234,6 +258,7 @@ void AddQuery(const char* _szName, const Sample& _rstSample, std::uint32_t _ulVa
             },
             ulTimes > 1);
     }
+    AddLeast("least-" + std::string(_szName).substr(std::size("query")), _rstSample, _ulValueType, _stAskedOfMore);
 }
 
 /** All records stored unchanged, against their query. */
