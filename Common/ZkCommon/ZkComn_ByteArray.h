@@ -12,12 +12,14 @@
 namespace ZkCommon {
 
 /**
- * A fixed run of bytes that is wiped before it is given back: for keys, plaintext and whole files. Move-only; an object
- * belongs to one thread at a time.
+ * A fixed run of bytes that is wiped before it is given back: for keys, plaintext and whole files. Behind it there is room
+ * for g_uRoom bytes more, in which a cipher pads it. Move-only; an object belongs to one thread at a time.
  */
 class ByteArray
 {
 public:
+    static constexpr std::size_t g_uRoom = 16;
+
     ByteArray() noexcept = default;
     ByteArray(ByteArray&& _rOther) noexcept
         : m_pBytes(std::move(_rOther.m_pBytes)), m_uSize(std::exchange(_rOther.m_uSize, 0))
@@ -33,12 +35,12 @@ public:
     }
     ~ByteArray() { Wipe(); }
 
-    /** Becomes _uSize zero bytes. @return false, and empty, when memory runs out */
+    /** Becomes _uSize bytes of any value. @return false, and empty, when memory runs out */
     [[nodiscard]] bool Allocate(std::size_t _uSize) noexcept
     {
         Wipe();
         m_uSize = 0;
-        m_pBytes.reset(new (std::nothrow) std::uint8_t[_uSize]());
+        m_pBytes.reset(_uSize <= PTRDIFF_MAX - g_uRoom ? new (std::nothrow) std::uint8_t[_uSize + g_uRoom] : nullptr);
         if (m_pBytes == nullptr) {
             return false;
         }
@@ -61,12 +63,17 @@ public:
     std::size_t Size() const noexcept { return m_uSize; }
     std::span<std::uint8_t> Bytes() noexcept { return {Data(), m_uSize}; }
     std::span<const std::uint8_t> Bytes() const noexcept { return {Data(), m_uSize}; }
+    std::span<std::uint8_t> BytesAndRoom() noexcept { return {Data(), Data() != nullptr ? m_uSize + g_uRoom : 0}; }
+    std::span<const std::uint8_t> BytesAndRoom() const noexcept
+    {
+        return {Data(), Data() != nullptr ? m_uSize + g_uRoom : 0};
+    }
 
 private:
     void Wipe() noexcept
     {
         if (m_pBytes != nullptr) {
-            ::SecureZeroMemory(m_pBytes.get(), m_uSize);
+            ::SecureZeroMemory(m_pBytes.get(), m_uSize + g_uRoom);
         }
     }
 

@@ -57,20 +57,16 @@ bool Conversion::ReadSource(const std::wstring& _tszSource, DWORD _ulShare, Byte
 
 bool Conversion::Convert(ByteArray _stInput, KeySpan _spanKey) noexcept
 {
-    const std::span<const std::uint8_t> spanInput = _stInput.Bytes();
-    if (m_enDirection == Direction::Decrypt) {
-        m_stOutput = std::move(_stInput); // in place
-    } else if (!m_stOutput.Allocate(spanInput.size() + Cryptograph::Aes::g_uBlock)) {
-        Trace(TraceError, L"*** ZkCommon::Storage::File::%s() - Failed to secure buffer", m_pszName);
-        return false;
-    }
+    static_assert(ByteArray::g_uRoom >= Cryptograph::Aes::g_uBlock);
+    m_stOutput = std::move(_stInput); // in place
+    const std::span<std::uint8_t> spanOutput = m_stOutput.BytesAndRoom();
     Rijndael stCipher;
     std::uint32_t ulError = ERROR_SUCCESS;
     std::size_t uConverted = 0;
     std::size_t uFinished = 0;
     if (!stCipher.SetUp(m_enDirection, _spanKey, Rijndael::Mode::Cbc, {}, ulError) ||
-        !stCipher.Convert(spanInput, m_stOutput.Bytes(), uConverted, ulError) ||
-        !stCipher.Finish(m_stOutput.Bytes().subspan(uConverted), uFinished, ulError)) {
+        !stCipher.Convert(m_stOutput.Bytes(), spanOutput, uConverted, ulError) ||
+        !stCipher.Finish(spanOutput.subspan(uConverted), uFinished, ulError)) {
         Trace(TraceError, L"*** ZkCommon::Storage::File::%s() - Failed to Rijndael::Convert(), error: %d", m_pszName,
               ulError);
         return false;

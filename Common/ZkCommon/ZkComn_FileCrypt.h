@@ -52,7 +52,7 @@ public:
     bool Run(ByteArray _stInput, KeySpan _spanKey) noexcept;
 
     /** The result, which ends with this object. */
-    std::span<const std::uint8_t> Output() const noexcept { return m_stOutput.Bytes().first(m_uLength); }
+    std::span<const std::uint8_t> Output() const noexcept { return m_stOutput.BytesAndRoom().first(m_uLength); }
     /** Puts the result into a file that its owner made, and writes the leave line. */
     template <class TFile>
     bool WriteTo(TFile& _rstFile) const noexcept
