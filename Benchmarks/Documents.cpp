@@ -23,7 +23,6 @@
 #include <iterator>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -206,9 +205,7 @@ Bench::Way QueryWay(const std::shared_ptr<MeasuredBed>& _pBed, std::uint32_t _ul
     return [=](Bench::Clock& _rClock) {
         TRecords stRecords = _rstAsked;
         const bool bFilled = Query(*_pBed, _ulValueType, stRecords) && IsFilled(stRecords);
-        _rClock.Pause();
-        stRecords = TRecords();
-        _rClock.Resume();
+        _rClock.Discard(stRecords);
         return bFilled;
     };
 }
@@ -230,10 +227,8 @@ void AddLeast(const std::string& _rsName, const Sample& _rstSample, std::uint32_
         const auto Scan = [=](Bench::Clock&) { return pBed->Scan(pBed->cKept, &Bench::Expat::ScanInPieces); };
         return Bench::Ways{[=](Bench::Clock& _rClock) {
                                const bool bScanned = Scan(_rClock);
-                               std::optional<TRecords> stRecords(*pRecords);
-                               _rClock.Pause();
-                               stRecords.reset();
-                               _rClock.Resume();
+                               TRecords stRecords = *pRecords;
+                               _rClock.Discard(stRecords);
                                return bScanned && bQueried;
                            },
                            {Scan}};

@@ -19,6 +19,15 @@ public:
     void Pause() noexcept { m_dSeconds += Now() - m_dBegin; }
     double Seconds() const noexcept { return m_dSeconds; }
 
+    /** Lets go of a result, which is its caller's business. */
+    template <class TResult>
+    void Discard(TResult& _rResult)
+    {
+        Pause();
+        _rResult = TResult();
+        Resume();
+    }
+
     /** Process id of the Wine server; 0 without one. */
     static std::uint32_t s_ulServer;
 
