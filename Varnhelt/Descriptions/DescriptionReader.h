@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 /** Fills records from the elements of a document, as their descriptions say. */
 namespace Varnhelt::Documents {
@@ -44,6 +45,24 @@ struct ReadHook
 
 /** Memory for records that is reserved on the strength of a document's first ones, in bytes. */
 inline constexpr std::size_t g_uReservedUnseen = 64U << 20;
+
+/** How many records there will be when so many are in a share of the document: a guess, within bounds. */
+template <class TRecord>
+std::size_t Promised(std::size_t _uCount, double _dShare)
+{
+    const double dPromised = _dShare < 1 ? 1.05 * static_cast<double>(_uCount) / _dShare : 0;
+    const std::size_t uBound = std::max(8 * _uCount, g_uReservedUnseen / sizeof(TRecord));
+    return std::max(_uCount, static_cast<std::size_t>(std::min(dPromised, static_cast<double>(uBound))));
+}
+
+/** Makes room for one record more, and when there is none for those that the ones so far promise. */
+template <class TRecord>
+void MakeRoom(const ZkCommon::Storage::XmlElement& _rContainer, std::vector<TRecord>& _rvecRecord)
+{
+    if (const std::size_t uSize = _rvecRecord.size(); uSize == _rvecRecord.capacity()) {
+        _rvecRecord.reserve(std::max(uSize + uSize / 2 + 1, Promised<TRecord>(uSize, _rContainer.Share())));
+    }
+}
 
 // A description bound to a document: its names are looked up once, and then compared as numbers.
 
@@ -250,16 +269,8 @@ private:
             for (auto cElement = _rContainer.FirstChild(); cElement; cElement = cElement.NextSibling()) {
                 uCount += IsOf(cElement) ? 1U : 0U;
             }
-            _rRecords.reserve(_rRecords.size() + Promised(uCount, _rContainer.Share()));
+            _rRecords.reserve(_rRecords.size() + Promised<TRecord>(uCount, _rContainer.Share()));
         }
-    }
-
-    /** How many records there will be when so many are in a share of the document: a guess, within bounds. */
-    static std::size_t Promised(std::size_t _uCount, double _dShare)
-    {
-        const double dPromised = _dShare < 1 ? 1.05 * static_cast<double>(_uCount) / _dShare : 0;
-        const std::size_t uBound = std::max(8 * _uCount, g_uReservedUnseen / sizeof(TRecord));
-        return std::max(_uCount, static_cast<std::size_t>(std::min(dPromised, static_cast<double>(uBound))));
     }
 
     template <class TContainer, class THook>
@@ -270,9 +281,7 @@ private:
             return;
         }
         if constexpr (requires { _rRecords.capacity(); }) {
-            if (const std::size_t uSize = _rRecords.size(); uSize == _rRecords.capacity()) {
-                _rRecords.reserve(std::max(uSize + uSize / 2 + 1, Promised(uSize, _rContainer.Share())));
-            }
+            MakeRoom(_rContainer, _rRecords);
         }
         NewRecord<TContainer> cRecord(_rRecords);
         if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, cRecord.Record(), _rHook); })) {

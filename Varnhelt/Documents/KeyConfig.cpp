@@ -87,6 +87,7 @@ std::uint32_t KeyReader::GetKeyConfig(const Storage::XmlElement& _rElement, std:
             cValue.Charge(stPlace.strKey.size() * sizeof(wchar_t)); // each value has the key again
             DeployKey stKey = stPlace;
             if (*bForThis && m_cKey.ReadOne(cValue, stKey, ReadHook())) {
+                MakeRoom(_rElement, _rvecKey);
                 _rvecKey.push_back(std::move(stKey));
             }
         }

@@ -51,7 +51,8 @@ class RegistryReader
 {
 public:
     RegistryReader(const Storage::XmlElement& _rRoot, std::vector<RegistryData>& _rvecData)
-        : m_reg(_rRoot.FindName(Documents::g_svReg)),
+        : m_cRoot(_rRoot),
+          m_reg(_rRoot.FindName(Documents::g_svReg)),
           m_key(_rRoot.FindName(Documents::g_svRegKey)),
           m_access(_rRoot.FindName(Documents::g_svRegAccess)),
           m_element(_rRoot.FindName(Documents::g_stRegistryData.svElement)),
@@ -103,11 +104,13 @@ private:
             cElement.Charge(_rstPlace.tszSubKey.size() * sizeof(wchar_t)); // each value has the key again
             RegistryData stData = _rstPlace;
             m_cData.ReadOne(cElement, stData, Documents::ReadHook());
+            Documents::MakeRoom(m_cRoot, m_rvecData);
             m_rvecData.push_back(std::move(stData));
         }
         cTrace.Leave(Result::g_ulSuccess);
     }
 
+    Storage::XmlElement m_cRoot;
     Storage::XmlName m_reg;
     Storage::XmlName m_key;
     Storage::XmlName m_access;
