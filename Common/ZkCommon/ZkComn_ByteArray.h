@@ -12,7 +12,7 @@
 namespace ZkCommon {
 
 /**
- * A fixed run of bytes that is wiped before it is given back: for keys, plaintext and whole files. Behind it there is room
+ * A fixed run of bytes that is wiped before it is given back: for keys, plaintext and whole files. After it there is room
  * for g_uRoom bytes more, in which a cipher pads it. Move-only; an object belongs to one thread at a time.
  */
 class ByteArray
