@@ -3,6 +3,8 @@
 #include "ZkComn_DebugLog.h"
 #include "ZkComn_String.h"
 
+#include <algorithm>
+
 namespace Frwk {
 
 namespace Words {
@@ -66,13 +68,15 @@ namespace Utility {
 
 const Word* FindWord(const WordTable& _rstTable, std::wstring_view _svText) noexcept
 {
-    for (const Word& stWord : _rstTable.aWord) {
-        if (stWord.svText == _svText ||
-            (_rstTable.bAnyCase && ZkCommon::String::EqualsNoCase(stWord.svText, _svText))) {
-            return &stWord;
-        }
-    }
-    return nullptr;
+    const auto Find = [&](auto&& _fnEquals) {
+        const auto itWord = std::ranges::find_if(_rstTable.aWord, _fnEquals, &Word::svText);
+        return itWord == _rstTable.aWord.end() ? nullptr : &*itWord;
+    };
+    // Documents write nearly all words as the table does: the system, which knows other cases, is asked last.
+    const Word* pWord = Find([&](std::wstring_view _svWord) { return _svWord == _svText; });
+    return pWord != nullptr || !_rstTable.bAnyCase
+               ? pWord
+               : Find([&](std::wstring_view _svWord) { return ZkCommon::String::EqualsNoCase(_svWord, _svText); });
 }
 
 std::uint32_t ToValue(const WordTable& _rstTable, std::wstring_view _svText) noexcept

@@ -71,7 +71,9 @@ std::uint32_t KeyReader::GetKeyConfig(const Storage::XmlElement& _rElement, std:
 {
     _rvecKey.clear();
     DeployKey stPlace; // where the next values lie
-    for (auto cRegistry = _rElement.NextChild(); cRegistry; cRegistry = _rElement.NextChild(cRegistry)) {
+    auto cRegistry = _rElement.NextChild();
+    _rvecKey.reserve(Promised<DeployKey>(CountValues(_rElement), _rElement.Share()));
+    for (; cRegistry; cRegistry = _rElement.NextChild(cRegistry)) {
         if (!cRegistry.Is(m_registry)) {
             continue;
         }
@@ -94,6 +96,17 @@ std::uint32_t KeyReader::GetKeyConfig(const Storage::XmlElement& _rElement, std:
     }
     Trace(TraceDetail, L"[Leave] CFunctionXml::GetKeyConfig()...");
     return Result::g_ulSuccess;
+}
+
+std::size_t KeyReader::CountValues(const Storage::XmlElement& _rElement) const noexcept
+{
+    std::size_t uCount = 0;
+    for (auto cRegistry = _rElement.FirstChild(m_registry); cRegistry; cRegistry = cRegistry.NextSibling(m_registry)) {
+        for (auto cValue = cRegistry.FirstChild(m_value); cValue; cValue = cValue.NextSibling(m_value)) {
+            ++uCount;
+        }
+    }
+    return uCount;
 }
 
 std::optional<bool> KeyReader::IsForThisProgram(const Storage::XmlElement& _rValue)

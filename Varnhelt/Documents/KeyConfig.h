@@ -64,6 +64,8 @@ public:
                                std::vector<SrvFrwk::DeployKey>& _rvecKey);
 
 private:
+    /** Of the children that are parsed. */
+    std::size_t CountValues(const ZkCommon::Storage::XmlElement& _rElement) const noexcept;
     /** std::nullopt when it is not known. */
     std::optional<bool> IsForThisProgram(const ZkCommon::Storage::XmlElement& _rValue);
 
