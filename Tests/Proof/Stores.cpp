@@ -36,13 +36,17 @@ int Store(Host& _rHost, const Arguments& _vecArgument)
     }
 }
 
-/** look policy|alias|pre-update-list: is the document whole? */
+/** look policy|alias|pre-update-list [TIMES]: is the document whole, each time? */
 int Look(Host& _rHost, const Arguments& _vecArgument)
 {
     const std::string& sWhat = _vecArgument.at(0);
-    const std::uint32_t ulResult = sWhat == "policy"  ? LookAtPolicy(_rHost.stDesk)
-                                   : sWhat == "alias" ? LookAtAliases(_rHost.stDesk.tszFolder + L"DepAlias.xen")
-                                                      : _rHost.Run(OperationOf("store-pre-update-list"));
+    const std::size_t uTimes = _vecArgument.size() > 1 ? std::stoul(_vecArgument[1]) : 1;
+    std::uint32_t ulResult = SrvFrwk::Result::g_ulSuccess;
+    for (std::size_t uTime = 0; uTime < uTimes && ulResult == SrvFrwk::Result::g_ulSuccess; ++uTime) {
+        ulResult = sWhat == "policy"  ? LookAtPolicy(_rHost.stDesk)
+                   : sWhat == "alias" ? LookAtAliases(_rHost.stDesk.tszFolder + L"DepAlias.xen")
+                                      : _rHost.Run(OperationOf("store-pre-update-list"));
+    }
     std::printf("%s: 0x%08x\n", sWhat.c_str(), static_cast<unsigned>(ulResult));
     return ulResult == SrvFrwk::Result::g_ulSuccess ? 0 : 1;
 }
