@@ -24,6 +24,7 @@ else()
         -ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -fstack-protector-strong)
     # Everything is linked in: what ships depends on system libraries alone. No timestamp: the output is reproducible.
     target_link_options(VarnheltOptions INTERFACE -static -fstack-protector-strong -Wl,--no-insert-timestamp)
+    target_link_libraries(VarnheltOptions INTERFACE VarnheltStackGuard)
     if(VARNHELT_CHECKS)
         target_compile_definitions(VarnheltOptions INTERFACE _GLIBCXX_ASSERTIONS _GLIBCXX_DEBUG)
         # Undefined behaviour traps in what ships. Tests and the tool, whose code is mostly other libraries' templates, are

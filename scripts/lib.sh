@@ -111,13 +111,13 @@ fetch_source() {
     apt-get -q -o APT::Sandbox::User=root source "$package"
 }
 
-# build_dependency NAME PACKAGE RECIPE: has the function RECIPE build PACKAGE's source, in the folder of that source, and
-# install it into the folder that it gets as its argument; that folder becomes build/deps/NAME, whole or not at all. What
-# was built by the same recipe is kept.
+# build_dependency NAME PACKAGE RECIPE [FILE...]: has the function RECIPE build PACKAGE's source, in the folder of that
+# source, and install it into the folder that it gets as its argument; that folder becomes build/deps/NAME, whole or not at
+# all. What was built by the same recipe, of the same files of ours, is kept.
 build_dependency() {
     local name=$1 package=$2 recipe=$3 made work stamp
     made=$root/build/deps/$name
-    stamp=$({ declare -f "$recipe"; cat cmake/mingw-w64.cmake; } | sha256sum | cut -d ' ' -f 1)
+    stamp=$({ declare -f "$recipe"; cat cmake/mingw-w64.cmake "${@:4}"; } | sha256sum | cut -d ' ' -f 1)
     [ "$(cat "$made/.recipe" 2>/dev/null)" != "$stamp" ] || return 0
     need source
     mkdir -p build/deps
