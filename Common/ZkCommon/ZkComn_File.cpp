@@ -305,13 +305,15 @@ std::uint32_t Replacement::Commit() noexcept
     if (ulError != ERROR_SUCCESS) {
         return ulError;
     }
-    ulError = Move();
-    const auto IsInUse = [&] { return ulError == ERROR_SHARING_VIOLATION || ulError == ERROR_ACCESS_DENIED; };
-    for (unsigned ulTry = 1; ulTry < g_ulTries && m_hFile && IsInUse(); ++ulTry) {
-        ::Sleep(g_ulPause);
+    const ULONGLONG ullStart = ::GetTickCount64();
+    for (;;) {
         ulError = Move();
+        const bool bInUse = ulError == ERROR_SHARING_VIOLATION || ulError == ERROR_ACCESS_DENIED;
+        if (!bInUse || !m_hFile || ::GetTickCount64() - ullStart >= g_ulWait) {
+            return ulError;
+        }
+        ::Sleep(g_ulPause);
     }
-    return ulError;
 }
 
 std::uint32_t Replacement::TakeOver(DWORD _ulAttributes) noexcept

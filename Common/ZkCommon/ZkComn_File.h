@@ -128,13 +128,14 @@ public:
     /** What the file beside the target holds now, for those who check before they commit. */
     std::uint32_t ReadBack(ByteArray& _rstContent) noexcept;
     /**
-     * Moves the file over the target. While somebody has the target open it is tried again, g_ulTries times in all
-     * with g_ulPause milliseconds between them. A folder or a read-only file is never replaced.
+     * Moves the file over the target. While somebody has the target open it is tried again for g_ulWait milliseconds,
+     * with g_ulPause between the tries: amid many readers there are few moments at which none has it open. A folder or a
+     * read-only file is never replaced.
      */
     std::uint32_t Commit() noexcept;
 
-    static constexpr unsigned g_ulTries = 200;
-    static constexpr DWORD g_ulPause = 5;
+    static constexpr DWORD g_ulWait = 3000;
+    static constexpr DWORD g_ulPause = 2;
 
 private:
     std::uint32_t TakeOver(DWORD _ulAttributes) noexcept;
