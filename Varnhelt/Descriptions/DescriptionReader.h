@@ -64,6 +64,35 @@ void MakeRoom(const ZkCommon::Storage::XmlElement& _rContainer, std::vector<TRec
     }
 }
 
+/** A record at the container's end, which goes again unless it is kept. */
+template <class TContainer>
+class NewRecord
+{
+public:
+    using Record = typename TContainer::value_type;
+
+    /** @param _rstBegin  what it is before it is read; else empty */
+    template <class... TBegin>
+    explicit NewRecord(TContainer& _rRecords, const TBegin&... _rstBegin) : m_rRecords(_rRecords)
+    {
+        m_rRecords.emplace_back(_rstBegin...);
+    }
+    NewRecord(const NewRecord&) = delete;
+    NewRecord& operator=(const NewRecord&) = delete;
+    ~NewRecord()
+    {
+        if (!m_bKept) {
+            m_rRecords.pop_back();
+        }
+    }
+    Record& Get() noexcept { return m_rRecords.back(); }
+    void Keep() noexcept { m_bKept = true; }
+
+private:
+    TContainer& m_rRecords;
+    bool m_bKept = false;
+};
+
 // A description bound to a document: its names are looked up once, and then compared as numbers.
 
 template <class TDescription>
@@ -233,28 +262,6 @@ public:
     }
 
 private:
-    /** A record at the container's end, which goes again unless it is kept. */
-    template <class TContainer>
-    class NewRecord
-    {
-    public:
-        explicit NewRecord(TContainer& _rRecords) : m_rRecords(_rRecords) { m_rRecords.emplace_back(); }
-        NewRecord(const NewRecord&) = delete;
-        NewRecord& operator=(const NewRecord&) = delete;
-        ~NewRecord()
-        {
-            if (!m_bKept) {
-                m_rRecords.pop_back();
-            }
-        }
-        TRecord& Record() noexcept { return m_rRecords.back(); }
-        void Keep() noexcept { m_bKept = true; }
-
-    private:
-        TContainer& m_rRecords;
-        bool m_bKept = false;
-    };
-
     bool IsOf(const ZkCommon::Storage::XmlElement& _rElement) const noexcept
     {
         return m_bAnyName || _rElement.Is(m_element);
@@ -283,8 +290,8 @@ private:
         if constexpr (requires { _rRecords.capacity(); }) {
             MakeRoom(_rContainer, _rRecords);
         }
-        NewRecord<TContainer> cRecord(_rRecords);
-        if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, cRecord.Record(), _rHook); })) {
+        NewRecord cRecord(_rRecords);
+        if (_rHook.template Around<TRecord>([&] { return ReadOne(_rElement, cRecord.Get(), _rHook); })) {
             cRecord.Keep();
         }
     }

@@ -87,10 +87,12 @@ std::uint32_t KeyReader::GetKeyConfig(const Storage::XmlElement& _rElement, std:
                 return Result::g_ulFailed;
             }
             cValue.Charge(stPlace.strKey.size() * sizeof(wchar_t)); // each value has the key again
-            DeployKey stKey = stPlace;
-            if (*bForThis && m_cKey.ReadOne(cValue, stKey, ReadHook())) {
+            if (*bForThis) {
                 MakeRoom(_rElement, _rvecKey);
-                _rvecKey.push_back(std::move(stKey));
+                NewRecord cKey(_rvecKey, stPlace);
+                if (m_cKey.ReadOne(cValue, cKey.Get(), ReadHook())) {
+                    cKey.Keep();
+                }
             }
         }
     }

@@ -102,10 +102,10 @@ private:
         const MethodTrace cTrace(L"CFunctionXml::GetRegistryElements()");
         for (auto cElement = _rReg.FirstChild(m_element); cElement; cElement = cElement.NextSibling(m_element)) {
             cElement.Charge(_rstPlace.tszSubKey.size() * sizeof(wchar_t)); // each value has the key again
-            RegistryData stData = _rstPlace;
-            m_cData.ReadOne(cElement, stData, Documents::ReadHook());
             Documents::MakeRoom(m_cRoot, m_rvecData);
-            m_rvecData.push_back(std::move(stData));
+            Documents::NewRecord cData(m_rvecData, _rstPlace);
+            m_cData.ReadOne(cElement, cData.Get(), Documents::ReadHook());
+            cData.Keep();
         }
         cTrace.Leave(Result::g_ulSuccess);
     }
