@@ -76,7 +76,7 @@ const Word* FindWord(const WordTable& _rstTable, std::wstring_view _svText) noex
     const Word* pWord = Find([&](std::wstring_view _svWord) { return _svWord == _svText; });
     return pWord != nullptr || !_rstTable.bAnyCase
                ? pWord
-               : Find([&](std::wstring_view _svWord) { return ZkCommon::String::EqualsNoCase(_svWord, _svText); });
+               : Find([&](std::wstring_view _svWord) { return ZkCommon::String::EqualsNoCase(_svText, _svWord); });
 }
 
 std::uint32_t ToValue(const WordTable& _rstTable, std::wstring_view _svText) noexcept
