@@ -11,8 +11,8 @@
  * take their values from the enumeration of Frwk_DataTypes.h that the comment names, or from the comment. Texts are
  * UTF-16 and as the document has them; what is missing there is empty, 0 or false where nothing else is said.
  *
- * Records are plain values and belong to the caller, who may copy, move and destroy them at any time; the library keeps
- * no pointer to them after a call. Two calls at the same time must not share one.
+ * Records are plain values, equal when all their fields are. They belong to the caller, who may copy, move and destroy
+ * them at any time; the library keeps no pointer to them after a call. Two calls at the same time must not share one.
  *
  * They hold standard strings and containers: host and module must be built with the same compiler and standard library
  * and must share one C run-time heap (mingw-w64: always; Visual C++: both with the DLL run time, /MD).
@@ -26,6 +26,8 @@ struct XmlDirectoryConfig
 {
     std::wstring tszReserved = {}; // leave empty
     std::wstring tszXmlDir = {};   // with or without a backslash at its end
+
+    friend bool operator==(const XmlDirectoryConfig&, const XmlDirectoryConfig&) = default;
 };
 
 /** A document whose file name the caller chooses. */
@@ -33,6 +35,8 @@ struct XmlPathConfig
 {
     XmlDirectoryConfig stXmlDirectoryConfig;
     std::wstring tszXmlFileName; // inside that directory
+
+    friend bool operator==(const XmlPathConfig&, const XmlPathConfig&) = default;
 };
 
 // Service units
@@ -53,6 +57,8 @@ struct ServiceUnit
     std::wstring tszModuleName;         // file name
     std::wstring tszVersion;
     bool bAllowToLoadInSetupMode = false;
+
+    friend bool operator==(const ServiceUnit&, const ServiceUnit&) = default;
 };
 
 // Enforcement policy
@@ -63,6 +69,8 @@ struct PolicyProvider
     std::uint32_t ulProviderType = 0;   // ProviderType
     std::uint32_t ulPermission = 0;     // Permission
     std::uint32_t ulDeployState = 0;    // DeployState
+
+    friend bool operator==(const PolicyProvider&, const PolicyProvider&) = default;
 };
 
 struct PolicyController
@@ -71,6 +79,8 @@ struct PolicyController
     std::uint32_t ulPermission = 0;     // Permission; PermissionDeny for a controller that the policy does not have
     bool bAllowToLoadInSetupMode = false;
     std::vector<PolicyProvider> vecProvider; // in the order of the document
+
+    friend bool operator==(const PolicyController&, const PolicyController&) = default;
 };
 
 // Enforcement data
@@ -93,6 +103,8 @@ struct DataProvider
     std::wstring tszModuleName; // file name
     std::wstring tszVersion;
     std::uint32_t ulInitializeOption = 0; // DelayInitialize
+
+    friend bool operator==(const DataProvider&, const DataProvider&) = default;
 };
 
 struct DataController
@@ -109,6 +121,8 @@ struct DataController
     std::wstring tszVersion;
     std::uint32_t ulInitializeOption = 0; // DelayInitialize
     std::vector<DataProvider> vecProvider;
+
+    friend bool operator==(const DataController&, const DataController&) = default;
 };
 
 // Install component numbers and version information
@@ -121,6 +135,8 @@ struct InstallPuIds
     std::vector<std::uint32_t> vecProduct;
     std::vector<std::uint32_t> vecReserved; // emptied, never filled
     std::uint32_t ulReserved = 0;           // set to 0
+
+    friend bool operator==(const InstallPuIds&, const InstallPuIds&) = default;
 };
 
 struct VersionInformation
@@ -132,6 +148,8 @@ struct VersionInformation
     bool bFollowProductVersion = false;
     std::list<std::wstring> lstMigrateFile;
     std::list<std::wstring> lstUpdateHashFile;
+
+    friend bool operator==(const VersionInformation&, const VersionInformation&) = default;
 };
 
 // Competitor products
@@ -144,6 +162,8 @@ struct CompetitorProduct
     std::wstring tszVendor;
     std::wstring tszProcessor;
     std::wstring tszRegistered;
+
+    friend bool operator==(const CompetitorProduct&, const CompetitorProduct&) = default;
 };
 
 struct CompetitorActionEntry
@@ -152,11 +172,15 @@ struct CompetitorActionEntry
     std::wstring tszName;
     std::wstring tszVersion;
     std::wstring tszVersionCompare;
+
+    friend bool operator==(const CompetitorActionEntry&, const CompetitorActionEntry&) = default;
 };
 
 struct CompetitorAction : CompetitorProduct
 {
     std::list<CompetitorActionEntry> lstAction;
+
+    friend bool operator==(const CompetitorAction&, const CompetitorAction&) = default;
 };
 
 struct CompetitorIdentification
@@ -173,6 +197,8 @@ struct CompetitorIdentification
     std::wstring tszUninstallBase;
     bool bUninstallWowNode = false;
     std::wstring tszUninstallString;
+
+    friend bool operator==(const CompetitorIdentification&, const CompetitorIdentification&) = default;
 };
 
 struct CompetitorDetection : CompetitorProduct
@@ -181,6 +207,8 @@ struct CompetitorDetection : CompetitorProduct
     std::wstring tszManufacturer;
     std::wstring tszUrl;
     std::wstring tszInformation;
+
+    friend bool operator==(const CompetitorDetection&, const CompetitorDetection&) = default;
 };
 
 // Compatibility check and pre-update list
@@ -194,12 +222,16 @@ struct CompatibilityComponent
     std::wstring tszOem;
     std::wstring tszRegion;
     std::wstring tszVer; // "0" when it is empty
+
+    friend bool operator==(const CompatibilityComponent&, const CompatibilityComponent&) = default;
 };
 
 struct stCCLocalizedMsg
 {
     std::wstring tszLocale; // "EN-US" when it is missing
     std::wstring tszMessage;
+
+    friend bool operator==(const stCCLocalizedMsg&, const stCCLocalizedMsg&) = default;
 };
 
 struct CompatibilityProduct
@@ -217,6 +249,8 @@ struct CompatibilityProduct
     std::wstring tszLanguage;
     std::vector<CompatibilityComponent> vecComponent; // for CompatibilityPreInstallUpdate only: those to be fetched
     std::vector<stCCLocalizedMsg> vecMessage;         // where bShowMessage is set only
+
+    friend bool operator==(const CompatibilityProduct&, const CompatibilityProduct&) = default;
 };
 
 struct CompatibilityPlatform
@@ -229,12 +263,16 @@ struct CompatibilityPlatform
     std::wstring tszServicePack;
     std::wstring tszLanguage;
     std::vector<CompatibilityProduct> vecProduct;
+
+    friend bool operator==(const CompatibilityPlatform&, const CompatibilityPlatform&) = default;
 };
 
 struct PreUpdateList
 {
     std::wstring tszDocument; // full path of the update-request document
     std::vector<CompatibilityComponent> vecComponent;
+
+    friend bool operator==(const PreUpdateList&, const PreUpdateList&) = default;
 };
 
 // Deployment and registry
@@ -244,6 +282,8 @@ struct DeployAlias
     std::wstring strId;
     std::wstring strProperty; // stored only when it is not empty
     std::wstring strValue;
+
+    friend bool operator==(const DeployAlias&, const DeployAlias&) = default;
 };
 using DeployAliasConfig = std::list<DeployAlias>;
 
@@ -258,6 +298,8 @@ struct DeployFile
     bool bEmptyEntry = false; // there is nothing to deploy or to remove
     bool bOverwrite = true;
     bool bCompareVersion = false;
+
+    friend bool operator==(const DeployFile&, const DeployFile&) = default;
 };
 
 struct DeployKey
@@ -272,6 +314,8 @@ struct DeployKey
     bool bOverWrite = false;
     bool bAllAccess = false;
     std::int32_t eAccessMode = 0; // 0 default, 1 the 32-bit view, 2 the 64-bit view
+
+    friend bool operator==(const DeployKey&, const DeployKey&) = default;
 };
 
 struct DeployShortcut
@@ -284,6 +328,8 @@ struct DeployShortcut
     std::wstring strIcon;
     std::wstring strDescription;
     std::wstring strRootProductDirectory;
+
+    friend bool operator==(const DeployShortcut&, const DeployShortcut&) = default;
 };
 
 struct DeployComponent
@@ -293,6 +339,8 @@ struct DeployComponent
     std::list<DeployFile> lstFile;
     std::vector<DeployKey> vecKey;
     std::list<DeployShortcut> lstShortcut;
+
+    friend bool operator==(const DeployComponent&, const DeployComponent&) = default;
 };
 using DeployComponentConfig = std::list<DeployComponent>;
 
@@ -301,6 +349,8 @@ struct RegistryDataRequest
 {
     std::vector<std::wstring> vecLabel; // "*" selects every component
     std::wstring tszXmlFile;            // full path
+
+    friend bool operator==(const RegistryDataRequest&, const RegistryDataRequest&) = default;
 };
 
 struct RegistryData
@@ -312,6 +362,8 @@ struct RegistryData
     std::uint32_t ulType = 0; // REG_SZ, REG_BINARY, REG_DWORD, REG_QWORD, or 0
     std::wstring tszValue;
     std::uint64_t ullValue = 0; // 0 unless the whole text is a number
+
+    friend bool operator==(const RegistryData&, const RegistryData&) = default;
 };
 
 // Threats
@@ -322,6 +374,8 @@ struct ThreatText
     std::uint32_t ulIdentifier = 0;
     std::wstring tszText;
     std::wstring tszSecondText; // scanner titles only: the description
+
+    friend bool operator==(const ThreatText&, const ThreatText&) = default;
 };
 
 } // namespace SrvFrwk

@@ -9,12 +9,14 @@
 
 struct TraceRecord;
 
+using Lines = std::vector<std::wstring>;
+
 /**
  * Turns this program's trace log on, onto a trace library that records, for as long as the object lives:
  *
  *     TraceRecorder stTrace(0x110);
  *     ... what is tested ...
- *     EXPECT_THAT(stTrace.Lines(), testing::ElementsAre(L"!!! *** CClass::Method() - it failed. [0x80040201]"));
+ *     EXPECT_EQ(stTrace.Lines(), Lines({L"!!! *** CClass::Method() - it failed. [0x80040201]"}));
  *
  * A module with a separate log that looks for the trace library by name, with its settings on, is recorded too.
  */

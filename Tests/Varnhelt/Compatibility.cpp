@@ -26,12 +26,20 @@ TEST_F(Compatibility, EveryFieldIsReadAndToldLineByLine)
         <Component class="11">false</Component><Component class="12">maybe</Component></Components>
       <Messages><Message>Hi &#xE4;</Message><Message locale="">none</Message></Messages></Product></Platform>)"),
               Result::g_ulSuccess);
-    EXPECT_THAT(m_Records,
-                ElementsAre(FieldsAre(
-                    L"6", L"1", L"0", L"7601", true, L"1", L"all",
-                    ElementsAre(FieldsAre(L"IS", L"17", L"2", L"3", L"4", false, 2, 1, true, L"o", L"de",
-                                          ElementsAre(FieldsAre(L"10", L"FW", L"p", L"l", L"q", L"r", L"0")),
-                                          ElementsAre(FieldsAre(L"EN-US", L"Hi \u00E4"), FieldsAre(L"", L"none")))))));
+    const CompatibilityProduct stProduct = {L"IS",
+                                            L"17",
+                                            L"2",
+                                            L"3",
+                                            L"4",
+                                            false,
+                                            2,
+                                            1,
+                                            true,
+                                            L"o",
+                                            L"de",
+                                            {{L"10", L"FW", L"p", L"l", L"q", L"r", L"0"}},
+                                            {{L"EN-US", L"Hi \u00E4"}, {L"", L"none"}}};
+    EXPECT_EQ(m_Records, Records({{L"6", L"1", L"0", L"7601", true, L"1", L"all", {stProduct}}}));
 
     const std::wstring tszReader = L"[CFunctionXml::QueryValueAsInstallCompatibilityCheckDB";
     EXPECT_EQ(
@@ -71,9 +79,10 @@ TEST_F(Compatibility, WhatTheActionDoesNotCallForIsNotRead)
                         "</Action><ShowMessage>0</ShowMessage><Components><Component>1</Component></Components>"
                         "<Messages><Message>m</Message></Messages></Product></Platform>"),
                   Result::g_ulSuccess);
-        EXPECT_THAT(m_Records.at(0).vecProduct,
-                    ElementsAre(FieldsAre(L"", L"", L"", L"", L"", false, sAction == "Block" ? 1U : 0U, 0, false, L"",
-                                          L"", IsEmpty(), IsEmpty())));
+        const std::uint32_t ulAction = sAction == "Block" ? 1 : 0;
+        EXPECT_EQ(m_Records.at(0).vecProduct,
+                  std::vector<CompatibilityProduct>(
+                      {{L"", L"", L"", L"", L"", false, ulAction, 0, false, L"", L"", {}, {}}}));
         EXPECT_THAT(cTrace.Lines(), testing::Not(testing::Contains(HasSubstr(L"2rdCheckAction"))));
     }
     // The second action cannot be given: no name of XML begins with a digit.

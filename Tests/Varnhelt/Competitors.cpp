@@ -13,13 +13,9 @@ TEST_F(CompetitorActions, AreReadInTheirOrderAndAProductWithoutThemIsOneToo)
         <Action on="install" name="n1" version="8.0" versionCompare="less"/><!-- no action --><Action/>
         </Product><Product ID="2"><Other/></Product></Sequence></CompetitorAction>)");
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    ASSERT_EQ(m_Records.size(), 2U);
-    const CompetitorProduct& stProduct = m_Records[0];
-    EXPECT_THAT(stProduct, FieldsAre(L"1", L"c", L"V\u00E4", L"x86", L"yes"));
-    EXPECT_THAT(m_Records[0].lstAction,
-                ElementsAre(FieldsAre(L"install", L"n1", L"8.0", L"less"), FieldsAre(L"", L"", L"", L"")));
-    EXPECT_EQ(m_Records[1].tszId, L"2");
-    EXPECT_THAT(m_Records[1].lstAction, IsEmpty());
+    EXPECT_EQ(m_Records,
+              Records({{{L"1", L"c", L"V\u00E4", L"x86", L"yes"}, {{L"install", L"n1", L"8.0", L"less"}, {}}},
+                       {{L"2", L"", L"", L"", L""}, {}}}));
 }
 
 TEST_F(CompetitorDetections, TakeEveryFieldFromItsChildAndTheDefaultWhereItIsMissingOrWrittenOtherwise)
@@ -33,15 +29,11 @@ TEST_F(CompetitorDetections, TakeEveryFieldFromItsChildAndTheDefaultWhereItIsMis
           <Path wownode="enable"/><UninstallString wownode="yes"/></Identification></Product></CompetitorDetection>)");
     const TraceRecorder cTrace(0x110);
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    ASSERT_EQ(m_Records.size(), 1U);
-    const CompetitorDetection& stProduct = m_Records[0];
-    EXPECT_EQ(stProduct.tszId + stProduct.tszVendor, L"7V");
-    EXPECT_EQ(stProduct.tszManufacturer + stProduct.tszUrl + stProduct.tszInformation, L"MUremove it");
-    const auto Default = FieldsAre(true, false, L"", false, L"", L"", L"", L"", L"", L"", false, L"");
-    EXPECT_THAT(stProduct.lstIdentification,
-                ElementsAre(FieldsAre(false, true, L"pb", true, L"p\\q", L"kn", L"kt", L"kc", L"kv", L"ub", true, L"u"),
-                            Default, Default));
-    EXPECT_THAT(cTrace.Messages(), ElementsAre(L"Xml parser directory: " + m_tszFolder));
+    const CompetitorIdentification stAll = {false, true,  L"pb", true,  L"p\\q", L"kn",
+                                            L"kt", L"kc", L"kv", L"ub", true,    L"u"};
+    const CompetitorIdentification stNone = {true, false, L"", false, L"", L"", L"", L"", L"", L"", false, L""};
+    EXPECT_EQ(m_Records, Records({{{L"7", L"", L"V", L"", L""}, {stAll, stNone, stNone}, L"M", L"U", L"remove it"}}));
+    EXPECT_EQ(cTrace.Messages(), Lines({L"Xml parser directory: " + m_tszFolder}));
 }
 
 TEST_F(CompetitorDetections, TellOfABadDocumentUnderTheActionReadersName)
@@ -49,8 +41,8 @@ TEST_F(CompetitorDetections, TellOfABadDocumentUnderTheActionReadersName)
     Write("<CompetitorDetection>");
     const TraceRecorder cTrace(0x100);
     EXPECT_EQ(Query(), Result::g_ulFailed);
-    EXPECT_THAT(cTrace.Messages(), ElementsAre(L"*** CFunctionXml::QueryValueAsInstallCompetitorActionDB() - Got "
-                                               L"ZkCommon::Storage::XmlException() failed. [0x00000006]"));
+    EXPECT_EQ(cTrace.Messages(), Lines({L"*** CFunctionXml::QueryValueAsInstallCompetitorActionDB() - Got "
+                                        L"ZkCommon::Storage::XmlException() failed. [0x00000006]"}));
 }
 
 } // namespace

@@ -21,8 +21,8 @@ TEST_F(Aliases, AStoreUpdatesEveryAliasOfItsIdAndAppendsWhatIsNew)
     ASSERT_EQ(Store(lstAlias), Result::g_ulSuccess);
     EXPECT_EQ(Stored(), sOnce);
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_THAT(m_Records, ElementsAre(FieldsAre(L"A", L"R", L"last"), FieldsAre(L"a", L"", L"2"),
-                                       FieldsAre(L"A", L"R", L"last"), FieldsAre(L"B", L"Q", L"again")));
+    EXPECT_EQ(m_Records,
+              Records({{L"A", L"R", L"last"}, {L"a", L"", L"2"}, {L"A", L"R", L"last"}, {L"B", L"Q", L"again"}}));
 }
 
 TEST_F(Aliases, AStoreThatFailsLeavesTheDocument)
@@ -70,16 +70,16 @@ TEST_F(Components, EveryFieldOfEveryPartIsRead)
             Description="d" RootProductDirectory="r"/><Shortcut Id="nameless" Action="deploy"/></Component>)");
     const TraceRecorder cTrace;
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_THAT(
-        m_Records,
-        ElementsAre(FieldsAre(L"C", L"D", ElementsAre(FieldsAre(L"f", 1, L"sd", L"sn", L"n", true, false, false, true)),
-                              ElementsAre(FieldsAre(HKEY_LOCAL_MACHINE, L"K", L"N", 0, L"data", 5, 3, true, false, 0)),
-                              ElementsAre(FieldsAre(L"s", 2, L"sn", L"t", L"a", L"i", L"d", L"r")))));
+    EXPECT_EQ(m_Records, Records({{L"C",
+                                   L"D",
+                                   {{L"f", 1, L"sd", L"sn", L"n", true, false, false, true}},
+                                   {{HKEY_LOCAL_MACHINE, L"K", L"N", 0, L"data", 5, 3, true, false, 0}},
+                                   {{L"s", 2, L"sn", L"t", L"a", L"i", L"d", L"r"}}}}));
     const Lines vecLine = cTrace.Lines();
-    EXPECT_THAT(Lines(vecLine.end() - 4, vecLine.end()),
-                ElementsAre(L"@@@ Xml parser directory: " + m_tszFolder, L".w. [Leave] CFunctionXml::GetKeyConfig()...",
-                            L".w. [Leave] CFunctionXml::QueryValueAsDeployComponentConfig()...",
-                            L".w. [Leave] CFunctionXml::QueryValue()..."));
+    EXPECT_EQ(Lines(vecLine.end() - 4, vecLine.end()),
+              Lines({L"@@@ Xml parser directory: " + m_tszFolder, L".w. [Leave] CFunctionXml::GetKeyConfig()...",
+                     L".w. [Leave] CFunctionXml::QueryValueAsDeployComponentConfig()...",
+                     L".w. [Leave] CFunctionXml::QueryValue()..."}));
     EXPECT_EQ(Query(2), Result::g_ulSuccess);
     EXPECT_THAT(m_Records, IsEmpty());
 }
@@ -116,12 +116,12 @@ TEST_F(Components, AFileKnowsWhetherItNamesNothing)
         SourceName="s"/><File Action="remove" Name="n"/><File Action="Deploy" Overwrite="No" CompareVersion="YES"/>
         </Component>)");
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_THAT(m_Records.front().lstFile, ElementsAre(FieldsAre(L"", 0, L"", L"", L"", false, false, true, false),
-                                                       FieldsAre(L"", 1, L"", L"", L"", false, true, true, false),
-                                                       FieldsAre(L"", 1, L"", L"s", L"", false, false, true, false),
-                                                       FieldsAre(L"", 2, L"", L"s", L"", false, true, true, false),
-                                                       FieldsAre(L"", 2, L"", L"", L"n", false, false, true, false),
-                                                       FieldsAre(L"", 0, L"", L"", L"", false, false, true, false)));
+    EXPECT_EQ(m_Records.front().lstFile, std::list<DeployFile>({{L"", 0, L"", L"", L"", false, false, true, false},
+                                                                {L"", 1, L"", L"", L"", false, true, true, false},
+                                                                {L"", 1, L"", L"s", L"", false, false, true, false},
+                                                                {L"", 2, L"", L"s", L"", false, true, true, false},
+                                                                {L"", 2, L"", L"", L"n", false, false, true, false},
+                                                                {L"", 0, L"", L"", L"", false, false, true, false}}));
 }
 
 TEST_F(Components, AFailureKeepsTheComponentsBeforeIt)
@@ -134,9 +134,9 @@ TEST_F(Components, AFailureKeepsTheComponentsBeforeIt)
     EXPECT_EQ(m_Records.size(), 1U);
     EXPECT_EQ(Query(3), Result::g_ulInvalidArgument);
     const std::wstring tszReader = L"*** CFunctionXml::QueryValueAsDeployComponentConfig() - ";
-    EXPECT_THAT(cTrace.Messages(), ElementsAre(L"*** CFunctionXml::GetKeyConfig() - OsType is invalid. [Windows]",
-                                               tszReader + L"this->GetKeyConfig() failed. [0x80040201]",
-                                               tszReader + L"_ulValueSubType was invalid. [0x00000003]"));
+    EXPECT_EQ(cTrace.Messages(), Lines({L"*** CFunctionXml::GetKeyConfig() - OsType is invalid. [Windows]",
+                                        tszReader + L"this->GetKeyConfig() failed. [0x80040201]",
+                                        tszReader + L"_ulValueSubType was invalid. [0x00000003]"}));
 }
 
 } // namespace

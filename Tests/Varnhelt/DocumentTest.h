@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FunctionXml.h"
+#include "PrintRecords.h"
 #include "SrvFrwk_Records.h"
 #include "SrvFrwk_ResultCode.h"
 #include "SrvFrwk_ValueType.h"
@@ -8,7 +9,7 @@
 #include "TraceRecorder.h"
 #include "ValueTypeTable.h"
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <string>
 #include <vector>
 
@@ -17,10 +18,8 @@
 
 using namespace SrvFrwk;
 using testing::ElementsAre;
-using testing::FieldsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using Lines = std::vector<std::wstring>;
 
 /** Has one reader or writer carry a request out. */
 inline std::uint32_t CarryOut(Varnhelt::Handler _pfnHandler, const Varnhelt::Request& _rstRequest)
@@ -52,6 +51,8 @@ template <std::uint32_t t_ulValueType, class TRecords>
 class DocumentTest : public testing::Test
 {
 protected:
+    using Records = TRecords;
+
     std::uint32_t Query(std::uint32_t _ulValueSubType = 1, std::uint32_t _ulValueOption = 1)
     {
         return CFunctionXml().QueryValue({.ulValueType = t_ulValueType,

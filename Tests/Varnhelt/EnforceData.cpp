@@ -27,10 +27,9 @@ TEST_F(EnforceData, AQueryReadsEveryFieldAndDumpsItInItsOrder)
   </DataController></DataControllers></DataEnforceLayer>)");
     const TraceRecorder cTrace(0x110);
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_THAT(m_Records,
-                ElementsAre(FieldsAre(8, 1, 2, 8, TRUE, 7, FALSE, 0x1A, L"Inhalt.exe", L"17.0.1", 2,
-                                      ElementsAre(FieldsAre(0x10000, 0x800, 3, 1, 17, 0, 2, 8, 0x40, 4, 0x20000, true,
-                                                            false, L"Filter.dll", L"1.2", 0)))));
+    const DataProvider stProvider = {0x10000, 0x800,         3,      1, 17, 0, 2, 8, 0x40, 4, 0x20000, true,
+                                     false,   L"Filter.dll", L"1.2", 0};
+    EXPECT_EQ(m_Records, Records({{8, 1, 2, 8, TRUE, 7, FALSE, 0x1A, L"Inhalt.exe", L"17.0.1", 2, {stProvider}}}));
     const Lines vecDump = Joined(
         {Behind(QUERY,
                 {RULE, L"- [label]           :Inhalte.", L"- [ControllerType]  :0x00000008.",
@@ -72,10 +71,9 @@ TEST_F(EnforceData, PassesOverAProviderForWhichThereIsNoMemory)
     EXPECT_THAT(vecFirst, ElementsAre(L'a', L'c', L'd'));
     Lines vecLine = cTrace.Lines();
     std::erase_if(vecLine, [](const std::wstring& _rtsz) { return _rtsz.find(L"DataProvider") == std::wstring::npos; });
-    EXPECT_THAT(vecLine,
-                ElementsAre(L"!!! *** CFunctionXml::SetDataProvider() - Got Exception().",
-                            L"!!! *** CFunctionXml::QueryValueAsEnforceData() - this->SetDataProvider() failed. "
-                            L"[0x80040201]"));
+    EXPECT_EQ(vecLine, Lines({L"!!! *** CFunctionXml::SetDataProvider() - Got Exception().",
+                              L"!!! *** CFunctionXml::QueryValueAsEnforceData() - this->SetDataProvider() failed. "
+                              L"[0x80040201]"}));
 }
 
 } // namespace

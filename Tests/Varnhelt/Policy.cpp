@@ -46,9 +46,8 @@ protected:
 TEST_F(Policy, AQueryReadsControllersAndProvidersAndDumpsEach)
 {
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_THAT(m_Records,
-                ElementsAre(FieldsAre(1, 1, true, ElementsAre(FieldsAre(1, 1, 2, 4), FieldsAre(1, 0x2000000, 0, 0))),
-                            FieldsAre(4, 0, false, IsEmpty()), FieldsAre(4, 0, false, IsEmpty())));
+    const PolicyController stFirst = {1, 1, true, {{1, 1, 2, 4}, {1, 0x2000000, 0, 0}}};
+    EXPECT_EQ(m_Records, Records({stFirst, {4, 0, false, {}}, {4, 0, false, {}}}));
     EXPECT_THAT(m_cProduct.Leftovers(), IsEmpty());
 
     const wchar_t* pszPermission = L"!!! *** Frwk::Utility::GetPermission() - Not support Permission was specified. []";
@@ -83,7 +82,7 @@ TEST_F(Policy, OneControllerIsAnsweredAndDeniedWhereThePolicyLacksIt)
             {.ulValueType = ValueType::g_ulSpecificEnforcePolicy, .pValueData = &stController});
     };
     ASSERT_EQ(QueryOne(), Result::g_ulSuccess);
-    EXPECT_THAT(stController, FieldsAre(1, 1, true, testing::SizeIs(2)));
+    EXPECT_EQ(stController, PolicyController({1, 1, true, {{1, 1, 2, 4}, {1, 0x2000000, 0, 0}}}));
     const Lines vecLine = m_cTrace.Lines();
     EXPECT_EQ(Lines(vecLine.end() - 4, vecLine.end()),
               Joined({{DUMP(L"QueryValueAsEnforcePolicy") RULE},
@@ -92,7 +91,7 @@ TEST_F(Policy, OneControllerIsAnsweredAndDeniedWhereThePolicyLacksIt)
 
     stController.ulControllerType = 0x999;
     ASSERT_EQ(QueryOne(), Result::g_ulSuccess);
-    EXPECT_THAT(stController, FieldsAre(0x999, 0, false, IsEmpty()));
+    EXPECT_EQ(stController, PolicyController({0x999, 0, false, {}}));
     EXPECT_EQ(m_cTrace.Messages().back(), tszMethod + L"The specific ControllerType [0x00000999] does not exist, "
                                                       L"return eDeny as default value");
 

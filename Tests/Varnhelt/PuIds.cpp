@@ -19,7 +19,7 @@ TEST_F(PuIds, EachNumberGoesToTheListOfItsComponent)
         <InstallPuId><Component>ePattern</Component><PuId>16</PuId><Platform>eOnly64bit</Platform></InstallPuId>
         <InstallPuId><Component>ePattern</Component><Platform>eOnly64bit</Platform></InstallPuId></InstallPuIds>)");
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_THAT(m_Records, FieldsAre(ElementsAre(16, 16, 0), ElementsAre(8), ElementsAre(12), IsEmpty(), 0));
+    EXPECT_EQ(m_Records, Records({{16, 16, 0}, {8}, {12}, {}, 0}));
 }
 
 TEST_F(PuIds, EveryEntryIsToldValueByValueAndWhyItDoesNotCount)

@@ -29,14 +29,14 @@ TEST_F(KeyConfig, ValuesAreReadWithoutCaseAndARootCarriesOver)
                     "<Registry Key='k2'><RegistryValue Type='other' OverWrite='no'" + sRest + "/></Registry>" +
                     "<Registry Root='HKU'><RegistryValue OverWrite='no'" + sRest + "/></Registry><IniFile/>"),
               Result::g_ulSuccess);
-    EXPECT_THAT(m_Records, ElementsAre(FieldsAre(nullptr, L"k0", L"", 0, L"", 2, 3, true, false, 2),
-                                       FieldsAre(HKEY_LOCAL_MACHINE, L"k1", L"n", 4, L"\u00E4", 2, 2, true, false, 2),
-                                       FieldsAre(HKEY_LOCAL_MACHINE, L"k2", L"", 0, L"", 2, 3, false, false, 2),
-                                       FieldsAre(HKEY_USERS, L"", L"", 0, L"", 2, 3, false, false, 2)));
-    EXPECT_THAT(ReaderLines(cTrace),
-                ElementsAre(L".w. [Enter] CFunctionXml::QueryValueAsKeyConfig()...",
-                            L"@@@ Xml parser directory: " + m_tszFolder, L".w. [Leave] CFunctionXml::GetKeyConfig()...",
-                            L".w. [Leave] CFunctionXml::QueryValueAsKeyConfig()..."));
+    EXPECT_EQ(m_Records, Records({{nullptr, L"k0", L"", 0, L"", 2, 3, true, false, 2},
+                                  {HKEY_LOCAL_MACHINE, L"k1", L"n", 4, L"\u00E4", 2, 2, true, false, 2},
+                                  {HKEY_LOCAL_MACHINE, L"k2", L"", 0, L"", 2, 3, false, false, 2},
+                                  {HKEY_USERS, L"", L"", 0, L"", 2, 3, false, false, 2}}));
+    EXPECT_EQ(ReaderLines(cTrace),
+              Lines({L".w. [Enter] CFunctionXml::QueryValueAsKeyConfig()...",
+                     L"@@@ Xml parser directory: " + m_tszFolder, L".w. [Leave] CFunctionXml::GetKeyConfig()...",
+                     L".w. [Leave] CFunctionXml::QueryValueAsKeyConfig()..."}));
 }
 
 TEST_F(KeyConfig, AValueThatIsIncompleteOrForOthersIsLeftOutSilently)
@@ -90,8 +90,8 @@ TEST_F(KeyConfig, WhatCannotBeDecidedFailsWithItsLine)
         EXPECT_EQ(Query("<Registry><RegistryValue Assign='a.exe'/></Registry>"), Result::g_ulFailed);
     }
     const wchar_t* pszFailed = L"*** CFunctionXml::QueryValueAsKeyConfig() - this->GetKeyConfig() failed. [0x80040201]";
-    EXPECT_THAT(cTrace.Messages(), ElementsAre(tszReader + L"OsType is invalid. [Vista 32]", pszFailed,
-                                               tszReader + L"GetModuleFileName() failed. [0x00000008]", pszFailed));
+    EXPECT_EQ(cTrace.Messages(), Lines({tszReader + L"OsType is invalid. [Vista 32]", pszFailed,
+                                        tszReader + L"GetModuleFileName() failed. [0x00000008]", pszFailed}));
 }
 
 class RegistryDocument : public DocumentTest<ValueType::g_ulRegistryData, std::vector<RegistryData>>
@@ -115,22 +115,21 @@ TEST_F(RegistryDocument, ValuesOfTheSelectedComponentsAreReadWithTheirPlace)
         <Component><Reg key="HKEY_LOCAL_MACHINE\Y"><Element/></Reg></Component></Quillmar>)");
     const TraceRecorder cTrace;
     ASSERT_EQ(Query({L"b", L"a"}), Result::g_ulSuccess);
-    EXPECT_THAT(m_Records, ElementsAre(FieldsAre(HKEY_LOCAL_MACHINE, L"S\\X", true, L"1", 11, L"0xFFFFFFFFFFFFFFFF",
-                                                 0xFFFFFFFFFFFFFFFFU),
-                                       FieldsAre(HKEY_LOCAL_MACHINE, L"S\\X", true, L"2", 1, L"16x", 0),
-                                       FieldsAre(HKEY_LOCAL_MACHINE, L"", false, L"3", 0, L"010", 8)));
+    EXPECT_EQ(m_Records,
+              Records({{HKEY_LOCAL_MACHINE, L"S\\X", true, L"1", 11, L"0xFFFFFFFFFFFFFFFF", 0xFFFFFFFFFFFFFFFFU},
+                       {HKEY_LOCAL_MACHINE, L"S\\X", true, L"2", 1, L"16x", 0},
+                       {HKEY_LOCAL_MACHINE, L"", false, L"3", 0, L"010", 8}}));
     const std::wstring tszComponent = L"@@@ CFunctionXml::GetRegistryComponent() - ";
-    EXPECT_THAT(
+    EXPECT_EQ(
         ReaderLines(cTrace),
-        ElementsAre(
-            L".w. [Enter] CFunctionXml::QueryValueAsRegistryData()...",
-            L".w. [Enter] CFunctionXml::GetRegistryComponent()...", tszComponent + L"root key: [HKEY_LOCAL_MACHINE]",
-            tszComponent + L"sub key: S\\X, all access: 1", L".w. [Enter] CFunctionXml::GetRegistryElements()...",
-            L".w. [Leave] CFunctionXml::GetRegistryElements()...", tszComponent + L"root key: [HKEY_LOCAL_MACHINE]",
-            tszComponent + L"sub key: , all access: 0", L".w. [Enter] CFunctionXml::GetRegistryElements()...",
-            L".w. [Leave] CFunctionXml::GetRegistryElements()...",
-            L".w. [Leave] CFunctionXml::GetRegistryComponent()...",
-            L".w. [Leave] CFunctionXml::QueryValueAsRegistryData()..."));
+        Lines({L".w. [Enter] CFunctionXml::QueryValueAsRegistryData()...",
+               L".w. [Enter] CFunctionXml::GetRegistryComponent()...", tszComponent + L"root key: [HKEY_LOCAL_MACHINE]",
+               tszComponent + L"sub key: S\\X, all access: 1", L".w. [Enter] CFunctionXml::GetRegistryElements()...",
+               L".w. [Leave] CFunctionXml::GetRegistryElements()...", tszComponent + L"root key: [HKEY_LOCAL_MACHINE]",
+               tszComponent + L"sub key: , all access: 0", L".w. [Enter] CFunctionXml::GetRegistryElements()...",
+               L".w. [Leave] CFunctionXml::GetRegistryElements()...",
+               L".w. [Leave] CFunctionXml::GetRegistryComponent()...",
+               L".w. [Leave] CFunctionXml::QueryValueAsRegistryData()..."}));
     ASSERT_EQ(Query({L"*"}), Result::g_ulSuccess);
     EXPECT_EQ(m_Records.size(), 4U);
     ASSERT_EQ(Query({}), Result::g_ulSuccess);

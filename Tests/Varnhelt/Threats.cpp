@@ -70,11 +70,11 @@ TEST_F(Threats, TheFirstElementWithTheNumberGivesItsTextsAndOtherwiseTheRecordSt
         const TraceRecorder cTrace;
         EXPECT_EQ(Query(stRow.pfnHandler, stRow.ulIdentifier),
                   stRow.pszText != nullptr ? Result::g_ulSuccess : Result::g_ulFailed);
-        EXPECT_THAT(m_stText, FieldsAre(stRow.ulIdentifier, stRow.pszText != nullptr ? stRow.pszText : L"before",
-                                        stRow.pszSecondText));
-        EXPECT_THAT(cTrace.Lines(), ElementsAre(L".w. [Enter] " + stRow.tszMethod + L"...",
-                                                stRow.tszSecondLine.empty() ? L".w. [Leave] " + stRow.tszMethod + L"..."
-                                                                            : stRow.tszSecondLine));
+        EXPECT_EQ(m_stText, ThreatText({stRow.ulIdentifier, stRow.pszText != nullptr ? stRow.pszText : L"before",
+                                        stRow.pszSecondText}));
+        EXPECT_EQ(cTrace.Lines(), Lines({L".w. [Enter] " + stRow.tszMethod + L"...",
+                                         stRow.tszSecondLine.empty() ? L".w. [Leave] " + stRow.tszMethod + L"..."
+                                                                     : stRow.tszSecondLine}));
     }
 }
 

@@ -18,13 +18,12 @@ TEST_F(VersionInfo, FlagsCompareExactlyAndAnEntryWhoseNumberIsNotWholeIsSkippedS
         <VersionInfo puid="0x"/><VersionInfo puid="4294967295"/></QmrVersionInfo>)");
     const TraceRecorder cTrace;
     ASSERT_EQ(Query(), Result::g_ulSuccess);
-    EXPECT_THAT(m_Records,
-                ElementsAre(FieldsAre(3, 16, L"17.0.\u00E4", true, true, ElementsAre(L"m1", L"m2"), ElementsAre(L"u1")),
-                            FieldsAre(0, 8, L"", false, false, IsEmpty(), IsEmpty()),
-                            FieldsAre(0, 0xFFFFFFFF, L"", false, false, IsEmpty(), IsEmpty())));
-    EXPECT_THAT(ReaderLines(cTrace), ElementsAre(L".w. [Enter] CFunctionXml::QueryValueAsVersionInfo()...",
-                                                 L"@@@ Xml parser directory: " + m_tszFolder,
-                                                 L".w. [Leave] CFunctionXml::QueryValueAsQmrConfig()..."));
+    EXPECT_EQ(m_Records, Records({{3, 16, L"17.0.\u00E4", true, true, {L"m1", L"m2"}, {L"u1"}},
+                                  {0, 8, L"", false, false, {}, {}},
+                                  {0, 0xFFFFFFFF, L"", false, false, {}, {}}}));
+    EXPECT_EQ(ReaderLines(cTrace), Lines({L".w. [Enter] CFunctionXml::QueryValueAsVersionInfo()...",
+                                          L"@@@ Xml parser directory: " + m_tszFolder,
+                                          L".w. [Leave] CFunctionXml::QueryValueAsQmrConfig()..."}));
 }
 
 TEST_F(VersionInfo, ABadDocumentIsToldInTwoLinesWithItsPath)
@@ -37,8 +36,8 @@ TEST_F(VersionInfo, ABadDocumentIsToldInTwoLinesWithItsPath)
     const std::wstring tszFile = FromAnsi(ToAnsi(m_cProduct.Folder().File(L"CmpVerIf.xml")));
     const std::wstring tszLine =
         L"*** CFunctionXml::QueryValueAsVersionInfo() - Got ZkCommon::Storage::XmlException() failed. ";
-    EXPECT_THAT(cTrace.Messages(),
-                ElementsAre(tszLine + L"[0x00000006] [3]", tszLine + L"[" + tszFile + L"] [0x00000006] [3]"));
+    EXPECT_EQ(cTrace.Messages(),
+              Lines({tszLine + L"[0x00000006] [3]", tszLine + L"[" + tszFile + L"] [0x00000006] [3]"}));
 }
 
 } // namespace
