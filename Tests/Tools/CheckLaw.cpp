@@ -6,6 +6,7 @@
 #include "Check/DocumentCheck.h"
 #include "Check/DocumentShape.h"
 #include "ReadDocument.h"
+#include "ReplaceAll.h"
 #include "TraceRecorder.h"
 #include "ZkComn_Owner.h"
 #include "ZkComn_String.h"
@@ -16,7 +17,6 @@
 #include <gtest/gtest.h>
 #include <list>
 #include <optional>
-#include <regex>
 
 using namespace Vrnt;
 using Kind = TextShape::Kind;
@@ -158,9 +158,10 @@ private:
         return !_rstNode.pShape->vecText.empty() && !_rstNode.tszText && _rstNode.vecAttribute.empty();
     }
 
-    static std::wstring Escaped(const std::wstring& _rtszText)
+    static std::wstring Escaped(std::wstring _tszText)
     {
-        return std::regex_replace(_rtszText, std::wregex(L"\""), L"&quot;");
+        ReplaceAll(_tszText, L"\"", L"&quot;");
+        return _tszText;
     }
 
     static std::wstring XmlOf(const Node& _rstNode)
@@ -228,6 +229,17 @@ std::vector<Text> Spoilt(const Place& _rstPlace)
     return vecText;
 }
 
+/** Digits of ten, or else of the base that their beginning gives. */
+bool IsDigits(const std::wstring& _rtszText, bool _bDecimal)
+{
+    const bool bHex = !_bDecimal && (_rtszText.starts_with(L"0x") || _rtszText.starts_with(L"0X"));
+    const bool bOctal = !_bDecimal && !bHex && _rtszText.starts_with(L'0');
+    const std::wstring tszDigits = _rtszText.substr(bHex ? 2 : 0);
+    return !tszDigits.empty() && tszDigits.find_first_not_of(bHex     ? L"0123456789abcdefABCDEF"
+                                                             : bOctal ? L"01234567"
+                                                                      : L"0123456789") == std::wstring::npos;
+}
+
 /** Whether a text is what it should be, said apart from the code under test; nothing where only the reader knows. */
 std::optional<bool> IsMeant(const TextShape& _rstShape, const std::wstring& _rtszText)
 {
@@ -243,12 +255,10 @@ std::optional<bool> IsMeant(const TextShape& _rstShape, const std::wstring& _rts
         });
     }
     if (_rstShape.enKind == Kind::Number || _rstShape.enKind == Kind::Decimal) {
-        static const std::wregex rxNumber(L"0[xX][0-9a-fA-F]+|0[0-7]*|[1-9][0-9]*");
-        static const std::wregex rxDecimal(L"-?[0-9]+");
         const bool bDecimal = _rstShape.enKind == Kind::Decimal;
-        return std::regex_match(_rtszText, bDecimal ? rxDecimal : rxNumber) &&
-               std::wcstoull(_rtszText.c_str() + (_rtszText.starts_with(L'-') ? 1 : 0), nullptr, bDecimal ? 10 : 0) <=
-                   0xFFFFFFFFU;
+        const std::wstring tszDigits = _rtszText.substr(bDecimal && _rtszText.starts_with(L'-') ? 1 : 0);
+        return IsDigits(tszDigits, bDecimal) &&
+               std::wcstoull(tszDigits.c_str(), nullptr, bDecimal ? 10 : 0) <= 0xFFFFFFFFU;
     }
     return _rstShape.sForm.empty() ? std::optional(true) : std::nullopt;
 }

@@ -12,6 +12,7 @@
 #include "Documents/ServiceUnits.h"
 #include "Documents/VersionInfo.h"
 #include "FunctionXml.h"
+#include "SrvFrwk_ValueType.h"
 #include "Update/LocalUpdateManager.h"
 #include "Update/UpdateObserver.h"
 #include "Update/UpdateRecording.h"

@@ -7,7 +7,7 @@
 #include "ZkComn_String.h"
 #include "ZkComn_ZkDbg.h"
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <tuple>
 
 using namespace ZkCommon;

@@ -88,7 +88,7 @@ TEST(VrntDiff, ComparesWithTheInstalledOneAndForGitAndSaysWhatCannotBeCompared)
     folder.Write(L"other.xml", "<project/>");
     folder.Write(L"other.json", "{}");
     const std::wstring tszNew = folder.File(L"new.xml");
-    EXPECT_EQ(JsonOf({L"diff", L"installed:policy", tszNew}), Json::parse(R"({
+    EXPECT_EQ(JsonOf({L"diff", L"installed:policy", tszNew}), Json(R"({
         "result": "0x80040201", "data": [{"change": "changed", "where": "eFirewall eHomeNetwork",
         "field": "permission", "old": "ePartial", "new": "eDeny"}]})"));
     const ProgramRun stGit =

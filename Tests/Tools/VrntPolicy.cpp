@@ -31,11 +31,10 @@ TEST_F(VrntPolicy, WhatIsStoredIsAnsweredWholeAndByController)
 {
     const ProgramRun stStore = StoreJson(g_szRecords);
     EXPECT_EQ(stStore.iExitStatus, 0) << stStore.sError;
-    EXPECT_EQ(Json::parse(stStore.sOutput), Json::parse(R"({"result": "0x00040200", "data": null})"));
-    const Json jsRecords = Json::parse(g_szRecords);
-    EXPECT_EQ(DataOf({L"query", L"policy"}), jsRecords);
+    EXPECT_EQ(Json(stStore.sOutput), R"({"data":null,"result":"0x00040200"})");
+    EXPECT_EQ(DataOf({L"query", L"policy"}), Json(g_szRecords));
     for (const wchar_t* pszController : {L"eFirewall", L"0x4", L"04"}) {
-        EXPECT_EQ(DataOf({L"query", L"policy", L"--controller", pszController}), jsRecords[0]);
+        EXPECT_EQ(DataOf({L"query", L"policy", L"--controller", pszController}), At(g_szRecords, "/0"));
     }
     EXPECT_THAT(RunVrnt({L"query", L"policy"}).sOutput, HasSubstr("eNeighborList  ePartial"));
     EXPECT_THAT(RunVrnt({L"query", L"policy", L"--controller", L"0x999"}).sOutput, HasSubstr("0x00000999"));
@@ -55,8 +54,8 @@ TEST_F(VrntPolicy, WhatAQueryPrintedIsInputInWordsAndUtf16AndAnUnknownProviderIs
     const ProgramRun stRun = StoreJson(sUtf16);
     EXPECT_EQ(stRun.iExitStatus, 0);
     EXPECT_THAT(stRun.sError, HasSubstr("the policy has no provider eFirewall eNone"));
-    EXPECT_EQ(Json::parse(stRun.sOutput)["data"], Json({{"passedOver", {"eFirewall eNone"}}}));
-    EXPECT_EQ(DataOf({L"query", L"policy"})[0]["permission"], 1);
+    EXPECT_EQ(At(stRun.sOutput, "/data"), R"({"passedOver":["eFirewall eNone"]})");
+    EXPECT_EQ(At(DataOf({L"query", L"policy"}), "/0/permission"), "1");
     EXPECT_EQ(StoreJson(R"({"result": "0x80040201", "data": []})").iExitStatus, 2);
 }
 
@@ -92,14 +91,7 @@ TEST_F(VrntPolicy, RecordsThatDoNotFitAreRefusedByTheirPlaceAndNothingIsStored)
     };
     for (const auto& stRow : aRow) {
         const testing::ScopedTrace cRow(__FILE__, stRow.iLine, "row");
-        Json jsRecords = Json::parse(g_szRecords);
-        const Json::json_pointer cPlace(stRow.szKey);
-        if (stRow.szValue != nullptr) {
-            jsRecords[cPlace] = Json::parse(stRow.szValue);
-        } else {
-            jsRecords[cPlace.parent_pointer()].erase(cPlace.back());
-        }
-        const ProgramRun stRun = StoreJson(jsRecords.dump());
+        const ProgramRun stRun = StoreJson(With(g_szRecords, stRow.szKey, stRow.szValue));
         EXPECT_EQ(stRun.iExitStatus, 2);
         EXPECT_THAT(stRun.sError, HasSubstr(stRow.szNamed));
         EXPECT_THAT(stRun.sOutput, IsEmpty());

@@ -78,12 +78,14 @@ TEST(VrntReport, InAFolderItIsNamedAfterTheMachineAndWithJsonItIsOneObject)
     ASSERT_EQ(RunVrnt({L"--json", L"report", cOut.Path().wstring()}).iExitStatus, 0);
     ASSERT_EQ(cOut.Names().size(), 1U);
     const std::wstring tszName = *cOut.Names().begin();
-    const auto jsReport = Json::parse(cOut.Read(tszName.c_str()));
-    EXPECT_EQ(tszName.find(L"vrnt-" + ZkCommon::String::FromUtf8(std::string(jsReport["computer"])) + L"-20"), 0U);
-    EXPECT_EQ(jsReport["service-units"][0]["moduleName"], "One.dll");
-    EXPECT_EQ(jsReport["policy"], nullptr);
-    EXPECT_THAT(jsReport["failures"].dump(), HasSubstr(R"("FwPolicy.xen","text":"0x80040201: cannot open )"));
-    EXPECT_EQ(jsReport["productFolder"], ZkCommon::String::ToUtf8(cProduct.Folder().Path().wstring()));
+    const std::string sReport = cOut.Read(tszName);
+    const std::string sStem = ZkCommon::String::ToUtf8(tszName.substr(0, tszName.find(L"-20")));
+    EXPECT_EQ(Quoted(sStem), R"("vrnt-)" + At(sReport, "/computer").substr(1));
+    EXPECT_EQ(At(sReport, "/service-units/0/moduleName"), R"("One.dll")");
+    EXPECT_EQ(At(sReport, "/policy"), "null");
+    EXPECT_THAT(At(sReport, "/failures"), HasSubstr(R"("FwPolicy.xen","text":"0x80040201: cannot open )"));
+    EXPECT_EQ(At(sReport, "/productFolder"),
+              Json(Quoted(ZkCommon::String::ToUtf8(cProduct.Folder().Path().wstring()))));
 }
 
 TEST(VrntSample, EveryDocumentIsCleanAndTheRegistrationIsPutBack)
@@ -117,7 +119,7 @@ TEST(VrntReport, WhatCannotBeReplacedStaysAndIsAFailure)
     const ProgramRun stRun = RunVrnt({L"--json", L"report", tszOut.wstring(), L"--force"});
     std::filesystem::permissions(tszOut, std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
     EXPECT_EQ(stRun.iExitStatus, 1);
-    EXPECT_EQ(Json::parse(stRun.sOutput)["result"], "0x80040201");
+    EXPECT_EQ(At(stRun.sOutput, "/result"), R"("0x80040201")");
     EXPECT_THAT(stRun.sError, HasSubstr("out.html"));
     EXPECT_EQ(cOut.Read(L"out.html"), "old");
     EXPECT_THAT(cOut.Names(), ElementsAre(L"out.html"));

@@ -16,10 +16,10 @@ ProgramRun RunVrnt(const std::vector<std::wstring>& _vecArgument)
     return {iExitStatus, cCapture.sOutput, cCapture.sError};
 }
 
-Json JsonOf(std::vector<std::wstring> _vecArgument)
+std::string JsonOf(std::vector<std::wstring> _vecArgument)
 {
     _vecArgument.insert(_vecArgument.begin(), L"--json");
-    return Json::parse(RunVrnt(_vecArgument).sOutput);
+    return Json(RunVrnt(_vecArgument).sOutput);
 }
 
 ProgramRun StartVrnt(const std::vector<std::wstring>& _vecArgument)

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "JsonText.h"
 #include "RunProgram.h"
 #include "TestProduct.h"
 
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
+#include <gmock/gmock-more-matchers.h>
 #include <span>
 #include <string>
 #include <vector>
@@ -14,16 +14,15 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using Varnhelt::DocumentId;
-using Json = nlohmann::json;
 
 /** Runs the tool's command line within this program. */
 ProgramRun RunVrnt(const std::vector<std::wstring>& _vecArgument);
 
 /** What it prints with --json, and the data in that. */
-Json JsonOf(std::vector<std::wstring> _vecArgument);
-inline Json DataOf(std::vector<std::wstring> _vecArgument)
+std::string JsonOf(std::vector<std::wstring> _vecArgument);
+inline std::string DataOf(std::vector<std::wstring> _vecArgument)
 {
-    return JsonOf(std::move(_vecArgument))["data"];
+    return At(JsonOf(std::move(_vecArgument)), "/data");
 }
 
 /** Encrypts a document of that kind. @return the exit status */

@@ -1,5 +1,6 @@
 // vrnt update: the rehearsal's JSON, the update, the way back, and what is refused.
 
+#include "ReplaceAll.h"
 #include "UpdateBench.h"
 #include "VrntTest.h"
 #include "ZkComn_String.h"
@@ -24,23 +25,30 @@ TEST(VrntUpdate, TheRehearsalTellsEveryItemTheUpdateCarriesThemOutAndItsWayBackL
     const ProgramRun stRehearsal = RunVrnt({L"--json", L"update", L"--dry-run", tszPath});
     EXPECT_EQ(stRehearsal.iExitStatus, 0);
     EXPECT_THAT(stRehearsal.sError, IsEmpty());
-    Json jsExpected = Json::parse(R"({"result":"0x00040200", "data":{"check":true, "stay":false, "items":[
-         {"kind":"registry", "root":"HKLM", "path":"", "accessMode":"eMode64bit", "update":true, "reason":null,
-          "entries":[{"name":"N", "type":"uint32", "action":"write", "value":"7", "effect":"write", "reason":null},
-          {"name":"", "type":"", "action":"remove", "value":"", "effect":"skip",
+    std::string sExpected = R"({"result":"0x00040200", "data":{"check":true, "stay":false, "items":[
+         {"kind":"registry", "root":"HKLM", "path":"@K@", "accessMode":"eMode64bit", "update":true, "reason":null,
+          "entries":[{"name":"N", "type":"uint32", "action":"write", "value":"7", "effect":"write",
+           "applied":true, "reason":null},
+          {"name":"", "type":"", "action":"remove", "value":"", "effect":"skip", "applied":false,
            "reason":"the installed version is above \"16\""},
-          {"name":"", "type":"", "action":"fly", "value":"", "effect":"refuse", "reason":"no such action"}]},
+          {"name":"", "type":"", "action":"fly", "value":"", "effect":"refuse", "applied":false,
+           "reason":"no such action"}]},
          {"kind":"registry", "root":null, "path":"P", "accessMode":"", "update":false, "entries":[
-          {"name":"M", "type":"", "action":"", "value":"", "effect":"skip", "reason":"the item is not updated"}],
+          {"name":"M", "type":"", "action":"", "value":"", "effect":"skip", "applied":false,
+           "reason":"the item is not updated"}],
           "reason":"the root is none of HKCR, HKCU, HKLM, HKU"},
-         {"kind":"inifile", "root":"", "path":"A", "accessMode":"", "update":true, "reason":null, "entries":[
-          {"name":"k", "type":"string", "action":"write", "value":"v", "effect":"write", "reason":null}]},
+         {"kind":"inifile", "root":"@F@", "path":"A", "accessMode":"", "update":true, "reason":null, "entries":[
+          {"name":"k", "type":"string", "action":"write", "value":"v", "effect":"write",
+           "applied":true, "reason":null}]},
          {"kind":"directory", "root":null, "path":"", "accessMode":"", "update":false, "entries":[],
           "reason":"directories are never acted on"}],
-         "environment":{"version":"17.1.1040", "product":"qmrpro", "language":"de"}}})");
-    jsExpected["data"]["items"][0]["path"] = ZkCommon::String::ToUtf8(cBench.Key());
-    jsExpected["data"]["items"][2]["root"] = ZkCommon::String::ToUtf8(cBench.Folder().File(L"test.ini"));
-    EXPECT_EQ(Json::parse(stRehearsal.sOutput), jsExpected);
+         "environment":{"version":"17.1.1040", "product":"qmrpro", "language":"de"}}})";
+    ReplaceAll(sExpected, R"("@K@")", Quoted(ZkCommon::String::ToUtf8(cBench.Key())));
+    ReplaceAll(sExpected, R"("@F@")", Quoted(ZkCommon::String::ToUtf8(cBench.Folder().File(L"test.ini"))));
+    std::string sRehearsed = Json(sExpected);
+    ReplaceAll(sRehearsed, R"("applied":true,)", {});
+    ReplaceAll(sRehearsed, R"("applied":false,)", {});
+    EXPECT_EQ(Json(stRehearsal.sOutput), sRehearsed);
     const ProgramRun stText = RunVrnt({L"update", L"--dry-run", tszPath});
     EXPECT_THAT(stText.sOutput, HasSubstr("version 17.1.1040, product qmrpro, language de"));
     EXPECT_THAT(stText.sOutput, HasSubstr("not updated, the root is none of"));
@@ -52,12 +60,7 @@ TEST(VrntUpdate, TheRehearsalTellsEveryItemTheUpdateCarriesThemOutAndItsWayBackL
     const std::wstring tszUndo = cBench.Folder().File(L"back.xml");
     const ProgramRun stRun = RunVrnt({L"--json", L"update", L"--undo", tszUndo, tszPath});
     EXPECT_EQ(stRun.iExitStatus, 0);
-    for (Json& rjsItem : jsExpected["data"]["items"]) {
-        for (Json& rjsEntry : rjsItem["entries"]) {
-            rjsEntry["applied"] = rjsEntry["effect"] == "write";
-        }
-    }
-    EXPECT_EQ(Json::parse(stRun.sOutput), jsExpected);
+    EXPECT_EQ(Json(stRun.sOutput), Json(sExpected));
     EXPECT_THAT(stRun.sError, HasSubstr("test.ini stays\n"));
     EXPECT_FALSE(std::filesystem::exists(tszPath));
     EXPECT_EQ(cBench.Snapshot().size(), 4U); // key, value, section, entry
