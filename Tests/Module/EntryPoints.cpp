@@ -5,13 +5,12 @@
 #include "TraceRecorder.h"
 #include "Varnhelt.h"
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <windows.h>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID);
 
 using namespace SrvFrwk;
-using testing::ElementsAre;
 
 namespace {
 
@@ -25,10 +24,10 @@ TEST(EntryPoints, WithoutAManagerEveryExportFailsAndTheLibraryStays)
     EXPECT_EQ(Vrnt_CreateFunction(&pFunction, 0, nullptr), Result::g_ulMissingObject);
     EXPECT_EQ(Vrnt_FreeFunction(nullptr), Result::g_ulMissingObject);
     EXPECT_EQ(pFunction, pUntouched);
-    EXPECT_THAT(cTrace.Lines(), ElementsAre(L"!!! ***Vrnt_Initialize() - ::g_pFunctionManager was invalid.",
-                                            L"!!! ***Vrnt_Uninitialize() - ::g_pFunctionManager was invalid.",
-                                            L"!!! ***Vrnt_CreateFunction() - ::g_pFunctionManager was invalid.",
-                                            L"!!! ***Vrnt_FreeFunction() - ::g_pFunctionManager was invalid."));
+    EXPECT_EQ(cTrace.Lines(), Lines({L"!!! ***Vrnt_Initialize() - ::g_pFunctionManager was invalid.",
+                                     L"!!! ***Vrnt_Uninitialize() - ::g_pFunctionManager was invalid.",
+                                     L"!!! ***Vrnt_CreateFunction() - ::g_pFunctionManager was invalid.",
+                                     L"!!! ***Vrnt_FreeFunction() - ::g_pFunctionManager was invalid."}));
 }
 
 TEST(EntryPoints, AttachmentSucceedsWithAndWithoutMemoryForTheManager)

@@ -8,7 +8,7 @@
 #include "VarnheltLoader.h"
 
 #include <filesystem>
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <vector>
 
 using namespace SrvFrwk;

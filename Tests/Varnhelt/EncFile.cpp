@@ -5,11 +5,10 @@
 #include "TraceRecorder.h"
 #include "ZkComn_FileCrypt.h"
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 
 using namespace ZkCommon;
 using namespace ZkCommon::Storage;
-using testing::ElementsAre;
 
 namespace {
 
@@ -118,9 +117,8 @@ TEST_F(EncFile, LeavesNoCopyBehindAFailedWriteAndReportsACopyThatIsGone)
         EXPECT_FALSE(cFile.DeleteDecrypted());
     }
     EXPECT_EQ(Count(m_cCopies), 0) << "the handle removes what the call did not";
-    EXPECT_THAT(cTrace.Lines(),
-                ElementsAre(L"@@@ nLenConverted: 35",
-                            L"!!! *** CEncFile::DeleteDecrypted() - ::DeleteFile() failed: 0x00000020"));
+    EXPECT_EQ(cTrace.Lines(), Lines({L"@@@ nLenConverted: 35",
+                                     L"!!! *** CEncFile::DeleteDecrypted() - ::DeleteFile() failed: 0x00000020"}));
 }
 
 TEST_F(EncFile, StoresWhatTheCopyHoldsByWhicheverWayItGotThere)

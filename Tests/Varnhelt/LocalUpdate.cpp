@@ -1,12 +1,13 @@
 // Local updates: what an update does to the registry and to ini files, what its rehearsal says, and the way back.
 
+#include "Update/UpdateRecording.h"
 #include "UpdateTest.h"
 #include "ZkComn_String.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <sddl.h>
 
 using namespace ZkCommon;
@@ -97,7 +98,7 @@ TEST_F(LocalUpdate, AnAllAccessKeyGetsItsAccessListBackFromAnUndo)
         EXPECT_THAT(m_vecLeft, IsEmpty());
     }
     RoundTrip(m_cBench.Describe(Reg({"remove", "create+no"})));
-    EXPECT_THAT(m_vecLeft, ElementsAre(L"the key HKLM\\" + m_cBench.Key() + L" has another access list"));
+    EXPECT_EQ(m_vecLeft, std::vector<std::wstring>({L"the key HKLM\\" + m_cBench.Key() + L" has another access list"}));
 }
 
 void SetAccessList(const RegKey& _rhKey, const wchar_t* _pszList)
@@ -217,9 +218,9 @@ TEST_F(LocalUpdate, OneMacroOfAnIniPathIsExpandedTheFirstInTheirOrder)
     Run(m_cBench.Describe(Ini({}, "A", "$SYSTEM$\\$WINDOWS$\\x.ini") + Ini({}, "A", "$SYSTEM$x.ini") +
                           Ini({}, "A", "$CURRENT$x.ini$CURRENT$") + Ini({}, "A", "$install$x.ini")),
         cRecord, cDecisions);
-    EXPECT_THAT(cDecisions.vecRoot,
-                ElementsAre(L"$SYSTEM$\\" + std::wstring(szWindows) + L"\\\\x.ini", std::wstring(szSystem) + L"\\x.ini",
-                            tszCurrent + L"x.ini$CURRENT$", L"$install$x.ini"));
+    EXPECT_EQ(cDecisions.vecRoot, std::vector<std::wstring>({L"$SYSTEM$\\" + std::wstring(szWindows) + L"\\\\x.ini",
+                                                             std::wstring(szSystem) + L"\\x.ini",
+                                                             tszCurrent + L"x.ini$CURRENT$", L"$install$x.ini"}));
 }
 
 } // namespace

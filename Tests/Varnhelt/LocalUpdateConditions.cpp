@@ -1,6 +1,8 @@
 // Local updates: the environment, and the conditions that are judged by it.
 
+#include "Frwk_Settings.h"
 #include "TraceRecorder.h"
+#include "Update/UpdateRecording.h"
 #include "UpdateTest.h"
 
 #include <optional>
@@ -78,10 +80,9 @@ TEST_F(LocalUpdate, TheEnvironmentComesFromTheProductsKey)
     ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, Frwk::g_szProductKey, L"Language", REG_SZ, L"de", sizeof(L"de"));
     const TraceRecorder cTrace(0x100);
     EXPECT_EQ(cManager.Initialize(), Result::g_ulUndetermined);
-    EXPECT_THAT(
-        cTrace.Lines(),
-        ElementsAre(L"!!! *** CLocalUpdateManager::SetLanguageType() - Got ZkCommon::Exception::Base(). [0x0000070c]",
-                    L"!!! *** CLocalUpdateManager::Initialize() - SetLanguageType() failed. [0x80040202]"));
+    EXPECT_EQ(cTrace.Lines(),
+              Lines({L"!!! *** CLocalUpdateManager::SetLanguageType() - Got ZkCommon::Exception::Base(). [0x0000070c]",
+                     L"!!! *** CLocalUpdateManager::Initialize() - SetLanguageType() failed. [0x80040202]"}));
 }
 
 } // namespace

@@ -58,21 +58,20 @@ TEST_F(LocalUpdate, WhatIsMissingOrCannotBeLookedForOrReadIsToldApart)
     EXPECT_EQ(Read(tszBad), Result::g_ulFailed);
     EXPECT_EQ(CFunctionXml().SendMessage(1, 7, 0, nullptr, 0, 0, nullptr), Result::g_ulMissingObject);
     const std::wstring tszQuery = L"!!! *** CFunctionXml::QueryValueAsLocalUpdate() - ";
-    EXPECT_THAT(
-        cTrace.Lines(),
-        ElementsAre(tszQuery + L"File [" + tszMissing + L"] was not found.",
-                    L"@@@ *** CFunctionXml::DoActionAsLocalUpdate() - QueryValueAsLocalUpdate() partially failed. [" +
-                        tszMissing + L"] [0x00040202]",
-                    L"@@@ _ulMessageType: 0x00000001, _ulMessageSubType: 0x00000000, _ulMessageOption: 0x00000000, "
-                    L"_ulOption: 0x00000000",
-                    tszQuery + L"ZkCommon::Storage::File::IsExisted() failed. [0x00000003]",
-                    L"!!! *** CFunctionXml::DoActionAsLocalUpdate() - QueryValueAsLocalUpdate() failed. [0x80040202]",
-                    L"!!! *** CFunctionProvider::SendMessage() - pFunctionXml->DoAction() failed. [0x80040202], "
-                    L"MT[0x00000001],MST[0x00000000]",
-                    tszQuery + L"ZkCommon::Storage::File::IsExisted() failed. [0x000000a0]",
-                    tszQuery + L"Got ZkCommon::Storage::XmlException(). [0x00000006]",
-                    tszQuery + L"Xml Error [0x00000007] line [2] file [" + tszBad + L"]",
-                    tszQuery + L"ptszXmlPath was invalid."));
+    EXPECT_EQ(cTrace.Lines(),
+              Lines({tszQuery + L"File [" + tszMissing + L"] was not found.",
+                     L"@@@ *** CFunctionXml::DoActionAsLocalUpdate() - QueryValueAsLocalUpdate() partially failed. [" +
+                         tszMissing + L"] [0x00040202]",
+                     L"@@@ _ulMessageType: 0x00000001, _ulMessageSubType: 0x00000000, _ulMessageOption: 0x00000000, "
+                     L"_ulOption: 0x00000000",
+                     tszQuery + L"ZkCommon::Storage::File::IsExisted() failed. [0x00000003]",
+                     L"!!! *** CFunctionXml::DoActionAsLocalUpdate() - QueryValueAsLocalUpdate() failed. [0x80040202]",
+                     L"!!! *** CFunctionProvider::SendMessage() - pFunctionXml->DoAction() failed. [0x80040202], "
+                     L"MT[0x00000001],MST[0x00000000]",
+                     tszQuery + L"ZkCommon::Storage::File::IsExisted() failed. [0x000000a0]",
+                     tszQuery + L"Got ZkCommon::Storage::XmlException(). [0x00000006]",
+                     tszQuery + L"Xml Error [0x00000007] line [2] file [" + tszBad + L"]",
+                     tszQuery + L"ptszXmlPath was invalid."}));
 }
 
 TEST_F(LocalUpdate, ADescriptionThatSomebodyElseHasOpenStaysAndNothingIsApplied)
@@ -93,8 +92,8 @@ TEST_F(LocalUpdate, ADescriptionThatSomebodyElseHasOpenStaysAndNothingIsApplied)
     ::SetFileAttributesW(tszPath.c_str(), FILE_ATTRIBUTE_READONLY);
     const TraceRecorder cTrace(0x100);
     EXPECT_EQ(UpdateBench::Send(tszPath), Result::g_ulPartialSuccess);
-    EXPECT_THAT(cTrace.Lines(), ElementsAre(L"!!! *** CFunctionXml::QueryValueAsLocalUpdate() - "
-                                            L"ZkCommon::Storage::File::Delete() failed. [0x00000005]"));
+    EXPECT_EQ(cTrace.Lines(), Lines({L"!!! *** CFunctionXml::QueryValueAsLocalUpdate() - "
+                                     L"ZkCommon::Storage::File::Delete() failed. [0x00000005]"}));
     ::SetFileAttributesW(tszPath.c_str(), FILE_ATTRIBUTE_NORMAL);
     EXPECT_EQ(UpdateBench::Send(tszPath), Result::g_ulSuccess);
     EXPECT_THAT(m_cBench.Snapshot(), ElementsAre(L"user"));

@@ -2,6 +2,7 @@
 // same and changes nothing, and the undo leads back but for what it names. VARNHELT_UPDATES asks for more descriptions than
 // the usual ones, VARNHELT_UPDATE_SEED for others.
 
+#include "ReplaceAll.h"
 #include "UpdateTest.h"
 
 #include <cstdlib>
@@ -265,7 +266,7 @@ private:
     static std::string Element(const char* _szName, const std::wstring& _rtszText)
     {
         std::string sText = ZkCommon::String::ToUtf8(_rtszText);
-        ReplaceAll<std::string>(sText, "\"", "&quot;");
+        ReplaceAll(sText, "\"", "&quot;");
         return std::string("<") + _szName + ">" + sText + "</" + _szName + ">";
     }
 

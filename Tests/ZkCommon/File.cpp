@@ -5,12 +5,13 @@
 #include "ZkComn_FileLock.h"
 #include "ZkComn_PrivateAccess.h"
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <thread>
 
 using namespace ZkCommon;
 using namespace ZkCommon::Storage;
-using testing::ElementsAre;
+
+using Names = std::vector<std::wstring>;
 
 TEST(ReplacedFile, IsWholeOrUntouchedWhicheverStepFails)
 {
@@ -52,8 +53,8 @@ TEST(ReplacedFile, IsReadBackBeforeItReplacesAnything)
     EXPECT_EQ(ReplaceBy("new", false), DWORD{ERROR_INVALID_DATA});
     EXPECT_EQ(cFolder.Read(L"a.xml"), "old and longer");
     EXPECT_EQ(ReplaceBy("", true), 0U);
-    EXPECT_THAT(vecSeen, ElementsAre("new", ""));
-    EXPECT_THAT(cFolder.Names(), ElementsAre(L"a.xml"));
+    EXPECT_EQ(vecSeen, std::vector<std::string>({"new", ""}));
+    EXPECT_EQ(cFolder.Names(), Names({L"a.xml"}));
     EXPECT_EQ(std::filesystem::file_size(cFolder.Path() / L"a.xml"), 0U);
 }
 
@@ -68,7 +69,7 @@ TEST(ReplacedFile, WaitsForAReaderForABoundedTime)
     const ULONGLONG ulTaken = ::GetTickCount64() - ulStart;
     EXPECT_TRUE(ulTaken >= 500 && ulTaken <= 10000) << ulTaken;
     EXPECT_EQ(cFolder.Read(L"a.xml"), "old");
-    EXPECT_THAT(cFolder.Names(), ElementsAre(L"a.xml"));
+    EXPECT_EQ(cFolder.Names(), Names({L"a.xml"}));
 
     const std::jthread cReader([&hReader] {
         ::Sleep(200);
@@ -76,7 +77,7 @@ TEST(ReplacedFile, WaitsForAReaderForABoundedTime)
     });
     EXPECT_EQ(File::Replace(cFolder.File(L"a.xml"), "new"), 0U);
     EXPECT_EQ(cFolder.Read(L"a.xml"), "new");
-    EXPECT_THAT(cFolder.Names(), ElementsAre(L"a.xml"));
+    EXPECT_EQ(cFolder.Names(), Names({L"a.xml"}));
 }
 
 TEST(ReplacedFile, KeepsItsAttributesAndItsAccessList)
@@ -115,7 +116,7 @@ TEST(StoreLock, IsHeldByOneAndLeavesNothing)
         EXPECT_NE(File::StoreLock().Acquire(cFolder.File(L"missing\\a.xml"), 10000), 0U);
     }
     EXPECT_EQ(File::StoreLock().Acquire(cFolder.File(L"a.xml"), 0), 0U);
-    EXPECT_THAT(cFolder.Names(), testing::IsEmpty());
+    EXPECT_EQ(cFolder.Names(), Names());
 }
 
 TEST(ReplacedFile, FailsAtOnceWhereWaitingIsInVain)
@@ -130,7 +131,7 @@ TEST(ReplacedFile, FailsAtOnceWhereWaitingIsInVain)
         EXPECT_EQ(cMoves.Calls(), 0) << pszName;
     }
     EXPECT_EQ(cFolder.Read(L"fixed.xml"), "old");
-    EXPECT_THAT(cFolder.Names(), ElementsAre(L"fixed.xml", L"folder"));
+    EXPECT_EQ(cFolder.Names(), Names({L"fixed.xml", L"folder"}));
     ::SetFileAttributesW(cFolder.File(L"fixed.xml").c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
@@ -164,12 +165,12 @@ TEST(TempFile, ExistsAsLongAsItsOwnerUnderANameThatIsFree)
         const ApiFault<API(CreateFileW)> cInUse(ERROR_FILE_EXISTS, 1, 3);
         ASSERT_EQ(cFile.Create(cFolder.Path().wstring()), 0U);
         EXPECT_EQ(cInUse.Calls(), 4);
-        EXPECT_THAT(cFolder.Names(), ElementsAre(std::filesystem::path(cFile.Path()).filename().wstring()));
+        EXPECT_EQ(cFolder.Names(), Names({std::filesystem::path(cFile.Path()).filename().wstring()}));
         EXPECT_TRUE(cFile.Write(aContent) == 0 && cFile.Write(std::span(aContent).first(2)) == 0);
         ByteArray stContent;
         EXPECT_EQ(File::Read(cFile.Path(), stContent).enFailed, File::ReadStep::Open); // without the sharing it asks
         EXPECT_EQ(File::Read(cFile.Path(), stContent, File::g_ulShareAll).ulError, 0U);
         EXPECT_EQ(std::string(stContent.Bytes().begin(), stContent.Bytes().end()), "ab");
     }
-    EXPECT_THAT(cFolder.Names(), testing::IsEmpty());
+    EXPECT_EQ(cFolder.Names(), Names());
 }

@@ -6,11 +6,10 @@
 #include "TraceRecorder.h"
 
 #include <array>
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 
 using namespace ZkCommon;
 using namespace ZkCommon::Storage;
-using testing::ElementsAre;
 
 namespace {
 
@@ -29,11 +28,11 @@ TEST(FileCrypt, PadsOnlyALastBlockThatIsNotFullAndWritesItsStepsToTheTraceLog)
                     File::DecryptFile(cFolder.File(L"cipher"), cFolder.File(L"back"), g_aKey));
         EXPECT_EQ(cFolder.Read(L"cipher").size(), (uSize + 15) / 16 * 16);
         EXPECT_EQ(cFolder.Read(L"back"), std::string(uSize, 'x'));
-        EXPECT_THAT(cTrace.Lines(), ElementsAre(L".w. [Enter] ZkCommon::Storage::File::EncryptFile()...",
-                                                L".w. [Leave] ZkCommon::Storage::File::EncryptFile()...",
-                                                L".w. [Enter] ZkCommon::Storage::File::DecryptFile()...",
-                                                L"@@@ nLenConverted: " + std::to_wstring(uSize),
-                                                L".w. [Leave] ZkCommon::Storage::File::DecryptFile()..."));
+        EXPECT_EQ(cTrace.Lines(), Lines({L".w. [Enter] ZkCommon::Storage::File::EncryptFile()...",
+                                         L".w. [Leave] ZkCommon::Storage::File::EncryptFile()...",
+                                         L".w. [Enter] ZkCommon::Storage::File::DecryptFile()...",
+                                         L"@@@ nLenConverted: " + std::to_wstring(uSize),
+                                         L".w. [Leave] ZkCommon::Storage::File::DecryptFile()..."}));
     }
 }
 
@@ -87,7 +86,7 @@ TEST(FileCrypt, TellsWhatFailedAndLeavesTheDestinationAlone)
         EXPECT_FALSE(File::DecryptFile(cFolder.File(stRow.pszSource), cFolder.File(stRow.pszDestination), g_aKey));
         std::vector<std::wstring> vecLines = cTrace.Lines();
         std::erase_if(vecLines, [](const std::wstring& _tsz) { return _tsz.starts_with(L"@@@ nLenConverted: "); });
-        EXPECT_THAT(vecLines, ElementsAre(L"!!! *** ZkCommon::Storage::File::DecryptFile() - " + stRow.tszMessage));
+        EXPECT_EQ(vecLines, Lines({L"!!! *** ZkCommon::Storage::File::DecryptFile() - " + stRow.tszMessage}));
         EXPECT_EQ(cFolder.Read(L"out"), "old");
         EXPECT_EQ(cFolder.Names().size(), 6U);
     }

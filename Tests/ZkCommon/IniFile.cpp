@@ -5,13 +5,14 @@
 #include "ZkComn_Owner.h"
 #include "ZkComn_String.h"
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
+#include <optional>
 #include <vector>
 
 using namespace ZkCommon;
 using Storage::IniFile;
-using testing::ElementsAre;
-using testing::IsEmpty;
+
+using Texts = std::vector<std::wstring>;
 
 TEST(IniFile, TellsAbsentEntriesFromEmptyOnes)
 {
@@ -19,12 +20,12 @@ TEST(IniFile, TellsAbsentEntriesFromEmptyOnes)
     folder.Write(L"a.ini",
                  "[First]\r\ntext=some text\r\nempty=\r\nquoted=\" x \"\r\nnumber=17\r\nnone=abc\r\n[Second]\r\n");
     IniFile file(folder.File(L"a.ini"), L"first");
-    EXPECT_THAT((std::vector{file.Find(L"TEXT"), file.Find(L"empty"), file.Find(L"quoted"), file.Find(L"absent")}),
-                ElementsAre(L"some text", L"", L" x ", std::nullopt));
+    EXPECT_EQ((std::vector{file.Find(L"TEXT"), file.Find(L"empty"), file.Find(L"quoted"), file.Find(L"absent")}),
+              (std::vector<std::optional<std::wstring>>{L"some text", L"", L" x ", std::nullopt}));
     EXPECT_EQ(file.ReadString(L"absent", L"default "), L"default ");
-    EXPECT_THAT((std::vector{file.ReadNumber(L"number", 5), file.ReadNumber(L"none", 5),
-                             file.ReadNumber(L"absent", 0xFFFFFFFF)}),
-                ElementsAre(17, 0, 0xFFFFFFFF));
+    EXPECT_EQ((std::vector{file.ReadNumber(L"number", 5), file.ReadNumber(L"none", 5),
+                           file.ReadNumber(L"absent", 0xFFFFFFFF)}),
+              (std::vector<std::uint32_t>{17, 0, 0xFFFFFFFF}));
     file.SetSection(L"Second");
     EXPECT_TRUE(file.SectionExists() && !file.Find(L"text"));
     file.SetSection(L"Third");
@@ -35,7 +36,7 @@ TEST(IniFile, ReadsAbsentFilesAsEmptyAndWritesNewOnes)
 {
     const TempFolder folder;
     IniFile file(folder.File(L"new.ini"), L"Section");
-    EXPECT_THAT(file.SectionNames(), IsEmpty());
+    EXPECT_EQ(file.SectionNames(), Texts());
     EXPECT_EQ(IniFile(folder.File(L"absent\\new.ini"), L"Section").Find(L"key"), std::nullopt);
 
     file.WriteString(L"key", L"value");
@@ -45,17 +46,17 @@ TEST(IniFile, ReadsAbsentFilesAsEmptyAndWritesNewOnes)
     EXPECT_EQ(folder.Read(L"new.ini"), "[Section]\r\nkey=other value\r\nnumber=4294967295\r\n");
     file.DeleteEntry(L"number");
     file.DeleteEntry(L"absent");
-    EXPECT_THAT(file.Section(), ElementsAre(L"key=other value"));
+    EXPECT_EQ(file.Section(), Texts({L"key=other value"}));
     file.SetSection(L"New"); // a section that is really empty
     file.CreateSection();
     EXPECT_TRUE(file.SectionExists() && file.Section().empty());
     EXPECT_THAT(folder.Read(L"new.ini"), testing::HasSubstr("[New]\r\n"));
     file.SetSection(L"section"); // what exists keeps its entries
     file.CreateSection();
-    EXPECT_THAT(file.Section(), ElementsAre(L"key=other value"));
-    EXPECT_THAT(file.SectionNames(), ElementsAre(L"Section", L"New"));
+    EXPECT_EQ(file.Section(), Texts({L"key=other value"}));
+    EXPECT_EQ(file.SectionNames(), Texts({L"Section", L"New"}));
     file.DeleteSection();
-    EXPECT_THAT(file.SectionNames(), ElementsAre(L"New"));
+    EXPECT_EQ(file.SectionNames(), Texts({L"New"}));
 }
 
 TEST(IniFile, ReadsTextsAndListsOfAnyLengthAndKeepsUtf16)
@@ -96,7 +97,7 @@ TEST(IniFile, RefusesEmptyNamesBeforeItTouchesAnything)
                              CodeOf([&] { file.Find(L""); }), CodeOf([&] { file.WriteString(L"", L"value"); }),
                              CodeOf([&] { file.DeleteEntry(L""); })}), // without a check it deletes the section
                 testing::Each(ERROR_BAD_ARGUMENTS));
-    EXPECT_THAT(folder.Names(), IsEmpty());
+    EXPECT_EQ(folder.Names(), Texts());
 }
 
 TEST(IniFile, ReportsFilesThatItCannotReadOrWrite)

@@ -4,7 +4,7 @@
 #include "TestKey.h"
 
 #include <functional>
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <tuple>
 
 using namespace ZkCommon;

@@ -5,14 +5,13 @@
 #include "XmlTest.h"
 #include "ZkComn_DebugLog.h"
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <string>
 #include <tuple>
 
 using namespace std::string_literals;
 using namespace ZkCommon;
 using namespace ZkCommon::Storage;
-using testing::ElementsAre;
 
 namespace {
 
@@ -145,8 +144,8 @@ TEST(XmlParser, SelectsAgainKeepsWhatItSelectedAndNoticesAPathThatMatchesNothing
         EXPECT_EQ(std::pair(b.Column(), c.Column()), bLines ? std::pair(2U, 5U) : std::pair(0U, 0U));
         EXPECT_EQ(std::tuple(b.TextLine(), b.TextColumn(), c.TextLine()),
                   std::tuple(bLines ? 3U : 0U, bLines ? 6U : 0U, 0U));
-        EXPECT_THAT(trace.Messages(), ElementsAre(L"*** XmlParser::Select() - [/A/D] was not found in [" +
-                                                  folder.File(L"a.xml") + L"]."));
+        EXPECT_EQ(trace.Messages(),
+                  Lines({L"*** XmlParser::Select() - [/A/D] was not found in [" + folder.File(L"a.xml") + L"]."}));
         EXPECT_EQ(CodeOf([&] { parser.Select(L"/", b); }), 160U);
         parser.Close();
         EXPECT_EQ(CodeOf([&] { parser.Select(L"/A", b); }), 6U);
@@ -224,12 +223,12 @@ TEST_F(RelativeQueries, TakeTheFirstMatchOfAPathOfChildNames)
     for (const wchar_t* pszPath : {L"./A/C/D", L"./a", L"./A//C", L"", L"./", L"/R"}) {
         EXPECT_FALSE(m_root.Child(pszPath)) << pszPath;
     }
-    EXPECT_THAT((std::vector{m_root.ChildText(L"./A/C", L"none"), m_root.ChildText(L"./E", L"none"),
-                             m_root.ChildText(L"./F", L"none"), m_root.ChildText(m_root.FindName(L"Z")),
-                             m_root.ChildText(m_root.FindName(L"F"), L"none")}),
-                ElementsAre(L"two", L"", L"none", L" last ", L"none"));
-    EXPECT_THAT((std::vector{c.Attribute(L"k", L"none"), c.Attribute(L"K2", L"none"), c.Attribute(c.FindName(L"k2"))}),
-                ElementsAre(L"", L"none", L"v"));
+    EXPECT_EQ((std::vector{m_root.ChildText(L"./A/C", L"none"), m_root.ChildText(L"./E", L"none"),
+                           m_root.ChildText(L"./F", L"none"), m_root.ChildText(m_root.FindName(L"Z")),
+                           m_root.ChildText(m_root.FindName(L"F"), L"none")}),
+              std::vector<std::wstring_view>({L"two", L"", L"none", L" last ", L"none"}));
+    EXPECT_EQ((std::vector{c.Attribute(L"k", L"none"), c.Attribute(L"K2", L"none"), c.Attribute(c.FindName(L"k2"))}),
+              std::vector<std::wstring_view>({L"", L"none", L"v"}));
     EXPECT_TRUE(c.HasAttribute(L"k") && !c.HasAttribute(L"x"));
 }
 
