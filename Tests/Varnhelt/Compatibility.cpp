@@ -26,20 +26,11 @@ TEST_F(Compatibility, EveryFieldIsReadAndToldLineByLine)
         <Component class="11">false</Component><Component class="12">maybe</Component></Components>
       <Messages><Message>Hi &#xE4;</Message><Message locale="">none</Message></Messages></Product></Platform>)"),
               Result::g_ulSuccess);
-    const CompatibilityProduct stProduct = {L"IS",
-                                            L"17",
-                                            L"2",
-                                            L"3",
-                                            L"4",
-                                            false,
-                                            2,
-                                            1,
-                                            true,
-                                            L"o",
-                                            L"de",
-                                            {{L"10", L"FW", L"p", L"l", L"q", L"r", L"0"}},
-                                            {{L"EN-US", L"Hi \u00E4"}, {L"", L"none"}}};
-    EXPECT_EQ(m_Records, Records({{L"6", L"1", L"0", L"7601", true, L"1", L"all", {stProduct}}}));
+    const std::vector<CompatibilityComponent> vecComponent = {{L"10", L"FW", L"p", L"l", L"q", L"r", L"0"}};
+    const std::vector<stCCLocalizedMsg> vecMessage = {{L"EN-US", L"Hi \u00E4"}, {L"", L"none"}};
+    const std::vector<CompatibilityProduct> vecProduct = {
+        {L"IS", L"17", L"2", L"3", L"4", false, 2, 1, true, L"o", L"de", vecComponent, vecMessage}};
+    EXPECT_EQ(m_Records, Records({{L"6", L"1", L"0", L"7601", true, L"1", L"all", vecProduct}}));
 
     const std::wstring tszReader = L"[CFunctionXml::QueryValueAsInstallCompatibilityCheckDB";
     EXPECT_EQ(
