@@ -30,7 +30,8 @@ std::string At(std::string_view _svText, const std::string& _rsPlace)
 
 std::size_t SizeOf(std::string_view _svText)
 {
-    return Value::parse(_svText, nullptr, false).size();
+    const Value value = Value::parse(_svText, nullptr, false);
+    return value.is_array() ? value.size() : std::string::npos;
 }
 
 std::string With(std::string_view _svText, const std::string& _rsPlace, const char* _szValue)

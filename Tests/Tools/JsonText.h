@@ -12,7 +12,7 @@ std::string Json(std::string_view _svText);
 /** The value at a place, "/data/0/line", in that form. Empty when nothing is there. */
 std::string At(std::string_view _svText, const std::string& _rsPlace);
 
-/** How many elements the value has. */
+/** How many elements an array has; the largest number for what is none. */
 std::size_t SizeOf(std::string_view _svText);
 
 /** The text with another value at a place; null removes what is there. */

@@ -158,7 +158,9 @@ TEST(VrntCheck, ReportsManyFilesByKindRuleAndStatus)
     const ProgramRun stAll = RunVrnt({L"check", L"--format", L"json", folder.Path().wstring()});
     EXPECT_EQ(stAll.iExitStatus, 1);
     std::set<std::string> setKind;
-    for (std::size_t u = 0; u < SizeOf(At(stAll.sOutput, "/data")); ++u) {
+    const std::size_t uFiles = SizeOf(At(stAll.sOutput, "/data"));
+    ASSERT_EQ(uFiles, 6U);
+    for (std::size_t u = 0; u < uFiles; ++u) {
         const std::string sFile = "/data/" + std::to_string(u);
         const std::string sName = At(stAll.sOutput, sFile + "/file");
         setKind.insert(sName.substr(sName.rfind('\\') + 1) + " " + At(stAll.sOutput, sFile + "/document"));

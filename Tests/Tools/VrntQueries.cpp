@@ -179,6 +179,7 @@ TEST_F(VrntQueries, WhatIsNotThereIsTheLibrarysFailure)
 {
     const ProgramRun stMissing = RunVrnt({L"--json", L"query", L"threat-description", L"--id", L"17"});
     EXPECT_EQ(stMissing.iExitStatus, 1);
+    EXPECT_NE(At(stMissing.sOutput, "/why"), "");
     EXPECT_EQ(With(stMissing.sOutput, "/why", nullptr), R"({"data":{"id":17,"text":""},"result":"0x80040201"})");
     EXPECT_EQ(stMissing.sError, "vrnt: 0x80040201: antispy.xml has no threat 17\n");
     EXPECT_EQ(RunVrnt({L"direct", L"version-info", L"--dir", L"Z:\\nowhere"}).iExitStatus, 1);
