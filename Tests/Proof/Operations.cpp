@@ -44,6 +44,12 @@ std::uint32_t LookUp(const Desk& _rstDesk, const std::wstring&)
     return _rstDesk.rFunction.QueryValue(0, t_ulValueType, 0, &stThreat, 0, nullptr);
 }
 
+std::uint32_t QuerySpecificPolicy(const Desk& _rstDesk, const std::wstring&)
+{
+    SrvFrwk::PolicyController stController{Frwk::ControllerFirewall, 0, false, {}};
+    return _rstDesk.rFunction.QueryValue(0, ValueType::g_ulSpecificEnforcePolicy, 0, &stController, 0, nullptr);
+}
+
 std::uint32_t QueryRegistryData(const Desk& _rstDesk, const std::wstring& _tszFile)
 {
     std::vector<SrvFrwk::RegistryData> vecData;
@@ -59,6 +65,12 @@ std::uint32_t Direct(Varnhelt::Handler _pHandler, const std::wstring& _tszFile, 
     SrvFrwk::XmlPathConfig stPath{{{}, _tszFile.substr(0, uName)}, _tszFile.substr(uName)};
     Varnhelt::Worker stWorker;
     return _pHandler(stWorker, {0, 0, _ulSubType, &_rData, 0, &stPath});
+}
+
+std::uint32_t QueryVersionInfo(const Desk&, const std::wstring& _tszFile)
+{
+    std::vector<SrvFrwk::VersionInformation> vecVersion;
+    return Direct(&Varnhelt::Documents::QueryValueAsVersionInfo, _tszFile, vecVersion, 0);
 }
 
 std::uint32_t QueryComponents(const Desk&, const std::wstring& _tszFile)
@@ -84,6 +96,7 @@ constexpr Operation g_aOperation[] = {
      &Query<std::vector<SrvFrwk::ServiceUnit>, ValueType::g_ulServiceUnit>},
     {"policy", DocumentId::Policy, L"FwPolicy.xen", false,
      &Query<std::vector<SrvFrwk::PolicyController>, ValueType::g_ulEnforcePolicy>},
+    {"specific-policy", DocumentId::Policy, L"FwPolicy.xen", false, &QuerySpecificPolicy},
     {"store-policy", DocumentId::Policy, L"FwPolicy.xen", true,
      [](const Desk& _rstDesk, const std::wstring&) { return StorePolicy(_rstDesk, Frwk::PermissionAllow); }},
     {"enforce-data", DocumentId::EnforceData, L"FwEnfDat.xen", false,
@@ -101,6 +114,7 @@ constexpr Operation g_aOperation[] = {
     {"threat-name", DocumentId::ThreatsOrkap, L"StrVirus.xml", false, &LookUp<ValueType::g_ulThreatNameOrkap, 1000>},
     {"scanner-title", DocumentId::ThreatsElmap, L"antispy.xml", false, &LookUp<ValueType::g_ulScannerTitle, 1>},
     {"store-pre-update-list", DocumentId::PreUpdateList, L"PrePuReq.xml", true, &StorePreUpdate},
+    {"version-info", DocumentId::VersionInfo, L"CmpVerIf.xml", false, &QueryVersionInfo},
     {"component", DocumentId::Component, L"DepComp.xen", false, &QueryComponents},
     {"alias", DocumentId::Alias, L"DepAlias.xen", false,
      [](const Desk&, const std::wstring& _tszFile) { return LookAtAliases(_tszFile); }},

@@ -24,15 +24,24 @@ int Proof::One(Host& _rHost, const Arguments& _vecArgument)
 
 namespace {
 
+/** operations: the name of each. */
+int Names(Host&, const Arguments&)
+{
+    for (const Operation& rstOperation : Operations()) {
+        std::puts(std::string(rstOperation.svName).c_str());
+    }
+    return 0;
+}
+
 struct Verb
 {
     std::string_view svName;
     int (*pRun)(Host&, const Arguments&);
 };
 
-constexpr Verb g_aVerb[] = {{"store", &Store},     {"look", &Look},         {"crowd", &Crowd},
-                            {"changes", &Changes}, {"refusals", &Refusals}, {"mutants", &Mutants},
-                            {"mutate", &Mutate},   {"cost", &Cost},         {"one", &One}};
+constexpr Verb g_aVerb[] = {{"store", &Store},       {"look", &Look},       {"crowd", &Crowd},   {"changes", &Changes},
+                            {"refusals", &Refusals}, {"mutants", &Mutants}, {"mutate", &Mutate}, {"cost", &Cost},
+                            {"one", &One},           {"operations", &Names}};
 
 } // namespace
 

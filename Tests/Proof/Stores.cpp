@@ -51,7 +51,10 @@ int Look(Host& _rHost, const Arguments& _vecArgument)
     return ulResult == SrvFrwk::Result::g_ulSuccess ? 0 : 1;
 }
 
-/** crowd SECONDS WRITERS READERS: threads of one process over one policy, half of the time to get ready, half to measure. */
+/**
+ * crowd SECONDS WRITERS READERS: threads of one process over one policy, half of the time to get ready, half to measure.
+ * Half of the calls are to the function object of all threads, the rest each to one that is made for it.
+ */
 int Crowd(Host& _rHost, const Arguments& _vecArgument)
 {
     const double dSeconds = std::stod(_vecArgument.at(0));
@@ -63,10 +66,12 @@ int Crowd(Host& _rHost, const Arguments& _vecArgument)
     const auto work = [&](std::size_t _uWrites) {
         const Clock::time_point tBegin = Clock::now();
         for (std::uint32_t ulRound = 0; SecondsSince(tBegin) < dSeconds / 2; ++ulRound) {
+            const Varnhelt::Module::Function pOwn =
+                ulRound % 4 < 2 ? Varnhelt::Module::Function() : _rHost.cModule.CreateFunction();
+            const Desk stDesk{pOwn ? *pOwn : *_rHost.pFunction, _rHost.stDesk.tszFolder};
             const std::uint32_t ulResult =
-                _uWrites != 0
-                    ? StorePolicy(_rHost.stDesk, ulRound % 2 == 0 ? Frwk::PermissionAllow : Frwk::PermissionDeny)
-                    : LookAtPolicy(_rHost.stDesk);
+                _uWrites != 0 ? StorePolicy(stDesk, ulRound % 2 == 0 ? Frwk::PermissionAllow : Frwk::PermissionDeny)
+                              : LookAtPolicy(stDesk);
             ++aiCount[_uWrites];
             aiFailed[_uWrites] += SrvFrwk::Result::IsFailure(ulResult) ? 1 : 0;
             iTorn += !SrvFrwk::Result::IsFailure(ulResult) && ulResult != SrvFrwk::Result::g_ulSuccess ? 1 : 0;
