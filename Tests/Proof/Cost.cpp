@@ -103,8 +103,8 @@ double ParserSeconds(const std::wstring& _tszFolder, const std::string& _sText)
 } // namespace
 
 /**
- * cost NAME BYTES: what a query of such a document costs, and for one that is accepted what the parser library takes for it
- * by itself. (It takes a time for declarations that grows as their square.)
+ * cost NAME BYTES: what a query of such a document costs, and what the parser library takes for it by itself, unless
+ * the document is refused, which ends the query before the parser has read it all.
  */
 int Cost(Host& _rHost, const Arguments& _vecArgument)
 {
@@ -116,7 +116,7 @@ int Cost(Host& _rHost, const Arguments& _vecArgument)
     const std::uint32_t ulResult = _rHost.Run(rstOperation);
     const std::size_t uPeak = PeakBytes();
     const double dSeconds = SecondsOf([&] { _rHost.Run(rstOperation); });
-    const std::string sText = Contents(tszFile);
+    const std::string sText = Contents(tszFile); // read only now, so that it is no part of the peak
     Put(tszFile, sBefore);
     std::printf("%s %zu bytes: 0x%08x, %.4f s", _vecArgument[0].c_str(), sText.size(), static_cast<unsigned>(ulResult),
                 dSeconds);
