@@ -165,6 +165,19 @@ public:
         }
     }
 
+    /** The memory of the process without that of the texts which are kept. */
+    Footprint Memory() const
+    {
+        Footprint stMemory = Footprint::Now();
+        for (const std::vector<std::string>& rvecText : m_vecKind) {
+            stMemory.uHeapBytes -= rvecText.capacity() * sizeof(std::string);
+            for (const std::string& rsText : rvecText) {
+                stMemory.uHeapBytes -= rsText.capacity();
+            }
+        }
+        return stMemory;
+    }
+
     int m_iRuns = 0, m_iAccepted = 0, m_iKept = 0, m_iEdges = 0; // edges which the documents themselves do not reach
     double m_dSlowest = 0;
 
@@ -230,24 +243,23 @@ private:
 int Mutants(Host& _rHost, const Arguments& _vecArgument)
 {
     const double dSeconds = std::stod(_vecArgument.at(1));
-    const bool bKeeps = _vecArgument.size() > 3;
-    Search cSearch(_rHost, static_cast<unsigned>(std::stoul(_vecArgument[0])), Wide(bKeeps ? _vecArgument[3] : ""));
+    Search cSearch(_rHost, static_cast<unsigned>(std::stoul(_vecArgument[0])),
+                   Wide(_vecArgument.size() > 3 ? _vecArgument[3] : ""));
     cSearch.Replay(Wide(_vecArgument.at(2)));
     for (int iFirst = 0; iFirst < 5; ++iFirst) { // what the system keeps of a first failure is there then
         cSearch.Round();
     }
     const Clock::time_point tBegin = Clock::now();
-    const Footprint stBefore = Footprint::Now();
+    const Footprint stBefore = cSearch.Memory();
     while (SecondsSince(tBegin) < dSeconds) {
         cSearch.Round();
     }
-    const Footprint stAfter = Footprint::Now();
+    const Footprint stAfter = cSearch.Memory();
     std::printf(
         "mutants %d, accepted %d; new edges %d, finds %d; slowest %.2f s; handles %lu -> %lu; heap %zu -> %zu\n",
         cSearch.m_iRuns, cSearch.m_iAccepted, cSearch.m_iEdges, cSearch.m_iKept, cSearch.m_dSlowest, stBefore.ulHandles,
         stAfter.ulHandles, stBefore.uHeapBytes, stAfter.uHeapBytes);
-    const bool bFlat =
-        stAfter.ulHandles <= stBefore.ulHandles && (bKeeps || stAfter.uHeapBytes < stBefore.uHeapBytes + 65536);
+    const bool bFlat = stAfter.ulHandles <= stBefore.ulHandles && stAfter.uHeapBytes < stBefore.uHeapBytes + 65536;
     return cSearch.m_dSlowest < 20 && bFlat ? 0 : 1;
 }
 
