@@ -4,10 +4,11 @@ namespace Bench {
 
 std::string MakeCatalogue(std::size_t _uSize)
 {
-    std::string sText = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<BaseFramework>\r\n";
+    std::string sText = R"(<?xml version="1.0" encoding="UTF-8"?>)"
+                        "\r\n<BaseFramework>\r\n";
     for (unsigned i = 0; sText.size() < _uSize; ++i) {
         const std::string sNumber = std::to_string(i);
-        sText += "  <FrameworkService Layer=\"eServiceLayer\" Service=\"eEventManager\" version=\"17.0." + sNumber +
+        sText += R"(  <FrameworkService Layer="eServiceLayer" Service="eEventManager" version="17.0.)" + sNumber +
                  "\">\r\n"
                  "    <Module>eDynamicLinkLibrary</Module>\r\n"
                  "    <Startup>eAutomatic</Startup>\r\n"

@@ -5,6 +5,7 @@
 #include "Measure.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -108,7 +109,7 @@ struct Series
 double At(std::vector<double> _vecValue, double _dQuantile)
 {
     std::sort(_vecValue.begin(), _vecValue.end());
-    return _vecValue[static_cast<std::size_t>(static_cast<double>(_vecValue.size() - 1) * _dQuantile + 0.5)];
+    return _vecValue[static_cast<std::size_t>(std::lround(static_cast<double>(_vecValue.size() - 1) * _dQuantile))];
 }
 
 /** The line of a comparison. */
@@ -138,16 +139,16 @@ std::string Compare(const Ways& _stWays)
         vecRatio.push_back(vecSeries[0].vecSeconds[u] / itFloor->vecSeconds[u]);
     }
     char szLine[160];
-    std::snprintf(szLine, sizeof szLine, "%.9f\t%.9f\t%.3f\t%.1f", At(vecSeries[0].vecSeconds, 0.5),
-                  At(itFloor->vecSeconds, 0.5), At(vecRatio, 0.5),
-                  100 * (At(vecRatio, 0.75) - At(vecRatio, 0.25)) / At(vecRatio, 0.5));
+    (void)std::snprintf(szLine, sizeof szLine, "%.9f\t%.9f\t%.3f\t%.1f", At(vecSeries[0].vecSeconds, 0.5),
+                        At(itFloor->vecSeconds, 0.5), At(vecRatio, 0.5),
+                        100 * (At(vecRatio, 0.75) - At(vecRatio, 0.25)) / At(vecRatio, 0.5));
     return szLine;
 }
 
 std::string Figure(double _dRatio)
 {
     char szLine[80];
-    std::snprintf(szLine, sizeof szLine, "-\t-\t%.3f\t-", _dRatio);
+    (void)std::snprintf(szLine, sizeof szLine, "-\t-\t%.3f\t-", _dRatio);
     return _dRatio > 0 ? szLine : "failed";
 }
 
@@ -203,7 +204,7 @@ int main(int _iArguments, char** _pszArguments)
     std::size_t uDone = 0;
     for (const auto& stBenchmark : rvecBenchmark) {
         std::printf("[%zu/%zu] %s\n", ++uDone, rvecBenchmark.size(), stBenchmark.sName.c_str());
-        std::fflush(stdout);
+        (void)std::fflush(stdout);
         out << stBenchmark.sName << '\t'
             << (stBenchmark.fnMake ? Bench::Compare(stBenchmark.fnMake()) : Bench::Figure(stBenchmark.fnRatio()))
             << '\n';
