@@ -1,6 +1,7 @@
 #include "ZkComn_File.h"
 
 #include "ZkComn_PrivateAccess.h"
+#include "ZkComn_Retry.h"
 #include "ZkComn_String.h"
 
 #include <cstdio>
@@ -159,18 +160,12 @@ std::wstring NameOf(const std::wstring& _tszPath)
 
 FileHandle OpenToRead(const std::wstring& _tszPath, DWORD _ulShare) noexcept
 {
-    constexpr int iTries = 100;
-    constexpr DWORD ulPause = 10;
     FileHandle hFile;
-    for (int iTry = 0; iTry < iTries; ++iTry) {
+    const Retry cRetry(1000, 10);
+    do {
         hFile.Reset(::CreateFileW(_tszPath.c_str(), GENERIC_READ, _ulShare, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-        if (hFile || ::GetLastError() != ERROR_SHARING_VIOLATION) {
-            break;
-        }
-        ::Sleep(ulPause);
-        ::SetLastError(ERROR_SHARING_VIOLATION);
-    }
+    } while (!hFile && ::GetLastError() == ERROR_SHARING_VIOLATION && cRetry.Again());
     return hFile;
 }
 
@@ -305,15 +300,13 @@ std::uint32_t Replacement::Commit() noexcept
     if (ulError != ERROR_SUCCESS) {
         return ulError;
     }
-    const ULONGLONG ullStart = ::GetTickCount64();
-    for (;;) {
+    const Retry cRetry(g_ulWait, g_ulPause);
+    bool bInUse = false;
+    do {
         ulError = Move();
-        const bool bInUse = ulError == ERROR_SHARING_VIOLATION || ulError == ERROR_ACCESS_DENIED;
-        if (!bInUse || !m_hFile || ::GetTickCount64() - ullStart >= g_ulWait) {
-            return ulError;
-        }
-        ::Sleep(g_ulPause);
-    }
+        bInUse = ulError == ERROR_SHARING_VIOLATION || ulError == ERROR_ACCESS_DENIED;
+    } while (bInUse && m_hFile && cRetry.Again());
+    return ulError;
 }
 
 std::uint32_t Replacement::TakeOver(DWORD _ulAttributes) noexcept

@@ -1,6 +1,7 @@
 #include "ZkComn_FileLock.h"
 
 #include "ZkComn_PrivateAccess.h"
+#include "ZkComn_Retry.h"
 
 namespace ZkCommon::Storage::File {
 
@@ -24,24 +25,22 @@ std::uint32_t StoreLock::Acquire(const std::wstring& _tszFile, DWORD _ulWait)
         return ::GetLastError();
     }
     const std::wstring tszPath = _tszFile + L".lock";
-    constexpr DWORD ulPause = 5;
     constexpr int iFreeTries = 3; // of refusals without a holder, who may have let go meanwhile
-    const ULONGLONG ullStart = ::GetTickCount64();
-    for (int iFree = 0;;) {
+    int iFree = 0;
+    const Retry cRetry(_ulWait, 5);
+    DWORD ulError = ERROR_SUCCESS;
+    bool bMayHelp = false;
+    do {
         m_hFile.Reset(::CreateFileW(tszPath.c_str(), GENERIC_WRITE | DELETE, 0, pstSecurity, OPEN_ALWAYS,
                                     FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE,
                                     nullptr));
         if (m_hFile) {
             return ERROR_SUCCESS;
         }
-        const DWORD ulError = ::GetLastError();
-        const bool bHeld = IsHeld(ulError, tszPath);
-        const bool bMayHelp = bHeld || (ulError == ERROR_ACCESS_DENIED && ++iFree < iFreeTries);
-        if (!bMayHelp || ::GetTickCount64() - ullStart >= _ulWait) {
-            return ulError;
-        }
-        ::Sleep(ulPause);
-    }
+        ulError = ::GetLastError();
+        bMayHelp = IsHeld(ulError, tszPath) || (ulError == ERROR_ACCESS_DENIED && ++iFree < iFreeTries);
+    } while (bMayHelp && cRetry.Again());
+    return ulError;
 }
 
 } // namespace ZkCommon::Storage::File
