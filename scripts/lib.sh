@@ -53,7 +53,8 @@ step() {
     [ ! -t 1 ] || printf '\r\033[K'
     if [ $status != 0 ]; then
         echo "$what: failed after $(seconds_since "$begin") s. The end of ${log#"$root"/}:"
-        { grep -v '^\[[0-9]*/[0-9]*\]' "$log" || true; } | tail -n 40 # without its progress, which may follow what failed
+        # Without its progress, which may follow what failed.
+        { grep -v '^\[[0-9]*/[0-9]*\]' "$log" || true; } | tail -n 40
         exit $status
     fi
     [ "$(seconds_since "$begin")" = 0 ] || echo "$what: $(seconds_since "$begin") s"

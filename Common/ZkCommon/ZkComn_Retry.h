@@ -5,8 +5,8 @@
 namespace ZkCommon {
 
 /**
- * For what another process may hinder for a moment: the body of a loop tries, its condition says whether waiting may help
- * and asks for another try. An object belongs to one loop.
+ * For what another process may hinder for a moment: the body of a loop tries, its condition says whether waiting may
+ * help and asks for another try. An object belongs to one loop.
  */
 class Retry
 {
